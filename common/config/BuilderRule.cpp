@@ -1,0 +1,250 @@
+#include "common/config/BuilderRule.h"
+
+#include <memory>
+#include <typeinfo>
+#include <utility>
+
+#include "common/config/ConfigBuilder.h"
+#include "common/config/ConfigError.h"
+#include "common/config/command/ChangeCompName.h"
+#include "common/config/command/EnableNetworking.h"
+#include "common/config/command/JoinDomain.h"
+#include "common/config/command/JoinWorkgroup.h"
+#include "common/config/command/MoveOu.h"
+#include "common/config/command/SetDhcp.h"
+#include "common/config/command/SetDns.h"
+#include "common/config/command/SetDnsSuffix.h"
+#include "common/config/command/SetGateway.h"
+#include "common/sys/Domain.h"
+#include "common/util/Text.h"
+
+namespace config {
+namespace {
+
+using command::CommandList;
+using command::ConfigureNic;
+using command::SetDns;
+using command::SetStatic;
+using command::SetStaticRoute;
+
+constexpr char kSource[] = R"(common\config\BuilderRule)";
+constexpr err::Site kRefusedByDefault{kSource,
+                                      "Invalid config event being handled by Default scope", 209};
+constexpr err::Site kCorrupted{kSource, "Configure commands are corrupted", 222};
+constexpr err::Site kGatewayOnDhcp{
+    kSource, "Attempting to configure a DHCP nic with static information", 228};
+constexpr err::Site kRefusedByNic{kSource, "Invalid config event being handled by NIC scope", 324};
+constexpr err::Site kNotStatic{
+    kSource, "IpInterface being called without a previous event to set the NIC as static", 359};
+constexpr err::Site kRefusedByIpInterface{
+    kSource, "Invalid config event being handled by IpInterface scope", 373};
+// Deliberate: the text of the IP interface; only the line tells the two apart.
+constexpr err::Site kRefusedByStaticRoute{
+    kSource, "Invalid config event being handled by IpInterface scope", 456};
+
+constexpr std::int32_t kNotAccepted = 1;
+constexpr std::int32_t kPrerequisiteMissing = 0;
+
+[[noreturn]] void Throw(const err::Site& site, std::int32_t value) {
+  throw ConfigError{site, value, /*systemError=*/0};
+}
+
+/// The last command of a list if it is exactly a `Command`, else null.
+template <typename Command>
+Command* LastIf(const CommandList& commands) {
+  if (commands.empty()) return nullptr;
+  command::IConfigureCommand& last = *commands.back();
+  return typeid(last) == typeid(Command) ? static_cast<Command*>(&last) : nullptr;
+}
+
+/// Adds `value` to the last command of a list if it is exactly a `Command`, else to a new one made
+/// from `arguments`. So the values of an unbroken run end up in one command.
+template <typename Command, typename... Arguments>
+void AddToLastOrNew(CommandList& commands, const std::string& value, Arguments... arguments) {
+  if (auto* last = LastIf<Command>(commands)) {
+    last->Add(value);
+    return;
+  }
+  auto made = std::make_unique<Command>(arguments...);
+  made->Add(value);
+  commands.push_back(std::move(made));
+}
+
+ConfigureNic& LastNic(ConfigBuilder& builder) {
+  auto* nic = LastIf<ConfigureNic>(builder.Commands());
+  if (nic == nullptr) Throw(kCorrupted, kPrerequisiteMissing);
+  return *nic;
+}
+
+SetStatic* LastStatic(ConfigBuilder& builder) {
+  auto* nic = LastIf<ConfigureNic>(builder.Commands());
+  return nic == nullptr ? nullptr : LastIf<SetStatic>(nic->Commands());
+}
+
+SetStaticRoute& LastOrNewRoutes(ConfigBuilder& builder) {
+  if (auto* last = LastIf<SetStaticRoute>(builder.Commands())) return *last;
+  auto made = std::make_unique<SetStaticRoute>();
+  SetStaticRoute& routes = *made;
+  builder.AddCommand(std::move(made));
+  return routes;
+}
+
+}  // namespace
+
+// ---- DefaultRule --------------------------------------------------------------------------------
+
+void DefaultRule::HandleEvent(EventKind kind, const std::string& value) {
+  switch (kind) {
+    case EventKind::COMPUTER_NAME:
+      builder_.AddCommand(std::make_unique<command::ChangeCompName>(value));
+      return;
+    case EventKind::WORKGROUP:
+      builder_.AddCommand(std::make_unique<command::JoinWorkgroup>(value));
+      return;
+    case EventKind::DOMAIN:
+      AddJoinDomain(value);
+      return;
+    // Credentials belong to the identity command just before them; others are dropped without a
+    // word.
+    case EventKind::DOMAIN_USER:
+      if (auto* last = dynamic_cast<command::DomainCommand*>(builder_.LastCommand())) {
+        last->SetUser(value);
+      }
+      return;
+    case EventKind::DOMAIN_PASSWORD:
+      if (auto* last = dynamic_cast<command::DomainCommand*>(builder_.LastCommand())) {
+        last->SetPassword(value);
+      }
+      return;
+    case EventKind::DOMAIN_OU:
+      SetOu(value);
+      return;
+    case EventKind::NOOP:
+      return;
+    case EventKind::ENABLE_NETWORKING:
+      builder_.AddCommand(std::make_unique<command::EnableNetworking>(
+          /*leaveDomain=*/util::EqualsIgnoringCase(value, "True")));
+      return;
+    default:
+      Throw(kRefusedByDefault, kNotAccepted);
+  }
+}
+
+void DefaultRule::AddJoinDomain(const std::string& domain) {
+  sys::Domain& current = sys::Domain::Instance();
+  if (current.IsDomainMember() && (util::EqualsIgnoringCase(domain, current.GetDnsDomainName()) ||
+                                   util::EqualsIgnoringCase(domain, current.GetDomainName()))) {
+    return;
+  }
+  builder_.AddCommand(std::make_unique<command::JoinDomain>(domain));
+}
+
+void DefaultRule::SetOu(const std::string& ou) {
+  if (auto* join = LastIf<command::JoinDomain>(builder_.Commands())) {
+    join->SetOu(ou);
+  } else {
+    builder_.AddCommand(std::make_unique<command::MoveOu>(ou));
+  }
+}
+
+// ---- NicRule ------------------------------------------------------------------------------------
+
+NicRule::NicRule(ConfigBuilder& builder) : nic_(LastNic(builder)) {}
+
+void NicRule::HandleEvent(EventKind kind, const std::string& value) {
+  CommandList& commands = nic_.Commands();
+  switch (kind) {
+    case EventKind::NIC_MAC_ADDRESS:
+      nic_.SetMacAddress(value);
+      return;
+    case EventKind::NIC_PCI_BUS:
+      nic_.SetPciBus(util::ParseUnsigned(value));
+      return;
+    case EventKind::NIC_PCI_DEVICE:
+      nic_.SetPciDevice(util::ParseUnsigned(value));
+      return;
+    case EventKind::NIC_PCI_FUNCTION:
+      nic_.SetPciFunction(util::ParseUnsigned(value));
+      return;
+    case EventKind::DHCP:
+      commands.push_back(std::make_unique<command::SetDhcp>());
+      mode_ = Mode::kDhcp;
+      return;
+    case EventKind::STATIC:
+      commands.push_back(std::make_unique<SetStatic>());
+      mode_ = Mode::kStatic;
+      return;
+    case EventKind::GATEWAY:
+      AddGateway(value);
+      return;
+    case EventKind::DNS_SERVER:
+      if (value != "0.0.0.0") AddToLastOrNew<SetDns>(commands, value, SetDns::Mode::kServers);
+      return;
+    case EventKind::DNS_SUFFIX:
+      AddToLastOrNew<command::SetDnsSuffix>(commands, value);
+      return;
+    case EventKind::DNS_DHCP:
+      commands.push_back(std::make_unique<SetDns>(SetDns::Mode::kDhcp));
+      return;
+    default:
+      Throw(kRefusedByNic, kNotAccepted);
+  }
+}
+
+void NicRule::AddGateway(const std::string& gateway) {
+  if (mode_ != Mode::kStatic) Throw(kGatewayOnDhcp, kNotAccepted);
+  AddToLastOrNew<command::SetGateway>(nic_.Commands(), gateway);
+}
+
+// ---- IpInterfaceRule ----------------------------------------------------------------------------
+
+IpInterfaceRule::IpInterfaceRule(ConfigBuilder& builder) : static_(LastStatic(builder)) {}
+
+void IpInterfaceRule::HandleEvent(EventKind kind, const std::string& value) {
+  if (static_ == nullptr) Throw(kNotStatic, kPrerequisiteMissing);
+  switch (kind) {
+    case EventKind::IP_ADDRESS:
+      static_->AddAddress(value);
+      return;
+    case EventKind::SUBNET_MASK:
+      static_->AddMask(value);
+      return;
+    default:
+      Throw(kRefusedByIpInterface, kNotAccepted);
+  }
+}
+
+// ---- StaticRouteRule ----------------------------------------------------------------------------
+
+StaticRouteRule::StaticRouteRule(ConfigBuilder& builder) : routes_(LastOrNewRoutes(builder)) {}
+
+void StaticRouteRule::HandleEvent(EventKind kind, const std::string& value) {
+  hasData_ = true;  // also for an event that is refused
+  switch (kind) {
+    case EventKind::IP_ADDRESS:
+      destination_ = value;
+      return;
+    case EventKind::SUBNET_MASK:
+      mask_ = value;
+      return;
+    case EventKind::ROUTE_GATEWAY:
+    case EventKind::GATEWAY:
+      gateway_ = value;
+      return;
+    case EventKind::ROUTE_FOURTH_FIELD:
+      return;  // accepted and never used
+    case EventKind::ROUTE_METRIC:
+      metric_ = util::ParseUnsigned(value);
+      return;
+    default:
+      Throw(kRefusedByStaticRoute, kNotAccepted);
+  }
+}
+
+void StaticRouteRule::Close() {
+  if (!hasData_) return;
+  routes_.Add({ipc::IPv4Address(destination_), ipc::IPv4Address(mask_), ipc::IPv4Address(gateway_),
+               static_cast<std::int32_t>(metric_)});
+}
+
+}  // namespace config

@@ -1,0 +1,100 @@
+#include "common/config/ConfigBuilder.h"
+
+#include <typeinfo>
+#include <utility>
+
+#include "common/config/ConfigError.h"
+#include "common/config/analyzer/Factory.h"
+#include "common/config/command/ConfigureNic.h"
+#include "common/config/command/Reboot.h"
+#include "common/util/ClassName.h"
+#include "common/util/Text.h"
+
+namespace config {
+namespace {
+
+constexpr char kSource[] = R"(common\config\ConfigBuilder)";
+constexpr err::Site kUnmatchedEnd{kSource, "Event::END scope called with no matching Event::BEGIN",
+                                  89};
+constexpr err::Site kNoScope{kSource, "Config event called with no open scope", 97};
+constexpr std::int32_t kNotAccepted = 1;
+
+bool OpensScope(EventKind kind) {
+  return kind == EventKind::NIC || kind == EventKind::IP_INTERFACE ||
+         kind == EventKind::STATIC_ROUTE;
+}
+
+}  // namespace
+
+ConfigBuilder::ConfigBuilder(logging::ILogSink& log) : log_(log) {
+  scopes_.push_back(std::make_unique<DefaultRule>(*this));
+}
+
+void ConfigBuilder::SetOption(std::uint32_t option, const std::string& value) {
+  if (option == kJoinDomainBeforeNameChange) {
+    joinDomainBeforeNameChange_ = util::EqualsIgnoringCase(value, "true");
+  }
+}
+
+void ConfigBuilder::ConfigEvent(EventKind kind, Event phase, const std::string& value) {
+  if (phase == Event::END) {
+    CloseScope();
+  } else if (phase == Event::BEGIN && OpensScope(kind)) {
+    OpenScope(kind);
+  } else {
+    CurrentRule().HandleEvent(kind, value);
+  }
+}
+
+void ConfigBuilder::OpenScope(EventKind kind) {
+  std::unique_ptr<BuilderRule> rule;
+  if (kind == EventKind::NIC) {
+    AddCommand(std::make_unique<command::ConfigureNic>(log_));
+    rule = std::make_unique<NicRule>(*this);
+  } else if (kind == EventKind::IP_INTERFACE) {
+    rule = std::make_unique<IpInterfaceRule>(*this);
+  } else {
+    rule = std::make_unique<StaticRouteRule>(*this);
+  }
+  scopes_.push_back(std::move(rule));
+}
+
+void ConfigBuilder::CloseScope() {
+  if (scopes_.empty()) throw ConfigError{kUnmatchedEnd, kNotAccepted, /*systemError=*/0};
+  const std::unique_ptr<BuilderRule> rule = std::move(scopes_.back());
+  scopes_.pop_back();
+  rule->Close();
+}
+
+BuilderRule& ConfigBuilder::CurrentRule() const {
+  if (scopes_.empty()) throw ConfigError{kNoScope, kNotAccepted, /*systemError=*/0};
+  return *scopes_.back();
+}
+
+void ConfigBuilder::AddCommand(std::unique_ptr<command::IConfigureCommand> command) {
+  commands_.push_back(std::move(command));
+}
+
+command::IConfigureCommand* ConfigBuilder::LastCommand() const {
+  return commands_.empty() ? nullptr : commands_.back().get();
+}
+
+void ConfigBuilder::Analyze() {
+  analyzer::Factory::Instance().GetAnalyzer(&joinDomainBeforeNameChange_).Analyze(commands_);
+}
+
+bool ConfigBuilder::RunConfig(bool* reboot) {
+  for (const auto& command : commands_) {
+    if (dynamic_cast<const command::Reboot*>(command.get()) != nullptr) {
+      *reboot = true;
+      return false;
+    }
+    log_.Log(logging::kDetail, "ConfigBuilder::RunConfig(): about to execute %s (%s)",
+             util::ClassName(typeid(*command)).c_str(), command->Describe().c_str());
+    command->Execute();
+  }
+  *reboot = false;
+  return true;
+}
+
+}  // namespace config

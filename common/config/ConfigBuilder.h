@@ -1,0 +1,61 @@
+// Turns a stream of configuration events into an ordered queue of commands, and runs it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/config/BuilderRule.h"
+#include "common/config/Event.h"
+#include "common/config/command/IConfigureCommand.h"
+#include "common/logging/ILogSink.h"
+
+namespace config {
+
+/// Lives for one configuration of the machine: options and events first, then `Analyze`, then
+/// `RunConfig`. Used by one thread.
+class ConfigBuilder {
+ public:
+  /// The order of join and rename, by its number in the contract with the handler.
+  static constexpr std::uint32_t kJoinDomainBeforeNameChange = 0;
+
+  /// `log` is borrowed.
+  explicit ConfigBuilder(logging::ILogSink& log);
+
+  /// Option 0 takes "true" in any letter case for true and everything else for false; other options
+  /// are ignored.
+  void SetOption(std::uint32_t option, const std::string& value);
+
+  /// Accepts one event. Throws ConfigError for an event that the innermost scope does not accept,
+  /// and what the values of a route throw when its scope ends; queue and scopes stay as they were.
+  void ConfigEvent(EventKind kind, Event phase, const std::string& value);
+
+  void AddCommand(std::unique_ptr<command::IConfigureCommand> command);
+  /// Null when the queue is empty.
+  command::IConfigureCommand* LastCommand() const;
+  /// The queue, in the order in which it runs.
+  const command::CommandList& Commands() const { return commands_; }
+
+  /// Drops what is not needed, binds adapters, orders the queue and adds the restart it needs.
+  /// Throws what the questions to the machine throw, the queue then being partly edited.
+  void Analyze();
+
+  /// Runs the queue. True when every command ran, `*reboot` being false then; false when the run
+  /// stopped at a restart, `*reboot` being true. Throws what a command throws: commands before it
+  /// stay done, those behind it are not run.
+  bool RunConfig(bool* reboot);
+
+ private:
+  void OpenScope(EventKind kind);
+  void CloseScope();
+  BuilderRule& CurrentRule() const;
+
+  // The rules refer to commands, so they are declared behind them and go first.
+  command::CommandList commands_;
+  std::vector<std::unique_ptr<BuilderRule>> scopes_;
+  bool joinDomainBeforeNameChange_ = false;
+  logging::ILogSink& log_;
+};
+
+}  // namespace config

@@ -1,0 +1,42 @@
+// Where analyzers come from.
+#pragma once
+
+#include "common/config/analyzer/Analyzer.h"
+#include "common/config/analyzer/DefaultAnalyzer.h"
+#include "common/config/analyzer/SettingsAnalyzer.h"
+#include "common/config/analyzer/WindowsVistaAnalyzer.h"
+
+namespace config::analyzer {
+
+class Factory {
+ public:
+  virtual ~Factory() = default;
+
+  /// The process's factory, made on first use: a WindowsVistaFactory on every version of Windows.
+  static Factory& Instance();
+
+  /// The analyzer for a queue, owned by the factory. It reads the flag, which is borrowed, when it
+  /// runs.
+  virtual Analyzer& GetAnalyzer(const bool* joinDomainBeforeNameChange) = 0;
+};
+
+/// Hands out the analyzer without an ordering of its own.
+class DefaultFactory final : public Factory {
+ public:
+  Analyzer& GetAnalyzer(const bool* /*joinDomainBeforeNameChange*/) override { return analyzer_; }
+
+ private:
+  DefaultAnalyzer analyzer_;
+};
+
+/// Pauses after static addressing, then the order of join and rename.
+class WindowsVistaFactory final : public Factory {
+ public:
+  Analyzer& GetAnalyzer(const bool* joinDomainBeforeNameChange) override;
+
+ private:
+  SettingsAnalyzer settings_;
+  WindowsVistaAnalyzer head_{settings_};
+};
+
+}  // namespace config::analyzer

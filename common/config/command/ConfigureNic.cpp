@@ -1,0 +1,38 @@
+#include "common/config/command/ConfigureNic.h"
+
+#include "common/config/ConfigError.h"
+#include "common/config/command/NicCommand.h"
+#include "common/util/ClassName.h"
+
+namespace config::command {
+namespace {
+
+// The doubled word belongs to the text.
+constexpr err::Site kNoAdapter{R"(common\config\command\ConfigureNic)",
+                               "ConfigureNic has not been been associated with a nic index", 68};
+
+}  // namespace
+
+bool ConfigureNic::HasPciLocation() const {
+  return pciBus_ != kUnset && pciDevice_ != kUnset && pciFunction_ != kUnset;
+}
+
+void ConfigureNic::Execute() {
+  if (index_ == kUnset) throw ConfigError{kNoAdapter, /*value=*/0, /*systemError=*/0};
+  log_.Log(logging::kDetail,
+           "ConfigureNic::Execute(): NIC index (Win32_NetworkAdapterConfiguration.Index)=%d",
+           index_);
+  for (const auto& command : commands_) {
+    if (auto* nicCommand = dynamic_cast<NicCommand*>(command.get())) nicCommand->SetIndex(index_);
+    if (!command->IsNeeded()) continue;
+    log_.Log(logging::kDetail, "ConfigureNic::Execute(): about to execute %s (%s)",
+             util::ClassName(typeid(*command)).c_str(), command->Describe().c_str());
+    command->Execute();
+  }
+}
+
+bool ConfigureNic::IsNeeded() { return true; }
+
+std::string ConfigureNic::Describe() { return {}; }
+
+}  // namespace config::command

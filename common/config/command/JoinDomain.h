@@ -1,0 +1,31 @@
+// Membership of a domain.
+#pragma once
+
+#include "common/config/command/DomainCommand.h"
+
+namespace config::command {
+
+class JoinDomain final : public DomainCommand {
+ public:
+  explicit JoinDomain(std::string dnsDomain) : dnsDomain_(std::move(dnsDomain)) {}
+
+  /// Where the computer's account belongs; empty for the directory's default.
+  void SetOu(std::string ou) { ou_ = std::move(ou); }
+  /// The rename follows in the same run, so the service principal names wait for it.
+  void SetJoinBeforeRename() { joinBeforeRename_ = true; }
+
+  /// Throws sys::DomainError or sys::CWmiError.
+  void Execute() override;
+  /// False for an empty domain and for the current one in whatever letter case.
+  bool IsNeeded() override;
+  /// "DNS Domain=corp.example, Windows Domain= {User=jdoe}".
+  std::string Describe() override;
+
+ private:
+  std::string dnsDomain_;
+  std::string windowsDomain_;  // no event fills it yet
+  std::string ou_;
+  bool joinBeforeRename_ = false;
+};
+
+}  // namespace config::command

@@ -1,0 +1,18 @@
+// The point at which a run stops for a restart.
+#pragma once
+
+#include "common/config/command/IConfigureCommand.h"
+
+namespace config::command {
+
+/// Never run: a run that meets it ends there and leaves the rest for after the restart.
+class Reboot final : public IConfigureCommand {
+ public:
+  void Execute() override {}
+  /// Always true.
+  bool IsNeeded() override { return true; }
+  /// Empty.
+  std::string Describe() override { return {}; }
+};
+
+}  // namespace config::command

@@ -1,0 +1,24 @@
+#include "common/config/command/SetDnsSuffix.h"
+
+#include "common/sys/Wmi.h"
+#include "common/util/Text.h"
+
+namespace config::command {
+namespace {
+
+constexpr err::Site kFailed{"SetDnsSuffix", "Configuring DNS suffixes failed", 54};
+
+}  // namespace
+
+void SetDnsSuffix::Execute() { RequireDone(sys::Wmi::SetDNSSuffixSearchOrder(suffixes_), kFailed); }
+
+bool SetDnsSuffix::IsNeeded() {
+  std::vector<ipc::IPv4Address> servers;
+  std::vector<std::string> current;
+  sys::Wmi::GetDnsServersAndSuffixes(Index(), &servers, &current);
+  return current != suffixes_;
+}
+
+std::string SetDnsSuffix::Describe() { return "DNS Suffixes=" + util::Join(suffixes_, ","); }
+
+}  // namespace config::command

@@ -1,0 +1,22 @@
+#include "common/config/command/SetGateway.h"
+
+#include "common/sys/Wmi.h"
+
+namespace config::command {
+namespace {
+
+constexpr err::Site kFailed{"SetGateway", "Configuring gateways failed", 52};
+
+}  // namespace
+
+void SetGateway::Execute() { RequireDone(sys::Wmi::SetGateways(Index(), gateways_), kFailed); }
+
+bool SetGateway::IsNeeded() {
+  std::vector<ipc::IPv4Address> current;
+  sys::Wmi::GetGateways(Index(), &current);
+  return current != gateways_;
+}
+
+std::string SetGateway::Describe() { return "Gateways=" + ipc::Join(gateways_); }
+
+}  // namespace config::command

@@ -1,0 +1,74 @@
+#include "common/config/command/SetStaticRoute.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "common/config/ConfigError.h"
+#include "common/logging/NullLogSink.h"
+#include "common/proc/ChildProcess.h"
+#include "common/util/Text.h"
+
+namespace config::command {
+namespace {
+
+constexpr char kSource[] = "SetStaticRoute";
+constexpr err::Site kDeleteFailed{kSource, "Failed to delete static route", 149};
+constexpr err::Site kAddFailed{kSource, "Failed to add static route", 151};
+constexpr std::uint16_t kShowNormal = 1;
+
+void RunRouteTool(const std::string& commandLine, const err::Site& failure) {
+  logging::NullLogSink log;
+  proc::CChildProcess child(log, proc::CChildProcess::kWithoutLimit);
+  const std::int32_t result =
+      child.ExecuteCmd(/*applicationName=*/nullptr, commandLine, /*user=*/"", /*credential=*/"",
+                       /*wait=*/true, kShowNormal, /*relay=*/nullptr);
+  if (result != 0) throw ConfigError{failure, /*value=*/5, static_cast<std::uint32_t>(result)};
+}
+
+bool IsDefaultRoute(const sys::RouteRecord& route) {
+  return route.destination == ipc::IPv4Address() && route.mask == ipc::IPv4Address();
+}
+
+}  // namespace
+
+void SetStaticRoute::Plan() {
+  if (planned_) return;
+  std::vector<sys::RouteRecord> existing;
+  sys::Wmi::GetStaticRoutes(&existing);
+  // Deliberate: the first default route only; a second one is deleted like any other.
+  const auto defaultRoute = std::find_if(existing.begin(), existing.end(), IsDefaultRoute);
+  if (defaultRoute != existing.end()) existing.erase(defaultRoute);
+  std::sort(existing.begin(), existing.end());
+  std::sort(wanted_.begin(), wanted_.end());
+  std::set_difference(existing.begin(), existing.end(), wanted_.begin(), wanted_.end(),
+                      std::back_inserter(toDelete_));
+  std::set_difference(wanted_.begin(), wanted_.end(), existing.begin(), existing.end(),
+                      std::back_inserter(toAdd_));
+  planned_ = true;
+}
+
+bool SetStaticRoute::IsNeeded() {
+  Plan();
+  return !toAdd_.empty() || !toDelete_.empty();
+}
+
+std::string SetStaticRoute::Describe() {
+  Plan();
+  return {};
+}
+
+void SetStaticRoute::Execute() {
+  Plan();
+  // Deleting names the destination only and takes every route to it, so all deletions come first.
+  for (const sys::RouteRecord& route : toDelete_) {
+    RunRouteTool("route DELETE " + route.destination.ToString(), kDeleteFailed);
+  }
+  for (const sys::RouteRecord& route : toAdd_) {
+    RunRouteTool(
+        util::Format("route -p ADD %s mask %s %s METRIC %d", route.destination.ToString().c_str(),
+                     route.mask.ToString().c_str(), route.gateway.ToString().c_str(), route.metric),
+        kAddFailed);
+  }
+}
+
+}  // namespace config::command

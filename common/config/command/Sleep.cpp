@@ -1,0 +1,14 @@
+#include "common/config/command/Sleep.h"
+
+#include "common/sys/Pause.h"
+#include "common/util/Text.h"
+
+namespace config::command {
+
+void Sleep::Execute() { sys::Pause(milliseconds_); }
+
+bool Sleep::IsNeeded() { return true; }
+
+std::string Sleep::Describe() { return util::Format("Duration=%u milliseconds", milliseconds_); }
+
+}  // namespace config::command

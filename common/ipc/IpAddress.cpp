@@ -1,0 +1,71 @@
+#include "common/ipc/IpAddress.h"
+
+#include <array>
+#include <bit>
+
+#include "common/util/Text.h"
+#include "platform/IPlatform.h"
+#include "platform/IResolver.h"
+
+namespace ipc {
+namespace {
+
+constexpr err::Site kNotResolved{R"(common\ipc\IpAddress)",
+                                 "IPAddress::Connect Name Resolution Error", 58};
+
+using Parts = std::array<std::uint8_t, 4>;
+
+Parts PartsOf(const IPAddress& address) { return std::bit_cast<Parts>(address.Bits()); }
+
+/// Starts WinSock once in the life of the process, before the first name is resolved.
+class WinSockManager {
+ public:
+  void EnsureStarted() {
+    if (!started_) started_ = platform::Current().Resolver().Start() == 0;
+  }
+
+ private:
+  bool started_ = false;
+};
+
+std::uint32_t Resolve(const std::string& name) {
+  static WinSockManager winSock;
+  winSock.EnsureStarted();
+  platform::IResolver& resolver = platform::Current().Resolver();
+  std::uint32_t bits = 0;
+  if (!resolver.LookUpHost(name, &bits)) {
+    throw CIPAddressError{kNotResolved, /*value=*/0, resolver.LastError()};
+  }
+  return bits;
+}
+
+bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+std::uint32_t BitsOf(const std::string& text) {
+  if (!text.empty() && IsLetter(text.front())) return Resolve(text);
+  return platform::Current().Resolver().ParseDotted(text);
+}
+
+}  // namespace
+
+IPAddress::IPAddress(const std::string& text) : bits_(BitsOf(text)) {}
+
+std::string IPv4Address::ToString() const {
+  const Parts parts = PartsOf(*this);
+  return util::Format("%d.%d.%d.%d", parts[0], parts[1], parts[2], parts[3]);
+}
+
+std::strong_ordering IPv4Address::operator<=>(const IPv4Address& other) const {
+  return PartsOf(*this) <=> PartsOf(other);
+}
+
+std::string Join(const std::vector<IPv4Address>& addresses) {
+  std::string text;
+  for (const IPv4Address& address : addresses) {
+    if (&address != &addresses.front()) text += ",";
+    text += address.ToString();
+  }
+  return text;
+}
+
+}  // namespace ipc

@@ -1,0 +1,148 @@
+#include "common/proc/ChildProcess.h"
+
+#include <string_view>
+
+#include "common/proc/OutputRelay.h"
+#include "common/util/LastError.h"
+#include "platform/IPlatform.h"
+
+namespace proc {
+namespace {
+
+using platform::Handle;
+
+constexpr char kSource[] = R"(common\proc\ChildProcess)";
+constexpr err::Site kNoPipe{kSource, "CChildProcess::InitializeStartupInfo", 372};
+constexpr std::int32_t kErrorValue = 6;
+constexpr int kAsUserLine = 214;
+
+constexpr std::int32_t kNotRun = -1;
+constexpr std::uint32_t kPollMs = 100;
+constexpr std::uint32_t kKilledExitCode = 1;
+
+platform::IProcesses& Port() { return platform::Current().Processes(); }
+
+void CloseIfOpen(Handle* handle) {
+  if (*handle != Handle::kNone) Port().Close(*handle);
+  *handle = Handle::kNone;
+}
+
+/// Holds the object's lock for a scope.
+class Locked {
+ public:
+  explicit Locked(lang::CriticalSection& section) : section_(section) { section_.Enter(); }
+  ~Locked() { section_.Leave(); }
+  Locked(const Locked&) = delete;
+  Locked& operator=(const Locked&) = delete;
+
+ private:
+  lang::CriticalSection& section_;
+};
+
+/// The command line as a formatter without arguments leaves it: "%%" is "%".
+std::string WithSinglePercents(std::string_view commandLine) {
+  std::string text;
+  for (std::size_t i = 0; i < commandLine.size(); ++i) {
+    text += commandLine[i];
+    if (commandLine.substr(i, 2) == "%%") ++i;
+  }
+  return text;
+}
+
+}  // namespace
+
+CChildProcess::~CChildProcess() {
+  const Locked locked(lock_);
+  if (process_.process != Handle::kInvalid) {
+    if (Port().Wait(process_.process, timeoutMs_) == platform::kWaitTimeout) {
+      Port().Terminate(process_.process, kKilledExitCode);
+    }
+    CloseProcessHandles();
+  }
+  CloseIfOpen(&stdoutRead_);
+  CloseIfOpen(&stdinWrite_);
+}
+
+std::int32_t CChildProcess::ExecuteCmd(const char* applicationName, const std::string& commandLine,
+                                       const std::string& user, const std::string& /*credential*/,
+                                       bool wait, std::uint16_t showWindow, OutputRelay* relay) {
+  const Locked locked(lock_);
+  if (!user.empty()) {
+    logSink_.Log(logging::kProgress,
+                 "%s:%d CChildProcess::ExecuteCmd() calling ExecuteAsUser:Execute()", kSource,
+                 kAsUserLine);
+    return kNotRun;
+  }
+  try {
+    return Run(applicationName, WithSinglePercents(commandLine), wait, showWindow, relay);
+  } catch (const ChildProcessError&) {
+    return kNotRun;
+  }
+}
+
+std::int32_t CChildProcess::Run(const char* applicationName, const std::string& commandLine,
+                                bool wait, std::uint16_t showWindow, OutputRelay* relay) {
+  platform::StartupInfo startup;
+  // The child's pipe ends; the parent's copies go when the run is over, however it ends.
+  struct ChildEnds {
+    Handle output = Handle::kNone;
+    Handle input = Handle::kNone;
+    ~ChildEnds() {
+      CloseIfOpen(&output);
+      CloseIfOpen(&input);
+    }
+  } ends;
+  InitializeStartupInfo(&startup);
+  ends.output = startup.standardOutput;
+  ends.input = startup.standardInput;
+  startup.showWindow = showWindow;
+  if (relay != nullptr) relay->Attach(&startup);
+
+  std::string writable = commandLine;  // the system may write into the line it is given
+  if (!Port().Spawn(applicationName, writable.data(), /*environment=*/nullptr,
+                    /*workingDirectory=*/nullptr, startup, &process_)) {
+    return static_cast<std::int32_t>(util::LastError());
+  }
+  return wait ? WaitForExit(relay) : 0;
+}
+
+void CChildProcess::InitializeStartupInfo(platform::StartupInfo* startup) {
+  CloseIfOpen(&stdoutRead_);
+  CloseIfOpen(&stdinWrite_);
+  Handle childOutput = Handle::kNone;
+  Handle childInput = Handle::kNone;
+  if (!Port().MakePipe(&stdoutRead_, &childOutput, /*size=*/0)) {
+    throw ChildProcessError{kNoPipe, kErrorValue, /*systemError=*/0};
+  }
+  Port().StopInheriting(stdoutRead_);
+  if (!Port().MakePipe(&childInput, &stdinWrite_, /*size=*/0)) {
+    CloseIfOpen(&childOutput);
+    throw ChildProcessError{kNoPipe, kErrorValue, /*systemError=*/0};
+  }
+  Port().StopInheriting(stdinWrite_);
+  startup->flags |= platform::kUseStandardHandles;
+  startup->standardOutput = childOutput;
+  startup->standardError = childOutput;
+  startup->standardInput = childInput;
+}
+
+std::int32_t CChildProcess::WaitForExit(OutputRelay* relay) {
+  std::uint32_t answer = platform::kWaitTimeout;
+  while ((answer = Port().Wait(process_.process, kPollMs)) == platform::kWaitTimeout) {
+    if (relay != nullptr) relay->Pump();
+  }
+  if (answer != platform::kWaitSignalled) return kNotRun;
+  std::uint32_t exitCode = static_cast<std::uint32_t>(kNotRun);
+  Port().ExitCode(process_.process, &exitCode);
+  CloseProcessHandles();
+  if (relay != nullptr) relay->Pump();
+  return static_cast<std::int32_t>(exitCode);
+}
+
+void CChildProcess::CloseProcessHandles() {
+  Port().Close(process_.process);
+  Port().Close(process_.thread);
+  process_ = platform::ProcessInformation{};
+}
+
+}  // namespace proc

@@ -1,0 +1,67 @@
+#include "common/sys/DllProxy.h"
+
+#include <algorithm>
+#include <array>
+
+#include "common/util/LastError.h"
+#include "platform/IPlatform.h"
+
+namespace sys {
+namespace {
+
+constexpr char kSource[] = R"(common\sys\DllProxy)";
+constexpr err::Site kNoFileName{kSource, "DllProxy::Load - No Filename", 43};
+constexpr err::Site kLoadFailed{kSource, "DllProxy::Load - Load Library Failed", 50};
+constexpr err::Site kExportMissing{kSource, "DllProxy::GetProcAddress - GetProcAddress Failed", 66};
+
+using DecryptFunction = bool (*)(const char* input, char* output);
+
+[[noreturn]] void Throw(const err::Site& site, std::int32_t value) {
+  throw CDllProxyError{site, value, util::LastError()};
+}
+
+}  // namespace
+
+void DllProxy::Load() {
+  if (fileName_.empty()) Throw(kNoFileName, 0);
+  module_ = platform::Current().Libraries().Load(fileName_);
+  if (module_ == platform::LibraryHandle::kNone) Throw(kLoadFailed, 0);
+}
+
+void DllProxy::GetProcAddress(platform::ExportedFunction* slot, const std::string& name) {
+  if (module_ == platform::LibraryHandle::kNone) Load();
+  const platform::ExportedFunction function =
+      platform::Current().Libraries().FindExport(module_, name);
+  if (function == nullptr) Throw(kExportMissing, 1);
+  *slot = function;
+}
+
+bool CryptoDll::TryLoad() {
+  try {
+    Load();
+    return true;
+  } catch (const CDllProxyError&) {
+    return false;
+  }
+}
+
+bool CryptoDll::Decrypt(const char* input, char* output) {
+  try {
+    if (decrypt_ == nullptr) GetProcAddress(&decrypt_, "Decrypt");
+    return reinterpret_cast<DecryptFunction>(decrypt_)(input, output);
+  } catch (...) {
+    return false;  // the library is foreign: whatever leaves it means that nothing was deciphered
+  }
+}
+
+std::string CryptoDll::PlainText(const std::string& cipherText) {
+  std::array<char, kPlainTextSize> buffer{};
+  const bool deciphered = Decrypt(cipherText.c_str(), buffer.data());
+  buffer.back() = '\0';
+  std::string plainText = deciphered ? buffer.data() : "";
+  // Through a volatile pointer, or the compiler drops the wiping of a dying buffer.
+  std::fill_n(static_cast<volatile char*>(buffer.data()), buffer.size(), '\0');
+  return plainText;
+}
+
+}  // namespace sys

@@ -1,0 +1,42 @@
+#include "common/sys/NicList.h"
+
+#include <cstdint>
+#include <memory>
+#include <utility>
+
+#include "common/sys/Wmi.h"
+
+namespace sys {
+
+NicList::NicList() {
+  std::vector<std::int32_t> indexes;
+  Wmi::GetIpEnabledNetworkDevices(&indexes);
+  if (indexes.empty()) return;
+  // Read once for all adapters: the routes are the machine's.
+  std::vector<RouteRecord> routes;
+  Wmi::GetStaticRoutes(&routes);
+  for (const std::int32_t index : indexes) {
+    auto adapter = std::make_unique<NicAdapter>(static_cast<std::uint32_t>(index), routes);
+    adapters_.push_back(adapter.get());
+    if (adapter->IsPci()) {
+      byLocation_.emplace(adapter->Location(), adapter.get());
+      byMac_.emplace(NormalizedMac(adapter->MacAddress()), adapter.get());
+    }
+    add(std::move(adapter));
+  }
+  // What an adapter does not tell finds nothing.
+  byLocation_.erase(PciLocation{});
+  byMac_.erase("");
+}
+
+const NicAdapter* NicList::FindByPciLocation(const PciLocation& location) const {
+  const auto found = byLocation_.find(location);
+  return found != byLocation_.end() ? found->second : nullptr;
+}
+
+const NicAdapter* NicList::FindByMac(const std::string& address) const {
+  const auto found = byMac_.find(NormalizedMac(address));
+  return found != byMac_.end() ? found->second : nullptr;
+}
+
+}  // namespace sys

@@ -1,0 +1,75 @@
+// Feeds arbitrary texts to the configuration file reader, as one load and as two of which the
+// second merges, and checks that walks, look-ups and counts tell the same story.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "handlers/internal/ConfigFile.h"
+
+namespace {
+
+void Check(bool holds) {
+  if (!holds) std::abort();
+}
+
+std::string Folded(std::string text) {
+  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
+  return text;
+}
+
+void CheckEntries(ConfigFile* file, const std::string& section, bool caseSensitive) {
+  std::map<std::string, std::string> firstValues;
+  std::size_t count = 0;
+  std::string key, value, found;
+  for (auto result = file->GetFirstEntry(section, &key, &value); result == ConfigFile::kSuccess;
+       result = file->GetNextEntry(&key, &value)) {
+    ++count;
+    (void)file->EntryPosition();
+    const auto& first = firstValues.emplace(caseSensitive ? key : Folded(key), value).first->second;
+    Check(file->ReadValue(section, key, &found) == ConfigFile::kSuccess && found == first);
+  }
+  Check(count == file->EntryCount(section));
+  for (const auto& [folded, first] : firstValues) {
+    Check(file->FindValue(caseSensitive ? section : Folded(section), folded) == first);
+  }
+  Check(!file->FindValue(section, "=").has_value());
+}
+
+void CheckAll(ConfigFile* file, bool caseSensitive) {
+  std::map<std::string, int> names;
+  std::string name, last;
+  for (auto result = file->GetFirstSection(&name); result == ConfigFile::kSuccess;
+       result = file->GetNextSection(&name)) {
+    Check(names.emplace(caseSensitive ? name : Folded(name), 0).second);
+    Check(!name.empty() || names.size() == 1);
+    (void)file->SectionPosition();
+    CheckEntries(file, name, caseSensitive);
+    last = name;
+  }
+  if (!names.empty()) Check(file->InsertSection(last) == ConfigFile::kSectionPresent);
+  Check(file->GetFirstEntry("\n", &name, &last) == ConfigFile::kNoSection);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const std::string text(data, data + size);
+  for (const bool caseSensitive : {false, true}) {
+    ConfigFile file{caseSensitive};
+    const auto whole = file.Parse(text, /*merge=*/false);
+    Check(whole == ConfigFile::kSuccess || whole == ConfigFile::kUnreadable);
+    Check((whole == ConfigFile::kSuccess) != (size == 0 || file.FailurePosition().line != 0));
+    CheckAll(&file, caseSensitive);
+
+    file.Parse(text.substr(0, size / 2), /*merge=*/false);
+    const bool inserted = file.InsertSection("added") == ConfigFile::kSuccess;
+    file.Parse(text.substr(size / 2), /*merge=*/true);
+    Check(!inserted || file.SectionExists("added"));
+    CheckAll(&file, caseSensitive);
+  }
+  return 0;
+}

@@ -1,0 +1,18 @@
+// The version of the plug-in, as its table, its file name and its update entry tell it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace version {
+
+inline constexpr std::uint32_t kMajor = 6;
+inline constexpr std::uint32_t kMinor = 8;
+inline constexpr std::uint32_t kBuild = 378;
+
+/// "6.8.378".
+inline std::string Text() {
+  return std::to_string(kMajor) + "." + std::to_string(kMinor) + "." + std::to_string(kBuild);
+}
+
+}  // namespace version

@@ -1,0 +1,171 @@
+// The agent's configuration file in memory: sections of key=value entries, in file order and with
+// comments. Texts are not copied: every key, value and name is a range of the loaded text.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "handlers/internal/HashTables.h"
+
+/// Reads the sectioned key=value format. Names and keys are found by hash, so a look-up does not
+/// slow down with the file; loading takes time in proportion to the text, whatever it holds.
+///
+/// Duplicate keys stay separate entries; a look-up finds the first. A comment is an entry with an
+/// empty key and the whole line as value. Outputs keep their values unless kSuccess is returned.
+/// Any operation may throw std::bad_alloc. Not for use by several threads at once.
+class ConfigFile {
+ public:
+  /// What the operations return; the numbers reach the agent.
+  enum Result : std::int32_t {
+    kSuccess = 0,
+    kUnreadable = 3,      ///< not readable in full, empty, too large, or a header without "]"
+    kNoEntry = 4,         ///< no such key, or no further entry
+    kNoSection = 5,       ///< no such section, or no further section
+    kSectionPresent = 6,  ///< an insertion was refused
+    kNoWalk = 7,          ///< the next entry was asked for without a first one
+    kReplaced = 9,        ///< a merging load succeeded and replaced at least one value
+    kNoMemory = 10,       ///< no memory for the file's content
+  };
+
+  /// A place in the text of the last load, counted from 1; line 0 means that there is none.
+  struct Position {
+    std::size_t line = 0;
+    std::size_t column = 0;
+  };
+
+  /// An empty file. Unless `caseSensitive`, the letter case of ASCII letters in section names and
+  /// keys does not count.
+  explicit ConfigFile(bool caseSensitive);
+
+  /// Reads and parses the file `path`. Only kSuccess makes it the remembered file name; returns
+  /// kNoMemory when its content does not fit into memory, else what `Parse` returns.
+  Result Load(const std::string& path, bool merge);
+
+  /// Parses `text`, after dropping what was loaded before unless `merge` is set. A merging load
+  /// replaces the value of a key that is present already when it differs by more than letter case.
+  /// Ends both walks. When a section header has no "]", parsing stops there with kUnreadable and
+  /// the sections hold what preceded it; an empty text or one of 2 GiB and more changes nothing.
+  Result Parse(std::string text, bool merge);
+
+  /// Copies the value of the first entry with that key.
+  Result ReadValue(std::string_view section, std::string_view key, std::string* value);
+
+  /// The same without copying: the view holds until the next load or insertion.
+  std::optional<std::string_view> FindValue(std::string_view section, std::string_view key);
+
+  /// Number of entries of a section, comments included; 0 when there is no such section.
+  std::size_t EntryCount(std::string_view section) const;
+
+  /// Starts a walk over a section's entries; it counts as started even when nothing is found.
+  Result GetFirstEntry(std::string_view section, std::string* key, std::string* value);
+  Result GetNextEntry(std::string* key, std::string* value);
+
+  /// Starts a walk over the section names. The section without a name, if any, comes first. The
+  /// two kinds of walk do not disturb each other.
+  Result GetFirstSection(std::string* name);
+  Result GetNextSection(std::string* name);
+
+  bool SectionExists(std::string_view section) const;
+
+  /// Adds an empty section at the end, or at the front when its name is empty. Ends both walks.
+  Result InsertSection(std::string_view section);
+
+  /// Path of the last file that was loaded with kSuccess; empty before.
+  const std::string& FileName() const { return fileName_; }
+
+  /// "\r\n" or "\n": the style of the last line that was parsed.
+  std::string_view LineEnding() const { return lastLineHadReturn_ ? "\r\n" : "\n"; }
+
+  /// Where the key of the entry (or the comment) stands that the entry walk returned last.
+  Position EntryPosition();
+  /// Where the name stands that the section walk returned last.
+  Position SectionPosition();
+  /// Where the header without "]" stands that ended the last load.
+  Position FailurePosition();
+
+ private:
+  /// A part of `text_`, or of `extra_` when the offset is beyond `text_`.
+  struct Range {
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+  };
+  struct Pair {
+    Range key;
+    Range value;
+  };
+  struct FoundEntry {
+    std::uint32_t id = 0;  // 0: there is none
+    Pair pair;
+  };
+  struct Section {
+    Range name;
+    std::uint32_t first = 0;  // entry
+    std::uint32_t last = 0;
+    std::uint32_t count = 0;
+    std::uint32_t indexed = 0;  // the last entry that `keys` knows
+    HashTables::Table keys;     // finds the first entry of each key
+  };
+  struct Walk {
+    bool active = false;
+    std::uint32_t at = 0;
+  };
+  class Parser;
+
+  std::string_view View(Range range) const;
+  std::uint32_t Hash(std::string_view text) const;
+  template <typename T>
+  void MakeRoom(std::vector<T>* items) const;
+
+  bool HasUnnamed() const { return unnamedOpened_ || sections_[0].count != 0; }
+  std::optional<std::uint32_t> FindSection(std::string_view name) const;
+  std::uint32_t OpenSection(Range name);
+
+  std::uint32_t AddEntry(std::uint32_t section, Range line);
+  std::uint32_t NextEntry(std::uint32_t entry) const;
+  Pair Split(Range line) const;
+  Pair PairOf(std::uint32_t entry) const;
+  Range Rewrite(const Pair& pair);
+  void SetValue(std::uint32_t entry, Range value);
+  FoundEntry FindEntry(std::uint32_t section, std::string_view key);
+  void IndexKeys(Section* section);
+
+  void EndWalks();
+  Result ReportEntry(std::string* key, std::string* value) const;
+  Result ReportSection(std::string* name) const;
+  Position PositionOf(std::size_t offset);
+
+  bool caseSensitive_;
+  std::uint64_t seed_;
+  std::string fileName_;
+  bool lastLineHadReturn_ = false;
+
+  std::string text_;   // what was loaded
+  std::string extra_;  // texts that are in no file as one piece; its offsets go on from `text_`
+
+  std::vector<Section> sections_;  // in order; sections_[0] is the unnamed one, opened or not
+  bool unnamedOpened_ = false;
+  HashTables::Table sectionTable_;
+  HashTables tables_;
+
+  // An entry is its trimmed line, which is split when it is asked for. The entries of a section lie
+  // in runs; behind a run that is not the last of all, a range of length kLink has the number of
+  // the section's next entry as offset. Number 0 is no entry.
+  static constexpr std::uint32_t kLink = 0;
+  static constexpr std::uint32_t kRewritten = 0xFFFFFFFF;  // the offset is one in `rewritten_`
+  std::vector<Range> entries_;
+  std::vector<Pair> rewritten_;  // entries whose value is no longer that of their line
+  std::uint32_t growing_;        // the section of the last run
+
+  Walk entryWalk_;
+  Walk sectionWalk_;
+
+  std::size_t parseStart_ = 0;     // where the text of the last load begins in `text_`
+  std::size_t parsePosition_ = 0;  // the line being parsed
+  std::optional<std::size_t> failure_;
+  std::size_t countedOffset_ = 0;  // the newlines up to here are in `countedLines_`
+  std::size_t countedLines_ = 0;
+};

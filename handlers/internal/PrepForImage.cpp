@@ -1,0 +1,107 @@
+#include "handlers/internal/PrepForImage.h"
+
+#include "common/sys/NicAdapter.h"
+#include "common/sys/NicInfoWriter.h"
+#include "common/sys/NicList.h"
+#include "common/sys/Registry.h"
+#include "common/sys/Services.h"
+#include "common/util/FileUtils.h"
+#include "common/util/LastError.h"
+#include "handlers/internal/AgentFiles.h"
+
+namespace {
+
+constexpr char kPath[] = R"(handlers\internal\PrepForImage)";
+
+constexpr std::int32_t kPrepared = 1;
+constexpr std::int32_t kFailed = 0;
+
+/// The lines of the log calls.
+enum Line : int {
+  kInvokeConfigure = 84,
+  kCopyFailed = 97,
+  kGeneralError = 131,
+  kUnknownError = 139,
+  kAddingNic = 163,
+};
+
+/// The services in the order in which they are disabled, with the lines that tell it.
+constexpr struct {
+  const char* name;
+  const char* shown;
+  int line;
+  int failedLine;
+} kServices[] = {
+    {"Dhcp", "DHCP", 312, 317},
+    {"NetBT", "NetBT", 330, 333},
+    {"LmHosts", "LMHOST", 344, 349},
+    {"NwlnkNb", "NetBIOS over NWLink", 359, 364},
+};
+
+void MarkNetworkDisabled() {
+  sys::Registry key;
+  key.SetSubkey(sys::kClientServiceKey);
+  key.Open(/*create=*/true, /*readOnly=*/false, /*view64=*/false);
+  key.WriteBool(sys::kNetworkDisabledValue, true);
+}
+
+}  // namespace
+
+std::int32_t PrepForImage::HandleMessage(IAgentMessage* /*message*/, IAgentHost* host) {
+  try {
+    Prepare(*host);
+    MarkNetworkDisabled();
+    DisableServices();
+    return kPrepared;
+  } catch (const err::CGeneralError& error) {
+    LogRecord(
+        "%s:%d PrepForImage::HandleMessage(): caught general error\n\t%s:%d - %s\n\tValue=%d, "
+        "SystemError=0x%08X",
+        kPath, kGeneralError, error);
+  } catch (...) {
+    const std::uint32_t lastError = util::LastError();
+    Log(logging::kFailure,
+        "%s:%d PrepForImage::HandleMessage(): caught unknown exception\n\t%s:%d - Last Error=%d",
+        kPath, kUnknownError, kPath, kUnknownError, lastError);
+  }
+  return kFailed;
+}
+
+void PrepForImage::Prepare(IAgentHost& host) {
+  const AgentFiles files = AgentFiles::Locate();
+  sys::NicList nics;
+  for (const sys::NicAdapter* nic : nics.Adapters()) {
+    Log(logging::kDetail, "%s:%d Adding infor for nic %d", kPath, kAddingNic, nic->Index());
+  }
+  sys::WriteNicInfo({{"Config", "RestoreAfterCreate"}, {"RebootAfterConfig", "True"}}, nics,
+                    files.restore);
+
+  const OwnedMessage message = NewMessage(host);
+  Log(logging::kProgress, "%s:%d Invoke Config Handler", kPath, kInvokeConfigure);
+  message->SetTypeAndName("Internal", "Configure");
+  message->SetValue("Filename", files.configuration.c_str());
+  host.Post(message.get());
+  try {
+    // The host handles the message when this one is done; by then the copy is in its place.
+    util::Copy(files.restore, files.configuration, /*overwrite=*/true);
+  } catch (const err::CGeneralError& error) {
+    LogRecord(
+        "%s:%d PrepForImage::Prepare(): caught general error\n\t%s:%d - %s\n\tValue=%d, "
+        "SystemError=0x%08X",
+        kPath, kCopyFailed, error);
+  }
+}
+
+void PrepForImage::DisableServices() {
+  sys::ServiceManager manager;
+  if (!manager.IsOpen()) return;
+  for (const auto& row : kServices) {
+    sys::Service service = manager.Open(row.name);
+    if (!service.IsOpen()) continue;
+    // Deliberate: told before it is tried, so that a refused change tells both.
+    Log(logging::kDetail, "%s:%d Disabled %s", kPath, row.line, row.shown);
+    if (!service.SetStartType(sys::ServiceStart::kDisabled)) {
+      Log(logging::kDetail, "%s:%d Failed Disabled %s", kPath, row.failedLine, row.shown);
+    }
+  }
+}

@@ -1,0 +1,167 @@
+#include "platform/simulated/DirectoryPort.h"
+
+#include <cstring>
+#include <utility>
+
+#include "platform/simulated/Codes.h"
+#include "platform/simulated/DirectoryTree.h"
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+using platform::HResult;
+using platform::NtStatus;
+using platform::PolicyHandle;
+using platform::Win32Error;
+
+constexpr std::string_view kScheme = "LDAP://";
+constexpr std::uint32_t kWrappedError = 0xC0070000;
+constexpr NtStatus kStatusInvalidHandle = Com(0xC0000008);
+
+/// A fault's answer as a status: error numbers travel wrapped, as the system wraps them itself.
+NtStatus ToStatus(const Fault& fault) {
+  if (fault.hresult) return *fault.hresult;
+  const Win32Error error = ToWin32Error(fault);
+  return error == 0 ? 0 : static_cast<NtStatus>(kWrappedError | (error & 0xFFFFU));
+}
+
+std::string WithoutScheme(const std::string& path) {
+  return StartsWith(path, kScheme) ? path.substr(kScheme.size()) : path;
+}
+
+class Container final : public platform::IDirectoryContainer {
+ public:
+  Container(Simulation& simulation, std::string path)
+      : simulation_(simulation), live_(simulation.usage), path_(std::move(path)) {}
+
+  HResult MoveHere(const std::string& sourcePath) override {
+    const std::string paths = sourcePath + "\n" + path_;
+    const auto refused = simulation_.RefuseCom({.name = "directory.move", .text = paths});
+    const HResult result = refused ? *refused : Move(WithoutScheme(sourcePath));
+    Json entry{{"call", "directory.move"}, {"source", sourcePath}, {"destination", path_}};
+    if (platform::Failed(result)) entry["hresult"] = HResultText(result);
+    simulation_.machine.journal.push_back(std::move(entry));
+    return result;
+  }
+
+ private:
+  HResult Move(const std::string& dn) {
+    const std::string target = WithoutScheme(path_);
+    DirectoryDomain* domain = FindDomainOf(simulation_.machine, target);
+    Computer* computer = domain == nullptr ? nullptr : FindComputer(*domain, dn);
+    const auto container = domain == nullptr ? std::nullopt : FindContainer(*domain, target);
+    if (computer == nullptr || !container) return kDirectoryNoSuchObject;
+    const std::string moved = computer->dn.substr(0, computer->dn.find(',')) + "," + *container;
+    const Computer* present = FindComputer(*domain, moved);
+    if (present != nullptr && present != computer) return kDirectoryObjectExists;
+    computer->dn = moved;
+    return platform::kOk;
+  }
+
+  Simulation& simulation_;
+  LiveObject live_;
+  std::string path_;
+};
+
+}  // namespace
+
+NtStatus DirectoryPort::OpenPolicy(PolicyHandle* policy) {
+  if (const Fault* fault = simulation_.Strike({.name = "lsa.open"})) return ToStatus(*fault);
+  policies_.insert(++nextPolicy_);
+  ++simulation_.usage.policies;
+  *policy = PolicyHandle{nextPolicy_};
+  return 0;
+}
+
+NtStatus DirectoryPort::QueryPrimaryDomain(PolicyHandle policy, bool* hasSid, std::string* name) {
+  if (const NtStatus status = Check({.name = "lsa.primary"}, policy)) return status;
+  const Membership& membership = simulation_.machine.membership;
+  if (const auto* domain = std::get_if<DomainMembership>(&membership)) {
+    *hasSid = domain->hasSid;
+    *name = domain->flatName;
+  } else {
+    *hasSid = false;
+    *name = std::get<WorkgroupMembership>(membership).name;
+  }
+  return 0;
+}
+
+NtStatus DirectoryPort::QueryDnsDomain(PolicyHandle policy, std::string* dnsName) {
+  if (const NtStatus status = Check({.name = "lsa.dns"}, policy)) return status;
+  const auto* domain = std::get_if<DomainMembership>(&simulation_.machine.membership);
+  *dnsName = domain == nullptr ? std::string() : domain->dnsName;
+  return 0;
+}
+
+void DirectoryPort::ClosePolicy(PolicyHandle policy) {
+  simulation_.Strike({.name = "lsa.close"});
+  if (policies_.erase(static_cast<std::uint64_t>(policy)) != 0) --simulation_.usage.policies;
+}
+
+Win32Error DirectoryPort::StatusToError(NtStatus status) {
+  const auto digits = static_cast<std::uint32_t>(status);
+  if ((digits & 0xFFFF0000U) == kWrappedError) return digits & 0xFFFFU;
+  switch (digits) {
+    case 0:
+      return kSuccess;
+    case 0xC0000008:
+      return kInvalidHandle;
+    case 0xC0000022:
+      return kAccessDenied;
+    default:
+      return kNoTextForCode;
+  }
+}
+
+bool DirectoryPort::LanGroup(std::string* name) {
+  if (simulation_.Fails({.name = "lsa.workgroup"})) return false;
+  const Membership& membership = simulation_.machine.membership;
+  const auto* domain = std::get_if<DomainMembership>(&membership);
+  *name = domain != nullptr ? domain->flatName : std::get<WorkgroupMembership>(membership).name;
+  return true;
+}
+
+bool DirectoryPort::ComputerObjectName(char* buffer, std::uint32_t* length) {
+  if (simulation_.Fails({.name = "directory.name"})) return false;
+  if (std::holds_alternative<WorkgroupMembership>(simulation_.machine.membership)) {
+    return simulation_.Fail(kNotDomainMember);
+  }
+  const Computer* account = simulation_.machine.FindOwnAccount();
+  if (account == nullptr) return simulation_.Fail(kNoSuchAccount);
+  const auto needed = static_cast<std::uint32_t>(account->dn.size() + 1);
+  const std::uint32_t room = std::exchange(*length, needed);
+  if (buffer == nullptr) return true;
+  if (room < needed) return simulation_.Fail(kBufferTooSmall);
+  std::memcpy(buffer, account->dn.c_str(), needed);
+  return true;
+}
+
+HResult DirectoryPort::EnterApartment() {
+  return simulation_.EnterApartment({.name = "directory.enter"}, ApartmentKind::kSingleThreaded);
+}
+
+void DirectoryPort::LeaveApartment() { simulation_.LeaveApartment({.name = "directory.leave"}); }
+
+HResult DirectoryPort::BindContainer(const std::string& path, const std::string& account,
+                                     const std::string& password,
+                                     std::unique_ptr<platform::IDirectoryContainer>* container) {
+  if (const auto failure = simulation_.RefuseCom({.name = "directory.bind", .text = path})) {
+    return *failure;
+  }
+  if (!simulation_.InApartment()) return kNotInApartment;
+  const std::string dn = WithoutScheme(path);
+  const DirectoryDomain* domain = FindDomainOf(simulation_.machine, dn);
+  if (domain == nullptr) return kDirectoryServerDown;
+  if (!IsAccount(*domain, account, password)) return FromError(kLogonFailure);
+  if (!FindContainer(*domain, dn)) return kDirectoryNoSuchObject;
+  *container = std::make_unique<Container>(simulation_, path);
+  return platform::kOk;
+}
+
+NtStatus DirectoryPort::Check(const Call& call, PolicyHandle policy) {
+  if (const Fault* fault = simulation_.Strike(call)) return ToStatus(*fault);
+  return policies_.contains(static_cast<std::uint64_t>(policy)) ? 0 : kStatusInvalidHandle;
+}
+
+}  // namespace simulated

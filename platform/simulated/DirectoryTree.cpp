@@ -1,0 +1,73 @@
+#include "platform/simulated/DirectoryTree.h"
+
+#include <algorithm>
+
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+bool IsNameOf(const DirectoryDomain& domain, std::string_view name) {
+  return !name.empty() && (SameText(domain.dnsName, name) || SameText(domain.flatName, name));
+}
+
+bool EndsWith(std::string_view text, std::string_view end) {
+  return text.size() >= end.size() && SameText(text.substr(text.size() - end.size()), end);
+}
+
+template <class Predicate>
+DirectoryDomain* FindDomainIf(Machine& machine, Predicate matches) {
+  const auto found = std::find_if(machine.domains.begin(), machine.domains.end(), matches);
+  return found == machine.domains.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+DirectoryDomain* FindDomain(Machine& machine, const std::string& name) {
+  return FindDomainIf(machine, [&](const auto& domain) { return IsNameOf(domain, name); });
+}
+
+DirectoryDomain* FindDomainOf(Machine& machine, const std::string& dn) {
+  return FindDomainIf(machine, [&](const auto& domain) {
+    return SameText(dn, DomainDn(domain)) || EndsWith(dn, "," + DomainDn(domain));
+  });
+}
+
+std::string DomainDn(const DirectoryDomain& domain) {
+  std::string dn = "DC=" + domain.dnsName;
+  for (std::size_t dot = dn.find('.'); dot != std::string::npos; dot = dn.find('.')) {
+    dn.replace(dot, 1, ",DC=");
+  }
+  return dn;
+}
+
+std::optional<std::string> FindContainer(const DirectoryDomain& domain, const std::string& dn) {
+  const std::string root = DomainDn(domain);
+  for (const std::string& container : {root, "CN=Computers," + root}) {
+    if (SameText(container, dn)) return container;
+  }
+  const auto found = std::find_if(domain.ous.begin(), domain.ous.end(),
+                                  [&](const std::string& ou) { return SameText(ou, dn); });
+  if (found == domain.ous.end()) return std::nullopt;
+  return *found;
+}
+
+Computer* FindComputer(DirectoryDomain& domain, const std::string& nameOrDn) {
+  const auto found =
+      std::find_if(domain.computers.begin(), domain.computers.end(), [&](const Computer& computer) {
+        return SameText(computer.name, nameOrDn) || SameText(computer.dn, nameOrDn);
+      });
+  return found == domain.computers.end() ? nullptr : &*found;
+}
+
+bool IsAccount(const DirectoryDomain& domain, const std::string& user,
+               const std::string& password) {
+  const std::size_t backslash = user.find('\\');
+  if (backslash != std::string::npos && !IsNameOf(domain, user.substr(0, backslash))) return false;
+  const std::string bare = backslash == std::string::npos ? user : user.substr(backslash + 1);
+  return std::any_of(domain.accounts.begin(), domain.accounts.end(), [&](const Account& account) {
+    return SameText(account.user, bare) && account.password == password;
+  });
+}
+
+}  // namespace simulated

@@ -1,0 +1,211 @@
+#include "platform/simulated/FilesPort.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/simulated/Codes.h"
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+using platform::Win32Error;
+
+constexpr std::uint32_t kArchiveAttribute = 0x20;
+constexpr std::string_view kLineEnd = "\r\n";
+
+/// One line of a text: where it starts, where its content ends, and where the next one starts.
+struct Line {
+  std::size_t start;
+  std::size_t contentEnd;
+  std::size_t next;
+};
+
+Line LineAt(const std::string& text, std::size_t start) {
+  const std::size_t feed = text.find('\n', start);
+  if (feed == std::string::npos) return {start, text.size(), text.size()};
+  const bool hasReturn = feed > start && text[feed - 1] == '\r';
+  return {start, hasReturn ? feed - 1 : feed, feed + 1};
+}
+
+std::string_view ContentOf(const std::string& text, const Line& line) {
+  return Trimmed(std::string_view(text).substr(line.start, line.contentEnd - line.start));
+}
+
+/// The start of the first header line at or after `from`; npos when there is none.
+std::size_t FindHeader(const std::string& text, std::size_t from) {
+  // Headers are rare in a long text, so their brackets are looked for rather than its lines.
+  for (std::size_t at = text.find('[', from); at != std::string::npos;
+       at = text.find('[', at + 1)) {
+    std::size_t start = at;
+    while (start > from && (text[start - 1] == ' ' || text[start - 1] == '\t')) --start;
+    if (start == from || text[start - 1] == '\n') return start;
+  }
+  return std::string::npos;
+}
+
+bool IsHeaderOf(const std::string& text, const Line& line, std::string_view section) {
+  const std::string_view header = ContentOf(text, line);
+  return SameText(Trimmed(header.substr(1, header.find(']') - 1)), section);
+}
+
+/// Writes `key=value` below the first header of `section`, making what is missing and touching
+/// nothing else.
+void PutEntry(std::string& text, const std::string& section, const std::string& key,
+              const std::string& value) {
+  std::size_t header = FindHeader(text, 0);
+  while (header != std::string::npos && !IsHeaderOf(text, LineAt(text, header), section)) {
+    header = FindHeader(text, LineAt(text, header).next);
+  }
+  if (header == std::string::npos) {
+    if (!text.empty() && text.back() != '\n') text += kLineEnd;
+    header = text.size();
+    text.append("[").append(section).append("]").append(kLineEnd);
+  }
+
+  std::size_t insertAt = LineAt(text, header).next;
+  const std::size_t end = std::min(FindHeader(text, insertAt), text.size());
+  for (std::size_t at = insertAt; at < end;) {
+    const Line line = LineAt(text, at);
+    const std::string_view content = ContentOf(text, line);
+    const std::size_t equals = content.find('=');
+    if (equals != std::string_view::npos && SameText(Trimmed(content.substr(0, equals)), key)) {
+      const std::string entry = std::string(Trimmed(content.substr(0, equals))) + "=" + value;
+      text.replace(line.start, line.contentEnd - line.start, entry);
+      return;
+    }
+    if (!content.empty()) insertAt = line.next;
+    at = line.next;
+  }
+  std::string entry = key + "=" + value + std::string(kLineEnd);
+  if (text[insertAt - 1] != '\n') entry.insert(0, kLineEnd);
+  text.insert(insertAt, entry);
+}
+
+/// The folder part of a path; empty for a name alone, which stands in the current folder.
+std::string FolderOf(const std::string& path) {
+  const std::size_t separator = path.find_last_of("\\/");
+  return separator == std::string::npos ? std::string() : path.substr(0, separator);
+}
+
+}  // namespace
+
+std::uint32_t FilesPort::Attributes(const std::string& path) {
+  if (simulation_.Fails({.name = "file.attributes", .text = path})) return platform::kNoAttributes;
+  const Win32Error error = ReadError(path);
+  if (error == kSuccess) return kArchiveAttribute;
+  if (error == kAccessDenied) return platform::kDirectoryAttribute;
+  simulation_.lastError = error;
+  return platform::kNoAttributes;
+}
+
+bool FilesPort::ReadWhole(const std::string& path, std::string* content) {
+  if (simulation_.Fails({.name = "file.read", .text = path})) return false;
+  if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
+  *content = simulation_.machine.FindFile(path)->text;
+  return true;
+}
+
+bool FilesPort::Move(const std::string& source, const std::string& destination) {
+  Win32Error error = ReadError(source);
+  if (error == kSuccess) error = MakeError(destination);
+  const bool sameFile = FoldedPath(source) == FoldedPath(destination);
+  if (error == kSuccess && !sameFile && simulation_.machine.FindFile(destination) != nullptr) {
+    error = kAlreadyExists;
+  }
+  const std::string paths = source + "\n" + destination;
+  const auto refused = simulation_.Refuse({.name = "file.move", .text = paths});
+  if (!refused && error == kSuccess) simulation_.machine.FindFile(source)->path = destination;
+  return Finish({{"call", "file.move"}, {"source", source}, {"destination", destination}},
+                refused.value_or(error));
+}
+
+bool FilesPort::Copy(const std::string& source, const std::string& destination, bool failIfExists) {
+  Win32Error error = ReadError(source);
+  if (error == kSuccess) error = MakeError(destination);
+  if (error == kSuccess && simulation_.machine.FindFile(destination) != nullptr) {
+    if (FoldedPath(source) == FoldedPath(destination)) error = kSharingViolation;
+    if (failIfExists) error = kFileExists;
+  }
+  const std::string paths = source + "\n" + destination;
+  const auto refused = simulation_.Refuse({.name = "file.copy", .text = paths});
+  if (!refused && error == kSuccess) {
+    const std::string text = simulation_.machine.FindFile(source)->text;
+    simulation_.machine.PutFile(destination, text);
+  }
+  return Finish({{"call", "file.copy"}, {"source", source}, {"destination", destination}},
+                refused.value_or(error));
+}
+
+bool FilesPort::Erase(const std::string& path) {
+  const Win32Error error = ReadError(path);
+  const auto refused = simulation_.Refuse({.name = "file.delete", .text = path});
+  if (!refused && error == kSuccess) {
+    const File* file = simulation_.machine.FindFile(path);
+    auto& files = simulation_.machine.files;
+    files.erase(files.begin() + (file - files.data()));
+  }
+  return Finish({{"call", "file.delete"}, {"path", path}}, refused.value_or(error));
+}
+
+bool FilesPort::ModulePath(std::string* path) {
+  if (simulation_.Fails({.name = "file.module"})) return false;
+  *path = simulation_.machine.agentFolder;
+  if (!path->ends_with('\\')) *path += '\\';
+  *path += "agent.exe";
+  return true;
+}
+
+bool FilesPort::WriteProfileEntry(const std::string& section, const std::string& key,
+                                  const std::string& value, const std::string& path) {
+  const Win32Error error = MakeError(path);
+  const auto refused = simulation_.Refuse({.name = "file.write", .text = path, .item = key});
+  if (!refused && error == kSuccess) {
+    if (simulation_.machine.FindFile(path) == nullptr) simulation_.machine.PutFile(path, "");
+    PutEntry(simulation_.machine.FindFile(path)->text, section, key, value);
+  }
+  return Finish({{"call", "file.write"},
+                 {"path", path},
+                 {"section", section},
+                 {"key", key},
+                 {"value", value}},
+                refused.value_or(error));
+}
+
+bool FilesPort::IsFolder(const std::string& path) {
+  const std::string folder = FoldedPath(path);
+  const auto holds = [&](const std::string& other) {
+    const std::string inner = FoldedPath(other);
+    return inner == folder || inner.starts_with(folder + "\\");
+  };
+  const Machine& machine = simulation_.machine;
+  const auto drive = machine.operatingSystem.find("SystemDrive");
+  const bool isSystemDrive = drive != machine.operatingSystem.end() && drive->second.is_string() &&
+                             FoldedPath(drive->second.get<std::string>()) == folder;
+  return folder.empty() || isSystemDrive || holds(machine.agentFolder) ||
+         std::any_of(machine.files.begin(), machine.files.end(),
+                     [&](const File& file) { return holds(FolderOf(file.path)); });
+}
+
+Win32Error FilesPort::ReadError(const std::string& path) {
+  if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
+  if (IsFolder(path)) return kAccessDenied;
+  return IsFolder(FolderOf(path)) ? kFileNotFound : kPathNotFound;
+}
+
+Win32Error FilesPort::MakeError(const std::string& path) {
+  if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
+  if (IsFolder(path)) return kAccessDenied;
+  return IsFolder(FolderOf(path)) ? kSuccess : kPathNotFound;
+}
+
+bool FilesPort::Finish(Json entry, Win32Error error) {
+  if (error != kSuccess) {
+    entry["error"] = error;
+    simulation_.lastError = error;
+  }
+  simulation_.machine.journal.push_back(std::move(entry));
+  return error == kSuccess;
+}
+
+}  // namespace simulated

@@ -1,0 +1,70 @@
+#include "platform/simulated/Machine.h"
+
+#include <algorithm>
+
+#include "platform/simulated/DirectoryTree.h"
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+template <class Item, class Predicate>
+Item* FindIn(std::vector<Item>& items, Predicate matches) {
+  const auto found = std::find_if(items.begin(), items.end(), matches);
+  return found == items.end() ? nullptr : &*found;
+}
+
+}  // namespace
+
+void Machine::Restart() {
+  if (!pendingComputerName) return;
+  if (Computer* account = FindOwnAccount()) {
+    const std::size_t comma = account->dn.find(',');
+    account->dn = "CN=" + *pendingComputerName +
+                  (comma == std::string::npos ? std::string() : account->dn.substr(comma));
+    account->name = *pendingComputerName;
+  }
+  computerName = *pendingComputerName;
+  pendingComputerName.reset();
+}
+
+Adapter* Machine::FindAdapter(std::uint32_t index) {
+  return FindIn(adapters, [=](const Adapter& adapter) { return adapter.index == index; });
+}
+
+Service* Machine::FindService(const std::string& name) {
+  return FindIn(services, [&](const Service& service) { return SameText(service.name, name); });
+}
+
+File* Machine::FindFile(const std::string& path) {
+  const std::string wanted = FoldedPath(path);
+  return FindIn(files, [&](const File& file) { return FoldedPath(file.path) == wanted; });
+}
+
+DirectoryDomain* Machine::FindOwnDomain() {
+  const auto* own = std::get_if<DomainMembership>(&membership);
+  if (own == nullptr) return nullptr;
+  return FindDomain(*this, own->dnsName.empty() ? own->flatName : own->dnsName);
+}
+
+Computer* Machine::FindOwnAccount() {
+  DirectoryDomain* domain = FindOwnDomain();
+  return domain == nullptr ? nullptr : FindComputer(*domain, computerName);
+}
+
+void Machine::PutFile(const std::string& path, const std::string& text) {
+  if (File* file = FindFile(path)) {
+    file->text = text;
+  } else {
+    files.push_back({path, text});
+  }
+}
+
+void Machine::FailCall(std::uint32_t nth, platform::Win32Error error) {
+  Fault fault;
+  fault.nth = nth;
+  fault.error = error;
+  faults.push_back(std::move(fault));
+}
+
+}  // namespace simulated

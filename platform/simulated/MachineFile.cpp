@@ -1,0 +1,624 @@
+#include "platform/simulated/MachineFile.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <concepts>
+#include <limits>
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
+#include "platform/IRegistry.h"
+#include "platform/simulated/JsonDocument.h"
+#include "platform/simulated/ServicesPort.h"
+#include "platform/simulated/Simulation.h"
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+constexpr const char* kHidden = "***";
+constexpr std::string_view kPasswordKey = "DomainPassword";
+constexpr int kSchema = 1;
+
+// Every kind of value knows how to read itself from a document and how to write itself: a codec
+// with `Read(cursor, value)` and `Write(value, hideSecrets)`. What a codec writes as "discarded" is
+// left out.
+template <class Value>
+struct Codec;
+
+/// A member of a struct, its name in the file, and the codec of its value.
+template <class Struct, class Member, class MemberCodec>
+struct Field {
+  std::string_view name;
+  Member Struct::*member;
+};
+
+template <class Struct, class Member>
+constexpr auto Plain(std::string_view name, Member Struct::*member) {
+  return Field<Struct, Member, Codec<Member>>{name, member};
+}
+
+template <class MemberCodec, class Struct, class Member>
+constexpr auto As(std::string_view name, Member Struct::*member) {
+  return Field<Struct, Member, MemberCodec>{name, member};
+}
+
+/// The fields of a struct, in the order of the file.
+template <class Struct>
+constexpr auto kFields = nullptr;
+
+template <class Struct>
+concept Described = !std::same_as<decltype(kFields<Struct>), const std::nullptr_t>;
+
+void RequireObject(const Cursor& at) {
+  if (!at.Value().is_object()) at.FailType("an object");
+}
+
+Json Discarded() { return Json(Json::value_t::discarded); }
+
+template <>
+struct Codec<bool> {
+  static void Read(const Cursor& at, bool& value) {
+    if (!at.Value().is_boolean()) at.FailType("true or false");
+    value = at.Value().get<bool>();
+  }
+  static Json Write(bool value, bool) { return value; }
+};
+
+template <std::integral Number>
+struct Codec<Number> {
+  static void Read(const Cursor& at, Number& value) {
+    using Limits = std::numeric_limits<Number>;
+    const auto& json = at.Value();
+    const bool fits =
+        json.is_number_unsigned()
+            ? std::in_range<Number>(json.get<std::uint64_t>())
+            : json.is_number_integer() && std::in_range<Number>(json.get<std::int64_t>());
+    if (!fits) {
+      at.FailType("a whole number from " + std::to_string(Limits::min()) + " to " +
+                  std::to_string(Limits::max()));
+    }
+    value = json.get<Number>();
+  }
+  static Json Write(Number value, bool) { return value; }
+};
+
+template <>
+struct Codec<std::string> {
+  static void Read(const Cursor& at, std::string& value) {
+    if (!at.Value().is_string()) at.FailType("a text");
+    value = at.Value().get<std::string>();
+  }
+  static Json Write(const std::string& value, bool) { return value; }
+};
+
+template <class Value>
+struct Codec<std::optional<Value>> {
+  static void Read(const Cursor& at, std::optional<Value>& value) {
+    value.reset();
+    if (!at.Value().is_null()) Codec<Value>::Read(at, value.emplace());
+  }
+  static Json Write(const std::optional<Value>& value, bool hideSecrets) {
+    return value ? Codec<Value>::Write(*value, hideSecrets) : Json(nullptr);
+  }
+};
+
+template <class Item>
+struct Codec<std::vector<Item>> {
+  static void Read(const Cursor& at, std::vector<Item>& items) {
+    if (!at.Value().is_array()) at.FailType("a list");
+    items.resize(at.Value().size());
+    for (std::size_t i = 0; i < items.size(); ++i) Codec<Item>::Read(at.Element(i), items[i]);
+  }
+  static Json Write(const std::vector<Item>& items, bool hideSecrets) {
+    Json list = Json::array();
+    for (const Item& item : items) list.push_back(Codec<Item>::Write(item, hideSecrets));
+    return list;
+  }
+};
+
+// What must hold beyond the fields themselves; most structs need nothing.
+template <class Struct>
+void Check(const Cursor&, Struct&) {}
+void Check(const Cursor& at, RegistryValue& value);
+void Check(const Cursor& at, Fault& fault);
+void Check(const Cursor& at, Machine& machine);
+
+template <Described Struct>
+struct Codec<Struct> {
+  static void Read(const Cursor& at, Struct& value) {
+    RequireObject(at);
+    RefuseUnknownFields(at);
+    ForEachField(
+        [&]<class Member, class MemberCodec>(const Field<Struct, Member, MemberCodec>& field) {
+          const std::string name(field.name);
+          if (at.Value().contains(name)) MemberCodec::Read(at.Field(name), value.*field.member);
+        });
+    Check(at, value);
+  }
+
+  static Json Write(const Struct& value, bool hideSecrets) {
+    Json object = Json::object();
+    ForEachField(
+        [&]<class Member, class MemberCodec>(const Field<Struct, Member, MemberCodec>& field) {
+          Json written = MemberCodec::Write(value.*field.member, hideSecrets);
+          if (!written.is_discarded()) object[std::string(field.name)] = std::move(written);
+        });
+    return object;
+  }
+
+ private:
+  template <class Action>
+  static void ForEachField(Action action) {
+    std::apply([&](const auto&... field) { (action(field), ...); }, kFields<Struct>);
+  }
+
+  static void RefuseUnknownFields(const Cursor& at) {
+    static constexpr auto kNames =
+        std::apply([](const auto&... field) { return std::array{field.name...}; }, kFields<Struct>);
+    for (const auto& [name, ignored] : at.Value().items()) {
+      if (std::find(kNames.begin(), kNames.end(), name) == kNames.end()) {
+        at.Field(name).FailUnknown("field", name, kNames);
+      }
+    }
+  }
+};
+
+/// A value that is left out of the file when there is none.
+template <class Value>
+struct LeftOut : Codec<std::optional<Value>> {
+  static Json Write(const std::optional<Value>& value, bool hideSecrets) {
+    return value ? Codec<Value>::Write(*value, hideSecrets) : Discarded();
+  }
+};
+
+struct Secret : Codec<std::string> {
+  static Json Write(const std::string& value, bool hideSecrets) {
+    return hideSecrets ? std::string(kHidden) : value;
+  }
+};
+
+struct FileText : Codec<std::string> {
+  static Json Write(const std::string& value, bool hideSecrets) {
+    return hideSecrets ? RedactedText(value) : value;
+  }
+};
+
+struct Ipv4Text : Codec<std::string> {
+  static void Read(const Cursor& at, std::string& value) {
+    Codec<std::string>::Read(at, value);
+    if (!ParseIpv4(value)) at.Fail("no IPv4 address; write it as four numbers such as 10.0.0.1");
+  }
+};
+
+struct HResultCodec {
+  static void Read(const Cursor& at, std::optional<platform::HResult>& value) {
+    value.reset();
+    if (at.Value().is_null()) return;
+    constexpr const char* kForm = "a text such as \"0x80041002\"";
+    if (!at.Value().is_string()) at.FailType(kForm);
+    const auto text = at.Value().get<std::string>();
+    std::uint32_t digits = 0;
+    const char* const end = text.data() + text.size();
+    const bool isHexadecimal = text.size() > 2 && text.size() <= 10 && StartsWith(text, "0x");
+    if (!isHexadecimal || std::from_chars(text.data() + 2, end, digits, 16).ptr != end) {
+      at.Fail(std::string("no result code; write ") + kForm);
+    }
+    value = static_cast<platform::HResult>(digits);
+  }
+  static Json Write(const std::optional<platform::HResult>& value, bool) {
+    return value ? Json(HResultText(*value)) : Discarded();
+  }
+};
+
+/// Reads one of a few names as the value that belongs to it.
+template <class Value, std::size_t kCount>
+void ReadName(const Cursor& at, const std::pair<std::string_view, Value> (&names)[kCount],
+              const std::string& what, Value& value) {
+  std::string text;
+  Codec<std::string>::Read(at, text);
+  std::array<std::string_view, kCount> known;
+  for (std::size_t i = 0; i < kCount; ++i) {
+    known[i] = names[i].first;
+    if (known[i] != text) continue;
+    value = names[i].second;
+    return;
+  }
+  at.FailUnknown(what, text, known);
+}
+
+template <>
+struct Codec<platform::ServiceStart> {
+  static void Read(const Cursor& at, platform::ServiceStart& value) {
+    using Start = platform::ServiceStart;
+    static constexpr std::pair<std::string_view, Start> kStarts[] = {
+        {"boot", Start::kBoot},
+        {"system", Start::kSystem},
+        {"automatic", Start::kAutomatic},
+        {"manual", Start::kManual},
+        {"disabled", Start::kDisabled}};
+    ReadName(at, kStarts, "start type", value);
+  }
+  static Json Write(platform::ServiceStart value, bool) { return StartName(value); }
+};
+
+struct RegistryType {
+  static constexpr std::pair<std::string_view, std::uint32_t> kTypes[] = {
+      {"REG_DWORD", platform::kRegDWord},
+      {"REG_SZ", platform::kRegSz},
+      {"REG_EXPAND_SZ", platform::kRegExpandSz}};
+
+  static void Read(const Cursor& at, std::uint32_t& value) {
+    ReadName(at, kTypes, "registry type", value);
+  }
+  static Json Write(std::uint32_t value, bool) {
+    const auto* found = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                     [=](const auto& type) { return type.second == value; });
+    return std::string(found->first);
+  }
+};
+
+template <>
+struct Codec<std::variant<std::uint32_t, std::string>> {
+  using Value = std::variant<std::uint32_t, std::string>;
+  static void Read(const Cursor& at, Value& value) {
+    if (at.Value().is_string()) {
+      Codec<std::string>::Read(at, value.emplace<std::string>());
+    } else {
+      Codec<std::uint32_t>::Read(at, value.emplace<std::uint32_t>());
+    }
+  }
+  static Json Write(const Value& value, bool) {
+    return std::visit([](const auto& data) { return Json(data); }, value);
+  }
+};
+
+/// An object whose keys are the machine's to choose.
+struct PlainTexts {
+  using Value = std::optional<std::map<std::string, std::string>>;
+  static void Read(const Cursor& at, Value& value) {
+    value.reset();
+    if (at.Value().is_null()) return;
+    RequireObject(at);
+    value.emplace();
+    for (const auto& [name, ignored] : at.Value().items()) {
+      Codec<std::string>::Read(at.Field(name), (*value)[name]);
+    }
+  }
+  static Json Write(const Value& value, bool hideSecrets) {
+    if (!value) return Discarded();
+    Json::object_t object;
+    for (const auto& [name, text] : *value) object.emplace_back(name, hideSecrets ? kHidden : text);
+    return object;
+  }
+};
+
+struct OperatingSystem {
+  using Value = std::map<std::string, Json>;
+  static constexpr std::string_view kProperties[] = {"BootDevice",
+                                                     "BuildNumber",
+                                                     "BuildType",
+                                                     "CodeSet",
+                                                     "CountryCode",
+                                                     "CSDVersion",
+                                                     "Debug",
+                                                     "Description",
+                                                     "Distributed",
+                                                     "EncryptionLevel",
+                                                     "Locale",
+                                                     "Manufacturer",
+                                                     "MaxNumberOfProcesses",
+                                                     "Name",
+                                                     "NumberOfLicensedUsers",
+                                                     "NumberOfProcesses",
+                                                     "NumberOfUsers",
+                                                     "OperatingSystemSKU",
+                                                     "Organization",
+                                                     "OSArchitecture",
+                                                     "OSLanguage",
+                                                     "OSProductSuite",
+                                                     "OtherTypeDescription",
+                                                     "Primary",
+                                                     "ProductType",
+                                                     "QuantumLength",
+                                                     "QuantumType",
+                                                     "RegisteredUser",
+                                                     "SerialNumber",
+                                                     "ServicePackMajorVersion",
+                                                     "ServicePackMinorVersion",
+                                                     "SuiteMask",
+                                                     "SystemDevice",
+                                                     "SystemDirectory",
+                                                     "SystemDrive",
+                                                     "Version",
+                                                     "WindowsDirectory"};
+
+  static void Read(const Cursor& at, Value& value) {
+    RequireObject(at);
+    value.clear();
+    for (const auto& [name, json] : at.Value().items()) {
+      if (std::find(std::begin(kProperties), std::end(kProperties), name) ==
+          std::end(kProperties)) {
+        at.Field(name).FailUnknown("property", name, kProperties);
+      }
+      if (json.is_number()) {
+        std::int64_t number = 0;
+        Codec<std::int64_t>::Read(at.Field(name), number);
+        if (!std::in_range<std::int32_t>(number) && !std::in_range<std::uint32_t>(number)) {
+          at.Field(name).FailType("a number of 32 bits");
+        }
+      } else if (json.is_structured()) {
+        at.Field(name).FailType("a text, a number, true, false or null");
+      }
+      value[name] = json;
+    }
+  }
+  static Json Write(const Value& value, bool) { return value; }
+};
+
+template <>
+constexpr auto kFields<DomainMembership> = std::tuple{
+    Plain("dns_name", &DomainMembership::dnsName), Plain("flat_name", &DomainMembership::flatName),
+    Plain("has_sid", &DomainMembership::hasSid)};
+
+template <>
+struct Codec<Membership> {
+  static void Read(const Cursor& at, Membership& value) {
+    static constexpr std::string_view kKinds[] = {"workgroup", "domain"};
+    RequireObject(at);
+    for (const auto& [name, ignored] : at.Value().items()) {
+      if (name != "workgroup" && name != "domain")
+        at.Field(name).FailUnknown("field", name, kKinds);
+    }
+    if (at.Value().size() > 1) at.Fail("both a workgroup and a domain; keep one");
+    if (at.Value().contains("domain")) {
+      Codec<DomainMembership>::Read(at.Field("domain"), value.emplace<DomainMembership>());
+    } else {
+      auto& workgroup = value.emplace<WorkgroupMembership>();
+      if (!at.Value().empty()) Codec<std::string>::Read(at.Field("workgroup"), workgroup.name);
+    }
+  }
+  static Json Write(const Membership& value, bool hideSecrets) {
+    if (const auto* domain = std::get_if<DomainMembership>(&value)) {
+      return {{"domain", Codec<DomainMembership>::Write(*domain, hideSecrets)}};
+    }
+    return {{"workgroup", std::get<WorkgroupMembership>(value).name}};
+  }
+};
+
+template <>
+constexpr auto kFields<Adapter> =
+    std::tuple{Plain("index", &Adapter::index),
+               Plain("setting_id", &Adapter::settingId),
+               Plain("ip_enabled", &Adapter::ipEnabled),
+               Plain("pnp_device_id", &Adapter::pnpDeviceId),
+               Plain("location_information", &Adapter::locationInformation),
+               Plain("mac_address", &Adapter::macAddress),
+               Plain("adapter_type", &Adapter::adapterType),
+               Plain("manufacturer", &Adapter::manufacturer),
+               Plain("caption", &Adapter::caption),
+               Plain("dhcp_enabled", &Adapter::dhcpEnabled),
+               Plain("ip_addresses", &Adapter::ipAddresses),
+               Plain("subnet_masks", &Adapter::subnetMasks),
+               Plain("gateways", &Adapter::gateways),
+               Plain("dns_servers", &Adapter::dnsServers),
+               Plain("dns_suffixes", &Adapter::dnsSuffixes),
+               Plain("dns_domain", &Adapter::dnsDomain),
+               Plain("dns_host_name", &Adapter::dnsHostName),
+               Plain("static_dns", &Adapter::staticDns)};
+
+template <>
+constexpr auto kFields<PersistentRoute> = std::tuple{
+    As<Ipv4Text>("destination", &PersistentRoute::destination),
+    As<Ipv4Text>("mask", &PersistentRoute::mask),
+    As<Ipv4Text>("next_hop", &PersistentRoute::nextHop), Plain("metric", &PersistentRoute::metric)};
+
+template <>
+constexpr auto kFields<Service> =
+    std::tuple{Plain("name", &Service::name), Plain("start", &Service::start),
+               Plain("running", &Service::running)};
+
+template <>
+constexpr auto kFields<RegistryValue> =
+    std::tuple{Plain("key", &RegistryValue::key), Plain("name", &RegistryValue::name),
+               As<RegistryType>("type", &RegistryValue::type), Plain("data", &RegistryValue::data)};
+
+template <>
+constexpr auto kFields<File> =
+    std::tuple{Plain("path", &File::path), As<FileText>("text", &File::text)};
+
+template <>
+constexpr auto kFields<Host> =
+    std::tuple{Plain("name", &Host::name), As<Ipv4Text>("address", &Host::address)};
+
+template <>
+constexpr auto kFields<Account> =
+    std::tuple{Plain("user", &Account::user), As<Secret>("password", &Account::password)};
+
+template <>
+constexpr auto kFields<Computer> =
+    std::tuple{Plain("name", &Computer::name), Plain("dn", &Computer::dn)};
+
+template <>
+constexpr auto kFields<DirectoryDomain> = std::tuple{
+    Plain("dns_name", &DirectoryDomain::dnsName), Plain("flat_name", &DirectoryDomain::flatName),
+    Plain("accounts", &DirectoryDomain::accounts), Plain("ous", &DirectoryDomain::ous),
+    Plain("computers", &DirectoryDomain::computers)};
+
+/// The domains stand one level deeper in the file than in the machine.
+struct Directory {
+  std::vector<DirectoryDomain> domains;
+};
+
+template <>
+constexpr auto kFields<Directory> = std::tuple{Plain("domains", &Directory::domains)};
+
+struct DirectoryCodec {
+  static void Read(const Cursor& at, std::vector<DirectoryDomain>& domains) {
+    Directory directory;
+    Codec<Directory>::Read(at, directory);
+    domains = std::move(directory.domains);
+  }
+  static Json Write(const std::vector<DirectoryDomain>& domains, bool hideSecrets) {
+    return Codec<Directory>::Write({domains}, hideSecrets);
+  }
+};
+
+template <>
+constexpr auto kFields<Fault> = std::tuple{Plain("call", &Fault::call),
+                                           As<LeftOut<std::string>>("contains", &Fault::contains),
+                                           As<LeftOut<std::string>>("method", &Fault::method),
+                                           As<LeftOut<std::string>>("service", &Fault::service),
+                                           As<LeftOut<std::string>>("name", &Fault::name),
+                                           As<LeftOut<std::uint32_t>>("index", &Fault::index),
+                                           As<LeftOut<std::uint32_t>>("nth", &Fault::nth),
+                                           As<HResultCodec>("hresult", &Fault::hresult),
+                                           As<LeftOut<std::uint32_t>>("error", &Fault::error),
+                                           As<LeftOut<std::int32_t>>("result", &Fault::result)};
+
+template <>
+constexpr auto kFields<Machine> =
+    std::tuple{Plain("computer_name", &Machine::computerName),
+               Plain("pending_computer_name", &Machine::pendingComputerName),
+               Plain("membership", &Machine::membership),
+               As<OperatingSystem>("operating_system", &Machine::operatingSystem),
+               Plain("agent_folder", &Machine::agentFolder),
+               Plain("adapters", &Machine::adapters),
+               Plain("persistent_routes", &Machine::persistentRoutes),
+               Plain("services", &Machine::services),
+               Plain("registry", &Machine::registry),
+               Plain("files", &Machine::files),
+               Plain("hosts", &Machine::hosts),
+               As<PlainTexts>("decrypt", &Machine::decrypt),
+               As<DirectoryCodec>("directory", &Machine::domains),
+               Plain("faults", &Machine::faults)};
+
+void Check(const Cursor& at, RegistryValue& value) {
+  const bool wantsNumber = value.type == platform::kRegDWord;
+  if (!wantsNumber && !at.Value().contains("data")) value.data = std::string();
+  if (wantsNumber != std::holds_alternative<std::uint32_t>(value.data)) {
+    at.Field("data").FailType(wantsNumber ? "a number, as type REG_DWORD says"
+                                          : "a text, as the type says");
+  }
+  if (!StartsWith(value.key, "HKEY_")) {
+    at.Fail("key names no root; begin it with HKEY_LOCAL_MACHINE\\");
+  }
+}
+
+void Check(const Cursor& at, Fault& fault) {
+  const bool isKnown = fault.call == "*" || std::find(std::begin(kCallNames), std::end(kCallNames),
+                                                      fault.call) != std::end(kCallNames);
+  if (!isKnown) at.Field("call").FailUnknown("call", fault.call, kCallNames);
+  if (fault.nth == 0U) at.Field("nth").Fail("calls are counted from 1; write 1 or more");
+}
+
+/// Refuses a list in which two items have the same key.
+template <class Item, class KeyOf>
+void RequireUnique(const Cursor& at, const std::string& list, const std::string& field,
+                   const std::vector<Item>& items, KeyOf keyOf) {
+  std::unordered_map<std::string, std::size_t> seen;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const auto [first, isNew] = seen.emplace(keyOf(items[i]), i);
+    if (isNew) continue;
+    const Cursor places(at.Field(list));
+    const std::string place = places.Path() + "[" + std::to_string(first->second) + "]";
+    const Cursor item(places.Element(i));
+    const std::string fault = "stands at " + place + " already; give each its own " + field;
+    if (item.Value().contains(field)) item.Field(field).Fail(fault);
+    item.Fail(field + " " + fault);
+  }
+}
+
+void Check(const Cursor& at, Machine& machine) {
+  RequireUnique(at, "adapters", "index", machine.adapters,
+                [](const Adapter& adapter) { return std::to_string(adapter.index); });
+  RequireUnique(at, "services", "name", machine.services,
+                [](const Service& service) { return Folded(service.name); });
+  RequireUnique(at, "registry", "name", machine.registry,
+                [](const RegistryValue& value) { return Folded(value.key + '\0' + value.name); });
+  RequireUnique(at, "files", "path", machine.files,
+                [](const File& file) { return FoldedPath(file.path); });
+  RequireUnique(at, "hosts", "name", machine.hosts,
+                [](const Host& host) { return Folded(host.name); });
+}
+
+/// Where the value of a password entry starts in a line; npos when it holds none.
+std::size_t PasswordIn(std::string_view line) {
+  for (std::size_t key = Find(line, kPasswordKey); key != std::string_view::npos;
+       key = Find(line, kPasswordKey, key + 1)) {
+    const std::size_t equals = line.find_first_not_of(" \t", key + kPasswordKey.size());
+    if (equals != std::string_view::npos && line[equals] == '=') return equals + 1;
+  }
+  return std::string_view::npos;
+}
+
+}  // namespace
+
+Machine ParseMachine(const std::string& text, const std::string& fileName) {
+  nlohmann::json document = ParseDocument(text, fileName);
+  const Cursor root(document, fileName);
+  RequireObject(root);
+  if (!document.contains("schema")) root.Fail("no schema; add \"schema\": 1");
+  int schema = 0;
+  Codec<int>::Read(root.Field("schema"), schema);
+  if (schema != kSchema) root.Field("schema").Fail("this version reads schema 1 only; write 1");
+  document.erase("schema");
+
+  Machine machine;
+  Codec<Machine>::Read(root, machine);
+  return machine;
+}
+
+std::string PrintMachine(const Machine& machine) {
+  return ToJson(machine, /*hideSecrets=*/false)
+             .dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace) +
+         "\n";
+}
+
+Json ToJson(const Machine& machine, bool hideSecrets) {
+  Json document{{"schema", kSchema}};
+  document.update(Codec<Machine>::Write(machine, hideSecrets));
+  return document;
+}
+
+Json Redacted(const Json& change) {
+  Json shown = change;
+  if (change.contains("arguments")) {
+    for (auto& [name, value] : shown["arguments"].items()) {
+      if (SameText(name, "Password") && value.is_string()) value = kHidden;
+    }
+  }
+  if (change.value("call", "") == "file.write" && SameText(change.value("key", ""), kPasswordKey)) {
+    shown["value"] = kHidden;
+  }
+  return shown;
+}
+
+std::string RedactedText(const std::string& text) {
+  std::string shown;
+  bool isPassword = false;  // the last entry is one, so lines without "=" continue it
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size() - 1) + 1;
+    const std::string_view line = std::string_view(text).substr(start, end - start);
+    const std::size_t lineEnd = std::min(line.find_last_not_of("\r\n") + 1, line.size());
+    const std::string_view content = Trimmed(line.substr(0, lineEnd));
+    const std::size_t password = PasswordIn(line);
+    const bool isHeader = content.starts_with('[');
+    const bool isEntry = !isHeader && (content.find('=') != std::string_view::npos ||
+                                       content.starts_with(';') || content.starts_with('#'));
+    if (isEntry) isPassword = password != std::string_view::npos;
+    const bool isContinuation = isPassword && !isEntry && !isHeader && !content.empty();
+    if (password != std::string_view::npos || isContinuation) {
+      shown.append(line.substr(0, isContinuation ? 0 : password)).append(kHidden);
+      shown += line.substr(lineEnd);
+    } else {
+      shown += line;
+    }
+    start = end;
+  }
+  return shown;
+}
+
+}  // namespace simulated

@@ -1,0 +1,37 @@
+// The machine file: a whole simulated computer as one JSON document, and what of it may be shown.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "platform/simulated/Machine.h"
+
+namespace simulated {
+
+/// A machine file that cannot be used. `what()` is one line: the file, the place in it (line and
+/// column, or a JSON path such as `$.adapters[1].index`), the fault and the mend.
+class MachineFileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// Reads a machine file. `fileName` is only named in errors. Scalars that are left out take their
+/// defaults, lists that are left out are empty. Throws `MachineFileError`.
+Machine ParseMachine(const std::string& text, const std::string& fileName);
+
+/// The machine file that `ParseMachine` reads back as this machine, secrets included; its journal
+/// is not part of it. Bytes that are no UTF-8 are replaced.
+std::string PrintMachine(const Machine& machine);
+
+/// The same document. With `hideSecrets` passwords of accounts, deciphered texts and the values of
+/// "DomainPassword" lines in files read "***".
+Json ToJson(const Machine& machine, bool hideSecrets);
+
+/// A journal entry as it may be shown: passwords in it read "***".
+Json Redacted(const Json& change);
+
+/// A configuration file's text as it may be shown: the values of "DomainPassword" lines, their
+/// continuation lines included, read "***".
+std::string RedactedText(const std::string& text);
+
+}  // namespace simulated

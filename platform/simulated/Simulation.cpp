@@ -1,0 +1,148 @@
+#include "platform/simulated/Simulation.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "platform/simulated/Codes.h"
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+bool Allows(const NullableText& matcher, std::string_view text) {
+  return !matcher || SameText(*matcher, text);
+}
+
+bool Matches(const Fault& fault, const Call& call) {
+  return (fault.call == "*" || fault.call == call.name.Text()) &&
+         (!fault.contains || Find(call.text, *fault.contains) != std::string_view::npos) &&
+         Allows(fault.method, call.method) && Allows(fault.service, call.service) &&
+         Allows(fault.name, call.item) && (!fault.index || fault.index == call.index);
+}
+
+std::string IndexKey(std::uint32_t index) { return "index=" + std::to_string(index); }
+std::string PnpKey(const std::string& id) { return "pnp=" + Folded(id); }
+std::string SettingKey(const std::string& id) { return "setting=" + Folded(id); }
+
+std::string IndexKeyOf(const Adapter& adapter) { return IndexKey(adapter.index); }
+std::string PnpKeyOf(const Adapter& adapter) { return PnpKey(adapter.pnpDeviceId); }
+std::string SettingKeyOf(const Adapter& adapter) { return SettingKey(adapter.settingId); }
+
+}  // namespace
+
+const Fault* Simulation::Strike(const Call& call) {
+  ++callCount;
+  const Fault* striking = nullptr;
+  for (Fault& fault : machine.faults) {
+    if (!Matches(fault, call)) continue;
+    ++fault.matched;
+    const bool strikes = !fault.nth || *fault.nth == fault.matched;
+    if (strikes && striking == nullptr) striking = &fault;
+  }
+  return striking;
+}
+
+std::optional<platform::HResult> Simulation::RefuseCom(const Call& call) {
+  const Fault* fault = Strike(call);
+  if (fault == nullptr) return std::nullopt;
+  return ToHResult(*fault);
+}
+
+std::optional<platform::Win32Error> Simulation::Refuse(const Call& call) {
+  const Fault* fault = Strike(call);
+  if (fault == nullptr) return std::nullopt;
+  return ToWin32Error(*fault);
+}
+
+bool Simulation::Fails(const Call& call) {
+  const auto error = Refuse(call);
+  if (error) lastError = *error;
+  return error.has_value();
+}
+
+bool Simulation::Fail(platform::Win32Error error) {
+  lastError = error;
+  return false;
+}
+
+platform::HResult Simulation::EnterApartment(const Call& call, ApartmentKind kind) {
+  ++usage.apartments;
+  if (const auto failure = RefuseCom(call)) return *failure;
+  if (apartmentDepth_ > 0 && apartmentKind_ != kind) return kOtherApartmentKind;
+  apartmentKind_ = kind;
+  return ++apartmentDepth_ > 1 ? 1 : 0;
+}
+
+void Simulation::LeaveApartment(const Call& call) {
+  Strike(call);
+  --usage.apartments;
+  apartmentDepth_ = std::max(apartmentDepth_ - 1, 0);
+  if (apartmentDepth_ == 0) processSecured_ = false;
+}
+
+platform::HResult Simulation::SecureProcess() {
+  if (const auto failure = RefuseCom({.name = "wmi.secure_process"})) return *failure;
+  if (!InApartment()) return kNotInApartment;
+  if (processSecured_) return kAlreadySecured;
+  processSecured_ = true;
+  return platform::kOk;
+}
+
+Adapter* Simulation::AdapterByIndex(std::uint32_t index) {
+  return LookUp(IndexKey(index), IndexKeyOf);
+}
+
+Adapter* Simulation::AdapterByPnpId(const std::string& pnpDeviceId) {
+  return LookUp(PnpKey(pnpDeviceId), PnpKeyOf);
+}
+
+Adapter* Simulation::AdapterBySettingId(const std::string& settingId) {
+  return LookUp(SettingKey(settingId), SettingKeyOf);
+}
+
+Adapter* Simulation::LookUp(const std::string& key, KeyOf keyOf) {
+  auto& adapters = machine.adapters;
+  // The adapters are anybody's to edit, so a remembered position is only believed when it fits.
+  const auto remembered = adapterPositions_.find(key);
+  if (remembered != adapterPositions_.end() && remembered->second < adapters.size() &&
+      keyOf(adapters[remembered->second]) == key) {
+    return &adapters[remembered->second];
+  }
+  adapterPositions_.clear();
+  for (std::size_t i = 0; i < adapters.size(); ++i) {
+    adapterPositions_.emplace(IndexKeyOf(adapters[i]), i);
+    adapterPositions_.emplace(PnpKeyOf(adapters[i]), i);
+    adapterPositions_.emplace(SettingKeyOf(adapters[i]), i);
+  }
+  const auto found = adapterPositions_.find(key);
+  return found == adapterPositions_.end() ? nullptr : &adapters[found->second];
+}
+
+platform::HResult ToHResult(const Fault& fault) {
+  if (fault.hresult) return *fault.hresult;
+  if (fault.error) return FromError(*fault.error);
+  if (fault.result) return FromError(static_cast<platform::Win32Error>(*fault.result));
+  return kFailure;
+}
+
+platform::Win32Error ToWin32Error(const Fault& fault) {
+  if (fault.error) return *fault.error;
+  if (fault.hresult) {
+    const auto digits = static_cast<std::uint32_t>(*fault.hresult);
+    return (digits & 0xFFFF0000U) == 0x80070000U ? digits & 0xFFFFU : digits;
+  }
+  if (fault.result) return static_cast<platform::Win32Error>(*fault.result);
+  return kGeneralFailure;
+}
+
+std::string HResultText(platform::HResult result) {
+  char text[11];
+  std::snprintf(text, sizeof text, "0x%08X", static_cast<unsigned>(result));
+  return text;
+}
+
+bool OnlyChoosesResult(const Fault& fault) {
+  return fault.result && !fault.hresult && !fault.error;
+}
+
+}  // namespace simulated

@@ -1,0 +1,194 @@
+// What all ports of one simulated machine share: the machine, the last error, what callers hold
+// open, and the one place that counts calls and lets faults strike.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "platform/Types.h"
+#include "platform/simulated/Machine.h"
+
+namespace simulated {
+
+/// What callers of the machine have not given back yet.
+struct Usage {
+  /// Apartments entered less apartments left, failed entries included.
+  int apartments = 0;
+  /// Living locators, connections, row sets, objects and directory containers.
+  int comObjects = 0;
+  int registryKeys = 0;
+  int serviceHandles = 0;
+  int policies = 0;
+  /// Pipe ends, processes and threads.
+  int processHandles = 0;
+
+  bool operator==(const Usage&) const = default;
+};
+
+/// Counts a COM-like object in `Usage::comObjects` for as long as it lives.
+class LiveObject {
+ public:
+  explicit LiveObject(Usage& usage) : usage_(&usage) { ++usage_->comObjects; }
+  ~LiveObject() { --usage_->comObjects; }
+  LiveObject(const LiveObject&) = delete;
+  LiveObject& operator=(const LiveObject&) = delete;
+
+ private:
+  Usage* usage_;
+};
+
+/// Every kind of call to the machine by the name that faults give it.
+inline constexpr std::string_view kCallNames[] = {"directory.bind",
+                                                  "directory.enter",
+                                                  "directory.leave",
+                                                  "directory.move",
+                                                  "directory.name",
+                                                  "file.attributes",
+                                                  "file.copy",
+                                                  "file.delete",
+                                                  "file.module",
+                                                  "file.move",
+                                                  "file.read",
+                                                  "file.write",
+                                                  "host.parse",
+                                                  "host.resolve",
+                                                  "host.start",
+                                                  "library.call",
+                                                  "library.find",
+                                                  "library.load",
+                                                  "lsa.close",
+                                                  "lsa.dns",
+                                                  "lsa.open",
+                                                  "lsa.primary",
+                                                  "lsa.workgroup",
+                                                  "process.close",
+                                                  "process.duplicate",
+                                                  "process.exit_code",
+                                                  "process.get_standard",
+                                                  "process.inherit",
+                                                  "process.peek",
+                                                  "process.pipe",
+                                                  "process.read",
+                                                  "process.run",
+                                                  "process.set_standard",
+                                                  "process.terminate",
+                                                  "process.wait",
+                                                  "process.write",
+                                                  "registry.close",
+                                                  "registry.delete",
+                                                  "registry.open",
+                                                  "registry.query",
+                                                  "registry.set",
+                                                  "service.close",
+                                                  "service.open",
+                                                  "service.open_manager",
+                                                  "service.start",
+                                                  "service.start_type",
+                                                  "sleep",
+                                                  "wmi.class",
+                                                  "wmi.connect",
+                                                  "wmi.definition",
+                                                  "wmi.enter",
+                                                  "wmi.get",
+                                                  "wmi.instances",
+                                                  "wmi.leave",
+                                                  "wmi.locator",
+                                                  "wmi.method",
+                                                  "wmi.next",
+                                                  "wmi.put",
+                                                  "wmi.query",
+                                                  "wmi.secure_process",
+                                                  "wmi.secure_proxy",
+                                                  "wmi.spawn"};
+
+/// One of `kCallNames`; the compiler refuses any other.
+class CallName {
+ public:
+  // NOLINTNEXTLINE(google-explicit-constructor): stands for a literal in a call's description.
+  consteval CallName(const char* name) : text_(name) {
+    for (const std::string_view known : kCallNames) {
+      if (known == text_) return;
+    }
+    throw "unknown call";
+  }
+  constexpr std::string_view Text() const { return text_; }
+
+ private:
+  std::string_view text_;
+};
+
+/// A call to the machine as the matchers of a fault see it.
+struct Call {
+  CallName name;
+  /// Query, command line, path or paths.
+  std::string_view text = {};
+  std::string_view method = {};
+  std::string_view service = {};
+  /// Name of a registry value, host, property or library.
+  std::string_view item = {};
+  std::optional<std::uint32_t> index = {};
+};
+
+enum class ApartmentKind : std::uint8_t { kMultithreaded, kSingleThreaded };
+
+class Simulation {
+ public:
+  /// Borrows the machine.
+  explicit Simulation(Machine& borrowed) : machine(borrowed) {}
+  Simulation(const Simulation&) = delete;
+  Simulation& operator=(const Simulation&) = delete;
+
+  /// Counts the call. The first fault that strikes it, null when it goes through.
+  const Fault* Strike(const Call& call);
+  /// As `Strike`, telling the failure of a COM call.
+  std::optional<platform::HResult> RefuseCom(const Call& call);
+  /// As `Strike`, telling the error number of a system call; the last error stays.
+  std::optional<platform::Win32Error> Refuse(const Call& call);
+  /// As `Strike`: true when the call fails; the last error then says why.
+  bool Fails(const Call& call);
+  /// Stores the last error; false, for `return Fail(...)`.
+  bool Fail(platform::Win32Error error);
+
+  /// `CoInitializeEx` and `CoUninitialize` with the rules of one thread.
+  platform::HResult EnterApartment(const Call& call, ApartmentKind kind);
+  void LeaveApartment(const Call& call);
+  /// True while the thread is in an apartment; without one COM calls fail.
+  bool InApartment() const { return apartmentDepth_ > 0; }
+  /// `CoInitializeSecurity`: once per stay in an apartment.
+  platform::HResult SecureProcess();
+
+  /// The adapter with this index, registry device key or interface key; null when there is none.
+  /// Takes constant time unless the adapters were changed meanwhile.
+  Adapter* AdapterByIndex(std::uint32_t index);
+  Adapter* AdapterByPnpId(const std::string& pnpDeviceId);
+  Adapter* AdapterBySettingId(const std::string& settingId);
+
+  Machine& machine;
+  Usage usage;
+  platform::Win32Error lastError = 0;
+  std::uint32_t callCount = 0;
+  int socketStarts = 0;
+
+ private:
+  using KeyOf = std::string (*)(const Adapter&);
+  Adapter* LookUp(const std::string& key, KeyOf keyOf);
+
+  std::unordered_map<std::string, std::size_t> adapterPositions_;
+  ApartmentKind apartmentKind_ = ApartmentKind::kMultithreaded;
+  int apartmentDepth_ = 0;
+  bool processSecured_ = false;
+};
+
+/// What a COM call or a system call answers for a fault, whichever code the fault gives.
+platform::HResult ToHResult(const Fault& fault);
+platform::Win32Error ToWin32Error(const Fault& fault);
+/// An HRESULT as people write it: "0x80041002".
+std::string HResultText(platform::HResult result);
+/// True when the fault lets the call run and only chooses its return value or exit code.
+bool OnlyChoosesResult(const Fault& fault);
+
+}  // namespace simulated

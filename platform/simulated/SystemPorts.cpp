@@ -1,0 +1,157 @@
+#include "platform/simulated/SystemPorts.h"
+
+#include <array>
+#include <bit>
+#include <charconv>
+#include <cstring>
+#include <limits>
+
+#include "platform/simulated/Codes.h"
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+using platform::LibraryHandle;
+using platform::Win32Error;
+
+constexpr LibraryHandle kCrypto{0x10000000};
+/// Room that callers of "Decrypt" give for the plain text.
+constexpr std::size_t kPlainTextRoom = 4096;
+
+/// The machine whose "Decrypt" was handed out last: an export has no place for it.
+Simulation* decrypting = nullptr;
+
+bool Decrypt(const char* input, char* output) {
+  if (decrypting == nullptr || decrypting->Fails({.name = "library.call", .item = "Decrypt"})) {
+    return false;
+  }
+  const auto& known = decrypting->machine.decrypt;
+  if (!known) return false;
+  const auto found = known->find(input);
+  if (found == known->end() || found->second.size() >= kPlainTextRoom) return false;
+  std::memcpy(output, found->second.c_str(), found->second.size() + 1);
+  return true;
+}
+
+constexpr struct {
+  std::uint32_t digits;
+  const char* text;
+} kDescriptions[] = {{0x80004005, "Unspecified error\r\n"},
+                     {0x80070002, "The system cannot find the file specified.\r\n"},
+                     {0x80070005, "Access is denied.\r\n"},
+                     {0x8007000E, "Not enough memory resources are available.\r\n"},
+                     {0x80070057, "The parameter is incorrect.\r\n"},
+                     {0x8007052E, "The user name or password is incorrect.\r\n"},
+                     {0x800706BA, "The RPC server is unavailable.\r\n"}};
+
+std::uint32_t InNetworkOrder(const std::array<std::uint8_t, 4>& bytes) {
+  return std::bit_cast<std::uint32_t>(bytes);
+}
+
+/// One number of a dotted address: "0x" starts a hexadecimal, "0" an octal one.
+std::optional<std::uint32_t> ParsePart(std::string_view text) {
+  int base = 10;
+  if (text.size() > 1 && text[0] == '0') {
+    const bool isHexadecimal = text[1] == 'x' || text[1] == 'X';
+    text.remove_prefix(isHexadecimal ? 2 : 1);
+    base = isHexadecimal ? 16 : 8;
+  }
+  std::uint32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  return number;
+}
+
+/// The classic rules: all parts but the last are one byte each, the last fills what is left.
+std::optional<std::uint32_t> ParseClassic(std::string_view text) {
+  std::array<std::uint8_t, 4> bytes{};
+  for (std::size_t part = 0; part < bytes.size(); ++part) {
+    const std::size_t dot = text.find('.');
+    const auto number = ParsePart(text.substr(0, dot));
+    if (!number) return std::nullopt;
+    if (dot == std::string_view::npos) {
+      const std::size_t left = bytes.size() - part;
+      if (left < 4 && *number >> (8 * left) != 0) return std::nullopt;
+      for (std::size_t i = 0; i < left; ++i) {
+        bytes[3 - i] = static_cast<std::uint8_t>(*number >> (8 * i));
+      }
+      return InNetworkOrder(bytes);
+    }
+    if (*number > std::numeric_limits<std::uint8_t>::max()) return std::nullopt;
+    bytes[part] = static_cast<std::uint8_t>(*number);
+    text.remove_prefix(dot + 1);
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+void ClockPort::Sleep(std::uint32_t milliseconds) {
+  simulation_.Strike({.name = "sleep"});
+  simulation_.machine.journal.push_back({{"call", "sleep"}, {"milliseconds", milliseconds}});
+}
+
+Win32Error ErrorsPort::LastError() { return simulation_.lastError; }
+
+void ErrorsPort::SetLastError(Win32Error error) { simulation_.lastError = error; }
+
+bool ErrorsPort::Describe(platform::HResult result, std::string* text) {
+  for (const auto& known : kDescriptions) {
+    if (Com(known.digits) != result) continue;
+    *text = known.text;
+    return true;
+  }
+  return false;
+}
+
+LibrariesPort::~LibrariesPort() {
+  if (decrypting == &simulation_) decrypting = nullptr;
+}
+
+LibraryHandle LibrariesPort::Load(const std::string& fileName) {
+  if (simulation_.Fails({.name = "library.load", .text = fileName, .item = fileName})) {
+    return LibraryHandle::kNone;
+  }
+  if (simulation_.machine.decrypt && SameText(fileName, "LibCrypto.dll")) return kCrypto;
+  simulation_.lastError = kModuleNotFound;
+  return LibraryHandle::kNone;
+}
+
+platform::ExportedFunction LibrariesPort::FindExport(LibraryHandle library,
+                                                     const std::string& name) {
+  if (simulation_.Fails({.name = "library.find", .item = name})) return nullptr;
+  if (library != kCrypto || name != "Decrypt") {
+    simulation_.lastError = kProcedureNotFound;
+    return nullptr;
+  }
+  decrypting = &simulation_;
+  return reinterpret_cast<platform::ExportedFunction>(&Decrypt);
+}
+
+Win32Error ResolverPort::Start() {
+  if (const auto error = simulation_.Refuse({.name = "host.start"})) return *error;
+  ++simulation_.socketStarts;
+  return kSuccess;
+}
+
+bool ResolverPort::LookUpHost(const std::string& name, std::uint32_t* address) {
+  if (simulation_.Fails({.name = "host.resolve", .text = name, .item = name})) return false;
+  for (const Host& host : simulation_.machine.hosts) {
+    if (!SameText(host.name, name)) continue;
+    const auto bytes = ParseIpv4(host.address);
+    if (!bytes) break;
+    *address = InNetworkOrder(*bytes);
+    return true;
+  }
+  return simulation_.Fail(kHostNotFound);
+}
+
+Win32Error ResolverPort::LastError() { return simulation_.lastError; }
+
+std::uint32_t ResolverPort::ParseDotted(const std::string& text) {
+  if (simulation_.Refuse({.name = "host.parse", .text = text})) return platform::kNoAddress;
+  return ParseClassic(text).value_or(platform::kNoAddress);
+}
+
+}  // namespace simulated

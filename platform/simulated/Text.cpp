@@ -1,0 +1,79 @@
+#include "platform/simulated/Text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+namespace simulated {
+namespace {
+
+char Fold(char letter) {
+  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+bool SameLetter(char left, char right) { return Fold(left) == Fold(right); }
+
+}  // namespace
+
+std::string Folded(std::string_view text) {
+  std::string folded(text);
+  std::transform(folded.begin(), folded.end(), folded.begin(), Fold);
+  return folded;
+}
+
+std::string FoldedPath(std::string_view path) {
+  std::string folded = Folded(path);
+  std::replace(folded.begin(), folded.end(), '/', '\\');
+  while (!folded.empty() && folded.back() == '\\') folded.pop_back();
+  return folded;
+}
+
+bool SameText(std::string_view left, std::string_view right) {
+  return left.size() == right.size() &&
+         std::equal(left.begin(), left.end(), right.begin(), SameLetter);
+}
+
+bool StartsWith(std::string_view text, std::string_view start) {
+  return SameText(text.substr(0, start.size()), start);
+}
+
+std::size_t Find(std::string_view text, std::string_view part, std::size_t from) {
+  if (from > text.size()) return std::string_view::npos;
+  const auto begin = text.begin() + static_cast<std::ptrdiff_t>(from);
+  const auto found = std::search(begin, text.end(), part.begin(), part.end(), SameLetter);
+  if (found == text.end() && !part.empty()) return std::string_view::npos;
+  return static_cast<std::size_t>(found - text.begin());
+}
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(" \t\r");
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
+}
+
+std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text) {
+  std::array<std::uint8_t, 4> bytes{};
+  const char* at = text.data();
+  const char* const end = at + text.size();
+  for (std::size_t part = 0; part < bytes.size(); ++part) {
+    if (part > 0 && (at == end || *at++ != '.')) return std::nullopt;
+    const auto [next, error] = std::from_chars(at, end, bytes[part]);
+    if (error != std::errc{} || next - at > 3) return std::nullopt;
+    at = next;
+  }
+  if (at != end) return std::nullopt;
+  return bytes;
+}
+
+std::optional<std::uint32_t> ParseIndex(std::string_view text) {
+  std::int64_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  if (number < std::numeric_limits<std::int32_t>::min() ||
+      number > std::numeric_limits<std::uint32_t>::max()) {
+    return std::nullopt;
+  }
+  return static_cast<std::uint32_t>(number);
+}
+
+}  // namespace simulated

@@ -1,0 +1,298 @@
+#include <algorithm>
+#include <cctype>
+
+#include "platform/simulated/Codes.h"
+#include "platform/simulated/Text.h"
+#include "platform/simulated/WmiClasses.h"
+
+namespace simulated {
+namespace {
+
+using platform::HResult;
+using platform::Variant;
+
+template <class Row>
+struct Column {
+  std::string_view name;
+  Variant (*read)(const Row&);
+};
+
+Variant Text(const NullableText& text) { return text ? Variant(*text) : Variant(platform::Null{}); }
+
+Variant Flag(bool flag) { return flag ? platform::kVariantTrue : platform::kVariantFalse; }
+
+Variant Number(std::uint32_t number) { return static_cast<std::int32_t>(number); }
+
+/// Deliberate: an empty list is the null value, as real adapters answer it.
+Variant List(const std::vector<std::string>& items) {
+  if (items.empty()) return platform::Null{};
+  return platform::TextArray{items};
+}
+
+constexpr Column<Machine> kComputerSystem[] = {
+    {"Name", [](const Machine& m) -> Variant { return m.computerName; }}};
+
+constexpr Column<Adapter> kAdapterConfiguration[] = {
+    {"Index", [](const Adapter& a) { return Number(a.index); }},
+    {"SettingID", [](const Adapter& a) -> Variant { return a.settingId; }},
+    {"IPEnabled", [](const Adapter& a) { return Flag(a.ipEnabled); }},
+    {"DHCPEnabled", [](const Adapter& a) { return Flag(a.dhcpEnabled); }},
+    {"IPAddress", [](const Adapter& a) { return List(a.ipAddresses); }},
+    {"IPSubnet", [](const Adapter& a) { return List(a.subnetMasks); }},
+    {"DefaultIPGateway", [](const Adapter& a) { return List(a.gateways); }},
+    {"DNSServerSearchOrder", [](const Adapter& a) { return List(a.dnsServers); }},
+    {"DNSDomainSuffixSearchOrder", [](const Adapter& a) { return List(a.dnsSuffixes); }},
+    {"DNSDomain", [](const Adapter& a) { return Text(a.dnsDomain); }},
+    {"DNSHostName", [](const Adapter& a) { return Text(a.dnsHostName); }},
+    {"MACAddress", [](const Adapter& a) { return Text(a.macAddress); }},
+    {"Caption", [](const Adapter& a) { return Text(a.caption); }}};
+
+constexpr Column<Adapter> kAdapter[] = {
+    {"Index", [](const Adapter& a) { return Number(a.index); }},
+    {"AdapterType", [](const Adapter& a) { return Text(a.adapterType); }},
+    {"Manufacturer", [](const Adapter& a) { return Text(a.manufacturer); }},
+    {"Caption", [](const Adapter& a) { return Text(a.caption); }},
+    {"MACAddress", [](const Adapter& a) { return Text(a.macAddress); }},
+    {"PNPDeviceID", [](const Adapter& a) -> Variant { return a.pnpDeviceId; }}};
+
+constexpr Column<PersistentRoute> kPersistedRoute[] = {
+    {"Destination", [](const PersistentRoute& r) -> Variant { return r.destination; }},
+    {"Mask", [](const PersistentRoute& r) -> Variant { return r.mask; }},
+    {"NextHop", [](const PersistentRoute& r) -> Variant { return r.nextHop; }},
+    {"Metric1", [](const PersistentRoute& r) -> Variant { return r.metric; }}};
+
+struct Condition {
+  std::string property;
+  std::string literal;
+};
+
+struct Query {
+  std::string className;
+  /// Empty: all of them.
+  std::vector<std::string> properties;
+  std::optional<Condition> condition;
+};
+
+bool IsWordLetter(char letter) {
+  return letter == '_' || letter == '-' || letter == '.' ||
+         std::isalnum(static_cast<unsigned char>(letter)) != 0;
+}
+
+/// Splits a query into words, quoted texts and single signs; blanks only separate.
+std::vector<std::string_view> Tokens(std::string_view query) {
+  std::vector<std::string_view> tokens;
+  for (std::size_t at = 0; at < query.size();) {
+    std::size_t length = 1;
+    if (IsWordLetter(query[at])) {
+      while (at + length < query.size() && IsWordLetter(query[at + length])) ++length;
+    } else if (query[at] == '\'' || query[at] == '"') {
+      const std::size_t end = query.find(query[at], at + 1);
+      length = end == std::string_view::npos ? query.size() - at : end - at + 1;
+    }
+    if (query[at] != ' ' && query[at] != '\t') tokens.push_back(query.substr(at, length));
+    at += length;
+  }
+  return tokens;
+}
+
+/// Reads a query token by token; every step fails for good once the tokens do not fit.
+class QueryReader {
+ public:
+  explicit QueryReader(std::string_view query) : tokens_(Tokens(query)) {}
+
+  std::optional<Query> Read() {
+    Query query;
+    Expect("select");
+    do {
+      query.properties.push_back(Word());
+    } while (Accept(","));
+    Expect("from");
+    query.className = Word();
+    if (Accept("where")) {
+      query.condition = Condition{Word(), {}};
+      Expect("=");
+      query.condition->literal = Next();
+    }
+    if (!fits_ || next_ != tokens_.size()) return std::nullopt;
+    return query;
+  }
+
+ private:
+  bool Accept(std::string_view token) {
+    const bool accepted = next_ < tokens_.size() && SameText(tokens_[next_], token);
+    if (accepted) ++next_;
+    return accepted;
+  }
+
+  void Expect(std::string_view token) {
+    if (!Accept(token)) fits_ = false;
+  }
+
+  std::string Next() {
+    if (next_ < tokens_.size()) return std::string(tokens_[next_++]);
+    fits_ = false;
+    return {};
+  }
+
+  std::string Word() {
+    std::string word = Next();
+    if (word.empty() || !IsWordLetter(word.front())) fits_ = false;
+    return word;
+  }
+
+  std::vector<std::string_view> tokens_;
+  std::size_t next_ = 0;
+  bool fits_ = true;
+};
+
+bool Equals(const Variant& value, std::string_view literal) {
+  if (const auto* flag = std::get_if<platform::RawBool>(&value)) {
+    return SameText(literal, flag->bits == platform::kVariantTrue.bits ? "true" : "false");
+  }
+  if (const auto* number = std::get_if<std::int32_t>(&value)) {
+    return ParseIndex(literal) == static_cast<std::uint32_t>(*number);
+  }
+  const auto* text = std::get_if<std::string>(&value);
+  return text != nullptr && literal.size() >= 2 &&
+         SameText(literal.substr(1, literal.size() - 2), *text);
+}
+
+template <class Row>
+HResult Select(const Query& query, std::span<const Column<Row>> table, std::span<const Row> rows,
+               std::vector<Properties>* result) {
+  const auto find = [&](std::string_view name) {
+    const auto found = std::find_if(table.begin(), table.end(), [&](const auto& column) {
+      return SameText(column.name, name);
+    });
+    return found == table.end() ? nullptr : &*found;
+  };
+  std::vector<const Column<Row>*> columns;
+  for (const std::string& name : query.properties) columns.push_back(find(name));
+  if (query.properties.empty()) {
+    for (const auto& column : table) columns.push_back(&column);
+  }
+  const Column<Row>* filter = query.condition ? find(query.condition->property) : nullptr;
+  if (std::find(columns.begin(), columns.end(), nullptr) != columns.end() ||
+      (query.condition && filter == nullptr)) {
+    return kWmiInvalidQuery;
+  }
+  for (const Row& row : rows) {
+    if (filter != nullptr && !Equals(filter->read(row), query.condition->literal)) continue;
+    Properties& properties = result->emplace_back();
+    properties.reserve(columns.size());
+    for (const auto* column : columns) {
+      properties.emplace_back(std::string(column->name), column->read(row));
+    }
+  }
+  return platform::kOk;
+}
+
+HResult SelectComputer(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
+  return Select<Machine>(query, kComputerSystem, {&simulation.machine, 1}, rows);
+}
+
+/// The adapters a query can concern: one of them when it asks for an index, else all.
+std::span<const Adapter> Candidates(Simulation& simulation, const Query& query) {
+  if (!query.condition || !SameText(query.condition->property, "Index")) {
+    return simulation.machine.adapters;
+  }
+  const auto index = ParseIndex(query.condition->literal);
+  const Adapter* adapter = index ? simulation.AdapterByIndex(*index) : nullptr;
+  if (adapter == nullptr) return {};
+  return {adapter, 1};
+}
+
+HResult SelectConfiguration(Simulation& simulation, const Query& query,
+                            std::vector<Properties>* rows) {
+  return Select<Adapter>(query, kAdapterConfiguration, Candidates(simulation, query), rows);
+}
+
+HResult SelectAdapter(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
+  return Select<Adapter>(query, kAdapter, Candidates(simulation, query), rows);
+}
+
+HResult SelectRoute(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
+  return Select<PersistentRoute>(query, kPersistedRoute, simulation.machine.persistentRoutes, rows);
+}
+
+Variant FromJson(const Json& value) {
+  if (value.is_boolean()) return Flag(value.get<bool>());
+  if (value.is_number()) return Number(static_cast<std::uint32_t>(value.get<std::int64_t>()));
+  if (value.is_string()) return value.get<std::string>();
+  return platform::Null{};
+}
+
+/// The one record whose properties are the machine's to choose.
+HResult SelectOperatingSystem(Simulation& simulation, const Query& query,
+                              std::vector<Properties>* rows) {
+  Properties record;
+  for (const auto& [name, value] : simulation.machine.operatingSystem) {
+    record.emplace_back(name, FromJson(value));
+  }
+  if (query.properties.empty()) {
+    rows->push_back(std::move(record));
+    return platform::kOk;
+  }
+  Properties selected;
+  for (const std::string& name : query.properties) {
+    const Variant* value = FindProperty(record, name);
+    if (value == nullptr) return kWmiInvalidQuery;
+    selected.emplace_back(name, *value);
+  }
+  const Variant* filtered =
+      query.condition ? FindProperty(record, query.condition->property) : nullptr;
+  if (query.condition && filtered == nullptr) return kWmiInvalidQuery;
+  if (filtered == nullptr || Equals(*filtered, query.condition->literal)) {
+    rows->push_back(std::move(selected));
+  }
+  return platform::kOk;
+}
+
+constexpr struct {
+  std::string_view name;
+  HResult (*select)(Simulation&, const Query&, std::vector<Properties>*);
+} kClasses[] = {{"Win32_ComputerSystem", SelectComputer},
+                {"Win32_NetworkAdapterConfiguration", SelectConfiguration},
+                {"Win32_NetworkAdapter", SelectAdapter},
+                {"Win32_IP4PersistedRouteTable", SelectRoute},
+                {"Win32_OperatingSystem", SelectOperatingSystem}};
+
+HResult Run(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
+  for (const auto& known : kClasses) {
+    if (SameText(known.name, query.className)) return known.select(simulation, query, rows);
+  }
+  return kWmiInvalidClass;
+}
+
+}  // namespace
+
+const Variant* FindProperty(const Properties& properties, std::string_view name) {
+  for (const auto& [known, value] : properties) {
+    if (SameText(known, name)) return &value;
+  }
+  return nullptr;
+}
+
+HResult RunQuery(Simulation& simulation, const std::string& query, std::vector<Properties>* rows) {
+  const auto parsed = QueryReader(query).Read();
+  return parsed ? Run(simulation, *parsed, rows) : kWmiInvalidQuery;
+}
+
+HResult ListInstances(Simulation& simulation, const std::string& className,
+                      std::vector<Properties>* rows) {
+  return Run(simulation, {className, {}, {}}, rows);
+}
+
+bool IsWmiClass(std::string_view name) {
+  return std::any_of(std::begin(kClasses), std::end(kClasses),
+                     [&](const auto& known) { return SameText(known.name, name); });
+}
+
+std::optional<std::uint32_t> IndexIn(std::string_view text) {
+  constexpr std::string_view kIndex = "Index=";
+  const std::size_t at = Find(text, kIndex);
+  if (at == std::string_view::npos) return std::nullopt;
+  return ParseIndex(text.substr(at + kIndex.size()));
+}
+
+}  // namespace simulated

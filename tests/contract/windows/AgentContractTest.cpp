@@ -1,0 +1,238 @@
+// The built library as the agent meets it: loaded from its file, called from code of the agent's
+// compiler with that compiler's objects, on a machine whose WMI is a double.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/simulated/SimulatedPlatform.h"
+#include "tests/contract/windows/MsvcAgentBooks.h"
+#include "tests/contract/windows/WmiDouble.h"
+// windows.h renames what others declare, so it comes last.
+#include <windows.h>
+
+namespace contract {
+namespace {
+
+using Texts = std::vector<std::string>;
+
+struct Value {
+  const char* key;
+  const char* value;
+};
+
+const ToolboxApi* Table() {
+  static const HMODULE library = LoadLibraryA(CONFIG_LIBRARY_PATH);
+  EXPECT_NE(library, nullptr) << CONFIG_LIBRARY_PATH << ": " << GetLastError();
+  const FARPROC entry = GetProcAddress(library, "GetToolboxAPI");
+  return reinterpret_cast<const ToolboxApi* (*)()>(reinterpret_cast<void*>(entry))();
+}
+
+/// An agent with one received message, which ends with the test.
+class AgentContract : public testing::Test {
+ protected:
+  AgentContract() : host_(NewMsvcHost(&agent)), message_(NewMsvcMessage(&received)) {}
+  ~AgentContract() override {
+    EXPECT_EQ(agent.messages.size(), 1u) << "a message of the library was not released";
+    DeleteMsvcObject(message_);
+    DeleteMsvcObject(host_);
+  }
+
+  int32_t Deliver(const char* type, const char* name) {
+    received.type = type;
+    received.name = name;
+    return MsvcDoMagic(Table(), message_, host_);
+  }
+
+  HostBook agent;
+  MessageBook& received = *OnCreateMessage(&agent);
+
+ private:
+  IAgentHost* host_;
+  IAgentMessage* message_;
+};
+
+TEST_F(AgentContract, TableHasRevisionOneAndTellsItsVersion) {
+  uint32_t version[3] = {};
+  EXPECT_EQ(MsvcInterfaceRevision(Table()), 1u);
+  MsvcGetVersion(Table(), &version[0], &version[1], &version[2]);
+  EXPECT_EQ(std::vector(std::begin(version), std::end(version)),
+            (std::vector<uint32_t>{6, 8, 378}));
+}
+
+TEST_F(AgentContract, TypeAndNameChooseTheHandler) {
+  constexpr struct {
+    const char *type, *name;
+    int32_t status;
+  } kRows[] = {
+      {"Request", "", 2},
+      {"Request", "Configure", 2},
+      {"Reply", "anything", 2},
+      {"Internal", "", 2},
+      {"Internal", "configure", 2},
+      {"INTERNAL", "Configure", 0},
+      {"internal", "UpdateInfo", 0},
+      {"Event", "of 100%% %s", 0},
+      {"", "", 0},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(std::string(row.type) + "=" + row.name);
+    agent.log.clear();
+    EXPECT_EQ(Deliver(row.type, row.name), row.status);
+    EXPECT_EQ(agent.log,
+              Texts{std::string("1 Toolbox-Main:77 Toolbox::DoMagic - Finding handler for ") +
+                    row.type + "=" + row.name});
+    EXPECT_EQ(received.written, Texts{});
+  }
+}
+
+TEST_F(AgentContract, NullArgumentsAreLoggedWhereThereIsAHost) {
+  HostBook book;
+  IAgentHost* host = NewMsvcHost(&book);
+  EXPECT_EQ(MsvcDoMagic(Table(), nullptr, host), 0);
+  EXPECT_EQ(book.log,
+            (Texts{"0 Toolbox-Main:103 Toolbox::DoMagic caught an unhandled exception",
+                   "0 Exception Details: Toolbox-Main:71 - DoMagic - Bad Parameter (NULL) "
+                   "(error = 0) "}));
+  DeleteMsvcObject(host);
+  IAgentMessage* message = NewMsvcMessage(OnCreateMessage(&book));
+  EXPECT_EQ(MsvcDoMagic(Table(), message, nullptr), 0);
+  EXPECT_EQ(MsvcDoMagic(Table(), nullptr, nullptr), 0);
+  DeleteMsvcObject(message);
+}
+
+TEST_F(AgentContract, UpdateInfoAppendsThisLibraryToTheList) {
+  constexpr struct {
+    const char *count, *index, *next;
+  } kCounts[] = {{nullptr, "0", "1"}, {"0", "0", "1"}, {"3", "3", "4"}};
+  for (const auto& row : kCounts) {
+    SCOPED_TRACE(row.count == nullptr ? "absent" : row.count);
+    received.given.clear();
+    received.written.clear();
+    if (row.count != nullptr) received.given["Auto-Update-Count"] = row.count;
+    EXPECT_EQ(Deliver("Internal", "UpdateInfo"), 2);
+    EXPECT_EQ(received.written, (Texts{std::string("AddValue Auto-Update-Current") + row.index +
+                                           "=orvanta-config-6.8.378.X64.dll",
+                                       std::string("AddValue Auto-Update-Pattern") + row.index +
+                                           R"(=agents\tarvo\orvanta-config-*.X64.dll)",
+                                       std::string("SetIntValue Auto-Update-Count=") + row.next}));
+  }
+}
+
+/// A machine with the example's WMI, its system drive in a scratch folder and an empty
+/// HKEY_LOCAL_MACHINE.
+class ConfigureContract : public AgentContract {
+ protected:
+  ConfigureContract() {
+    std::filesystem::create_directories(folder);
+    machine.operatingSystem["SystemDrive"] = folder.string();
+    EXPECT_EQ(
+        RegCreateKeyExA(HKEY_CURRENT_USER, scratchKey_.c_str(), 0, nullptr, REG_OPTION_VOLATILE,
+                        KEY_ALL_ACCESS, nullptr, &localMachine_, nullptr),
+        ERROR_SUCCESS);
+    EXPECT_EQ(RegOverridePredefKey(HKEY_LOCAL_MACHINE, localMachine_), ERROR_SUCCESS);
+  }
+  ~ConfigureContract() override {
+    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    RegCloseKey(localMachine_);
+    RegDeleteTreeA(HKEY_CURRENT_USER, scratchKey_.c_str());
+    std::filesystem::remove_all(folder);
+  }
+
+  /// Writes a file of the scratch folder; its path.
+  std::string Write(const char* name, const char* text) {
+    const std::filesystem::path path = folder / name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path.string();
+  }
+
+  int32_t Configure(const std::string& file) {
+    received.given["Filename"] = file;
+    simulated::SimulatedPlatform platform(machine);
+    const WmiDouble wmi(platform.Wmi());
+    return Deliver("Internal", "Configure");
+  }
+
+  static std::string ReadBack(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+
+  // Other tests run at the same time.
+  const std::string own = "config-contract-" + std::to_string(GetCurrentProcessId());
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / own;
+  simulated::Machine machine = simulated::ExampleMachine();
+
+ private:
+  const std::string scratchKey_ = "Software\\" + own;
+  HKEY localMachine_ = nullptr;
+};
+
+TEST_F(ConfigureContract, MissingFileIsLoggedThroughTheAgentsFormatter) {
+  // The finished text is the agent's format: there "%%" becomes "%".
+  constexpr Value kFiles[] = {{R"(C:\none.cfg)", R"(C:\none.cfg)"},
+                              {R"(C:\100%% wrong.cfg)", R"(C:\100% wrong.cfg)"}};
+  for (const auto& [name, shown] : kFiles) {
+    SCOPED_TRACE(name);
+    agent.log.clear();
+    EXPECT_EQ(Configure(name), 0);
+    const std::string path = shown;
+    EXPECT_EQ(agent.log,
+              (Texts{"1 Toolbox-Main:77 Toolbox::DoMagic - Finding handler for Internal=Configure",
+                     "1 internal/Configure:107 Configure::HandleMessage",
+                     "2 internal/Configure:115 Configure::HandleMessage(): config file=" + path,
+                     "0 internal/Configure:629 Configure::HandleMessage(): File " + path +
+                         " does not exist"}));
+    EXPECT_EQ(received.written, Texts{});
+  }
+}
+
+TEST_F(ConfigureContract, RestoreFileReplacesTheAgentFileAndIsPosted) {
+  // Only the low byte of the agent's answer counts.
+  constexpr std::pair<int32_t, int32_t> kAnswers[] = {{1, 1}, {0x100, 0}, {-1, 1}};
+  for (const auto& [answer, status] : kAnswers) {
+    SCOPED_TRACE(answer);
+    const std::string agentFile = Write("tarvo.cfg", "[Global]\r\nConfig=restore\r\n");
+    const std::string restoreFile = Write("restore.cfg", "restored");
+    agent.postAnswer = answer;
+    agent.posted.clear();
+    EXPECT_EQ(Configure("unused"), status);
+    ASSERT_EQ(agent.posted.size(), 1u);
+    EXPECT_EQ(agent.posted[0].type + "/" + agent.posted[0].name, "Internal/Configure");
+    EXPECT_EQ(agent.posted[0].written, Texts{"SetValue Filename=" + agentFile});
+    EXPECT_EQ(ReadBack(agentFile), "restored");
+    EXPECT_FALSE(std::filesystem::exists(restoreFile));
+    EXPECT_EQ(received.written, Texts{});
+  }
+}
+
+TEST_F(ConfigureContract, AdapterAndNameAreChangedThroughWmiAndTheReplyIsReboot) {
+  const std::string file =
+      Write("new.cfg",
+            "[Global]\r\nScheduleId=12\r\nTaskSequence=7\r\n"
+            "[ConfigSettings]\r\nServer=agent.corp.example\r\nServer=second\r\n"
+            "[Networking]\r\nComputerName=NEWNAME\r\n"
+            "[NicEntry0]\r\nMACAddress=080027654321\r\nDHCP=True\r\nSetDNSInfo=True\r\n"
+            "DNS-Server-Count=2\r\nDNS-Server0=10.0.0.1\r\nDNS-Server1=10.0.0.2\r\n");
+  EXPECT_EQ(Configure(file), 1);
+  EXPECT_EQ(received.written, (Texts{"SetValue Schedule-ID=12", "SetValue Task-Sequence-ID=7",
+                                     "SetValue Result=Reboot"}));
+  EXPECT_EQ(machine.pendingComputerName, "NEWNAME");
+  EXPECT_TRUE(machine.FindAdapter(8)->dhcpEnabled);
+  EXPECT_EQ(machine.FindAdapter(8)->dnsServers, (Texts{"10.0.0.1", "10.0.0.2"}));
+  EXPECT_TRUE(std::filesystem::exists(file));
+  ASSERT_EQ(agent.sent.size(), 1u);
+  const auto& [target, settings] = agent.sent[0];
+  EXPECT_EQ(target + ": " + settings.type + "/" + settings.name,
+            "SetAgentSettings: Settings/Included");
+  EXPECT_EQ(settings.written,
+            (Texts{"AddValue Server=agent.corp.example", "AddValue Server=second"}));
+}
+
+}  // namespace
+}  // namespace contract

@@ -1,0 +1,279 @@
+// The registry, the operating-system record, WMI and the utilities on a simulated machine.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <stdexcept>
+
+#include "common/ipc/IpAddress.h"
+#include "common/sys/DllProxy.h"
+#include "common/sys/OsVersion.h"
+#include "common/sys/Registry.h"
+#include "common/sys/Wmi.h"
+#include "common/util/CheckHResult.h"
+#include "common/util/FileUtils.h"
+#include "common/util/Text.h"
+#include "tests/support/MachineTest.h"
+
+namespace {
+
+using Texts = std::vector<std::string>;
+constexpr auto kRefused = static_cast<platform::HResult>(0x80070005);
+
+/// The record that `operation` throws.
+template <typename Error>
+Error Caught(const std::function<void()>& operation) {
+  try {
+    operation();
+  } catch (const Error& error) {
+    return error;
+  }
+  ADD_FAILURE() << "nothing was thrown";
+  return Error{err::Site{"", "", 0}, 0, 0};
+}
+
+class SysTest : public support::MachineTest {};
+
+// ---- Registry -----------------------------------------------------------------------------------
+
+TEST_F(SysTest, RegistryRefusalsTellTheirKind) {
+  machine_.registry = {{R"(HKEY_LOCAL_MACHINE\Software\X)", "number", platform::kRegDWord, 2u},
+                       {R"(HKEY_LOCAL_MACHINE\Software\X)", "text", platform::kRegSz, "hello"},
+                       {R"(HKEY_LOCAL_MACHINE\Software\X)", "", platform::kRegSz, "default"}};
+  sys::Registry key;
+  std::string text;
+  std::uint32_t number = 7;
+  bool flag = true;
+  const struct {
+    const char* message;
+    std::int32_t value;
+    std::function<void()> operation;
+  } kClosed[] = {
+      {"ReadString() - Key not open, cannot read.", 8, [&] { key.ReadString("text", &text); }},
+      {"ReadDWord() - Key not open, cannot read.", 8, [&] { key.ReadBool("number", &flag); }},
+      {"WriteDWord() - Key not open, cannot write.", 8, [&] { key.WriteBool("number", true); }},
+      {"DeleteValue() - Key not open, cannot delete.", 8, [&] { key.DeleteValue("text"); }},
+      {"Close() - Registry key not open, cannot close", 8, [&] { key.Close(); }},
+      {"OpenIntern() - Cannot open key.", 3, [&] { key.OpenForReading(false); }},
+  };
+  key.SetSubkey("Software\\None");
+  for (const auto& c : kClosed) {
+    const auto error = Caught<sys::RegistryError>(c.operation);
+    EXPECT_STREQ(error.message, c.message);
+    EXPECT_EQ(error.Value, c.value) << c.message;
+  }
+  EXPECT_EQ(Caught<sys::RegistryError>([&] { key.OpenForReading(false); }).SystemError, 2U);
+
+  key.SetKey(platform::kLocalMachine, "Software\\X");
+  key.Open(/*create=*/false, /*readOnly=*/false, /*view64=*/true);
+  const struct {
+    const char* message;
+    std::int32_t value;
+    std::function<void()> operation;
+  } kOpen[] = {
+      {"OpenIntern() - Registry key already open, cannot set subkey.", 1,
+       [&] { key.OpenForReading(false); }},
+      {"SetKey( HKEY hKey ) - Registry key already open, cannot set key.", 1,
+       [&] { key.SetKey(platform::kLocalMachine); }},
+      {"SetKey( HKEY hKey, const std::string& subkey ) - Registry key already open, cannot set "
+       "key.",
+       1, [&] { key.SetKey(platform::kLocalMachine, "Y"); }},
+      {"SetSubkey() - Registry key already open, cannot set subkey.", 1,
+       [&] { key.SetSubkey(""); }},
+      {"ReadString() - Incorrect data type.", 9, [&] { key.ReadString("number", &text); }},
+      {"ReadString() - Read failed.", 6, [&] { key.ReadString("absent", &text); }},
+      {"ReadDWord() - Incorrect data type.", 9, [&] { key.ReadDWord("text", &number); }},
+      {"ReadDWord() - Read failed.", 6, [&] { key.ReadBool("absent", &flag); }},
+      {"DeleteValue() - Delete failed.", 5, [&] { key.DeleteValue("absent"); }},
+  };
+  for (const auto& c : kOpen) {
+    const auto error = Caught<sys::RegistryError>(c.operation);
+    EXPECT_STREQ(error.message, c.message);
+    EXPECT_EQ(error.Value, c.value) << c.message;
+  }
+  EXPECT_EQ(number, 7U);
+  EXPECT_TRUE(flag);
+  key.ReadBool("number", &flag);
+  EXPECT_FALSE(flag) << "2 is not true";
+  key.ReadString("text", &text);
+  EXPECT_EQ(text, "hello");
+  key.ReadString("x", &text);
+  EXPECT_EQ(text, "default") << "one character means the default value";
+  AddFault("registry.set", kRefused);
+  EXPECT_EQ(Caught<sys::RegistryError>([&] { key.WriteDWord("n", 1); }).Value, 7);
+  AddFault("registry.close", kRefused);
+  EXPECT_EQ(Caught<sys::RegistryError>([&] { key.Close(); }).Value, 2);
+  machine_.faults.clear();
+}
+
+// ---- Operating system ---------------------------------------------------------------------------
+
+TEST_F(SysTest, TheRecordTakesWhatThereIs) {
+  machine_.operatingSystem = {{"SystemDrive", "D:"},
+                              {"Debug", true},
+                              {"Primary", false},
+                              {"QuantumType", 300},
+                              {"ServicePackMajorVersion", 3},
+                              {"ServicePackMinorVersion", 1},
+                              {"Version", nullptr}};
+  sys::OsVersion system;
+  system.Version = "kept";
+  system.Query();
+  EXPECT_EQ(system.SystemFolder(), "D:\\");
+  EXPECT_TRUE(system.Debug);
+  EXPECT_EQ(system.QuantumType, 300 % 256);
+  EXPECT_EQ(system.ServicePackMajorVersion, 0) << "both numbers land in the minor field";
+  EXPECT_EQ(system.ServicePackMinorVersion, 1);
+  EXPECT_EQ(system.Version, "kept");
+  system.SystemDrive = "E:/";
+  EXPECT_EQ(system.SystemFolder(), "E:/");
+}
+
+TEST_F(SysTest, TheRecordNamesTheStepThatFailed) {
+  constexpr struct {
+    const char *call, *message;
+  } kCases[] = {{"wmi.secure_process", "Error thrown from WMI initialization code."},
+                {"wmi.connect", "Error thrown from WMI initialization code."},
+                {"wmi.instances", "Class object not valid, cannot continue."},
+                {"wmi.next", "Class object not valid, cannot continue."}};
+  for (const auto& c : kCases) {
+    machine_.faults.clear();
+    AddFault(c.call, kRefused);
+    const auto error = Caught<sys::OsVersionError>([] { sys::OsVersion().Query(); });
+    EXPECT_STREQ(error.message, c.message) << c.call;
+    EXPECT_EQ(error.Value, 1);
+  }
+}
+
+// ---- WMI ----------------------------------------------------------------------------------------
+
+TEST_F(SysTest, AMissingRowLeavesTheOutputs) {
+  bool enabled = true;
+  std::string text = "kept";
+  ipc::IPv4Address address("10.0.0.1");
+  std::vector<ipc::IPv4Address> list;
+  EXPECT_EQ(sys::Wmi::IsDhcpEnabled(5, &enabled), 0);
+  EXPECT_EQ(sys::Wmi::GetMacAddress(5, &text), 0);
+  EXPECT_EQ(sys::Wmi::GetIpAddressAndMask(5, &address, &address), 0);
+  EXPECT_EQ(sys::Wmi::GetGateways(5, &list), 0);
+  EXPECT_TRUE(enabled && text == "kept" && list.empty());
+  EXPECT_EQ(address.ToString(), "10.0.0.1");
+}
+
+TEST_F(SysTest, EveryStepOfAConnectionMayFail) {
+  for (const char* call :
+       {"wmi.enter", "wmi.secure_process", "wmi.locator", "wmi.connect", "wmi.secure_proxy"}) {
+    machine_.faults.clear();
+    AddFault(call, kRefused);
+    std::string name;
+    const auto error = Caught<sys::CWmiError>([&] { sys::Wmi::GetComputerName(&name); });
+    EXPECT_STREQ(error.message, "WMI initialization failed.") << call;
+    EXPECT_EQ(error.Value, kRefused);
+  }
+}
+
+TEST_F(SysTest, EveryStepOfAMethodMayFail) {
+  machine_.adapters.emplace_back();
+  for (const char* call :
+       {"wmi.class", "wmi.definition", "wmi.spawn", "wmi.put", "wmi.method", "wmi.get"}) {
+    machine_.faults.clear();
+    AddFault(call, kRefused);
+    const auto error = Caught<sys::CWmiError>([] { sys::Wmi::SetGateways(7, {}); });
+    EXPECT_STREQ(error.message, "Wmi method failed to set gateways") << call;
+    EXPECT_EQ(error.Value, kRefused);
+  }
+  machine_.faults.clear();
+  AddFault("wmi.query", kRefused);
+  EXPECT_STREQ(Caught<sys::CWmiError>([] { sys::Wmi::SetComputerName("A", "", ""); }).message,
+               "Wmi method failed to set computer name");
+}
+
+TEST_F(SysTest, ParametersAreNullAbsentOrEmptyAsEachMethodWantsThem) {
+  machine_.adapters.emplace_back();
+  sys::Wmi::SetComputerName("PC2", "", "secret");
+  sys::Wmi::SetGateways(7, {});
+  sys::Wmi::SetDNSServerSearchOrder(7, {});
+  sys::Wmi::SetDNSSuffixSearchOrder({});
+  sys::Wmi::EnableDHCP(7);
+  Texts arguments;
+  for (const auto& change : machine_.journal) arguments.push_back(change["arguments"].dump());
+  EXPECT_EQ(arguments, (Texts{R"({"Name":"PC2","UserName":null,"Password":null})",
+                              R"({"DefaultIPGateway":null})", "{}",
+                              R"({"DNSDomainSuffixSearchOrder":[]})", "{}"}));
+  EXPECT_EQ(machine_.journal[0]["path"], R"(Win32_ComputerSystem.Name="TEMPLATE")");
+}
+
+// ---- Utilities ----------------------------------------------------------------------------------
+
+TEST_F(SysTest, FilesTellWhatStandsInTheWay) {
+  machine_.files = {{"C:\\a", "1"}, {"C:\\b", "2"}};
+  const struct {
+    const char* message;
+    std::function<void()> operation;
+  } kCases[] = {
+      {"Destination file exists ", [] { util::Move("C:\\none", "C:\\b"); }},
+      {"Source file does not exist ", [] { util::Move("C:\\none", "C:\\c"); }},
+      {"Failed to copy file ", [] { util::Copy("C:\\a", "C:\\b", /*overwrite=*/false); }},
+      {"Delete failed - target does not exist", [] { util::Delete("C:\\"); }},
+  };
+  for (const auto& c : kCases) {
+    EXPECT_STREQ(Caught<util::CFileIOError>(c.operation).message, c.message);
+  }
+  util::Copy("C:\\a", "C:\\B", /*overwrite=*/true);
+  EXPECT_EQ(machine_.files[1].text, "1");
+  AddFault("file.move", kRefused);
+  AddFault("file.delete", kRefused);
+  EXPECT_STREQ(Caught<util::CFileIOError>([] { util::Move("C:\\a", "C:\\c"); }).message,
+               "File Move Failed ");
+  EXPECT_STREQ(Caught<util::CFileIOError>([] { util::Delete("C:\\a"); }).message, "Delete failed ");
+}
+
+TEST_F(SysTest, AddressesAreDottedOrResolved) {
+  machine_.hosts = {{"gate.example", "10.0.0.1"}};
+  EXPECT_EQ(ipc::IPv4Address("gate.example").ToString(), "10.0.0.1");
+  EXPECT_EQ(ipc::IPv4Address("1host").ToString(), "255.255.255.255");
+  EXPECT_EQ(ipc::IPv4Address().ToString(), "0.0.0.0");
+  EXPECT_LT(ipc::IPv4Address("9.255.255.255"), ipc::IPv4Address("10.0.0.0"));
+  const auto error = Caught<ipc::CIPAddressError>([] { ipc::IPv4Address("nowhere.example"); });
+  EXPECT_STREQ(error.message, "IPAddress::Connect Name Resolution Error");
+  EXPECT_EQ(error.SystemError, 11001U);
+}
+
+TEST_F(SysTest, DecryptionNeedsTheLibrary) {
+  sys::CryptoDll absent;
+  EXPECT_FALSE(absent.TryLoad());
+  EXPECT_EQ(absent.PlainText("X"), "");
+  machine_.decrypt.emplace().emplace("X", "plain");
+  sys::CryptoDll crypto;
+  EXPECT_TRUE(crypto.TryLoad());
+  EXPECT_EQ(crypto.PlainText("X"), "plain");
+  EXPECT_EQ(crypto.PlainText("Y"), "");
+  AddFault("library.find", kRefused);
+  EXPECT_EQ(sys::CryptoDll().PlainText("X"), "");
+  sys::DllProxy nameless("");
+  EXPECT_STREQ(Caught<sys::CDllProxyError>([&] { nameless.Load(); }).message,
+               "DllProxy::Load - No Filename");
+}
+
+TEST_F(SysTest, FailedResultsBecomeReadable) {
+  EXPECT_NO_THROW(util::CheckHResult(1));
+  EXPECT_THROW(util::CheckHResult(kRefused), std::runtime_error);
+}
+
+TEST(TextTest, SplitsTrimsAndParses) {
+  EXPECT_EQ(util::Split(" a,;b\n\nc ", ",; \n"), (Texts{"a", "b", "c"}));
+  EXPECT_EQ(util::Split("", ","), Texts{});
+  EXPECT_EQ(util::Trim(" \t a b\t"), "a b");
+  EXPECT_EQ(util::Trim(" \t"), "");
+  EXPECT_EQ(util::ParseUnsigned("12abc"), 12U);
+  EXPECT_EQ(util::ParseUnsigned("-1"), 0U);
+  EXPECT_EQ(util::ParseUnsigned("99999999999"), 4294967295U);
+  EXPECT_EQ(util::Format("%s-%03d", "x", 7), "x-007");
+  EXPECT_EQ(util::Format("%s", ""), "");
+  std::string text = "aZ\xE4";
+  util::ToUpper(text);
+  EXPECT_EQ(text, "AZ\xE4");
+  EXPECT_TRUE(util::ContainsIgnoringCase("MyNicEntry2", "nicentry"));
+  EXPECT_FALSE(util::ContainsIgnoringCase("Nic", "NicEntry"));
+}
+
+}  // namespace

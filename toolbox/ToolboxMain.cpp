@@ -1,0 +1,116 @@
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+
+#include "common/err/GeneralError.h"
+#include "common/logging/ILogSink.h"
+#include "handlers/IAgentHost.h"
+#include "handlers/IAgentMessage.h"
+#include "handlers/MessageHandler.h"
+#include "handlers/Version.h"
+#include "handlers/internal/Configure.h"
+#include "handlers/internal/DefaultHandler.h"
+#include "handlers/internal/PrepForImage.h"
+#include "handlers/internal/UpdateInfo.h"
+#include "toolbox/ToolboxApi.h"
+
+namespace {
+
+constexpr char kSource[] = "Toolbox-Main";
+
+/// The message entry's own error.
+struct CTBXAPIError : err::CGeneralError {
+  using err::CGeneralError::CGeneralError;
+};
+constexpr err::Site kNullArgument{kSource, "DoMagic - Bad Parameter (NULL)", 71};
+constexpr int kFindingHandlerLine = 77;
+constexpr int kUnhandledLine = 103;
+
+// ---- Which handler a message gets ---------------------------------------------------------------
+
+using HandlerFactory = CMessageHandler* (*)();
+
+template <typename Handler>
+CMessageHandler* Make() {
+  return new (std::nothrow) Handler;
+}
+
+/// A row without a name takes any name; a row without a factory ends the list.
+struct NameRow {
+  const char* name;
+  HandlerFactory make;
+};
+
+struct TypeRow {
+  const char* type;
+  const NameRow* names;
+};
+
+constexpr NameRow kAnyName[] = {{nullptr, Make<DefaultHandler>}, {nullptr, nullptr}};
+constexpr NameRow kInternalNames[] = {{"UpdateInfo", Make<UpdateInfo>},
+                                      {"Configure", Make<Configure>},
+                                      {"PrepForImage", Make<PrepForImage>},
+                                      {nullptr, Make<DefaultHandler>},
+                                      {nullptr, nullptr}};
+constexpr TypeRow kTypes[] = {
+    {"Request", kAnyName}, {"Reply", kAnyName}, {"Internal", kInternalNames}};
+
+/// Compares byte by byte. Null when no row matches or memory runs out.
+std::unique_ptr<CMessageHandler> FindHandler(const char* type, const char* name) {
+  for (const TypeRow& typeRow : kTypes) {
+    if (std::strcmp(typeRow.type, type) != 0) continue;
+    for (const NameRow* row = typeRow.names; row->make != nullptr; ++row) {
+      if (row->name == nullptr || std::strcmp(row->name, name) == 0) {
+        return std::unique_ptr<CMessageHandler>(row->make());
+      }
+    }
+  }
+  return nullptr;
+}
+
+// ---- The table ----------------------------------------------------------------------------------
+
+void GetVersion(std::uint32_t* major, std::uint32_t* minor, std::uint32_t* build) {
+  *major = version::kMajor;
+  *minor = version::kMinor;
+  *build = version::kBuild;
+}
+
+std::int32_t Dispatch(IAgentMessage* message, IAgentHost* host) {
+  if (message == nullptr || host == nullptr) {
+    throw CTBXAPIError{kNullArgument, /*value=*/0, /*systemError=*/0};
+  }
+  const std::string type = message->GetType();
+  const std::string name = message->GetName();
+  host->Log(logging::kProgress, "%s:%d Toolbox::DoMagic - Finding handler for %s=%s", kSource,
+            kFindingHandlerLine, type.c_str(), name.c_str());
+  // Deliberate: the look-up asks the message again, for the name first.
+  const char* const soughtName = message->GetName();
+  const char* const soughtType = message->GetType();
+  const std::unique_ptr<CMessageHandler> handler = FindHandler(soughtType, soughtName);
+  if (handler == nullptr) return 0;
+  handler->SetHost(host);
+  return handler->HandleMessage(message, host);
+}
+
+std::int32_t DoMagic(IAgentMessage* message, IAgentHost* host) {
+  try {
+    return Dispatch(message, host);
+  } catch (const err::CGeneralError& error) {
+    // Other exceptions pass to the agent.
+    if (host != nullptr) {
+      host->Log(logging::kFailure, "%s:%d Toolbox::DoMagic caught an unhandled exception", kSource,
+                kUnhandledLine);
+      host->Log(logging::kFailure, "Exception Details: %s:%d - %s (error = %d) ", error.file,
+                error.line, error.message, error.SystemError);
+    }
+    return 0;
+  }
+}
+
+constexpr ToolboxApi kApi{/*interfaceRevision=*/1, GetVersion, DoMagic};
+
+}  // namespace
+
+extern "C" const ToolboxApi* GetToolboxAPI() { return &kApi; }

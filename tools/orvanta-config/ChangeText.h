@@ -1,0 +1,23 @@
+// The journal of a simulated machine in words.
+#pragma once
+
+#include <string>
+
+#include "platform/simulated/Machine.h"
+
+namespace tool {
+
+struct ChangeText {
+  /// What was asked of the machine, with its exact values.
+  std::string words;
+  /// The code with which the machine refused it; empty when it did it.
+  std::string refusal;
+  /// The machine did it, but it only takes effect at the next restart.
+  bool afterRestart = false;
+};
+
+/// Tells one entry of the journal, whose passwords must be hidden already. An entry of an unknown
+/// kind is told by its fields.
+ChangeText Describe(const simulated::Json& change);
+
+}  // namespace tool

@@ -1,0 +1,115 @@
+#include "tools/orvanta-config/Delivery.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "platform/ScopedPlatform.h"
+#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/SimulatedPlatform.h"
+#include "toolbox/ToolboxApi.h"
+
+namespace tool {
+namespace {
+
+using simulated::Json;
+
+/// True for the names of settings that hold a password, whatever their letter case.
+bool NamesPassword(std::string_view key) {
+  constexpr std::string_view kWord = "password";
+  const auto same = [](char c, char small) {
+    return (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) == small;
+  };
+  return std::search(key.begin(), key.end(), kWord.begin(), kWord.end(), same) != key.end();
+}
+
+Json ToJson(const MessageValue& value) {
+  const auto* number = std::get_if<std::int32_t>(&value.data);
+  return number != nullptr ? Json(*number) : Json(ShownText(value));
+}
+
+Json ToJson(const std::vector<SentMessage>& messages) {
+  Json list = Json::array();
+  for (const SentMessage& message : messages) {
+    Json values = Json::array();
+    for (const MessageValue& value : message.values) {
+      values.push_back(Json::array({value.key, ToJson(value)}));
+    }
+    Json& entry = list.emplace_back(Json::object());
+    if (!message.target.empty()) entry["target"] = message.target;
+    entry["type"] = message.type;
+    entry["name"] = message.name;
+    entry["values"] = std::move(values);
+  }
+  return list;
+}
+
+}  // namespace
+
+std::string ShownText(const MessageValue& value) {
+  if (NamesPassword(value.key)) return "***";
+  const auto* text = std::get_if<std::string>(&value.data);
+  return text != nullptr ? *text : std::to_string(std::get<std::int32_t>(value.data));
+}
+
+std::string Delivery::Result() const {
+  const auto result = std::find_if(reply.begin(), reply.end(),
+                                   [](const auto& value) { return value.key == "Result"; });
+  return result != reply.end() ? ShownText(*result) : "";
+}
+
+bool Delivery::Succeeded() const {
+  const std::string result = Result();
+  if (result.empty()) return status != 0 && exception.empty();
+  return result == "Success" || result == "Reboot";
+}
+
+Delivery Deliver(Request request, simulated::Machine& machine) {
+  Delivery delivery;
+  delivery.request = std::move(request);
+  const std::size_t journalStart = machine.journal.size();
+  AgentHost host;
+  AgentMessage message(delivery.request.type, delivery.request.name, delivery.request.values);
+  {
+    simulated::SimulatedPlatform platform(machine);
+    platform::ScopedPlatform scope(platform);
+    try {
+      delivery.status = GetToolboxAPI()->doMagic(&message, &host);
+    } catch (const std::exception& error) {
+      delivery.exception = error.what();
+    }
+  }
+  delivery.reply.assign(message.Written().begin(), message.Written().end());
+  delivery.log = host.LogLines();
+  const auto start = machine.journal.begin() + static_cast<std::ptrdiff_t>(journalStart);
+  std::transform(start, machine.journal.end(), std::back_inserter(delivery.changes),
+                 simulated::Redacted);
+  delivery.sent = host.Sent();
+  delivery.posted = host.Posted();
+  return delivery;
+}
+
+Json ToJson(const Delivery& delivery) {
+  Json reply = Json::object();
+  for (const MessageValue& value : delivery.reply) reply[value.key] = ToJson(value);
+  Json log = Json::array();
+  for (const LogLine& line : delivery.log) {
+    log.push_back({{"level", line.level}, {"text", line.text}});
+  }
+  Json json;
+  json["schema"] = 1;
+  json["status"] = delivery.status;
+  json["reply"] = std::move(reply);
+  json["log"] = std::move(log);
+  json["changes"] = delivery.changes;
+  json["sent"] = ToJson(delivery.sent);
+  json["posted"] = ToJson(delivery.posted);
+  json["restarts"] = delivery.restarts;
+  // Only there when it happened: a library that keeps its promise never lets one pass.
+  if (!delivery.exception.empty()) json["exception"] = delivery.exception;
+  return json;
+}
+
+}  // namespace tool

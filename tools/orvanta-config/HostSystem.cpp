@@ -1,0 +1,48 @@
+#include "tools/orvanta-config/HostSystem.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <cstdlib>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+namespace tool {
+
+#ifdef _WIN32
+
+bool IsColorTerminal() {
+  // Older consoles print the colour codes as text; the ones that do not announce themselves.
+  const bool shows = std::getenv("WT_SESSION") != nullptr || std::getenv("TERM") != nullptr;
+  return shows && _isatty(1) != 0;
+}
+
+void UseBinaryStreams() {
+  _setmode(0, _O_BINARY);
+  _setmode(1, _O_BINARY);
+}
+
+std::FILE* CreatePrivateFile(const std::string& path) {
+  const int file =
+      _open(path.c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY, _S_IREAD | _S_IWRITE);
+  return file >= 0 ? _fdopen(file, "wb") : nullptr;
+}
+
+#else
+
+bool IsColorTerminal() { return isatty(STDOUT_FILENO) != 0; }
+
+void UseBinaryStreams() {}
+
+std::FILE* CreatePrivateFile(const std::string& path) {
+  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+  return file >= 0 ? fdopen(file, "wb") : nullptr;
+}
+
+#endif
+
+}  // namespace tool

@@ -1,0 +1,34 @@
+#include "tools/orvanta-config/MachineOptions.h"
+
+#include <CLI/CLI.hpp>
+#include <sstream>
+
+#include "platform/simulated/MachineFile.h"
+#include "tools/orvanta-config/Files.h"
+#include "tools/orvanta-config/ToolError.h"
+
+namespace tool {
+
+void AddMachineOptions(CLI::App& command, MachineOptions& options) {
+  command
+      .add_option("--machine", options.machineFile, "the simulated machine (default: an example)")
+      ->type_name("M.json");
+  command.add_flag("--json", options.json, "one JSON document on standard output");
+  command
+      .add_option("--save-machine", options.saveMachine, "write the machine as it is afterwards")
+      ->type_name("OUT.json");
+  command.add_flag("--no-color", options.noColor, "no colour (as with NO_COLOR set)");
+}
+
+simulated::Machine LoadMachine(const MachineOptions& options) {
+  if (!options.machineFile) return simulated::ExampleMachine();
+  std::istringstream noInput;
+  const std::string text = ReadInput(*options.machineFile, noInput);
+  try {
+    return simulated::ParseMachine(text, *options.machineFile);
+  } catch (const simulated::MachineFileError& error) {
+    throw ToolError(error.what());
+  }
+}
+
+}  // namespace tool

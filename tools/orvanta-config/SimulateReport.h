@@ -1,0 +1,33 @@
+// The text that `simulate` shows a technician.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "platform/simulated/Machine.h"
+#include "tools/orvanta-config/Delivery.h"
+#include "tools/orvanta-config/Text.h"
+
+namespace tool {
+
+/// Everything that one run of `simulate` has to tell.
+struct Simulation {
+  /// "first-boot.cfg, placed as C:\tarvo.cfg"; empty without a file.
+  std::string file;
+  /// "built-in example" or the name of the machine file.
+  std::string machineName;
+  /// The machine with the file on it, before the first message.
+  simulated::Machine before;
+  simulated::Machine after;
+  /// Membership at the last restart of the machine, else before the first message.
+  simulated::Membership confirmedMembership;
+  /// At least one.
+  std::vector<Delivery> deliveries;
+};
+
+/// The report: header, per message what changed and the reply, then the machine before and after.
+/// Log lines of level 0 are shown for a message that failed, all of them with `verbose`.
+std::string SimulateReport(const Simulation& simulation, const Style& style, bool verbose);
+
+}  // namespace tool

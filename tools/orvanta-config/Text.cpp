@@ -1,0 +1,45 @@
+#include "tools/orvanta-config/Text.h"
+
+#include <algorithm>
+
+namespace tool {
+
+std::string Printable(std::string_view text) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  std::string printable;
+  printable.reserve(text.size());
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (c == '\n') {
+      printable += "\\n";
+    } else if (c == '\r') {
+      printable += "\\r";
+    } else if (c == '\t') {
+      printable += "\\t";
+    } else if (byte < 0x20 || byte == 0x7F) {
+      printable += {'\\', 'x', kHex[byte >> 4], kHex[byte & 0xF]};
+    } else {
+      printable += c;
+    }
+  }
+  return printable;
+}
+
+std::size_t Width(std::string_view text) {
+  return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+    return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+  }));
+}
+
+std::string Padded(std::string_view text, std::size_t width) {
+  std::string padded(text);
+  padded.append(width - std::min(width, Width(text)), ' ');
+  return padded;
+}
+
+std::string Style::Wrap(const char* code, std::string_view text) const {
+  if (!color_) return std::string(text);
+  return "\x1B[" + std::string(code) + "m" + std::string(text) + "\x1B[0m";
+}
+
+}  // namespace tool

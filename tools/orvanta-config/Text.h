@@ -1,0 +1,37 @@
+// Plain text for a terminal: colours, alignment, and texts from files made safe to show.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+/// The text with every control character spelled out ("\n", "\x1B"), so that a text from a file
+/// stays on its line and cannot steer the terminal.
+std::string Printable(std::string_view text);
+
+/// Characters of an UTF-8 text.
+std::size_t Width(std::string_view text);
+
+/// The text filled up with blanks to `width` characters; longer texts stay as they are.
+std::string Padded(std::string_view text, std::size_t width);
+
+/// Wraps texts in terminal colours, or leaves them alone.
+class Style {
+ public:
+  explicit Style(bool color) : color_(color) {}
+
+  std::string Heading(std::string_view text) const { return Wrap("1", text); }
+  std::string Good(std::string_view text) const { return Wrap("32", text); }
+  std::string Bad(std::string_view text) const { return Wrap("31", text); }
+  std::string Notice(std::string_view text) const { return Wrap("33", text); }
+  std::string Dim(std::string_view text) const { return Wrap("2", text); }
+
+ private:
+  std::string Wrap(const char* code, std::string_view text) const;
+
+  bool color_;
+};
+
+}  // namespace tool

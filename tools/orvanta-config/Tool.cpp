@@ -1,0 +1,71 @@
+#include "tools/orvanta-config/Tool.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdint>
+#include <ostream>
+
+#include "toolbox/ToolboxApi.h"
+#include "tools/orvanta-config/Simulate.h"
+#include "tools/orvanta-config/Text.h"
+#include "tools/orvanta-config/ToolError.h"
+
+namespace tool {
+namespace {
+
+constexpr char kFooter[] = R"(Examples:
+  orvanta-config simulate first-boot.cfg
+      what this file would do on the built-in example machine
+  orvanta-config simulate first-boot.cfg --machine lab-pc.json --json
+      the same on a machine of your own, for a program to read
+  orvanta-config simulate --help
+      all options of a command, its exit codes and more examples)";
+
+std::string Version() {
+  std::uint32_t major = 0;
+  std::uint32_t minor = 0;
+  std::uint32_t build = 0;
+  GetToolboxAPI()->getVersion(&major, &minor, &build);
+  return "orvanta-config " + std::to_string(major) + "." + std::to_string(minor) + "." +
+         std::to_string(build);
+}
+
+int Refuse(const std::string& line, const Streams& streams) {
+  streams.err << "orvanta-config: " << Printable(line) << '\n';
+  return kUnusable;
+}
+
+}  // namespace
+
+int RunTool(std::vector<std::string> arguments, const Streams& streams) {
+  CLI::App app("Plans, checks and rehearses a computer's configuration.", "orvanta-config");
+  // Otherwise a path that begins with "/" would be taken for an option on Windows.
+  app.allow_windows_style_options(false);
+  app.set_version_flag("--version", Version);
+  app.require_subcommand(1);
+  app.footer(kFooter);
+  SimulateOptions simulateOptions;
+  const CLI::App* simulate = AddSimulate(app, simulateOptions);
+
+  int exitCode = kDone;
+  try {
+    std::reverse(arguments.begin(), arguments.end());
+    app.parse(std::move(arguments));
+    if (simulate->parsed()) exitCode = Simulate(simulateOptions, streams);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() != 0) {
+      const std::string command = simulate->parsed() ? " simulate" : "";
+      return Refuse(std::string(error.what()) + "; see orvanta-config" + command + " --help",
+                    streams);
+    }
+    app.exit(error, streams.out, streams.err);
+  } catch (const ToolError& error) {
+    return Refuse(error.what(), streams);
+  }
+  if (!streams.out.flush()) {
+    return Refuse("standard output: cannot be written; check where it leads", streams);
+  }
+  return exitCode;
+}
+
+}  // namespace tool
