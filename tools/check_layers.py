@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that includes run in the allowed directions; see docs/architecture.md.
+"""Checks that includes run in the allowed directions (see docs/architecture.md), and that the build
+compiles every source.
 
 check_layers.py [ROOT]         prints every violation below ROOT, ends with 1 if there is any
 check_layers.py --self-test    shows that each rule catches its violation
@@ -87,7 +88,7 @@ def system_fault(path, name):
     """What is wrong with including a header that is not the project's own, or None."""
     library = name.split("/")[0]
     if library in LIBRARIES:
-        return None if is_below(path, LIBRARIES[library]) else "is a library this folder must not use"
+        return None if is_below(path, LIBRARIES[library]) else "is a library it must not use"
     is_standard = "/" not in name and "." not in name
     if is_standard or is_below(path, SYSTEM_FOLDERS) or name in SYSTEM_HEADERS.get(path, []):
         return None
@@ -109,15 +110,22 @@ def check_file(root, path):
             yield f"{path}:1: its own header does not come first"
 
 
-def check(root):
-    tops = sorted({folder.split("/")[0] for folder in ALLOWED})
-    files = sorted(f for top in tops for f in (root / top).rglob("*") if f.suffix in (".cpp", ".h"))
-    for file in files:
+def check_folder(root, top):
+    build = (root / top / "CMakeLists.txt").read_text(encoding="utf-8")
+    listed = set(re.findall(r"[\w./-]+", build))
+    for file in sorted(f for f in (root / top).rglob("*") if f.suffix in (".cpp", ".h")):
         path = file.relative_to(root).as_posix()
         if folder_of(path):
             yield from check_file(root, path)
         else:
             yield f"{path}:1: its folder has no place in the layers"
+        if file.suffix == ".cpp" and file.relative_to(root / top).as_posix() not in listed:
+            yield f"{path}:1: {top}/CMakeLists.txt does not list it"
+
+
+def check(root):
+    for top in sorted({folder.split("/")[0] for folder in ALLOWED}):
+        yield from check_folder(root, top)
 
 
 # A file that breaks one rule each, and what must be said about it.
@@ -138,6 +146,7 @@ VIOLATIONS = [
     ("common/sys/Wmi.cpp", '#include "common/sys/../err/Error.h"', "not written from the root"),
     ("common/err/Error.cpp", "#include <string>", "does not come first"),
     ("common/other/Thing.h", "", "no place in the layers"),
+    ("tests/ForgottenTest.cpp", "", "does not list it"),
 ]
 LAWFUL = {
     "common/config/Rule.h": '#include "common/err/Error.h"',
@@ -155,6 +164,10 @@ LAWFUL = {
 def findings_in(files):
     with tempfile.TemporaryDirectory() as folder:
         root = pathlib.Path(folder)
+        for top in {folder.split("/")[0] for folder in ALLOWED}:
+            (root / top).mkdir()
+            listed = [path.removeprefix(top + "/") for path in files if "Forgotten" not in path]
+            (root / top / "CMakeLists.txt").write_text("\n".join(listed), encoding="utf-8")
         for path, text in files.items():
             (root / path).parent.mkdir(parents=True, exist_ok=True)
             (root / path).write_text(text, encoding="utf-8")

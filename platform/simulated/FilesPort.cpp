@@ -44,9 +44,13 @@ std::size_t FindHeader(const std::string& text, std::size_t from) {
   return std::string::npos;
 }
 
-bool IsHeaderOf(const std::string& text, const Line& line, std::string_view section) {
-  const std::string_view header = ContentOf(text, line);
-  return SameText(Trimmed(header.substr(1, header.find(']') - 1)), section);
+/// True when the header line that starts at `header` names `section`.
+bool IsHeaderOf(const std::string& text, std::size_t header, std::string_view section) {
+  const std::size_t name = text.find_first_not_of(" \t", text.find('[', header) + 1);
+  if (name == std::string::npos) return false;
+  if (!SameText(std::string_view(text).substr(name, section.size()), section)) return false;
+  const std::size_t end = text.find_first_not_of(" \t", name + section.size());
+  return end != std::string::npos && text[end] == ']';
 }
 
 /// Writes `key=value` below the first header of `section`, making what is missing and touching
@@ -54,7 +58,7 @@ bool IsHeaderOf(const std::string& text, const Line& line, std::string_view sect
 void PutEntry(std::string& text, const std::string& section, const std::string& key,
               const std::string& value) {
   std::size_t header = FindHeader(text, 0);
-  while (header != std::string::npos && !IsHeaderOf(text, LineAt(text, header), section)) {
+  while (header != std::string::npos && !IsHeaderOf(text, header, section)) {
     header = FindHeader(text, LineAt(text, header).next);
   }
   if (header == std::string::npos) {

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdint>
 #include <numeric>
-#include <set>
+#include <utility>
 #include <vector>
 
 #include "platform/simulated/MachineFile.h"
@@ -36,64 +37,6 @@ std::string FieldStep(std::string_view name) {
 
 std::string ElementStep(std::size_t index) { return "[" + std::to_string(index) + "]"; }
 
-/// Follows a running parse to see what the parsed value no longer shows.
-class Watch {
- public:
-  explicit Watch(const std::string& fileName) : fileName_(fileName) {}
-
-  bool operator()(int, nlohmann::json::parse_event_t event, const nlohmann::json& value) {
-    using Event = nlohmann::json::parse_event_t;
-    switch (event) {
-      case Event::object_start:
-      case Event::array_start:
-        CountElement();
-        if (levels_.size() == kDeepestNesting) {
-          Fail("nested deeper than " + std::to_string(kDeepestNesting) + " levels; flatten it");
-        }
-        levels_.push_back(
-            {.isArray = event == Event::array_start, .elements = 0, .keys = {}, .key = {}});
-        break;
-      case Event::object_end:
-      case Event::array_end:
-        levels_.pop_back();
-        break;
-      case Event::key:
-        levels_.back().key = value.get<std::string>();
-        if (!levels_.back().keys.insert(levels_.back().key).second) {
-          Fail("stands twice in this object; keep one");
-        }
-        break;
-      case Event::value:
-        CountElement();
-        break;
-    }
-    return true;
-  }
-
- private:
-  struct Level {
-    bool isArray;
-    std::size_t elements;
-    std::set<std::string> keys;
-    std::string key;
-  };
-
-  void CountElement() {
-    if (!levels_.empty() && levels_.back().isArray) ++levels_.back().elements;
-  }
-
-  [[noreturn]] void Fail(const std::string& fault) const {
-    std::string path = "$";
-    for (const Level& level : levels_) {
-      path += level.isArray ? ElementStep(level.elements - 1) : FieldStep(level.key);
-    }
-    throw MachineFileError(fileName_ + ": " + path + ": " + fault);
-  }
-
-  const std::string& fileName_;
-  std::vector<Level> levels_;
-};
-
 std::string LineAndColumn(const std::string& text, std::size_t byte) {
   const std::string_view before = std::string_view(text).substr(0, byte == 0 ? 0 : byte - 1);
   const auto line = std::count(before.begin(), before.end(), '\n') + 1;
@@ -114,6 +57,91 @@ std::string FaultOf(const nlohmann::json::exception& error) {
       message.begin(), message.end(), [](char sign) { return sign < ' ' || sign > '~'; }, '?');
   return message;
 }
+
+/// Builds a document while it is parsed, so that every fault can be told by its place.
+class Builder {
+ public:
+  Builder(const std::string& text, const std::string& fileName)
+      : text_(text), fileName_(fileName) {}
+
+  nlohmann::json Take() { return std::move(root_); }
+
+  // What the parser calls; true lets it go on.
+  bool null() { return Put(nullptr); }
+  bool boolean(bool value) { return Put(value); }
+  bool number_integer(std::int64_t value) { return Put(value); }
+  bool number_unsigned(std::uint64_t value) { return Put(value); }
+  bool number_float(double value, const std::string&) { return Put(value); }
+  bool string(std::string& value) { return Put(std::move(value)); }
+  bool binary(nlohmann::json::binary_t&) { return false; }
+  bool start_object(std::size_t) { return Open(nlohmann::json::object()); }
+  bool start_array(std::size_t) { return Open(nlohmann::json::array()); }
+  bool end_object() { return Close(); }
+  bool end_array() { return Close(); }
+
+  bool key(std::string& name) {
+    auto& object = levels_.back().value->get_ref<nlohmann::json::object_t&>();
+    const auto [entry, isNew] = object.try_emplace(std::move(name));
+    levels_.back().entry = &*entry;
+    if (!isNew) Fail("stands twice in this object; keep one");
+    return true;
+  }
+
+  bool parse_error(std::size_t byte, const std::string&, const nlohmann::json::exception& error) {
+    throw MachineFileError(fileName_ + ":" + LineAndColumn(text_, byte) +
+                           ": malformed JSON: " + FaultOf(error));
+  }
+
+ private:
+  using Entry = nlohmann::json::object_t::value_type;
+
+  /// An open object or list, and the entry of the object that is being read.
+  struct Level {
+    nlohmann::json* value;
+    Entry* entry;
+  };
+
+  nlohmann::json* Place(nlohmann::json value) {
+    if (levels_.empty()) return &(root_ = std::move(value));
+    const Level& level = levels_.back();
+    if (level.value->is_object()) return &(level.entry->second = std::move(value));
+    level.value->push_back(std::move(value));
+    return &level.value->back();
+  }
+
+  bool Put(nlohmann::json value) {
+    Place(std::move(value));
+    return true;
+  }
+
+  bool Open(nlohmann::json value) {
+    nlohmann::json* const place = Place(std::move(value));
+    if (levels_.size() == kDeepestNesting) {
+      Fail("nested deeper than " + std::to_string(kDeepestNesting) + " levels; flatten it");
+    }
+    levels_.push_back({place, nullptr});
+    return true;
+  }
+
+  bool Close() {
+    levels_.pop_back();
+    return true;
+  }
+
+  [[noreturn]] void Fail(const std::string& fault) const {
+    std::string path = "$";
+    for (const Level& level : levels_) {
+      path += level.value->is_array() ? ElementStep(level.value->size() - 1)
+                                      : FieldStep(level.entry->first);
+    }
+    throw MachineFileError(fileName_ + ": " + path + ": " + fault);
+  }
+
+  const std::string& text_;
+  const std::string& fileName_;
+  nlohmann::json root_;
+  std::vector<Level> levels_;
+};
 
 bool IsWideText(const std::string& text) {
   return text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") ||
@@ -142,18 +170,9 @@ nlohmann::json ParseDocument(const std::string& text, const std::string& fileNam
     throw MachineFileError(fileName + ": larger than 64 MiB; leave out what the run does not need");
   }
   if (IsWideText(text)) throw MachineFileError(fileName + ":1:1: not UTF-8; save it as UTF-8");
-  try {
-    Watch watch(fileName);
-    return nlohmann::json::parse(
-        text, [&](int depth, nlohmann::json::parse_event_t event, const nlohmann::json& value) {
-          return watch(depth, event, value);
-        });
-  } catch (const nlohmann::json::parse_error& error) {
-    throw MachineFileError(fileName + ":" + LineAndColumn(text, error.byte) +
-                           ": malformed JSON: " + FaultOf(error));
-  } catch (const nlohmann::json::exception& error) {
-    throw MachineFileError(fileName + ": malformed JSON: " + FaultOf(error));
-  }
+  Builder builder(text, fileName);
+  nlohmann::json::sax_parse(text, &builder);
+  return builder.Take();
 }
 
 std::string Cursor::Path() const {

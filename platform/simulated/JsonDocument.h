@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -21,7 +22,14 @@ class Cursor {
       : value_(root), fileName_(fileName) {}
 
   const nlohmann::json& Value() const { return value_; }
-  Cursor Field(const std::string& name) const { return {*this, value_.at(name), name, 0}; }
+  /// The place of a field that exists.
+  Cursor Field(std::string_view name) const { return {*this, *value_.find(name), name, 0}; }
+  /// The place of a field; nothing when the object has none of this name.
+  std::optional<Cursor> FindField(std::string_view name) const {
+    const auto found = value_.find(name);
+    if (found == value_.end()) return std::nullopt;
+    return Cursor(*this, *found, name, 0);
+  }
   Cursor Element(std::size_t index) const { return {*this, value_.at(index), {}, index}; }
   /// The path of this place: "$.adapters[1].index".
   std::string Path() const;

@@ -7,6 +7,7 @@
 #include <limits>
 #include <tuple>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "platform/IRegistry.h"
@@ -130,12 +131,15 @@ template <Described Struct>
 struct Codec<Struct> {
   static void Read(const Cursor& at, Struct& value) {
     RequireObject(at);
-    RefuseUnknownFields(at);
+    std::size_t known = 0;
     ForEachField(
         [&]<class Member, class MemberCodec>(const Field<Struct, Member, MemberCodec>& field) {
-          const std::string name(field.name);
-          if (at.Value().contains(name)) MemberCodec::Read(at.Field(name), value.*field.member);
+          const auto place = at.FindField(field.name);
+          if (!place) return;
+          ++known;
+          MemberCodec::Read(*place, value.*field.member);
         });
+    if (known != at.Value().size()) RefuseUnknownFields(at);
     Check(at, value);
   }
 
@@ -531,7 +535,22 @@ void RequireUnique(const Cursor& at, const std::string& list, const std::string&
   }
 }
 
+/// Appends its index to the default of every adapter that leaves out a text which is unique on a
+/// computer, but for the first to have that text.
+void MakeDefaultsUnique(const Cursor& at, std::string_view field, std::string Adapter::*member,
+                        std::vector<Adapter>& adapters) {
+  std::unordered_set<std::string> taken;
+  for (std::size_t i = 0; i < adapters.size(); ++i) {
+    std::string& text = adapters[i].*member;
+    const bool isDefault = !at.Field("adapters").Element(i).FindField(field);
+    if (isDefault && taken.contains(text)) text += "_" + std::to_string(adapters[i].index);
+    taken.insert(text);
+  }
+}
+
 void Check(const Cursor& at, Machine& machine) {
+  MakeDefaultsUnique(at, "pnp_device_id", &Adapter::pnpDeviceId, machine.adapters);
+  MakeDefaultsUnique(at, "setting_id", &Adapter::settingId, machine.adapters);
   RequireUnique(at, "adapters", "index", machine.adapters,
                 [](const Adapter& adapter) { return std::to_string(adapter.index); });
   RequireUnique(at, "services", "name", machine.services,

@@ -17,16 +17,8 @@ bool Matches(const Fault& fault, const Call& call) {
   return (fault.call == "*" || fault.call == call.name.Text()) &&
          (!fault.contains || Find(call.text, *fault.contains) != std::string_view::npos) &&
          Allows(fault.method, call.method) && Allows(fault.service, call.service) &&
-         Allows(fault.name, call.item) && (!fault.index || fault.index == call.index);
+         Allows(fault.name, call.item) && (!fault.index || fault.index == IndexIn(call.text));
 }
-
-std::string IndexKey(std::uint32_t index) { return "index=" + std::to_string(index); }
-std::string PnpKey(const std::string& id) { return "pnp=" + Folded(id); }
-std::string SettingKey(const std::string& id) { return "setting=" + Folded(id); }
-
-std::string IndexKeyOf(const Adapter& adapter) { return IndexKey(adapter.index); }
-std::string PnpKeyOf(const Adapter& adapter) { return PnpKey(adapter.pnpDeviceId); }
-std::string SettingKeyOf(const Adapter& adapter) { return SettingKey(adapter.settingId); }
 
 }  // namespace
 
@@ -89,33 +81,39 @@ platform::HResult Simulation::SecureProcess() {
 }
 
 Adapter* Simulation::AdapterByIndex(std::uint32_t index) {
-  return LookUp(IndexKey(index), IndexKeyOf);
+  return LookUp(byIndex_, index, [](const Adapter& adapter) { return adapter.index; });
 }
 
 Adapter* Simulation::AdapterByPnpId(const std::string& pnpDeviceId) {
-  return LookUp(PnpKey(pnpDeviceId), PnpKeyOf);
+  return LookUp(byPnpId_, Folded(pnpDeviceId),
+                [](const Adapter& adapter) { return Folded(adapter.pnpDeviceId); });
 }
 
 Adapter* Simulation::AdapterBySettingId(const std::string& settingId) {
-  return LookUp(SettingKey(settingId), SettingKeyOf);
+  return LookUp(bySettingId_, Folded(settingId),
+                [](const Adapter& adapter) { return Folded(adapter.settingId); });
 }
 
-Adapter* Simulation::LookUp(const std::string& key, KeyOf keyOf) {
+template <class Key, class KeyOf>
+Adapter* Simulation::LookUp(Positions<Key>& positions, const Key& key, KeyOf keyOf) {
   auto& adapters = machine.adapters;
   // The adapters are anybody's to edit, so a remembered position is only believed when it fits.
-  const auto remembered = adapterPositions_.find(key);
-  if (remembered != adapterPositions_.end() && remembered->second < adapters.size() &&
+  const auto remembered = positions.find(key);
+  if (remembered != positions.end() && remembered->second < adapters.size() &&
       keyOf(adapters[remembered->second]) == key) {
     return &adapters[remembered->second];
   }
-  adapterPositions_.clear();
-  for (std::size_t i = 0; i < adapters.size(); ++i) {
-    adapterPositions_.emplace(IndexKeyOf(adapters[i]), i);
-    adapterPositions_.emplace(PnpKeyOf(adapters[i]), i);
-    adapterPositions_.emplace(SettingKeyOf(adapters[i]), i);
-  }
-  const auto found = adapterPositions_.find(key);
-  return found == adapterPositions_.end() ? nullptr : &adapters[found->second];
+  positions.clear();
+  for (std::size_t i = 0; i < adapters.size(); ++i) positions.emplace(keyOf(adapters[i]), i);
+  const auto found = positions.find(key);
+  return found == positions.end() ? nullptr : &adapters[found->second];
+}
+
+std::optional<std::uint32_t> IndexIn(std::string_view text) {
+  constexpr std::string_view kIndex = "Index=";
+  const std::size_t at = Find(text, kIndex);
+  if (at == std::string_view::npos) return std::nullopt;
+  return ParseIndex(text.substr(at + kIndex.size()));
 }
 
 platform::HResult ToHResult(const Fault& fault) {

@@ -130,7 +130,6 @@ struct Call {
   std::string_view service = {};
   /// Name of a registry value, host, property or library.
   std::string_view item = {};
-  std::optional<std::uint32_t> index = {};
 };
 
 enum class ApartmentKind : std::uint8_t { kMultithreaded, kSingleThreaded };
@@ -174,15 +173,22 @@ class Simulation {
   int socketStarts = 0;
 
  private:
-  using KeyOf = std::string (*)(const Adapter&);
-  Adapter* LookUp(const std::string& key, KeyOf keyOf);
+  /// Positions of the adapters by one of their keys, as they were when last looked at.
+  template <class Key>
+  using Positions = std::unordered_map<Key, std::size_t>;
+  template <class Key, class KeyOf>
+  Adapter* LookUp(Positions<Key>& positions, const Key& key, KeyOf keyOf);
 
-  std::unordered_map<std::string, std::size_t> adapterPositions_;
+  Positions<std::uint32_t> byIndex_;
+  Positions<std::string> byPnpId_;
+  Positions<std::string> bySettingId_;
   ApartmentKind apartmentKind_ = ApartmentKind::kMultithreaded;
   int apartmentDepth_ = 0;
   bool processSecured_ = false;
 };
 
+/// The adapter index that a query's condition or an object path names.
+std::optional<std::uint32_t> IndexIn(std::string_view text);
 /// What a COM call or a system call answers for a fault, whichever code the fault gives.
 platform::HResult ToHResult(const Fault& fault);
 platform::Win32Error ToWin32Error(const Fault& fault);

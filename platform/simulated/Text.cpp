@@ -29,8 +29,9 @@ std::string FoldedPath(std::string_view path) {
 }
 
 bool SameText(std::string_view left, std::string_view right) {
-  return left.size() == right.size() &&
-         std::equal(left.begin(), left.end(), right.begin(), SameLetter);
+  // Nearly all texts that are the same are so letter by letter.
+  if (left.size() != right.size()) return false;
+  return left == right || std::equal(left.begin(), left.end(), right.begin(), SameLetter);
 }
 
 bool StartsWith(std::string_view text, std::string_view start) {

@@ -29,8 +29,6 @@ platform::HResult RunQuery(Simulation& simulation, const std::string& query,
 platform::HResult ListInstances(Simulation& simulation, const std::string& className,
                                 std::vector<Properties>* rows);
 bool IsWmiClass(std::string_view name);
-/// The adapter index that a query's condition or an object path names.
-std::optional<std::uint32_t> IndexIn(std::string_view text);
 
 /// What a method works on.
 enum class WmiTarget : std::uint8_t { kComputer, kAdapter, kClass };

@@ -139,8 +139,9 @@ class Services final : public IWmiServices {
 
   HResult ExecQuery(const std::string& query, std::int32_t,
                     std::unique_ptr<IWmiRows>* rows) override {
-    const Call call{.name = "wmi.query", .text = query, .index = IndexIn(query)};
-    if (const auto failure = simulation_.RefuseCom(call)) return *failure;
+    if (const auto failure = simulation_.RefuseCom({.name = "wmi.query", .text = query})) {
+      return *failure;
+    }
     std::vector<Properties> found;
     const HResult outcome = RunQuery(simulation_, query, &found);
     return Deliver(outcome, std::move(found), rows);
@@ -172,8 +173,7 @@ class Services final : public IWmiServices {
     // Every object that can be handed in was made here.
     const auto* given = static_cast<const Object*>(parameters);
     const Properties* arguments = given == nullptr ? nullptr : &given->properties;
-    const Call call{.name = "wmi.method", .text = path, .method = method, .index = IndexIn(path)};
-    const Fault* fault = simulation_.Strike(call);
+    const Fault* fault = simulation_.Strike({.name = "wmi.method", .text = path, .method = method});
 
     std::int32_t returnValue = 0;
     HResult outcome = platform::kOk;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cctype>
 
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
@@ -62,25 +61,27 @@ constexpr Column<PersistentRoute> kPersistedRoute[] = {
     {"Metric1", [](const PersistentRoute& r) -> Variant { return r.metric; }}};
 
 struct Condition {
-  std::string property;
-  std::string literal;
+  std::string_view property;
+  std::string_view literal;
 };
 
+/// A query's parts; they live as long as its text.
 struct Query {
-  std::string className;
+  std::string_view className;
   /// Empty: all of them.
-  std::vector<std::string> properties;
+  std::vector<std::string_view> properties;
   std::optional<Condition> condition;
 };
 
 bool IsWordLetter(char letter) {
-  return letter == '_' || letter == '-' || letter == '.' ||
-         std::isalnum(static_cast<unsigned char>(letter)) != 0;
+  return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
+         (letter >= '0' && letter <= '9') || letter == '_' || letter == '-' || letter == '.';
 }
 
 /// Splits a query into words, quoted texts and single signs; blanks only separate.
 std::vector<std::string_view> Tokens(std::string_view query) {
   std::vector<std::string_view> tokens;
+  tokens.reserve(16);
   for (std::size_t at = 0; at < query.size();) {
     std::size_t length = 1;
     if (IsWordLetter(query[at])) {
@@ -128,14 +129,14 @@ class QueryReader {
     if (!Accept(token)) fits_ = false;
   }
 
-  std::string Next() {
-    if (next_ < tokens_.size()) return std::string(tokens_[next_++]);
+  std::string_view Next() {
+    if (next_ < tokens_.size()) return tokens_[next_++];
     fits_ = false;
     return {};
   }
 
-  std::string Word() {
-    std::string word = Next();
+  std::string_view Word() {
+    const std::string_view word = Next();
     if (word.empty() || !IsWordLetter(word.front())) fits_ = false;
     return word;
   }
@@ -167,7 +168,7 @@ HResult Select(const Query& query, std::span<const Column<Row>> table, std::span
     return found == table.end() ? nullptr : &*found;
   };
   std::vector<const Column<Row>*> columns;
-  for (const std::string& name : query.properties) columns.push_back(find(name));
+  for (const std::string_view name : query.properties) columns.push_back(find(name));
   if (query.properties.empty()) {
     for (const auto& column : table) columns.push_back(&column);
   }
@@ -234,10 +235,10 @@ HResult SelectOperatingSystem(Simulation& simulation, const Query& query,
     return platform::kOk;
   }
   Properties selected;
-  for (const std::string& name : query.properties) {
+  for (const std::string_view name : query.properties) {
     const Variant* value = FindProperty(record, name);
     if (value == nullptr) return kWmiInvalidQuery;
-    selected.emplace_back(name, *value);
+    selected.emplace_back(std::string(name), *value);
   }
   const Variant* filtered =
       query.condition ? FindProperty(record, query.condition->property) : nullptr;
@@ -286,13 +287,6 @@ HResult ListInstances(Simulation& simulation, const std::string& className,
 bool IsWmiClass(std::string_view name) {
   return std::any_of(std::begin(kClasses), std::end(kClasses),
                      [&](const auto& known) { return SameText(known.name, name); });
-}
-
-std::optional<std::uint32_t> IndexIn(std::string_view text) {
-  constexpr std::string_view kIndex = "Index=";
-  const std::size_t at = Find(text, kIndex);
-  if (at == std::string_view::npos) return std::nullopt;
-  return ParseIndex(text.substr(at + kIndex.size()));
 }
 
 }  // namespace simulated

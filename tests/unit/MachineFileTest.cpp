@@ -99,6 +99,16 @@ TEST(MachineFile, WhatIsLeftOutTakesItsDefault) {
   EXPECT_EQ(ToJson(ParseMachine(R"({"schema": 1})", "m.json"), false), ToJson(Machine{}, false));
 }
 
+TEST(MachineFile, DefaultsThatMustBeUniqueGetTheirIndex) {
+  const Machine machine = ParseMachine(
+      R"({"schema": 1, "adapters": [{"index": 1}, {"index": 2}, {"setting_id": "{3}"}]})", "m");
+  const Adapter defaults;
+  EXPECT_EQ(machine.adapters[0].settingId, defaults.settingId);
+  EXPECT_EQ(machine.adapters[1].settingId, defaults.settingId + "_2");
+  EXPECT_EQ(machine.adapters[2].settingId, "{3}");
+  EXPECT_EQ(machine.adapters[2].pnpDeviceId, defaults.pnpDeviceId + "_7");
+}
+
 TEST(MachineFile, RefusesWhatItDoesNotUnderstandInOneLine) {
   const std::string deep(40, '[');
   const struct {
