@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <vector>
@@ -283,6 +284,35 @@ TEST_F(BuilderTest, AnalysisOrdersJoinAndRenameAroundTheRestart) {
     }
     EXPECT_EQ(classes, c.queue);
   }
+}
+
+TEST_F(BuilderTest, EveryOrderOfTheIdentityCommandsKeepsTheRules) {
+  std::vector<int> order{0, 1, 2, 3, 4};
+  const Events kinds{Value(COMPUTER_NAME, "PC1"), Value(DOMAIN, "corp.example"),
+                     Value(WORKGROUP, "W"), Value(ENABLE_NETWORKING, "true"),
+                     Value(DOMAIN_OU, "Sales")};
+  do {
+    for (const bool joinFirst : {false, true}) {
+      ConfigBuilder builder(log_);
+      builder.SetOption(ConfigBuilder::kJoinDomainBeforeNameChange, joinFirst ? "true" : "false");
+      Events events;
+      for (const int kind : order) events.push_back(kinds[static_cast<std::size_t>(kind)]);
+      Send(builder, events);
+      builder.Analyze();
+      const std::string queue = Queue(builder);
+      SCOPED_TRACE(queue);
+      const std::size_t rename = queue.find("ChangeCompName");
+      const std::size_t join = queue.find("JoinDomain(");
+      ASSERT_TRUE(rename != std::string::npos && join != std::string::npos);
+      EXPECT_EQ(join < rename, joinFirst);
+      const char* const behind = joinFirst ? "};Sleep(Duration=8000 milliseconds);" : "};Reboot();";
+      const std::size_t first = std::min(join, rename);
+      EXPECT_EQ(queue.find("};", first), queue.find(behind, first));
+      EXPECT_TRUE(queue.ends_with(";Reboot();"));
+      EXPECT_EQ(builder.Commands().size(), 4U + 2U)
+          << "nothing is lost, the OU's move is not needed";
+    }
+  } while (std::next_permutation(order.begin(), order.end()));
 }
 
 TEST_F(BuilderTest, AMembersWorkgroupNeedsARestart) {
