@@ -95,7 +95,8 @@ void LookUp(benchmark::State& state) {
   std::mt19937 random(1);
   std::vector<std::pair<std::string, std::string>> pairs(1 << 16);
   for (auto& [section, key] : pairs) {
-    section = SectionName(static_cast<int>(random() % static_cast<unsigned>(kSections[state.range(0)])));
+    section =
+        SectionName(static_cast<int>(random() % static_cast<unsigned>(kSections[state.range(0)])));
     key = KeyName(static_cast<int>(random() % kKeysPerSection));
     if (state.range(1) != 0) {
       for (char& c : section) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;

@@ -244,7 +244,7 @@ void StaticRouteRule::HandleEvent(EventKind kind, const std::string& value) {
 void StaticRouteRule::Close() {
   if (!hasData_) return;
   routes_.Add({ipc::IPv4Address(destination_), ipc::IPv4Address(mask_), ipc::IPv4Address(gateway_),
-               static_cast<std::int32_t>(metric_)});
+               metric_});
 }
 
 }  // namespace config

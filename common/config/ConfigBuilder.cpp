@@ -84,14 +84,15 @@ void ConfigBuilder::Analyze() {
 }
 
 bool ConfigBuilder::RunConfig(bool* reboot) {
-  for (const auto& command : commands_) {
-    if (dynamic_cast<const command::Reboot*>(command.get()) != nullptr) {
+  for (const auto& owned : commands_) {
+    command::IConfigureCommand& command = *owned;
+    if (dynamic_cast<const command::Reboot*>(&command) != nullptr) {
       *reboot = true;
       return false;
     }
     log_.Log(logging::kDetail, "ConfigBuilder::RunConfig(): about to execute %s (%s)",
-             util::ClassName(typeid(*command)).c_str(), command->Describe().c_str());
-    command->Execute();
+             util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
+    command.Execute();
   }
   *reboot = false;
   return true;

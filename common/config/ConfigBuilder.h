@@ -27,8 +27,9 @@ class ConfigBuilder {
   /// are ignored.
   void SetOption(std::uint32_t option, const std::string& value);
 
-  /// Accepts one event. Throws ConfigError for an event that the innermost scope does not accept,
-  /// and what the values of a route throw when its scope ends; queue and scopes stay as they were.
+  /// Accepts one event. Throws ConfigError for an event that the innermost scope does not accept;
+  /// queue and scopes stay as they were. The end of a route's scope throws what its values throw;
+  /// the scope is closed all the same and the route is not added.
   void ConfigEvent(EventKind kind, Event phase, const std::string& value);
 
   void AddCommand(std::unique_ptr<command::IConfigureCommand> command);

@@ -98,6 +98,7 @@ std::int32_t CChildProcess::Run(const char* applicationName, const std::string& 
   startup.showWindow = showWindow;
   if (relay != nullptr) relay->Attach(&startup);
 
+  if (process_.process != Handle::kInvalid) CloseProcessHandles();  // of an earlier run
   std::string writable = commandLine;  // the system may write into the line it is given
   if (!Port().Spawn(applicationName, writable.data(), /*environment=*/nullptr,
                     /*workingDirectory=*/nullptr, startup, &process_)) {
@@ -132,7 +133,7 @@ std::int32_t CChildProcess::WaitForExit(OutputRelay* relay) {
     if (relay != nullptr) relay->Pump();
   }
   if (answer != platform::kWaitSignalled) return kNotRun;
-  std::uint32_t exitCode = static_cast<std::uint32_t>(kNotRun);
+  auto exitCode = static_cast<std::uint32_t>(kNotRun);
   Port().ExitCode(process_.process, &exitCode);
   CloseProcessHandles();
   if (relay != nullptr) relay->Pump();

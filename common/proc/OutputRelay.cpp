@@ -87,7 +87,7 @@ bool OutputRelay::Drain(const Pipe& pipe, StandardStream echo, std::string* text
     if (available == 0) return true;
     std::uint32_t read = 0;
     if (!Port().Read(pipe.read, buffer.data(), kChunk, &read)) return false;
-    text->append(buffer.data(), read);
+    text->append(buffer.data(), read);  // zeros in it as well, as a child writes wide texts
     // Echoed into its own pipe, the text would come back for ever.
     const Handle target = Port().GetStandardHandle(echo);
     if (target != Handle::kNone && target != pipe.write) {

@@ -1,5 +1,6 @@
 #include "common/sys/Domain.h"
 
+#include <algorithm>
 #include <memory>
 #include <vector>
 
@@ -50,6 +51,30 @@ void CheckResult(std::int32_t result, const Check& check) {
 
 platform::IDirectory& Directory() { return platform::Current().Directory(); }
 
+/// The local policy of the security authority, open for viewing.
+class Policy {
+ public:
+  /// Throws DomainError.
+  Policy() {
+    const platform::NtStatus status = Directory().OpenPolicy(&handle_);
+    if (platform::Failed(status)) {
+      throw DomainError{kPolicyRefused, /*value=*/0, Directory().StatusToError(status)};
+    }
+  }
+  ~Policy() {
+    if (!leftOpen_) Directory().ClosePolicy(handle_);
+  }
+  Policy(const Policy&) = delete;
+  Policy& operator=(const Policy&) = delete;
+
+  platform::PolicyHandle Handle() const { return handle_; }
+  void LeaveOpen() { leftOpen_ = true; }
+
+ private:
+  platform::PolicyHandle handle_{};
+  bool leftOpen_ = false;
+};
+
 /// "DC=corp,DC=local" for "corp.local".
 std::string DomainDn(std::string_view domain) {
   if (domain.find("DC=") != std::string_view::npos) return std::string(domain);
@@ -60,12 +85,10 @@ std::string DomainDn(std::string_view domain) {
 
 /// "OU=Europe,OU=Sales" for "Sales/Europe".
 std::string OuDn(std::string_view path) {
-  const std::vector<std::string> pieces = util::Split(path, "/");
-  std::vector<std::string> reversed;
-  for (auto piece = pieces.rbegin(); piece != pieces.rend(); ++piece) {
-    reversed.push_back("OU=" + *piece);
-  }
-  return util::Join(reversed, ",");
+  std::vector<std::string> pieces = util::Split(path, "/");
+  for (std::string& piece : pieces) piece.insert(0, "OU=");
+  std::reverse(pieces.begin(), pieces.end());
+  return util::Join(pieces, ",");
 }
 
 /// "LDAP://" and the parts that are present, with commas between them.
@@ -107,7 +130,7 @@ std::string BuildDn(std::string_view domain, std::string_view ou) {
     if (isDn && ou.find("DC=") != std::string_view::npos) return std::string(ou);
     dn = isDn ? std::string(ou) : OuDn(ou);
   }
-  if (!ou.empty() && !domain.empty()) dn += ",";
+  if (!dn.empty() && !domain.empty()) dn += ",";
   return dn + DomainDn(domain);
 }
 
@@ -136,11 +159,8 @@ void Domain::SetCredentials(const std::string& account, const std::string& passw
 }
 
 void Domain::Refresh() {
-  platform::PolicyHandle policy{};
-  const platform::NtStatus status = Directory().OpenPolicy(&policy);
-  if (platform::Failed(status)) {
-    throw DomainError{kPolicyRefused, /*value=*/0, Directory().StatusToError(status)};
-  }
+  Policy opened;
+  const platform::PolicyHandle policy = opened.Handle();
   bool hasSid = false;
   std::string name;
   if (!platform::Failed(Directory().QueryPrimaryDomain(policy, &hasSid, &name))) {
@@ -157,9 +177,8 @@ void Domain::Refresh() {
     domainName_.clear();
     dnsDomainName_.clear();
     // Deliberate: the policy stays open when the workstation service does not answer.
-    if (!Directory().LanGroup(&workgroup_)) return;
+    if (!Directory().LanGroup(&workgroup_)) opened.LeaveOpen();
   }
-  Directory().ClosePolicy(policy);
 }
 
 std::string Domain::AccountName(const std::string& domain) const {

@@ -25,8 +25,7 @@ PciLocation ReadLocation(const std::string& pnpDeviceId) {
 
 }  // namespace
 
-NicAdapter::NicAdapter(std::uint32_t index, const std::vector<RouteRecord>& routes)
-    : index_(index) {
+NicAdapter::NicAdapter(std::uint32_t index, PersistentRoutes& routes) : index_(index) {
   std::string pnpDeviceId;
   Wmi::GetPnpDeviceId(index, &pnpDeviceId);
   pnp_ = ParsePnpDeviceId(pnpDeviceId);

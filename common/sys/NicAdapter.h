@@ -3,14 +3,14 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "common/sys/NicInfoVisitor.h"
 #include "common/sys/NicText.h"
-#include "common/sys/Wmi.h"
 #include "common/util/CollectionNode.h"
 
 namespace sys {
+
+class PersistentRoutes;
 
 /// An IP-enabled adapter. One on the PCI bus has an IP, a Gateway and a DNS as its children; any
 /// other has none, is never configured, and knows only its index and the ids of its device.
@@ -18,7 +18,7 @@ class NicAdapter final : public NicNode<NicAdapter, util::CollectionNode> {
  public:
   /// Reads the adapter, except for the machine's persistent routes, which come from the caller.
   /// Throws CWmiError, or ipc::CIPAddressError for what is no IPv4 address.
-  NicAdapter(std::uint32_t index, const std::vector<RouteRecord>& routes);
+  NicAdapter(std::uint32_t index, PersistentRoutes& routes);
 
   /// The `Index` of its `Win32_NetworkAdapterConfiguration` instance.
   std::uint32_t Index() const { return index_; }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "common/sys/NicSettings.h"
 #include "common/sys/Wmi.h"
 
 namespace sys {
@@ -11,10 +12,7 @@ namespace sys {
 NicList::NicList() {
   std::vector<std::int32_t> indexes;
   Wmi::GetIpEnabledNetworkDevices(&indexes);
-  if (indexes.empty()) return;
-  // Read once for all adapters: the routes are the machine's.
-  std::vector<RouteRecord> routes;
-  Wmi::GetStaticRoutes(&routes);
+  PersistentRoutes routes;
   for (const std::int32_t index : indexes) {
     auto adapter = std::make_unique<NicAdapter>(static_cast<std::uint32_t>(index), routes);
     adapters_.push_back(adapter.get());

@@ -20,17 +20,26 @@ bool HasServersSetByHand(std::uint32_t index) {
     std::string servers;
     key.ReadString("NameServer", &servers);
     return !servers.empty();
-  } catch (const RegistryError&) {
+  } catch (...) {
     return false;
   }
 }
 
 }  // namespace
 
-IP::IP(std::uint32_t index, const std::vector<RouteRecord>& routes) {
+const std::vector<RouteRecord>& PersistentRoutes::Get() {
+  if (!routes_) {
+    std::vector<RouteRecord> routes;
+    Wmi::GetStaticRoutes(&routes);
+    routes_ = std::move(routes);
+  }
+  return *routes_;
+}
+
+IP::IP(std::uint32_t index, PersistentRoutes& routes) {
   Wmi::GetIpAddressAndMask(index, &address_, &mask_);
   Wmi::GetDnsDomainAndHostName(index, &dnsDomain_, &dnsHostName_);
-  for (const RouteRecord& route : routes) add(std::make_unique<StaticRoute>(route));
+  for (const RouteRecord& route : routes.Get()) add(std::make_unique<StaticRoute>(route));
 }
 
 Gateway::Gateway(std::uint32_t index) {

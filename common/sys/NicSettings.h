@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -14,10 +15,21 @@
 
 namespace sys {
 
+/// The machine's persistent routes. They are the same for every adapter, so they are read once,
+/// when the first one asks.
+class PersistentRoutes {
+ public:
+  /// Throws CWmiError, or ipc::CIPAddressError for what is no IPv4 address.
+  const std::vector<RouteRecord>& Get();
+
+ private:
+  std::optional<std::vector<RouteRecord>> routes_;
+};
+
 /// One persistent route of the machine.
 class StaticRoute final : public NicNode<StaticRoute, util::LeafNode> {
  public:
-  explicit StaticRoute(RouteRecord route) : route_(std::move(route)) {}
+  explicit StaticRoute(const RouteRecord& route) : route_(route) {}
   const RouteRecord& Route() const { return route_; }
 
  private:
@@ -29,7 +41,7 @@ class StaticRoute final : public NicNode<StaticRoute, util::LeafNode> {
 class IP final : public NicNode<IP, util::CollectionNode> {
  public:
   /// Reads the adapter. Throws CWmiError, or ipc::CIPAddressError for what is no IPv4 address.
-  IP(std::uint32_t index, const std::vector<RouteRecord>& routes);
+  IP(std::uint32_t index, PersistentRoutes& routes);
 
   const ipc::IPv4Address& Address() const { return address_; }
   const ipc::IPv4Address& Mask() const { return mask_; }

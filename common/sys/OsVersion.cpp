@@ -83,8 +83,8 @@ void Connect(ScopedWmiComInit& connection) {
 std::unique_ptr<platform::IWmiObject> FetchInstance(platform::IWmiServices& services) {
   try {
     return Wmi::GetWbemClassObject(services, "Win32_OperatingSystem");
-  } catch (const CWmiError&) {
-    Throw(kNoClassObject, util::LastError());
+  } catch (const CWmiError& error) {
+    Throw(kNoClassObject, error.SystemError);  // catching may have changed the last error
   }
 }
 
@@ -92,7 +92,7 @@ std::unique_ptr<platform::IWmiObject> FetchInstance(platform::IWmiServices& serv
 std::optional<platform::Variant> Read(platform::IWmiObject& instance, const char* property) {
   try {
     return Wmi::GetVariant(instance, property);
-  } catch (const CWmiError&) {
+  } catch (...) {
     return std::nullopt;
   }
 }

@@ -142,10 +142,12 @@ void Registry::ReadDWord(const std::string& name, std::uint32_t* value) {
     Throw(kReadDWordFailed, RegistryError::kReadFailed);
   }
   if (type != platform::kRegDWord) Throw(kReadDWordType, RegistryError::kWrongType);
-  std::uint32_t size = sizeof *value;
-  if (Port().Query(handle_, name.c_str(), nullptr, value, &size) != 0) {
+  std::uint32_t stored = 0;
+  std::uint32_t size = sizeof stored;
+  if (Port().Query(handle_, name.c_str(), nullptr, &stored, &size) != 0) {
     Throw(kReadDWordFailed, RegistryError::kReadFailed);
   }
+  *value = stored;
 }
 
 void Registry::WriteDWord(const std::string& name, std::uint32_t value) {

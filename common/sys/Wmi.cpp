@@ -353,7 +353,7 @@ HResult Wmi::IsDhcpEnabled(std::uint32_t index, bool* enabled) {
   return ReadAdapter(kDhcpEnabled, index, [=](IWmiObject& row) {
     Variant value;
     const HResult result = row.Get("DHCPEnabled", &value);
-    if (!Failed(result)) *enabled = value == Variant(platform::kVariantTrue);
+    *enabled = value == Variant(platform::kVariantTrue);
     return result;
   });
 }
@@ -436,7 +436,9 @@ HResult Wmi::GetStaticRoutes(std::vector<RouteRecord>* routes) {
     ReadText(row, "Destination", &destination);
     ReadText(row, "Mask", &mask);
     ReadText(row, "NextHop", &nextHop);
-    const HResult result = ReadNumber(row, "Metric1", &route.metric);
+    std::int32_t metric = 0;
+    const HResult result = ReadNumber(row, "Metric1", &metric);
+    route.metric = static_cast<std::uint32_t>(metric);
     route.destination = ipc::IPv4Address(destination);
     route.mask = ipc::IPv4Address(mask);
     route.gateway = ipc::IPv4Address(nextHop);

@@ -49,7 +49,7 @@ struct RouteRecord {
   ipc::IPv4Address destination;
   ipc::IPv4Address mask;
   ipc::IPv4Address gateway;
-  std::int32_t metric = 0;
+  std::uint32_t metric = 0;
 
   auto operator<=>(const RouteRecord&) const = default;
   bool operator==(const RouteRecord&) const = default;

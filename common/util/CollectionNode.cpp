@@ -1,6 +1,6 @@
 #include "common/util/CollectionNode.h"
 
-#include <iterator>
+#include <algorithm>
 #include <utility>
 
 #include "common/util/CompositeIterator.h"
@@ -8,14 +8,25 @@
 namespace util {
 
 CollectionNode::~CollectionNode() {
-  // Each inner node hands its children over before it goes, so that no destructor calls another.
-  for (std::size_t i = 0; i < children_.size(); ++i) {
-    if (CollectionNode* const inner = children_[i]->asCollection()) {
-      children_.insert(children_.end(), std::make_move_iterator(inner->children_.begin()),
-                       std::make_move_iterator(inner->children_.end()));
-      inner->children_.clear();
+  // Goes down to childless nodes first, so that no destructor has anything left to destroy, and
+  // allocates nothing. What has been entered is reversed: the first child then goes from the back.
+  CollectionNode* node = this;
+  std::reverse(children_.begin(), children_.end());
+  for (;;) {
+    if (node->children_.empty()) {
+      if (node == this) return;
+      node = node->CompositeNode::getParent()->asCollection();
+      node->children_.pop_back();
+      continue;
     }
-    children_[i].reset();
+    CollectionNode* const last = node->children_.back()->asCollection();
+    if (last == nullptr || last->isEmpty()) {
+      node->children_.pop_back();
+    } else {
+      last->CompositeNode::setParent(node);
+      std::reverse(last->children_.begin(), last->children_.end());
+      node = last;
+    }
   }
 }
 

@@ -57,11 +57,10 @@ class ConfigFile::Parser {
     if (*begin == '[') return OpenSection(begin, end);
     const Range line{static_cast<std::uint32_t>(begin - text_),
                      static_cast<std::uint32_t>(end - begin)};
-    if (*begin == ';' || *begin == '#') {
-      TakeEntry(line);
-    } else if (Find('=', begin, end) == end) {
+    const bool isComment = *begin == ';' || *begin == '#';
+    if (!isComment && Find('=', begin, end) == end) {
       ContinuePrevious(line);
-    } else if (!merge_ || !MergeEntry(line)) {
+    } else if (isComment || !merge_ || !MergeEntry(line)) {
       TakeEntry(line);
     }
     return true;

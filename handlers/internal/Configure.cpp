@@ -1,5 +1,6 @@
 #include "handlers/internal/Configure.h"
 
+#include <new>
 #include <string>
 
 #include "common/config/ConfigBuilder.h"
@@ -56,13 +57,14 @@ GlobalSettings ReadGlobal(ConfigFile& file) {
 bool RestoreIsPending(const AgentFiles& files) {
   if (!util::FileExists(files.configuration)) return false;
   ConfigFile file(/*caseSensitive=*/false);
-  file.Load(files.configuration, /*merge=*/false);
+  if (file.Load(files.configuration, /*merge=*/false) != ConfigFile::kSuccess) return false;
   return util::EqualsIgnoringCase(GlobalValue(file, "Config"), "Restore") &&
          util::FileExists(files.restore);
 }
 
 /// Puts the restore file in the place of the agent's file and posts a message that names it.
 std::int32_t HandOver(const AgentFiles& files, OwnedMessage message, IAgentHost& host) {
+  if (message == nullptr) throw std::bad_alloc();
   util::Delete(files.configuration);
   util::Move(files.restore, files.configuration);
   message->SetTypeAndName("Internal", "Configure");
@@ -110,7 +112,7 @@ std::int32_t StatusCode(const err::CGeneralError& error) {
 
 std::int32_t Configure::HandleMessage(IAgentMessage* message, IAgentHost* host) {
   const AgentFiles files = AgentFiles::Locate();
-  OwnedMessage handOver = NewMessage(*host);
+  OwnedMessage handOver(host->CreateMessage());
   if (RestoreIsPending(files)) return HandOver(files, std::move(handOver), *host);
   handOver.reset();
 

@@ -15,7 +15,8 @@ std::uint64_t LoadWord(const char* text, std::size_t size) {
     return word;
   }
   if (size >= 4) {
-    std::uint32_t low, high;  // they overlap
+    std::uint32_t low;
+    std::uint32_t high;  // overlaps it
     std::memcpy(&low, text, 4);
     std::memcpy(&high, text + size - 4, 4);
     return low | std::uint64_t{high} << 32;

@@ -172,6 +172,7 @@ void SectionTranslator::SendRoutes(const std::string& section) {
                                    EventKind::ROUTE_METRIC};
   for (const std::size_t index : Indexes(section, "Route", "Static-Route-Count")) {
     const std::vector<std::string> fields = List(section, "Route" + std::to_string(index));
+    if (fields.empty()) continue;
     Begin(EventKind::STATIC_ROUTE, "");
     for (std::size_t i = 0; i < std::min(fields.size(), std::size(kFields)); ++i) {
       Send(kFields[i], fields[i]);
@@ -196,9 +197,9 @@ std::vector<std::size_t> SectionTranslator::Indexes(const std::string& section,
   const std::size_t wanted = util::ParseUnsigned(Value(section, countKey));
   // Numbering may start at 0 or at 1. A section cannot hold more indexes than it has entries, so a
   // huge count costs nothing.
-  const std::size_t last = file_.EntryCount(section);
+  const std::size_t entries = file_.EntryCount(section);
   std::vector<std::size_t> indexes;
-  for (std::size_t index = 0; index <= last && indexes.size() < wanted; ++index) {
+  for (std::size_t index = 0; index < entries && indexes.size() < wanted; ++index) {
     const std::string key = std::string(prefix) + std::to_string(index);
     if (file_.FindValue(section, key)) indexes.push_back(index);
   }

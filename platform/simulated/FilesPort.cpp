@@ -176,7 +176,7 @@ bool FilesPort::WriteProfileEntry(const std::string& section, const std::string&
                 refused.value_or(error));
 }
 
-bool FilesPort::IsFolder(const std::string& path) {
+bool FilesPort::IsFolder(const std::string& path) const {
   const std::string folder = FoldedPath(path);
   const auto holds = [&](const std::string& other) {
     const std::string inner = FoldedPath(other);

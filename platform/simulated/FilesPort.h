@@ -23,7 +23,7 @@ class FilesPort final : public platform::IFiles {
                          const std::string& value, const std::string& path) override;
 
  private:
-  bool IsFolder(const std::string& path);
+  bool IsFolder(const std::string& path) const;
   /// Why a file cannot be read, or made, at `path`; `kSuccess` when it can.
   platform::Win32Error ReadError(const std::string& path);
   platform::Win32Error MakeError(const std::string& path);

@@ -20,7 +20,7 @@ namespace simulated {
 namespace {
 
 constexpr const char* kHidden = "***";
-constexpr std::string_view kPasswordKey = "DomainPassword";
+constexpr std::string_view kPassword = "password";
 constexpr int kSchema = 1;
 
 // Every kind of value knows how to read itself from a document and how to write itself: a codec
@@ -565,12 +565,10 @@ void Check(const Cursor& at, Machine& machine) {
 
 /// Where the value of a password entry starts in a line; npos when it holds none.
 std::size_t PasswordIn(std::string_view line) {
-  for (std::size_t key = Find(line, kPasswordKey); key != std::string_view::npos;
-       key = Find(line, kPasswordKey, key + 1)) {
-    const std::size_t equals = line.find_first_not_of(" \t", key + kPasswordKey.size());
-    if (equals != std::string_view::npos && line[equals] == '=') return equals + 1;
-  }
-  return std::string_view::npos;
+  const std::size_t word = Find(line, kPassword);
+  if (word == std::string_view::npos) return word;
+  const std::size_t equals = line.find('=', word);
+  return equals == std::string_view::npos ? equals : equals + 1;
 }
 
 }  // namespace
@@ -602,14 +600,16 @@ Json ToJson(const Machine& machine, bool hideSecrets) {
   return document;
 }
 
+bool NamesPassword(std::string_view key) { return Find(key, kPassword) != std::string_view::npos; }
+
 Json Redacted(const Json& change) {
   Json shown = change;
   if (change.contains("arguments")) {
     for (auto& [name, value] : shown["arguments"].items()) {
-      if (SameText(name, "Password") && value.is_string()) value = kHidden;
+      if (NamesPassword(name) && value.is_string()) value = kHidden;
     }
   }
-  if (change.value("call", "") == "file.write" && SameText(change.value("key", ""), kPasswordKey)) {
+  if (change.value("call", "") == "file.write" && NamesPassword(change.value("key", ""))) {
     shown["value"] = kHidden;
   }
   return shown;

@@ -20,8 +20,8 @@ class ServicesPort final : public platform::IServices {
   platform::ServiceHandle OpenManager() override;
   platform::ServiceHandle OpenService(platform::ServiceHandle manager,
                                       const std::string& name) override;
-  bool SetStartType(platform::ServiceHandle service, platform::ServiceStart start) override;
-  bool Start(platform::ServiceHandle service) override;
+  bool SetStartType(platform::ServiceHandle handle, platform::ServiceStart start) override;
+  bool Start(platform::ServiceHandle handle) override;
   void Close(platform::ServiceHandle handle) override;
 
  private:

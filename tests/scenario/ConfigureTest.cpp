@@ -133,6 +133,10 @@ TEST_F(ConfigureTest, AWaitingRestoreTakesTheFilesPlace) {
   EXPECT_EQ(machine_.files[0].path, kFile);
   EXPECT_EQ(machine_.files[0].text, "[Global]\nConfig=RestoreAfterCreate\n");
 
+  machine_.files = {{R"(C:\restore.cfg)", "[Global]\n"}};
+  EXPECT_EQ(Reply(Configure("[Global]\nConfig=Restore\n[Broken\n")),
+            "Result=Failure Status-Module=Tarvo Status-Code=3 ")
+      << "no setting of a broken file counts";
   machine_.files.clear();
   EXPECT_EQ(Reply(Configure("[Global]\nConfig=Restore\n")),
             kAnswered + std::string("Result=Success "))
@@ -248,6 +252,11 @@ TEST_F(ConfigureTest, AdapterKeysBecomeMethods) {
        "Route1=10.2.0.0 255.255.0.0 10.0.0.1\n",
        {"route -p ADD 10.1.0.0 mask 255.255.0.0 10.0.0.1 METRIC 7",
         "route -p ADD 10.2.0.0 mask 255.255.0.0 10.0.0.1 METRIC 0"}},
+      {"a route twice",
+       "Static-Route-Count=2\nRoute0=10.1.0.0,255.255.0.0,10.0.0.1,x,7\n"
+       "Route1=10.1.0.0,255.255.0.0,10.0.0.1,y,7\n",
+       {"route -p ADD 10.1.0.0 mask 255.255.0.0 10.0.0.1 METRIC 7"}},
+      {"a route that is empty", "Static-Route-Count=2\nRoute0=\nRoute1= , ;\n", {}},
       {"a route that is no address",
        "Static-Route-Count=1\nRoute0=1host\n",
        {"route -p ADD 255.255.255.255 mask 255.255.255.255 255.255.255.255 METRIC 0"}},
@@ -259,6 +268,80 @@ TEST_F(ConfigureTest, AdapterKeysBecomeMethods) {
     EXPECT_EQ(changes.back(), "file.move");
     changes.pop_back();
     EXPECT_EQ(changes, c.changes);
+  }
+}
+
+TEST_F(ConfigureTest, RoutesBecomeTheWantedOnes) {
+  const auto route = [](const char* destination, const char* nextHop, int metric) {
+    return simulated::PersistentRoute{destination, "255.255.0.0", nextHop, metric};
+  };
+  const simulated::PersistentRoute standard{"0.0.0.0", "0.0.0.0", "10.0.0.254", 1};
+  const struct {
+    const char* name;
+    std::vector<simulated::PersistentRoute> existing;
+    Texts changes;
+  } kCases[] = {
+      {"equal in another order",
+       {route("10.2.0.0", "10.0.0.1", 5), standard, route("10.1.0.0", "10.0.0.1", 5)},
+       {}},
+      {"equal, one of them twice",
+       {route("10.1.0.0", "10.0.0.1", 5), route("10.2.0.0", "10.0.0.1", 5),
+        route("10.1.0.0", "10.0.0.1", 5)},
+       {}},
+      {"another metric and a stranger",
+       {route("10.9.0.0", "10.0.0.1", 5), route("10.1.0.0", "10.0.0.1", 6),
+        route("10.2.0.0", "10.0.0.1", 5)},
+       {"route DELETE 10.1.0.0", "route DELETE 10.9.0.0",
+        "route -p ADD 10.1.0.0 mask 255.255.0.0 10.0.0.1 METRIC 5"}},
+      {"a second default route",
+       {standard, route("10.1.0.0", "10.0.0.1", 5), standard, route("10.2.0.0", "10.0.0.1", 5)},
+       {"route DELETE 0.0.0.0"}},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    machine_ = simulated::ExampleMachine();
+    machine_.persistentRoutes = c.existing;
+    Texts changes = Changes(
+        Configure("[TCP/IP]\nStatic-Route-Count=2\nRoute1=10.2.0.0 255.255.0.0 10.0.0.1 0 5\n"
+                  "Route2=10.1.0.0 255.255.0.0 10.0.0.1 0 5\n"));
+    changes.pop_back();
+    EXPECT_EQ(changes, c.changes);
+  }
+}
+
+TEST_F(ConfigureTest, OrderAndLetterCaseOfListsCount) {
+  machine_.adapters.resize(1);
+  simulated::Adapter& adapter = machine_.adapters[0];
+  adapter.dhcpEnabled = false;
+  adapter.ipAddresses = {"10.0.0.5", "10.0.0.6"};
+  adapter.subnetMasks = {"255.0.0.0", "255.0.0.0"};
+  adapter.gateways = {"10.0.0.1", "10.0.0.2"};
+  adapter.dnsServers = {"10.0.0.3", "10.0.0.4"};
+  adapter.dnsSuffixes = {"a.example", "b.example"};
+  const Machine same = machine_;
+  const std::string head =
+      "[TCP/IP]\nDHCP=False\nNetmask=255.0.0.0\nSetDNSInfo=True\n"
+      "DNS-Server-Count=1\n";
+  constexpr struct {
+    const char *keys, *method;
+  } kCases[] = {
+      {"Address=10.0.0.5,10.9.9.9\nGateway=10.0.0.1,10.0.0.2\nDNS-Server0=10.0.0.3,10.0.0.4\n"
+       "DNS-SuffixSearchOrder=a.example,b.example\n",
+       ""},
+      {"Address=10.0.0.6\n", "EnableStatic"},
+      {"Address=10.0.0.5\nGateway=10.0.0.2,10.0.0.1\n", "SetGateways"},
+      {"Address=10.0.0.5\nDNS-Server0=10.0.0.4,10.0.0.3\n", "SetDNSServerSearchOrder"},
+      {"Address=10.0.0.5\nDNS-SuffixSearchOrder=A.example,b.example\n", "SetDNSSuffixSearchOrder"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.keys);
+    machine_ = same;
+    const Texts changes = Changes(Configure(head + c.keys));
+    const bool called = std::any_of(changes.begin(), changes.end(), [&](const std::string& change) {
+      return *c.method != '\0' && change.starts_with(c.method);
+    });
+    EXPECT_EQ(called, *c.method != '\0');
+    EXPECT_EQ(changes.size(), called ? 3U : 2U) << "a pause, the file's move, and no more";
   }
 }
 

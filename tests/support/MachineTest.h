@@ -34,7 +34,7 @@ class MachineTest : public testing::Test {
   MachineTest() { sys::DomainTestAccess::Reset(); }
 
   /// Everything that was taken from the machine must have been given back.
-  void TearDown() override { EXPECT_EQ(platform_.InUse(), simulated::Usage{}); }
+  void TearDown() override { EXPECT_EQ(platform_.InUse(), stillInUse_); }
 
   /// The journal, one JSON text a change.
   std::vector<std::string> Journal() const {
@@ -54,6 +54,7 @@ class MachineTest : public testing::Test {
   simulated::Machine machine_;
   simulated::SimulatedPlatform platform_{machine_};
   platform::ScopedPlatform scope_{platform_};
+  simulated::Usage stillInUse_;
 };
 
 }  // namespace support

@@ -323,6 +323,20 @@ TEST_F(BuilderTest, AMembersWorkgroupNeedsARestart) {
   EXPECT_EQ(Queue(builder), "JoinWorkgroup(Workgroup=W {User=});Reboot();");
 }
 
+TEST_F(BuilderTest, AFailedQuestionLeavesWholeCommands) {
+  ConfigBuilder builder(log_);
+  Send(builder, {Value(COMPUTER_NAME, "template"), Value(ENABLE_NETWORKING, "false"),
+                 Begin(STATIC_ROUTE), End()});
+  simulated::Fault fault;
+  fault.call = "wmi.query";
+  fault.contains = "PersistedRoute";
+  fault.hresult = -1;
+  machine_.faults = {fault};
+  EXPECT_THROW(builder.Analyze(), sys::CWmiError);
+  machine_.faults.clear();
+  EXPECT_EQ(Queue(builder), "EnableNetworking();SetStaticRoute();");
+}
+
 TEST_F(BuilderTest, OneStaticAddressPausesTheAdapter) {
   ConfigBuilder builder(log_);
   Send(builder, {Begin(NIC), Value(STATIC), Value(GATEWAY, "10.0.0.1"), Value(STATIC), End(),

@@ -19,6 +19,7 @@ TEST(BuildDn, CombinesOuAndDomain) {
       {"no domain", "", "Sales/Europe", "OU=Europe,OU=Sales"},
       {"no OU", "corp.local", "", "DC=corp,DC=local"},
       {"nothing", "", "", ""},
+      {"nothing but separators", "corp.local", "//", "DC=corp,DC=local"},
       {"stray separators", "corp..local.", "/Sales//Europe/",
        "OU=Europe,OU=Sales,DC=corp,DC=local"},
   };
@@ -116,6 +117,53 @@ TEST_F(DomainTest, AMemberLeavesItsDomainForAWorkgroup) {
   EXPECT_EQ(Joins(), (Texts{R"(Unjo "corp.example\\joiner" "s3cret" 0)",
                             R"(Join "joiner" "s3cret" null 0 0)"}));
   EXPECT_EQ(domain_.GetWorkgroup(), "W");
+}
+
+TEST_F(DomainTest, OnlyARefusalIsTriedAgain) {
+  BecomeMember();
+  domain_.SetCredentials("joiner", "wrong");
+  EXPECT_THROW(domain_.JoinDomainAndOu("corp.example", "", /*deferSpn=*/true), DomainError);
+  const std::string who = R"(Join "corp.example\\joiner" "wrong" null )";
+  EXPECT_EQ(Joins(), (Texts{who + "289 1326", who + "291 1326"}));
+  machine_.journal.clear();
+  AddFault("wmi.method", static_cast<platform::HResult>(0x80041001));
+  EXPECT_THROW(domain_.JoinDomainAndOu("corp.example", "", /*deferSpn=*/false), CWmiError);
+  EXPECT_EQ(machine_.journal.size(), 1U);
+}
+
+TEST_F(DomainTest, AMemberWhoCannotLeaveStays) {
+  BecomeMember();
+  simulated::Fault fault;
+  fault.call = "wmi.method";
+  fault.method = "UnjoinDomainOrWorkgroup";
+  fault.result = 2691;
+  machine_.faults = {fault};
+  try {
+    domain_.JoinWorkgroup("W");
+    FAIL();
+  } catch (const DomainError& error) {
+    EXPECT_STREQ(error.message, " - JoinWorkgroup error (unjoining domain)");
+    EXPECT_EQ(error.Value, 0);
+    EXPECT_EQ(error.SystemError, 2691U);
+  }
+  EXPECT_EQ(Joins(), Texts{"Unjo null null 2691"});
+  machine_.faults[0].result = 1;
+  machine_.faults[0].method = "JoinDomainOrWorkgroup";
+  EXPECT_TRUE(domain_.JoinWorkgroup("W")) << "done after a restart";
+}
+
+TEST_F(DomainTest, WhatCannotBeReadStaysAsItWas) {
+  BecomeMember();
+  EXPECT_TRUE(domain_.IsDomainMember());
+  machine_.membership = simulated::WorkgroupMembership{};
+  AddFault("lsa.primary", static_cast<platform::HResult>(0xC0000022));
+  AddFault("lsa.dns", static_cast<platform::HResult>(0xC0000022));
+  EXPECT_TRUE(domain_.IsDomainMember());
+  EXPECT_EQ(platform_.InUse(), simulated::Usage{});
+  machine_.faults.clear();
+  AddFault("lsa.workgroup", static_cast<platform::HResult>(0x80070005));
+  EXPECT_FALSE(domain_.IsDomainMember());
+  stillInUse_.policies = 1;  // left open on purpose
 }
 
 TEST_F(DomainTest, MovingNamesTheObjectAndItsNewPlace) {

@@ -197,7 +197,8 @@ TEST(MachineFile, SecretsAreHiddenAndNothingElse) {
       {"DomainPassword=x\n\n[S]\nz\nb=c\nd", "DomainPassword=***\n\n[S]\n***\nb=c\nd"},
       {"; DomainPassword=x", "; DomainPassword=***"},
       {"DomainPassword=x\n;c\nd", "DomainPassword=***\n;c\nd"},
-      {"DomainPasswords=x\nDomainPassword\n", "DomainPasswords=x\nDomainPassword\n"}};
+      {"ProxyPassword=x\nDomainPassword\n", "ProxyPassword=***\n***\n"},
+      {"Password\na=b\n", "Password\na=b\n"}};
   for (const auto& [text, redacted] : kTexts) EXPECT_EQ(RedactedText(text), redacted);
 }
 

@@ -159,6 +159,17 @@ TEST_F(SysTest, AMissingRowLeavesTheOutputs) {
   EXPECT_EQ(address.ToString(), "10.0.0.1");
 }
 
+TEST_F(SysTest, APropertyThatCannotBeReadIsOnlyAnswered) {
+  machine_.adapters.emplace_back().gateways = {"10.0.0.1"};
+  AddFault("wmi.get", kRefused);
+  bool enabled = true;
+  std::vector<ipc::IPv4Address> gateways;
+  EXPECT_EQ(sys::Wmi::GetGateways(7, &gateways), kRefused);
+  EXPECT_TRUE(gateways.empty());
+  EXPECT_EQ(sys::Wmi::IsDhcpEnabled(7, &enabled), kRefused);
+  EXPECT_FALSE(enabled) << "what is not VARIANT_TRUE is false";
+}
+
 TEST_F(SysTest, EveryStepOfAConnectionMayFail) {
   for (const char* call :
        {"wmi.enter", "wmi.secure_process", "wmi.locator", "wmi.connect", "wmi.secure_proxy"}) {

@@ -16,15 +16,6 @@ namespace {
 
 using simulated::Json;
 
-/// True for the names of settings that hold a password, whatever their letter case.
-bool NamesPassword(std::string_view key) {
-  constexpr std::string_view kWord = "password";
-  const auto same = [](char c, char small) {
-    return (c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c) == small;
-  };
-  return std::search(key.begin(), key.end(), kWord.begin(), kWord.end(), same) != key.end();
-}
-
 Json ToJson(const MessageValue& value) {
   const auto* number = std::get_if<std::int32_t>(&value.data);
   return number != nullptr ? Json(*number) : Json(ShownText(value));
@@ -49,7 +40,7 @@ Json ToJson(const std::vector<SentMessage>& messages) {
 }  // namespace
 
 std::string ShownText(const MessageValue& value) {
-  if (NamesPassword(value.key)) return "***";
+  if (simulated::NamesPassword(value.key)) return "***";
   const auto* text = std::get_if<std::string>(&value.data);
   return text != nullptr ? *text : std::to_string(std::get<std::int32_t>(value.data));
 }

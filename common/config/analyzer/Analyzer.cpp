@@ -1,6 +1,7 @@
 #include "common/config/analyzer/Analyzer.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <typeinfo>
 
@@ -24,7 +25,10 @@ bool NeedsRestart(const std::unique_ptr<command::IConfigureCommand>& command) {
 }  // namespace
 
 void Analyzer::Analyze(command::CommandList& commands) {
-  std::erase_if(commands, [](const auto& command) { return !command->IsNeeded(); });
+  // One by one: when a question to the machine throws, the queue still holds whole commands.
+  for (auto command = commands.begin(); command != commands.end();) {
+    command = (*command)->IsNeeded() ? std::next(command) : commands.erase(command);
+  }
   BindAdapters(commands);
   Reorder(commands);
   if (std::any_of(commands.begin(), commands.end(), NeedsRestart)) {

@@ -22,12 +22,13 @@ void ConfigureNic::Execute() {
   log_.Log(logging::kDetail,
            "ConfigureNic::Execute(): NIC index (Win32_NetworkAdapterConfiguration.Index)=%d",
            index_);
-  for (const auto& command : commands_) {
-    if (auto* nicCommand = dynamic_cast<NicCommand*>(command.get())) nicCommand->SetIndex(index_);
-    if (!command->IsNeeded()) continue;
+  for (const auto& owned : commands_) {
+    IConfigureCommand& command = *owned;
+    if (auto* nicCommand = dynamic_cast<NicCommand*>(&command)) nicCommand->SetIndex(index_);
+    if (!command.IsNeeded()) continue;
     log_.Log(logging::kDetail, "ConfigureNic::Execute(): about to execute %s (%s)",
-             util::ClassName(typeid(*command)).c_str(), command->Describe().c_str());
-    command->Execute();
+             util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
+    command.Execute();
   }
 }
 

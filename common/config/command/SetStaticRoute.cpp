@@ -29,6 +29,12 @@ bool IsDefaultRoute(const sys::RouteRecord& route) {
   return route.destination == ipc::IPv4Address() && route.mask == ipc::IPv4Address();
 }
 
+/// Puts the routes in order, each of them once.
+void SortAndUnite(std::vector<sys::RouteRecord>& routes) {
+  std::sort(routes.begin(), routes.end());
+  routes.erase(std::unique(routes.begin(), routes.end()), routes.end());
+}
+
 }  // namespace
 
 void SetStaticRoute::Plan() {
@@ -38,8 +44,8 @@ void SetStaticRoute::Plan() {
   // Deliberate: the first default route only; a second one is deleted like any other.
   const auto defaultRoute = std::find_if(existing.begin(), existing.end(), IsDefaultRoute);
   if (defaultRoute != existing.end()) existing.erase(defaultRoute);
-  std::sort(existing.begin(), existing.end());
-  std::sort(wanted_.begin(), wanted_.end());
+  SortAndUnite(existing);
+  SortAndUnite(wanted_);
   std::set_difference(existing.begin(), existing.end(), wanted_.begin(), wanted_.end(),
                       std::back_inserter(toDelete_));
   std::set_difference(wanted_.begin(), wanted_.end(), existing.begin(), existing.end(),
@@ -66,7 +72,8 @@ void SetStaticRoute::Execute() {
   for (const sys::RouteRecord& route : toAdd_) {
     RunRouteTool(
         util::Format("route -p ADD %s mask %s %s METRIC %d", route.destination.ToString().c_str(),
-                     route.mask.ToString().c_str(), route.gateway.ToString().c_str(), route.metric),
+                     route.mask.ToString().c_str(), route.gateway.ToString().c_str(),
+                     static_cast<std::int32_t>(route.metric)),
         kAddFailed);
   }
 }
