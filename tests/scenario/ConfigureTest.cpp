@@ -309,6 +309,30 @@ TEST_F(ConfigureTest, RoutesBecomeTheWantedOnes) {
   }
 }
 
+TEST_F(ConfigureTest, ASectionThatComesTwiceIsOne) {
+  const Texts changes = Changes(
+      Configure("[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\n[Networking]\n[tcp/ip]\nAddress=10.0.0.6\n"
+                "Netmask=255.0.0.0\n"));
+  EXPECT_EQ(changes.at(0), R"(EnableStatic{"IPAddress":["10.0.0.5"],"SubNetMask":["255.0.0.0"]})");
+}
+
+TEST_F(ConfigureTest, HugeValuesAreAnsweredLikeAnyOther) {
+  const std::string huge(1 << 20, '7');
+  constexpr struct {
+    const char *section, *key, *result;
+  } kCases[] = {
+      {"Networking", "ComputerName", "Reboot"}, {"TCP/IP", "PCIBus", "Success"},
+      {"TCP/IP", "MACAddress", "Success"},      {"TCP/IP", "Static-Route-Count", "Success"},
+      {"Global", "ScheduleId", "Success"},      {"ConfigSettings", "any", "Success"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.key);
+    machine_ = simulated::ExampleMachine();
+    EXPECT_EQ(Configure("[" + std::string(c.section) + "]\n" + c.key + "=" + huge).Result(),
+              c.result);
+  }
+}
+
 TEST_F(ConfigureTest, OrderAndLetterCaseOfListsCount) {
   machine_.adapters.resize(1);
   simulated::Adapter& adapter = machine_.adapters[0];

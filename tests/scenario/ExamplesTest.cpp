@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "tools/orvanta-config/Tool.h"
 
@@ -16,18 +17,25 @@ using Json = nlohmann::ordered_json;
 const std::string kExamples = "examples/";
 
 TEST(Examples, DoWhatIsExpectedOfThem) {
-  for (const std::string name : {"office-pc", "laptop", "server"}) {
-    SCOPED_TRACE(name);
-    std::ifstream expected(kExamples + name + ".expected.json");
+  const struct {
+    std::string name;
+    std::vector<std::string> arguments;
+  } kExampleRuns[] = {
+      {"office-pc", {kExamples + "office-pc.cfg", "--follow-restarts", "3"}},
+      {"laptop", {kExamples + "laptop.cfg", "--follow-restarts", "3"}},
+      {"server", {kExamples + "server.cfg", "--follow-restarts", "3"}},
+      {"imaging", {"--message", "prep-for-image", "--deliver-posted"}},
+  };
+  for (const auto& run : kExampleRuns) {
+    SCOPED_TRACE(run.name);
+    std::vector<std::string> arguments{"simulate", "--json", "--machine",
+                                       kExamples + run.name + ".machine.json"};
+    arguments.insert(arguments.end(), run.arguments.begin(), run.arguments.end());
+    std::ifstream expected(kExamples + run.name + ".expected.json");
     std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
-    EXPECT_EQ(
-        tool::RunTool({"simulate", kExamples + name + ".cfg", "--machine",
-                       kExamples + name + ".machine.json", "--follow-restarts", "3", "--json"},
-                      {in, out, err}),
-        0)
-        << err.str();
+    EXPECT_EQ(tool::RunTool(arguments, {in, out, err}), 0) << err.str();
     EXPECT_EQ(Json::parse(out.str()).dump(2), Json::parse(expected).dump(2));
   }
 }

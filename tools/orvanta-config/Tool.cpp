@@ -38,7 +38,7 @@ int Refuse(const std::string& line, const Streams& streams) {
 }  // namespace
 
 int RunTool(std::vector<std::string> arguments, const Streams& streams) {
-  CLI::App app("Plans, checks and rehearses a computer's configuration.", "orvanta-config");
+  CLI::App app("Rehearses a configuration on a simulated machine before it touches a computer.", "orvanta-config");
   // Otherwise a path that begins with "/" would be taken for an option on Windows.
   app.allow_windows_style_options(false);
   app.set_version_flag("--version", Version);
