@@ -52,7 +52,8 @@ std::string FaultOf(const nlohmann::json::exception& error) {
     const std::size_t end = message.find(prefixEnd);
     if (end != std::string::npos) message.erase(0, end + prefixEnd.size());
   }
-  message.resize(std::min(message.size(), kLongestFaultShown));
+  // What the parser read last may be a password.
+  message.resize(std::min({message.size(), message.find("; last read"), kLongestFaultShown}));
   std::replace_if(
       message.begin(), message.end(), [](char sign) { return sign < ' ' || sign > '~'; }, '?');
   return message;
@@ -89,7 +90,7 @@ class Builder {
 
   bool parse_error(std::size_t byte, const std::string&, const nlohmann::json::exception& error) {
     throw MachineFileError(fileName_ + ":" + LineAndColumn(text_, byte) +
-                           ": malformed JSON: " + FaultOf(error));
+                           ": malformed JSON: " + FaultOf(error) + "; correct it there");
   }
 
  private:

@@ -20,7 +20,8 @@ namespace simulated {
 namespace {
 
 constexpr const char* kHidden = "***";
-constexpr std::string_view kPassword = "password";
+/// What stands in the names of settings that hold a password.
+constexpr std::string_view kSecretWords[] = {"password", "passwd", "passphrase", "pwd", "secret"};
 constexpr int kSchema = 1;
 
 // Every kind of value knows how to read itself from a document and how to write itself: a codec
@@ -515,6 +516,10 @@ void Check(const Cursor& at, Fault& fault) {
   const bool isKnown = fault.call == "*" || std::find(std::begin(kCallNames), std::end(kCallNames),
                                                       fault.call) != std::end(kCallNames);
   if (!isKnown) at.Field("call").FailUnknown("call", fault.call, kCallNames);
+  if (fault.error == 0U) at.Field("error").Fail("0 is no error; write the number of one");
+  if (fault.hresult && !platform::Failed(*fault.hresult)) {
+    at.Field("hresult").Fail("is no failure; write one from 0x80000000 on");
+  }
   if (fault.nth == 0U) at.Field("nth").Fail("calls are counted from 1; write 1 or more");
 }
 
@@ -563,9 +568,16 @@ void Check(const Cursor& at, Machine& machine) {
                 [](const Host& host) { return Folded(host.name); });
 }
 
+/// Where the first of the secret words stands; npos when there is none.
+std::size_t SecretWordIn(std::string_view text) {
+  std::size_t first = std::string_view::npos;
+  for (const std::string_view word : kSecretWords) first = std::min(first, Find(text, word));
+  return first;
+}
+
 /// Where the value of a password entry starts in a line; npos when it holds none.
 std::size_t PasswordIn(std::string_view line) {
-  const std::size_t word = Find(line, kPassword);
+  const std::size_t word = SecretWordIn(line);
   if (word == std::string_view::npos) return word;
   const std::size_t equals = line.find('=', word);
   return equals == std::string_view::npos ? equals : equals + 1;
@@ -597,10 +609,15 @@ std::string PrintMachine(const Machine& machine) {
 Json ToJson(const Machine& machine, bool hideSecrets) {
   Json document{{"schema", kSchema}};
   document.update(Codec<Machine>::Write(machine, hideSecrets));
+  for (Json& value : document["registry"]) {
+    if (hideSecrets && NamesPassword(value.value("name", "")) && value["data"].is_string()) {
+      value["data"] = kHidden;
+    }
+  }
   return document;
 }
 
-bool NamesPassword(std::string_view key) { return Find(key, kPassword) != std::string_view::npos; }
+bool NamesPassword(std::string_view key) { return SecretWordIn(key) != std::string_view::npos; }
 
 Json Redacted(const Json& change) {
   Json shown = change;

@@ -96,11 +96,13 @@ bool ProcessesPort::Spawn(const char* application, char* commandLine, const char
   } else {
     error = ToWin32Error(*fault);
   }
-  const std::uint32_t result = exitCode.value_or(error);
-  simulation_.machine.journal.push_back({{"call", "process.run"},
-                                         {"command", command},
-                                         {"result", static_cast<std::int32_t>(result)}});
-  if (!exitCode) return simulation_.Fail(error);
+  Json& change =
+      simulation_.machine.journal.emplace_back(Json{{"call", "process.run"}, {"command", command}});
+  if (!exitCode) {
+    change["error"] = error;
+    return simulation_.Fail(error);
+  }
+  change["result"] = static_cast<std::int32_t>(*exitCode);
   *information = {Make(*exitCode), Make(0), static_cast<std::uint32_t>(nextHandle_),
                   static_cast<std::uint32_t>(nextHandle_ + 2)};
   return true;

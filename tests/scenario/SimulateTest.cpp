@@ -77,7 +77,12 @@ TEST_F(SimulateTest, WhatTheUserMustMendIsOneLineAndExitCodeTwo) {
     const char* says;
   } kCases[] = {
       {"no command", {}, "subcommand"},
+      {"unknown command", {"simulat", config}, "simulat: is no command"},
       {"unknown option", {"simulate", config, "--frob"}, "--frob"},
+      {"machine from standard input", {"simulate", "-", "--machine", "-"}, "--machine -"},
+      {"machine to standard output",
+       {"simulate", config, "--save-machine", "-"},
+       "--save-machine -"},
       {"no file", {"simulate"}, "FILE is missing"},
       {"absent file", {"simulate", Path("none.cfg")}, "none.cfg: cannot be read"},
       {"folder as file", {"simulate", folder_.string()}, "is a directory"},
@@ -189,10 +194,12 @@ TEST_F(SimulateTest, GivenValuesCanBeReadButAreNoPartOfTheReply) {
 TEST_F(SimulateTest, PasswordsAreNeverShownAndOnlySavedFromTheMachineFile) {
   const std::string machine = Write("m.json", R"({"schema": 1, "decrypt": {"CU": "joiner",
       "CP": "s3cret-plain"}, "directory": {"domains": [{"dns_name": "corp.example",
-      "flat_name": "CORP", "accounts": [{"user": "joiner", "password": "s3cret-plain"}]}]}})");
+      "flat_name": "CORP", "accounts": [{"user": "joiner", "password": "s3cret-plain"}]}]},
+      "registry": [{"name": "DefaultPassword", "type": "REG_SZ", "data": "s3cret-registry"}]})");
   const std::string config =
       "[Networking]\nWorkgroup=False\nDNSDomain=corp.example\nDSOrganizationalUnit=Sales\n"
-      "DomainUsername=CU\nDomainPassword=CP\n[ConfigSettings]\nDomainPassword=s3cret-sent\n";
+      "DomainUsername=CU\nDomainPassword=CP\n[ConfigSettings]\nProxyPassword=s3cret-sent\n"
+      "; UserPwd=s3cret-comment\n";
   const std::string saved = Path("saved.json");
   for (const char* format : {"--json", "--verbose"}) {
     SCOPED_TRACE(format);

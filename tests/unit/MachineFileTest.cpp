@@ -151,6 +151,8 @@ TEST(MachineFile, RefusesWhatItDoesNotUnderstandInOneLine) {
       {R"("decrypt": {"a": 1})", "$.decrypt.a", "expected a text"},
       {R"("directory": {"domains": [{"ous": [1]}]})", "$.directory.domains[0].ous[0]", "a text"},
       {R"("faults": [{"call": "wmi.conect"}])", "$.faults[0].call", "\"wmi.connect\"?"},
+      {R"("faults": [{"hresult": "0x00000001"}])", "$.faults[0].hresult", "no failure"},
+      {R"("faults": [{"error": 0}])", "$.faults[0].error", "0 is no error"},
       {R"("faults": [{"hresult": "80041002"}])", "$.faults[0].hresult", "\"0x80041002\""},
       {R"("faults": [{"hresult": "0x123456789"}])", "$.faults[0].hresult", "no result code"},
       {R"("faults": [{"nth": 0}])", "$.faults[0].nth", "from 1"}};
@@ -200,6 +202,17 @@ TEST(MachineFile, SecretsAreHiddenAndNothingElse) {
       {"ProxyPassword=x\nDomainPassword\n", "ProxyPassword=***\n***\n"},
       {"Password\na=b\n", "Password\na=b\n"}};
   for (const auto& [text, redacted] : kTexts) EXPECT_EQ(RedactedText(text), redacted);
+}
+
+TEST(MachineFile, NoRefusalRepeatsASecret) {
+  for (const char* text : {R"({"decrypt": {"a": "s3cret\q"}})", R"({"decrypt": {"a": "s3cret)"}) {
+    try {
+      ParseMachine(text, "m.json");
+      ADD_FAILURE() << text;
+    } catch (const MachineFileError& error) {
+      EXPECT_EQ(std::string(error.what()).find("s3cret"), std::string::npos) << error.what();
+    }
+  }
 }
 
 TEST(MachineFile, PrintsBytesThatAreNoUtf8) {

@@ -383,7 +383,7 @@ TEST_F(SimulatedMachineTest, TheJournalListsEveryChangeInOrder) {
       R"({"call":"wmi.method","path":"Win32_NetworkAdapterConfiguration.Index=9",)"
       R"("method":"EnableDHCP","arguments":{},"hresult":"0x80041002"})",
       R"({"call":"sleep","milliseconds":20000})",
-      R"({"call":"process.run","command":"other","result":2})",
+      R"({"call":"process.run","command":"other","error":2})",
       R"({"call":"service.start_type","service":"dhcp","start":"system","result":0})",
       R"({"call":"service.start","service":"dhcp","result":1056})",
       R"({"call":"registry.set","key":"HKEY_LOCAL_MACHINE\\Software\\X","name":"Flag","data":1})",

@@ -42,7 +42,9 @@ Json ToJson(const std::vector<SentMessage>& messages) {
 std::string ShownText(const MessageValue& value) {
   if (simulated::NamesPassword(value.key)) return "***";
   const auto* text = std::get_if<std::string>(&value.data);
-  return text != nullptr ? *text : std::to_string(std::get<std::int32_t>(value.data));
+  // A comment that is passed on as a value may hold a whole line of the file.
+  return text != nullptr ? simulated::RedactedText(*text)
+                         : std::to_string(std::get<std::int32_t>(value.data));
 }
 
 std::string Delivery::Result() const {

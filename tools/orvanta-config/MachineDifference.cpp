@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "platform/simulated/MachineFile.h"
 #include "platform/simulated/ServicesPort.h"
 #include "tools/orvanta-config/Text.h"
 
@@ -80,7 +81,8 @@ std::vector<Fact> Facts(const Machine& machine) {
             (service.running ? ", running" : ", stopped"));
   }
   for (const simulated::RegistryValue& value : machine.registry) {
-    add("registry", value.key + "\\" + value.name, DataText(value));
+    add("registry", value.key + "\\" + value.name,
+        simulated::NamesPassword(value.name) ? "***" : DataText(value));
   }
   for (const simulated::File& file : machine.files) {
     add("files", file.path, std::to_string(file.text.size()) + " bytes", file.text);

@@ -22,6 +22,9 @@ void AddMachineOptions(CLI::App& command, MachineOptions& options) {
 
 simulated::Machine LoadMachine(const MachineOptions& options) {
   if (!options.machineFile) return simulated::ExampleMachine();
+  if (*options.machineFile == "-") {
+    throw ToolError("--machine -", "standard input is for FILE", "name a machine file");
+  }
   std::istringstream noInput;
   const std::string text = ReadInput(*options.machineFile, noInput);
   try {

@@ -42,7 +42,7 @@ Exit codes:
 
 Examples:
   orvanta-config simulate first-boot.cfg
-  orvanta-config simulate first-boot.cfg --machine lab-pc.json --follow-restarts 3
+  orvanta-config simulate pc.cfg --machine my-pc.json --follow-restarts 3
   orvanta-config simulate --message prep-for-image --deliver-posted --json
   orvanta-config simulate --message update-info --set Auto-Update-Count=3)";
 
@@ -174,6 +174,9 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
   }
   std::optional<PrivateFile> saved;
   if (options.machine.saveMachine) {
+    if (*options.machine.saveMachine == "-") {
+      throw ToolError("--save-machine -", "cannot go to standard output", "name a file");
+    }
     std::error_code ignored;
     if (std::filesystem::equivalent(options.file, *options.machine.saveMachine, ignored)) {
       throw ToolError(*options.machine.saveMachine, "is the configuration file itself",

@@ -100,8 +100,7 @@ std::string LogLines(const Delivery& delivery, const Style& style, bool verbose)
             (line.level == 2 ? style.Dim(shown) : shown) + "\n";
   }
   if (text.empty()) return {};
-  return style.Heading(verbose ? "Log" : "Log of failures (--verbose shows all of it)") + "\n" +
-         text;
+  return style.Heading(verbose ? "Log" : "Log, level 0 (--verbose shows all of it)") + "\n" + text;
 }
 
 std::string Reply(const Delivery& delivery, const Style& style) {

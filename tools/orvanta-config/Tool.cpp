@@ -16,7 +16,7 @@ namespace {
 constexpr char kFooter[] = R"(Examples:
   orvanta-config simulate first-boot.cfg
       what this file would do on the built-in example machine
-  orvanta-config simulate first-boot.cfg --machine lab-pc.json --json
+  orvanta-config simulate first-boot.cfg --machine my-pc.json --json
       the same on a machine of your own, for a program to read
   orvanta-config simulate --help
       all options of a command, its exit codes and more examples)";
@@ -38,7 +38,8 @@ int Refuse(const std::string& line, const Streams& streams) {
 }  // namespace
 
 int RunTool(std::vector<std::string> arguments, const Streams& streams) {
-  CLI::App app("Rehearses a configuration on a simulated machine before it touches a computer.", "orvanta-config");
+  CLI::App app("Rehearses a configuration on a simulated machine before it touches a computer.",
+               "orvanta-config");
   // Otherwise a path that begins with "/" would be taken for an option on Windows.
   app.allow_windows_style_options(false);
   app.set_version_flag("--version", Version);
@@ -48,6 +49,11 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   const CLI::App* simulate = AddSimulate(app, simulateOptions);
 
   int exitCode = kDone;
+  const auto isMeant = [&](const CLI::App* command) { return command->get_name() == arguments[0]; };
+  if (!arguments.empty() && !arguments[0].starts_with('-') &&
+      app.get_subcommands(isMeant).empty()) {
+    return Refuse(arguments[0] + ": is no command; see orvanta-config --help", streams);
+  }
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(std::move(arguments));
