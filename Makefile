@@ -93,7 +93,7 @@ format:
 tidy:
 	$(PACKAGES) native tidy
 	cmake --preset native
-	run-clang-tidy -quiet -p build/native -j $(JOBS)
+	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(common|handlers|platform|toolbox|tools)/'
 
 clean:
 	rm -rf build

@@ -1,9 +1,11 @@
 #include "platform/simulated/SystemPorts.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cstring>
+#include <iterator>
 #include <limits>
 
 #include "platform/simulated/Codes.h"
@@ -97,12 +99,12 @@ Win32Error ErrorsPort::LastError() { return simulation_.lastError; }
 void ErrorsPort::SetLastError(Win32Error error) { simulation_.lastError = error; }
 
 bool ErrorsPort::Describe(platform::HResult result, std::string* text) {
-  for (const auto& known : kDescriptions) {
-    if (Com(known.digits) != result) continue;
-    *text = known.text;
-    return true;
-  }
-  return false;
+  const auto* const known =
+      std::find_if(std::begin(kDescriptions), std::end(kDescriptions),
+                   [&](const auto& description) { return Com(description.digits) == result; });
+  if (known == std::end(kDescriptions)) return false;
+  *text = known->text;
+  return true;
 }
 
 LibrariesPort::~LibrariesPort() {
