@@ -28,8 +28,8 @@ std::string PrintMachine(const Machine& machine);
 /// password lines in files read "***".
 Json ToJson(const Machine& machine, bool hideSecrets);
 
-/// True for the name of a setting that holds a password: "password", "passwd", "passphrase", "pwd" or
-/// "secret" stands somewhere in it, in whatever letter case.
+/// True for the name of a setting that holds a password: "password", "passwd", "passphrase", "pwd"
+/// or "secret" stands somewhere in it, in whatever letter case.
 bool NamesPassword(std::string_view key);
 
 /// A journal entry as it may be shown: passwords in it read "***".
