@@ -3,12 +3,16 @@
 
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+FUZZ_TARGETS := $(notdir $(wildcard fuzz/corpus/*))
+# Rounded up: no time at all would mean for ever.
+FUZZ_SHARE = $(shell echo $$((($(FUZZ_SECONDS) + $(words $(FUZZ_TARGETS)) - 1) / $(words $(FUZZ_TARGETS)))))
 PACKAGES := tools/install-packages.sh
+VERSION := $(shell sed -nE 's/^project.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
 FOLDERS := bench common fuzz handlers platform tests toolbox tools
 SOURCES = $(shell find $(FOLDERS) -name '*.cpp' -o -name '*.h')
 
-.PHONY: demo build build-native build-windows test test-native test-fuzz test-windows \
-        run-windows-tests fuzz bench lint check-format format tidy clean
+.PHONY: demo build build-native build-sanitize build-windows package test test-native test-windows \
+        run-windows-tests check-rebuild fuzz bench lint check-format format tidy clean
 
 # A first look: an example configuration on a simulated computer.
 demo: build-native
@@ -27,25 +31,25 @@ build-windows:
 	cmake --preset windows
 	cmake --build --preset windows -j $(JOBS) --target config orvanta-config
 
+# What is handed out for Windows, in one file.
+package: build-windows
+	tools/package.py build/windows build/package/orvanta-config-$(VERSION).zip
+
 # The Windows half comes last, so that the last lines tell when it could not run.
-test: test-native test-fuzz
+test: test-native
 	@$(MAKE) --no-print-directory test-windows
 
-test-native:
-	$(PACKAGES) native tests
-	cmake --preset sanitize
-	cmake --build --preset sanitize -j $(JOBS)
+# The kept inputs of the fuzz targets are tests as well; CI also searches for new ones.
+test-native: build-sanitize
 	ctest --preset sanitize -j $(JOBS)
-
-# Replays the kept inputs; CI also searches for new ones.
-test-fuzz:
-	$(PACKAGES) native fuzz
-	cmake --preset fuzz
-	cmake --build --preset fuzz -j $(JOBS)
-	ctest --preset fuzz
 ifeq ($(CI),true)
 	@$(MAKE) --no-print-directory fuzz
 endif
+
+build-sanitize:
+	$(PACKAGES) native tests
+	cmake --preset sanitize
+	cmake --build --preset sanitize -j $(JOBS)
 
 test-windows:
 	@if $(PACKAGES) native windows; then \
@@ -59,16 +63,24 @@ run-windows-tests:
 	cmake --preset windows
 	cmake --build --preset windows -j $(JOBS)
 	ctest --preset windows -j $(JOBS)
+ifeq ($(CI),true)
+	@$(MAKE) --no-print-directory check-rebuild
+endif
 
-# Searches for inputs that break the configuration file reader; keeps what it learns in build/.
-fuzz:
-	$(PACKAGES) native fuzz
-	cmake --preset fuzz
-	cmake --build --preset fuzz -j $(JOBS)
-	mkdir -p build/fuzz/found/config-file
-	build/fuzz/fuzz/config-file -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 -verbosity=0 \
-	  -artifact_prefix=build/fuzz/found/ -dict=fuzz/config-file.dict \
-	  build/fuzz/found/config-file fuzz/corpus/config-file
+# Builds the plug-in once more, elsewhere: the bytes must be the same.
+check-rebuild:
+	tools/check_rebuild.sh build/windows/orvanta-config-$(VERSION).X64.dll
+
+# Searches for inputs that break a target, FUZZ_SECONDS in all; keeps what it learns in build/.
+fuzz: build-sanitize
+	@set -e; for target in $(FUZZ_TARGETS); do \
+	  echo "Fuzzing $$target"; \
+	  mkdir -p build/found/$$target; \
+	  build/sanitize/fuzz/$$target -max_total_time=$(FUZZ_SHARE) -timeout=10 -max_len=4096 \
+	    -print_final_stats=1 -print_funcs=0 -verbosity=0 \
+	    -artifact_prefix=build/found/$$target- -dict=fuzz/$$target.dict \
+	    build/found/$$target fuzz/corpus/$$target; \
+	done
 
 bench:
 	$(PACKAGES) native bench

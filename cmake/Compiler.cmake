@@ -27,9 +27,30 @@ if(MINGW)
   # One file to copy: no program needs a run-time library beside it. Without a time stamp two
   # builds of one source are the same bytes.
   add_link_options(-static -Wl,--no-insert-timestamp)
+  # Line tables, with the paths of the source tree, for whoever looks into a crash.
+  add_compile_options($<$<CONFIG:Release>:-g1> -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=)
 endif()
 if(NOT MSVC)
   add_compile_options($<$<CONFIG:Release>:-ffunction-sections> $<$<CONFIG:Release>:-fdata-sections>)
-  add_link_options($<$<CONFIG:Release>:-s> $<$<CONFIG:Release>:-Wl,--gc-sections>)
+  set(splits_symbols $<BOOL:$<TARGET_PROPERTY:CONFIG_SPLITS_SYMBOLS>>)
+  add_link_options($<$<AND:$<CONFIG:Release>,$<NOT:${splits_symbols}>>:-s>
+                   $<$<CONFIG:Release>:-Wl,--gc-sections>)
 endif()
 set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+
+# config_split_symbols(TARGET): for programs that are shipped. The program carries no symbols; for
+# debuggers they stand beside it, in a file of its name with ".debug" behind it.
+function(config_split_symbols target)
+  if(NOT MINGW)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES CONFIG_SPLITS_SYMBOLS ON)
+  set(program $<TARGET_FILE:${target}>)
+  # These tools would put the time of day into the program.
+  set(timeless ${CMAKE_COMMAND} -E env SOURCE_DATE_EPOCH=0)
+  add_custom_command(
+    TARGET ${target} POST_BUILD
+    COMMAND ${timeless} ${CMAKE_OBJCOPY} --only-keep-debug ${program} ${program}.debug
+    COMMAND ${timeless} ${CMAKE_STRIP} ${program}
+    VERBATIM)
+endfunction()

@@ -30,4 +30,14 @@ mkdir -p "$(dirname "$WINEPREFIX")"
   warm </dev/null >/dev/null 2>&1 9>&-
 ) 9>"$WINEPREFIX.lock" || { echo "run-wine.sh: cannot start Wine in $WINEPREFIX" >&2; exit 1; }
 
-exec wine "$@"
+# Once in a thousand starts Wine itself ends at once, without a word. A test program always says
+# something first, so one that failed in silence was never run.
+said=$(mktemp)
+trap 'rm -f "$said"' EXIT
+for attempt in first second; do
+  status=0
+  wine "$@" 2>&1 | tee "$said" || status=$?
+  [[ $status != 0 && ! -s $said ]] || break
+  echo "run-wine.sh: Wine ended with $status in silence at the $attempt attempt" >&2
+done
+exit "$status"

@@ -3,18 +3,14 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <string>
 #include <string_view>
 
+#include "fuzz/Check.h"
 #include "handlers/internal/ConfigFile.h"
 
 namespace {
-
-void Check(bool holds) {
-  if (!holds) std::abort();
-}
 
 std::string Folded(std::string text) {
   for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;

@@ -15,4 +15,9 @@ inline std::string Text() {
   return std::to_string(kMajor) + "." + std::to_string(kMinor) + "." + std::to_string(kBuild);
 }
 
+/// The file name of this library with a version, or a pattern for one, in it.
+inline std::string LibraryFileName(const std::string& version = Text()) {
+  return "orvanta-config-" + version + ".X64.dll";
+}
+
 }  // namespace version

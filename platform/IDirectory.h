@@ -44,8 +44,8 @@ class IDirectory {
   virtual HResult EnterApartment() = 0;
   /// `CoUninitialize`.
   virtual void LeaveApartment() = 0;
-  /// Binds to a container with secure authentication. Throws std::bad_alloc when the texts cannot
-  /// be converted for lack of memory.
+  /// Binds to a container with secure authentication; a success may answer none. Throws
+  /// std::bad_alloc when the texts cannot be converted for lack of memory.
   virtual HResult BindContainer(const std::string& path, const std::string& account,
                                 const std::string& password,
                                 std::unique_ptr<IDirectoryContainer>* container) = 0;

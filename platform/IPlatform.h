@@ -12,6 +12,7 @@ class ILibraries;
 class IProcesses;
 class IRegistry;
 class IResolver;
+class ISecurity;
 class IServices;
 class IWmi;
 
@@ -27,6 +28,7 @@ class IPlatform {
   virtual IProcesses& Processes() = 0;
   virtual IRegistry& Registry() = 0;
   virtual IResolver& Resolver() = 0;
+  virtual ISecurity& Security() = 0;
   virtual IServices& Services() = 0;
   virtual IWmi& Wmi() = 0;
 };

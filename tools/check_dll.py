@@ -1,9 +1,12 @@
 #!/usr/bin/env python3
-"""Checks a built plug-in DLL: its one undecorated export, imports from the system only, and the
-header flags that harden it. Prints every fault and ends with 1 when there is one."""
+"""Checks a built plug-in DLL: its one undecorated export, imports from the system only, the header
+flags that harden it, its version and its size, and that it names no folder of the computer that
+built it. Prints every fault and ends with 1 when there is one."""
 
 import argparse
+import pathlib
 import re
+import struct
 import subprocess
 import sys
 
@@ -14,9 +17,33 @@ SYSTEM_LIBRARIES = {
     "oleaut32.dll", "secur32.dll", "user32.dll", "userenv.dll", "ws2_32.dll",
 }
 FLAGS = ["DYNAMIC_BASE", "HIGH_ENTROPY_VA", "NX_COMPAT"]
+MAX_BYTES = 1024 * 1024
+# The version resource: its key, and behind it the numbers, aligned, after their own signature.
+VERSION_KEY = "VS_VERSION_INFO\0".encode("utf-16-le")
+VERSION_SIGNATURE = struct.pack("<I", 0xFEEF04BD)
 
 
-def faults(headers):
+def file_version(content):
+    """The file version that the properties of a file show, or None when it has none."""
+    key = content.find(VERSION_KEY)
+    start = content.find(VERSION_SIGNATURE, key)
+    if key < 0 or not 0 <= start - key - len(VERSION_KEY) < 4:
+        return None
+    high, low = struct.unpack_from("<II", content, start + 8)
+    return ".".join(str(number) for number in (high >> 16, high & 0xFFFF, low >> 16, low & 0xFFFF))
+
+
+def content_faults(content, version, folder):
+    found = file_version(content)
+    if found != f"{version}.0":
+        yield f"version {found} instead of {version}.0"
+    if len(content) > MAX_BYTES:
+        yield f"{len(content)} bytes, more than {MAX_BYTES}"
+    if folder.encode() in content:
+        yield f"holds the name of the folder {folder}"
+
+
+def header_faults(headers):
     """Yields what is wrong in the text that `objdump -p` prints for a DLL."""
     names = re.search(r"^\[Ordinal/Name Pointer\] Table.*\n((?:\t\[.*\n)*)", headers, re.M)
     exports = re.findall(r"(\S+)$", names[1], re.M) if names else []
@@ -41,12 +68,17 @@ def faults(headers):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("dll")
+    parser.add_argument("dll", type=pathlib.Path)
+    parser.add_argument("--version", required=True, help="what it must say it is")
+    parser.add_argument("--folder", required=True, help="where its sources lie")
     parser.add_argument("--objdump", default="x86_64-w64-mingw32-objdump")
     arguments = parser.parse_args()
     headers = subprocess.run([arguments.objdump, "-p", arguments.dll], check=True,
                              capture_output=True, text=True).stdout
-    found = list(faults(headers))
+    found = [
+        *header_faults(headers),
+        *content_faults(arguments.dll.read_bytes(), arguments.version, arguments.folder),
+    ]
     for fault in found:
         print(f"{arguments.dll}: {fault}", file=sys.stderr)
     return 1 if found else 0

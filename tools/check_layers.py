@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Checks that includes run in the allowed directions (see docs/architecture.md), and that the build
-compiles every source.
+"""Checks that includes run in the allowed directions (see docs/architecture.md), that code for one
+compiler or system stays in the few files that are for it, and that the build compiles every source.
 
 check_layers.py [ROOT]         prints every violation below ROOT, ends with 1 if there is any
 check_layers.py --self-test    shows that each rule catches its violation
@@ -58,6 +58,21 @@ SYSTEM_HEADERS = {
     "tools/orvanta-config/HostSystem.cpp": ["fcntl.h", "io.h", "sys/stat.h", "unistd.h"],
 }
 
+# Code for one compiler or system, and the files that may hold it.
+SPECIAL = re.compile(
+    r"^\s*#\s*(if|ifdef|ifndef|elif|pragma\s+(?!once))"
+    r"|\b(asm|__(?!FILE__|LINE__|VA_ARGS__|cpp_|func__|has_include)\w+)\b"
+)
+SPECIAL_FILES = [  # a folder stands for all that lies in it
+    "common/sys/Wmi.h",
+    "common/util/ClassName.cpp",
+    "platform/windows/WindowsHeader.h",
+    "tests/contract/windows",
+    "tests/scenario/SimulateTest.cpp",
+    "tools/orvanta-config/Completion.cpp",  # names of another shell's functions
+    "tools/orvanta-config/HostSystem.cpp",
+]
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 
 
@@ -104,6 +119,9 @@ def check_file(root, path):
         fault = own_fault(root, path, folder, name) if is_own else system_fault(path, name)
         if fault:
             yield f"{path}:{line}: {name} {fault}"
+    for line, text in enumerate(lines, 1):
+        if SPECIAL.search(text) and not is_below(path + "/", SPECIAL_FILES):
+            yield f"{path}:{line}: is for one compiler or system: {text.strip()}"
     own_header = path.removesuffix(".cpp") + ".h"
     if path.endswith(".cpp") and (root / own_header).is_file():
         if not includes or includes[0][2] != own_header:
@@ -145,6 +163,10 @@ VIOLATIONS = [
     ("common/sys/Wmi.cpp", '#include "Wmi.h"', "not written from the root"),
     ("common/sys/Wmi.cpp", '#include "common/sys/../err/Error.h"', "not written from the root"),
     ("common/err/Error.cpp", "#include <string>", "does not come first"),
+    ("common/sys/Wmi.cpp", "#if defined(_WIN32)", "one compiler or system"),
+    ("common/sys/Wmi.cpp", "#pragma GCC poison x", "one compiler or system"),
+    ("tests/SomeTest.cpp", "int x = __builtin_clz(1);", "one compiler or system"),
+    ("platform/IWmi.h", "[[maybe_unused]] int __attribute__((x)) y;", "one compiler or system"),
     ("common/other/Thing.h", "", "no place in the layers"),
     ("tests/ForgottenTest.cpp", "", "does not list it"),
 ]
@@ -152,6 +174,8 @@ LAWFUL = {
     "common/config/Rule.h": '#include "common/err/Error.h"',
     "common/err/Error.cpp": '#include "common/err/Error.h"\n\n#include <string>',
     "common/err/Error.h": "#include <cstdint>",
+    "common/err/Site.h": "#pragma once\nconst char* file = __FILE__;",
+    "common/util/ClassName.cpp": "#if defined(__GNUC__)",
     "common/ipc/Address.h": '#include "platform/IWmi.h"',
     "platform/IWmi.h": "",
     "platform/Platform.cpp": '#include "platform/ScopedPlatform.h"',

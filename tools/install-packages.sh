@@ -6,8 +6,7 @@ set -euo pipefail
 
 declare -A packages=(
   [native]="cmake g++ libcli11-dev make ninja-build nlohmann-json3-dev"
-  [tests]="libgmock-dev libgtest-dev python3"
-  [fuzz]="clang libclang-rt-14-dev"
+  [tests]="clang libclang-rt-14-dev libgmock-dev libgtest-dev python3"
   [windows]="clang g++-mingw-w64-x86-64-posix googletest python3 wine wine64"
   [lint]="clang-format python3"
   [tidy]="clang-tidy python3"

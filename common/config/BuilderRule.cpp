@@ -23,6 +23,7 @@ namespace {
 
 using command::CommandList;
 using command::ConfigureNic;
+using command::IConfigureCommand;
 using command::SetDns;
 using command::SetStatic;
 using command::SetStaticRoute;
@@ -53,21 +54,22 @@ constexpr std::int32_t kPrerequisiteMissing = 0;
 template <typename Command>
 Command* LastIf(const CommandList& commands) {
   if (commands.empty()) return nullptr;
-  command::IConfigureCommand& last = *commands.back();
+  IConfigureCommand& last = *commands.back();
   return typeid(last) == typeid(Command) ? static_cast<Command*>(&last) : nullptr;
 }
 
 /// Adds `value` to the last command of a list if it is exactly a `Command`, else to a new one made
-/// from `arguments`. So the values of an unbroken run end up in one command.
+/// from `arguments`. So the values of an unbroken run end up in one command, which is returned.
 template <typename Command, typename... Arguments>
-void AddToLastOrNew(CommandList& commands, const std::string& value, Arguments... arguments) {
+IConfigureCommand* AddToLastOrNew(CommandList& commands, const std::string& value,
+                                  Arguments... arguments) {
   if (auto* last = LastIf<Command>(commands)) {
     last->Add(value);
-    return;
+    return last;
   }
   auto made = std::make_unique<Command>(arguments...);
   made->Add(value);
-  commands.push_back(std::move(made));
+  return commands.emplace_back(std::move(made)).get();
 }
 
 ConfigureNic& LastNic(ConfigBuilder& builder) {
@@ -93,122 +95,117 @@ SetStaticRoute& LastOrNewRoutes(ConfigBuilder& builder) {
 
 // ---- DefaultRule --------------------------------------------------------------------------------
 
-void DefaultRule::HandleEvent(EventKind kind, const std::string& value) {
+IConfigureCommand* DefaultRule::HandleEvent(EventKind kind, const std::string& value) {
   switch (kind) {
     case EventKind::COMPUTER_NAME:
-      builder_.AddCommand(std::make_unique<command::ChangeCompName>(value));
-      return;
+      return builder_.AddCommand(std::make_unique<command::ChangeCompName>(value));
     case EventKind::WORKGROUP:
-      builder_.AddCommand(std::make_unique<command::JoinWorkgroup>(value));
-      return;
+      return builder_.AddCommand(std::make_unique<command::JoinWorkgroup>(value));
     case EventKind::DOMAIN:
-      AddJoinDomain(value);
-      return;
+      return AddJoinDomain(value);
     // Credentials belong to the identity command just before them; others are dropped without a
     // word.
-    case EventKind::DOMAIN_USER:
-      if (auto* last = dynamic_cast<command::DomainCommand*>(builder_.LastCommand())) {
-        last->SetUser(value);
-      }
-      return;
-    case EventKind::DOMAIN_PASSWORD:
-      if (auto* last = dynamic_cast<command::DomainCommand*>(builder_.LastCommand())) {
-        last->SetPassword(value);
-      }
-      return;
+    case EventKind::DOMAIN_USER: {
+      auto* last = LastIdentity();
+      if (last != nullptr) last->SetUser(value);
+      return last;
+    }
+    case EventKind::DOMAIN_PASSWORD: {
+      auto* last = LastIdentity();
+      if (last != nullptr) last->SetPassword(value);
+      return last;
+    }
     case EventKind::DOMAIN_OU:
-      SetOu(value);
-      return;
+      return SetOu(value);
     case EventKind::NOOP:
-      return;
+      return nullptr;
     case EventKind::ENABLE_NETWORKING:
-      builder_.AddCommand(std::make_unique<command::EnableNetworking>(
+      return builder_.AddCommand(std::make_unique<command::EnableNetworking>(
           /*leaveDomain=*/util::EqualsIgnoringCase(value, "True")));
-      return;
     default:
       Throw(kRefusedByDefault, kNotAccepted);
   }
 }
 
-void DefaultRule::AddJoinDomain(const std::string& domain) {
+command::DomainCommand* DefaultRule::LastIdentity() const {
+  return dynamic_cast<command::DomainCommand*>(builder_.LastCommand());
+}
+
+IConfigureCommand* DefaultRule::AddJoinDomain(const std::string& domain) {
   sys::Domain& current = sys::Domain::Instance();
   if (current.IsDomainMember() && (util::EqualsIgnoringCase(domain, current.GetDnsDomainName()) ||
                                    util::EqualsIgnoringCase(domain, current.GetDomainName()))) {
-    return;
+    return nullptr;
   }
-  builder_.AddCommand(std::make_unique<command::JoinDomain>(domain));
+  return builder_.AddCommand(std::make_unique<command::JoinDomain>(domain));
 }
 
-void DefaultRule::SetOu(const std::string& ou) {
+IConfigureCommand* DefaultRule::SetOu(const std::string& ou) {
   if (auto* join = LastIf<command::JoinDomain>(builder_.Commands())) {
     join->SetOu(ou);
-  } else {
-    builder_.AddCommand(std::make_unique<command::MoveOu>(ou));
+    return join;
   }
+  return builder_.AddCommand(std::make_unique<command::MoveOu>(ou));
 }
 
 // ---- NicRule ------------------------------------------------------------------------------------
 
 NicRule::NicRule(ConfigBuilder& builder) : nic_(LastNic(builder)) {}
 
-void NicRule::HandleEvent(EventKind kind, const std::string& value) {
-  CommandList& commands = nic_.Commands();
+IConfigureCommand* NicRule::HandleEvent(EventKind kind, const std::string& value) {
   switch (kind) {
     case EventKind::NIC_MAC_ADDRESS:
       nic_.SetMacAddress(value);
-      return;
+      return &nic_;
     case EventKind::NIC_PCI_BUS:
       nic_.SetPciBus(util::ParseUnsigned(value));
-      return;
+      return &nic_;
     case EventKind::NIC_PCI_DEVICE:
       nic_.SetPciDevice(util::ParseUnsigned(value));
-      return;
+      return &nic_;
     case EventKind::NIC_PCI_FUNCTION:
       nic_.SetPciFunction(util::ParseUnsigned(value));
-      return;
+      return &nic_;
     case EventKind::DHCP:
-      commands.push_back(std::make_unique<command::SetDhcp>());
+      Add(std::make_unique<command::SetDhcp>());
       mode_ = Mode::kDhcp;
-      return;
+      return nic_.Commands().back().get();
     case EventKind::STATIC:
-      commands.push_back(std::make_unique<SetStatic>());
+      Add(std::make_unique<SetStatic>());
       mode_ = Mode::kStatic;
-      return;
+      return nic_.Commands().back().get();
     case EventKind::GATEWAY:
-      AddGateway(value);
-      return;
+      if (mode_ != Mode::kStatic) Throw(kGatewayOnDhcp, kNotAccepted);
+      return AddToLastOrNew<command::SetGateway>(nic_.Commands(), value);
     case EventKind::DNS_SERVER:
-      if (value != "0.0.0.0") AddToLastOrNew<SetDns>(commands, value, SetDns::Mode::kServers);
-      return;
+      if (value == "0.0.0.0") return nullptr;
+      return AddToLastOrNew<SetDns>(nic_.Commands(), value, SetDns::Mode::kServers);
     case EventKind::DNS_SUFFIX:
-      AddToLastOrNew<command::SetDnsSuffix>(commands, value);
-      return;
+      return AddToLastOrNew<command::SetDnsSuffix>(nic_.Commands(), value);
     case EventKind::DNS_DHCP:
-      commands.push_back(std::make_unique<SetDns>(SetDns::Mode::kDhcp));
-      return;
+      return Add(std::make_unique<SetDns>(SetDns::Mode::kDhcp));
     default:
       Throw(kRefusedByNic, kNotAccepted);
   }
 }
 
-void NicRule::AddGateway(const std::string& gateway) {
-  if (mode_ != Mode::kStatic) Throw(kGatewayOnDhcp, kNotAccepted);
-  AddToLastOrNew<command::SetGateway>(nic_.Commands(), gateway);
+IConfigureCommand* NicRule::Add(std::unique_ptr<IConfigureCommand> command) {
+  return nic_.Commands().emplace_back(std::move(command)).get();
 }
 
 // ---- IpInterfaceRule ----------------------------------------------------------------------------
 
 IpInterfaceRule::IpInterfaceRule(ConfigBuilder& builder) : static_(LastStatic(builder)) {}
 
-void IpInterfaceRule::HandleEvent(EventKind kind, const std::string& value) {
+IConfigureCommand* IpInterfaceRule::HandleEvent(EventKind kind, const std::string& value) {
   if (static_ == nullptr) Throw(kNotStatic, kPrerequisiteMissing);
   switch (kind) {
     case EventKind::IP_ADDRESS:
       static_->AddAddress(value);
-      return;
+      return static_;
     case EventKind::SUBNET_MASK:
       static_->AddMask(value);
-      return;
+      return static_;
     default:
       Throw(kRefusedByIpInterface, kNotAccepted);
   }
@@ -218,24 +215,24 @@ void IpInterfaceRule::HandleEvent(EventKind kind, const std::string& value) {
 
 StaticRouteRule::StaticRouteRule(ConfigBuilder& builder) : routes_(LastOrNewRoutes(builder)) {}
 
-void StaticRouteRule::HandleEvent(EventKind kind, const std::string& value) {
+IConfigureCommand* StaticRouteRule::HandleEvent(EventKind kind, const std::string& value) {
   hasData_ = true;  // also for an event that is refused
   switch (kind) {
     case EventKind::IP_ADDRESS:
       destination_ = value;
-      return;
+      return &routes_;
     case EventKind::SUBNET_MASK:
       mask_ = value;
-      return;
+      return &routes_;
     case EventKind::ROUTE_GATEWAY:
     case EventKind::GATEWAY:
       gateway_ = value;
-      return;
+      return &routes_;
     case EventKind::ROUTE_FOURTH_FIELD:
-      return;  // accepted and never used
+      return &routes_;  // accepted and never used
     case EventKind::ROUTE_METRIC:
       metric_ = util::ParseUnsigned(value);
-      return;
+      return &routes_;
     default:
       Throw(kRefusedByStaticRoute, kNotAccepted);
   }

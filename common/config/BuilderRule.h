@@ -3,10 +3,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "common/config/Event.h"
 #include "common/config/command/ConfigureNic.h"
+#include "common/config/command/DomainCommand.h"
+#include "common/config/command/IConfigureCommand.h"
 #include "common/config/command/SetStatic.h"
 #include "common/config/command/SetStaticRoute.h"
 
@@ -19,9 +22,10 @@ class BuilderRule {
  public:
   virtual ~BuilderRule() = default;
 
-  /// Takes one setting. Throws ConfigError when the scope does not accept it; the commands made so
-  /// far stay as they are.
-  virtual void HandleEvent(EventKind kind, const std::string& value) = 0;
+  /// Takes one setting. Returns the command that it made or changed; null when there is none.
+  /// Throws ConfigError when the scope does not accept it; the commands made so far stay as they
+  /// are.
+  virtual command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) = 0;
 
   /// Finishes the scope's work at its end; not called for a scope that is still open when the
   /// builder goes. May throw.
@@ -33,11 +37,13 @@ class DefaultRule final : public BuilderRule {
  public:
   /// `builder` is borrowed, here and below.
   explicit DefaultRule(ConfigBuilder& builder) : builder_(builder) {}
-  void HandleEvent(EventKind kind, const std::string& value) override;
+  command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
 
  private:
-  void AddJoinDomain(const std::string& domain);
-  void SetOu(const std::string& ou);
+  command::IConfigureCommand* AddJoinDomain(const std::string& domain);
+  command::IConfigureCommand* SetOu(const std::string& ou);
+  /// The command that credentials belong to; null when the last one takes none.
+  command::DomainCommand* LastIdentity() const;
 
   ConfigBuilder& builder_;
 };
@@ -47,12 +53,12 @@ class NicRule final : public BuilderRule {
  public:
   /// Binds to the builder's last command; throws ConfigError when that is no ConfigureNic.
   explicit NicRule(ConfigBuilder& builder);
-  void HandleEvent(EventKind kind, const std::string& value) override;
+  command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
 
  private:
   enum class Mode : std::int8_t { kUndecided = -1, kDhcp = 0, kStatic = 1 };
 
-  void AddGateway(const std::string& gateway);
+  command::IConfigureCommand* Add(std::unique_ptr<command::IConfigureCommand> command);
 
   command::ConfigureNic& nic_;
   Mode mode_ = Mode::kUndecided;
@@ -63,7 +69,7 @@ class IpInterfaceRule final : public BuilderRule {
  public:
   /// Binds to the SetStatic that the events before it made, or stays unbound.
   explicit IpInterfaceRule(ConfigBuilder& builder);
-  void HandleEvent(EventKind kind, const std::string& value) override;
+  command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
 
  private:
   command::SetStatic* static_;
@@ -74,7 +80,7 @@ class StaticRouteRule final : public BuilderRule {
  public:
   /// Binds to the builder's last command when that is a SetStaticRoute, else to a new one.
   explicit StaticRouteRule(ConfigBuilder& builder);
-  void HandleEvent(EventKind kind, const std::string& value) override;
+  command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
   /// Throws ipc::CIPAddressError for a host name that does not resolve; no route is added then.
   void Close() override;
 

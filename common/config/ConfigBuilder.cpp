@@ -36,27 +36,33 @@ void ConfigBuilder::SetOption(std::uint32_t option, const std::string& value) {
   }
 }
 
-void ConfigBuilder::ConfigEvent(EventKind kind, Event phase, const std::string& value) {
+command::IConfigureCommand* ConfigBuilder::ConfigEvent(EventKind kind, Event phase,
+                                                       const std::string& value) {
   if (phase == Event::END) {
     CloseScope();
-  } else if (phase == Event::BEGIN && OpensScope(kind)) {
-    OpenScope(kind);
-  } else {
-    CurrentRule().HandleEvent(kind, value);
+    return nullptr;
   }
+  if (phase == Event::BEGIN && OpensScope(kind)) return OpenScope(kind);
+  return CurrentRule().HandleEvent(kind, value);
 }
 
-void ConfigBuilder::OpenScope(EventKind kind) {
-  std::unique_ptr<BuilderRule> rule;
-  if (kind == EventKind::NIC) {
-    AddCommand(std::make_unique<command::ConfigureNic>(log_));
-    rule = std::make_unique<NicRule>(*this);
-  } else if (kind == EventKind::IP_INTERFACE) {
-    rule = std::make_unique<IpInterfaceRule>(*this);
-  } else {
-    rule = std::make_unique<StaticRouteRule>(*this);
+command::IConfigureCommand* ConfigBuilder::OpenScope(EventKind kind) {
+  if (kind == EventKind::IP_INTERFACE) {
+    scopes_.push_back(std::make_unique<IpInterfaceRule>(*this));
+    return nullptr;
   }
-  scopes_.push_back(std::move(rule));
+  if (kind == EventKind::STATIC_ROUTE) {
+    scopes_.push_back(std::make_unique<StaticRouteRule>(*this));
+    return LastCommand();
+  }
+  command::IConfigureCommand* const nic = AddCommand(std::make_unique<command::ConfigureNic>(log_));
+  try {
+    scopes_.push_back(std::make_unique<NicRule>(*this));
+  } catch (...) {
+    commands_.pop_back();  // an adapter without a scope would collect the next one's settings
+    throw;
+  }
+  return nic;
 }
 
 void ConfigBuilder::CloseScope() {
@@ -71,16 +77,17 @@ BuilderRule& ConfigBuilder::CurrentRule() const {
   return *scopes_.back();
 }
 
-void ConfigBuilder::AddCommand(std::unique_ptr<command::IConfigureCommand> command) {
-  commands_.push_back(std::move(command));
+command::IConfigureCommand* ConfigBuilder::AddCommand(
+    std::unique_ptr<command::IConfigureCommand> command) {
+  return commands_.emplace_back(std::move(command)).get();
 }
 
 command::IConfigureCommand* ConfigBuilder::LastCommand() const {
   return commands_.empty() ? nullptr : commands_.back().get();
 }
 
-void ConfigBuilder::Analyze() {
-  analyzer::Factory::Instance().GetAnalyzer(&joinDomainBeforeNameChange_).Analyze(commands_);
+analyzer::Analysis ConfigBuilder::Analyze() {
+  return analyzer::Factory::Instance().GetAnalyzer(&joinDomainBeforeNameChange_).Analyze(commands_);
 }
 
 bool ConfigBuilder::RunConfig(bool* reboot) {

@@ -8,6 +8,7 @@
 
 #include "common/config/BuilderRule.h"
 #include "common/config/Event.h"
+#include "common/config/analyzer/Analysis.h"
 #include "common/config/command/IConfigureCommand.h"
 #include "common/logging/ILogSink.h"
 
@@ -29,10 +30,12 @@ class ConfigBuilder {
 
   /// Accepts one event. Throws ConfigError for an event that the innermost scope does not accept;
   /// queue and scopes stay as they were. The end of a route's scope throws what its values throw;
-  /// the scope is closed all the same and the route is not added.
-  void ConfigEvent(EventKind kind, Event phase, const std::string& value);
+  /// the scope is closed all the same and the route is not added. Returns the command that the
+  /// event made or changed; null when there is none. It is the builder's.
+  command::IConfigureCommand* ConfigEvent(EventKind kind, Event phase, const std::string& value);
 
-  void AddCommand(std::unique_ptr<command::IConfigureCommand> command);
+  /// Returns the command, which is the builder's from now on.
+  command::IConfigureCommand* AddCommand(std::unique_ptr<command::IConfigureCommand> command);
   /// Null when the queue is empty.
   command::IConfigureCommand* LastCommand() const;
   /// The queue, in the order in which it runs.
@@ -40,7 +43,7 @@ class ConfigBuilder {
 
   /// Drops what is not needed, binds adapters, orders the queue and adds the restart it needs.
   /// Throws what the questions to the machine throw, the queue then being partly edited.
-  void Analyze();
+  analyzer::Analysis Analyze();
 
   /// Runs the queue. True when every command ran, `*reboot` being false then; false when the run
   /// stopped at a restart, `*reboot` being true. Throws what a command throws: commands before it
@@ -48,7 +51,7 @@ class ConfigBuilder {
   bool RunConfig(bool* reboot);
 
  private:
-  void OpenScope(EventKind kind);
+  command::IConfigureCommand* OpenScope(EventKind kind);
   void CloseScope();
   BuilderRule& CurrentRule() const;
 

@@ -3,7 +3,6 @@
 #include <array>
 #include <bit>
 
-#include "common/util/Text.h"
 #include "platform/IPlatform.h"
 #include "platform/IResolver.h"
 
@@ -17,20 +16,8 @@ using Parts = std::array<std::uint8_t, 4>;
 
 Parts PartsOf(const IPAddress& address) { return std::bit_cast<Parts>(address.Bits()); }
 
-/// Starts WinSock once in the life of the process, before the first name is resolved.
-class WinSockManager {
- public:
-  void EnsureStarted() {
-    if (!started_) started_ = platform::Current().Resolver().Start() == 0;
-  }
-
- private:
-  bool started_ = false;
-};
-
 std::uint32_t Resolve(const std::string& name) {
-  static WinSockManager winSock;
-  winSock.EnsureStarted();
+  WinSockManager::Instance().EnsureStarted();
   platform::IResolver& resolver = platform::Current().Resolver();
   std::uint32_t bits = 0;
   if (!resolver.LookUpHost(name, &bits)) {
@@ -48,11 +35,25 @@ std::uint32_t BitsOf(const std::string& text) {
 
 }  // namespace
 
+WinSockManager& WinSockManager::Instance() {
+  static WinSockManager manager;
+  return manager;
+}
+
+void WinSockManager::EnsureStarted() {
+  if (!started_) started_ = platform::Current().Resolver().Start() == 0;
+}
+
 IPAddress::IPAddress(const std::string& text) : bits_(BitsOf(text)) {}
 
 std::string IPv4Address::ToString() const {
   const Parts parts = PartsOf(*this);
-  return util::Format("%d.%d.%d.%d", parts[0], parts[1], parts[2], parts[3]);
+  std::string text;
+  for (const unsigned part : parts) {
+    if (!text.empty()) text += ".";
+    text += std::to_string(part);
+  }
+  return text;
 }
 
 std::strong_ordering IPv4Address::operator<=>(const IPv4Address& other) const {

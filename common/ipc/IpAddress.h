@@ -15,6 +15,18 @@ struct CIPAddressError : err::CGeneralError {
   using err::CGeneralError::CGeneralError;
 };
 
+/// Starts WinSock once in the life of the process, before the first name is resolved.
+class WinSockManager {
+ public:
+  static WinSockManager& Instance();
+  /// A start that fails is tried again the next time.
+  void EnsureStarted();
+
+ private:
+  friend struct WinSockTestAccess;
+  bool started_ = false;
+};
+
 /// An address and a port that is always 0.
 class IPAddress {
  public:

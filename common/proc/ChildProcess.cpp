@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "common/proc/OutputRelay.h"
+#include "common/sys/ExecuteAsUser.h"
 #include "common/util/LastError.h"
 #include "platform/IPlatform.h"
 
@@ -68,6 +69,7 @@ std::int32_t CChildProcess::ExecuteCmd(const char* applicationName, const std::s
                                        bool wait, std::uint16_t showWindow, OutputRelay* relay) {
   const Locked locked(lock_);
   if (!user.empty()) {
+    const sys::CExecuteAsUser asUser(logSink_);
     logSink_.Log(logging::kProgress,
                  "%s:%d CChildProcess::ExecuteCmd() calling ExecuteAsUser:Execute()", kSource,
                  kAsUserLine);

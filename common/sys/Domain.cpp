@@ -112,7 +112,7 @@ void MoveObject(const std::string& source, const std::string& destination,
   std::unique_ptr<platform::IDirectoryContainer> container;
   const platform::HResult bound =
       Directory().BindContainer(destination, account, password, &container);
-  if (platform::Failed(bound)) {
+  if (platform::Failed(bound) || container == nullptr) {
     throw DomainError{kNotBound, kMoveValue, static_cast<std::uint32_t>(bound)};
   }
   const platform::HResult moved = container->MoveHere(source);

@@ -33,6 +33,11 @@ Entries Collect(NicAdapter& adapter, int adapterNumber) {
 
 }  // namespace
 
+std::string SectionName(int adapterNumber) {
+  // Deliberate: "Interface" sections, which a configuration does not read back.
+  return adapterNumber == 0 ? "TCP/IP" : "Interface" + std::to_string(adapterNumber);
+}
+
 void WriteNicInfo(const Entries& global, NicList& adapters, const std::string& path) {
   WriteSection("Global", global, path);
   util::WriteProfileEntry("Global", "RebootAfterConfig", "True", path);
@@ -41,9 +46,7 @@ void WriteNicInfo(const Entries& global, NicList& adapters, const std::string& p
     auto* adapter = dynamic_cast<NicAdapter*>(*node);
     if (adapter == nullptr) continue;
     if (adapter->IsPci()) {
-      // Deliberate: "Interface" sections, which a configuration does not read back.
-      const std::string section = number == 0 ? "TCP/IP" : "Interface" + std::to_string(number);
-      WriteSection(section, Collect(*adapter, number), path);
+      WriteSection(SectionName(number), Collect(*adapter, number), path);
     }
     ++number;
   }

@@ -12,10 +12,13 @@ namespace sys {
 /// Entries of one section, in the order in which they are written.
 using Entries = std::map<std::string, std::string>;
 
+/// The section of an adapter by its position in the list: "TCP/IP" for the first one, then
+/// "Interface1", "Interface2", ...
+std::string SectionName(int adapterNumber);
+
 /// Writes `global` and "RebootAfterConfig" = "True" into section "Global" of the file `path`, then
-/// every PCI adapter into a section of its own: "TCP/IP" for the first adapter of the list,
-/// "Interface1", "Interface2", ... for the others. An adapter that is skipped uses up its number.
-/// Sections and keys that are there are updated in place; refused entries are dropped.
+/// every PCI adapter into its section. An adapter that is skipped uses up its number. Sections and
+/// keys that are there are updated in place; refused entries are dropped.
 void WriteNicInfo(const Entries& global, NicList& adapters, const std::string& path);
 
 /// Turns the nodes of one adapter into entries. Static routes are not among them.

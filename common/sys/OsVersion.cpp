@@ -134,6 +134,12 @@ void OsVersion::Query() {
   }
 }
 
+std::vector<std::string> OsVersion::PropertyNames() {
+  std::vector<std::string> names;
+  for (const Property& property : kProperties) names.emplace_back(property.name);
+  return names;
+}
+
 std::string OsVersion::SystemFolder() const {
   const bool ends =
       !SystemDrive.empty() && (SystemDrive.back() == '\\' || SystemDrive.back() == '/');

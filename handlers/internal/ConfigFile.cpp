@@ -24,11 +24,16 @@ std::string_view Trim(std::string_view text) {
 
 }  // namespace
 
-/// One run over the text of a load.
+/// One run over the text of a load. Telling the lines must not slow down those who do not ask.
+template <bool kTellsLines>
 class ConfigFile::Parser {
  public:
-  Parser(ConfigFile* file, bool merge)
-      : file_(*file), merge_(merge), text_(file->text_.data()), end_(text_ + file->text_.size()) {
+  Parser(ConfigFile* file, bool merge, std::vector<Line>* lines)
+      : file_(*file),
+        merge_(merge),
+        lines_(lines),
+        text_(file->text_.data()),
+        end_(text_ + file->text_.size()) {
     previous_.key.offset = previous_.value.offset = static_cast<std::uint32_t>(file->parseStart_);
   }
 
@@ -45,11 +50,12 @@ class ConfigFile::Parser {
       if (!ParseLine(line, lineEnd)) return kUnreadable;
       line = newline == end_ ? end_ : newline + 1;
     }
+    if (file_.failure_) return kUnreadable;
     return replaced_ ? kReplaced : kSuccess;
   }
 
  private:
-  /// False when the line is a header without "]".
+  /// False when the line ends the load.
   bool ParseLine(char* begin, char* end) {
     while (begin != end && IsBlank(*begin)) ++begin;
     while (begin != end && IsBlank(end[-1])) --end;
@@ -60,31 +66,44 @@ class ConfigFile::Parser {
     const bool isComment = *begin == ';' || *begin == '#';
     if (!isComment && Find('=', begin, end) == end) {
       ContinuePrevious(line);
+      Tell(Line::Kind::kContinuation, line, target_);
     } else if (isComment || !merge_ || !MergeEntry(line)) {
-      TakeEntry(line);
+      const std::uint32_t entry = TakeEntry(line);
+      Tell(isComment ? Line::Kind::kComment : Line::Kind::kEntry, line, entry);
     }
     return true;
   }
 
-  bool OpenSection(char* begin, char* end) {
-    char* const bracket = Find(']', begin, end);
-    if (bracket == end) {
-      file_.failure_ = static_cast<std::size_t>(begin - text_);
-      return false;
+  void Tell(Line::Kind kind, Range line, std::uint32_t entry) {
+    if constexpr (kTellsLines) {
+      lines_->push_back({line.offset, line.length, section_, entry, kind});
     }
-    // Deliberate: only the brackets go, what follows them stays part of the name.
-    Remove(bracket, &end);
+  }
+
+  bool OpenSection(char* begin, char* end) {
+    const Range line{static_cast<std::uint32_t>(begin - text_),
+                     static_cast<std::uint32_t>(end - begin)};
+    char* const bracket = Find(']', begin, end);
+    const bool isOpen = bracket == end;
+    if (isOpen) {
+      if (!file_.failure_) file_.failure_ = line.offset;
+      if constexpr (!kTellsLines) return false;
+    } else {
+      // Deliberate: only the brackets go, what follows them stays part of the name.
+      Remove(bracket, &end);
+    }
     const std::string_view name = Trim({begin + 1, end});
     section_ = file_.OpenSection(
         {static_cast<std::uint32_t>(name.data() - text_), static_cast<std::uint32_t>(name.size())});
     target_ = 0;
+    Tell(isOpen ? Line::Kind::kOpenHeader : Line::Kind::kHeader, line, /*entry=*/0);
     return true;
   }
 
-  void TakeEntry(Range line) {
-    file_.AddEntry(section_, line);
+  std::uint32_t TakeEntry(Range line) {
     previousLine_ = line;
     target_ = 0;
+    return file_.AddEntry(section_, line);
   }
 
   /// False when the section does not have the key yet.
@@ -151,6 +170,7 @@ class ConfigFile::Parser {
 
   ConfigFile& file_;
   const bool merge_;
+  std::vector<Line>* const lines_;
   bool replaced_ = false;
   char* const text_;
   char* const end_;
@@ -184,11 +204,21 @@ ConfigFile::Result ConfigFile::Load(const std::string& path, bool merge) {
 }
 
 ConfigFile::Result ConfigFile::Parse(std::string text, bool merge) {
+  if (!TakeText(std::move(text), merge)) return kUnreadable;
+  return Parser</*kTellsLines=*/false>(this, merge, /*lines=*/nullptr).Run();
+}
+
+ConfigFile::Result ConfigFile::ParseLines(std::string text, std::vector<Line>* lines) {
+  if (!TakeText(std::move(text), /*merge=*/false)) return kUnreadable;
+  return Parser</*kTellsLines=*/true>(this, /*merge=*/false, lines).Run();
+}
+
+bool ConfigFile::TakeText(std::string text, bool merge) {
   EndWalks();
   failure_.reset();
   // Twice the size, as `extra_` may come to hold as much as the text.
   const std::size_t kept = merge ? text_.size() + extra_.size() : 0;
-  if (text.empty() || kept + 2 * text.size() >= kMaxOffset) return kUnreadable;
+  if (text.empty() || kept + 2 * text.size() >= kMaxOffset) return false;
   if (merge) {
     text_.append(extra_);  // keeps every offset
     parseStart_ = text_.size();
@@ -208,7 +238,7 @@ ConfigFile::Result ConfigFile::Parse(std::string text, bool merge) {
   extra_.clear();
   countedOffset_ = parseStart_;
   countedLines_ = 0;
-  return Parser(this, merge).Run();
+  return true;
 }
 
 ConfigFile::Result ConfigFile::ReadValue(std::string_view section, std::string_view key,
@@ -300,20 +330,35 @@ ConfigFile::Position ConfigFile::FailurePosition() {
   return failure_ ? PositionOf(*failure_) : Position{};
 }
 
-// Counts on from the place asked for before, so that asking in file order stays cheap.
+ConfigFile::Position ConfigFile::FindPosition(std::string_view section) {
+  const auto id = FindSection(section);
+  return id ? PositionOf(sections_[*id].name.offset) : Position{};
+}
+
+ConfigFile::Position ConfigFile::FindPosition(std::string_view section, std::string_view key) {
+  const auto id = FindSection(section);
+  const FoundEntry entry = id ? FindEntry(*id, key) : FoundEntry{};
+  return entry.id != 0 ? PositionOf(entry.pair.key.offset) : Position{};
+}
+
+// Counts on, or back, from the place asked for before, so that asking about neighbours is cheap.
 ConfigFile::Position ConfigFile::PositionOf(std::size_t offset) {
   if (offset < parseStart_ || offset >= text_.size()) return {};
-  if (offset < countedOffset_) {
-    countedOffset_ = parseStart_;
-    countedLines_ = 0;
-  }
   const std::string_view text = text_;
-  const std::string_view fresh = text.substr(countedOffset_, offset - countedOffset_);
-  countedLines_ += static_cast<std::size_t>(std::count(fresh.begin(), fresh.end(), '\n'));
+  const auto [first, last] = std::minmax(offset, countedOffset_);
+  const std::string_view between = text.substr(first, last - first);
+  const auto lines = static_cast<std::size_t>(std::count(between.begin(), between.end(), '\n'));
+  countedLines_ = offset < countedOffset_ ? countedLines_ - lines : countedLines_ + lines;
   countedOffset_ = offset;
   const std::string_view before = text.substr(parseStart_, offset - parseStart_);
   // Without a newline the sum wraps round to the whole size, as it should.
   return {countedLines_ + 1, before.size() - before.rfind('\n')};
+}
+
+ConfigFile::Entry ConfigFile::EntryOf(const Line& line) {
+  const Pair pair = PairOf(line.entry);
+  const std::string_view key = View(pair.key);
+  return {key, View(pair.value), FindEntry(line.section, key).id};
 }
 
 std::string_view ConfigFile::View(Range range) const {

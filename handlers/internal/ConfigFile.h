@@ -51,6 +51,34 @@ class ConfigFile {
   /// the sections hold what preceded it; an empty text or one of 2 GiB and more changes nothing.
   Result Parse(std::string text, bool merge);
 
+  /// What a line of a text became.
+  struct Line {
+    enum class Kind : std::uint8_t { kHeader, kOpenHeader, kComment, kEntry, kContinuation };
+    /// Where the line stands in the text, without the blanks at its ends.
+    std::uint32_t offset = 0;
+    std::uint32_t length = 0;
+    /// Number of the section that the line opened or that was open; 0 is the unnamed one.
+    std::uint32_t section = 0;
+    /// Number of the entry that the line made or, as a continuation, was added to; 0 for headers.
+    std::uint32_t entry = 0;
+    Kind kind = Kind::kEntry;
+  };
+
+  /// Parses without merging and tells what became of every line but the empty ones. A header
+  /// without "]" is `kOpenHeader`: it fails the load as ever, but parsing goes on behind it as if
+  /// the "]" stood at its end.
+  Result ParseLines(std::string text, std::vector<Line>* lines);
+
+  /// An entry by what a line became; the views hold until the next load or insertion.
+  struct Entry {
+    std::string_view key;
+    std::string_view value;
+    /// Number of the entry that a look-up of the key finds.
+    std::uint32_t first = 0;
+  };
+  Entry EntryOf(const Line& line);
+  std::string_view SectionOf(const Line& line) const { return View(sections_[line.section].name); }
+
   /// Copies the value of the first entry with that key.
   Result ReadValue(std::string_view section, std::string_view key, std::string* value);
 
@@ -86,6 +114,9 @@ class ConfigFile {
   Position SectionPosition();
   /// Where the header without "]" stands that ended the last load.
   Position FailurePosition();
+  /// Where the name of the section stands first, or the key of the entry that a look-up finds.
+  Position FindPosition(std::string_view section);
+  Position FindPosition(std::string_view section, std::string_view key);
 
  private:
   /// A part of `text_`, or of `extra_` when the offset is beyond `text_`.
@@ -113,8 +144,11 @@ class ConfigFile {
     bool active = false;
     std::uint32_t at = 0;
   };
+  template <bool kTellsLines>
   class Parser;
 
+  /// Makes the text the one to parse; false, without any change, when it is refused as a whole.
+  bool TakeText(std::string text, bool merge);
   std::string_view View(Range range) const;
   std::uint32_t Hash(std::string_view text) const;
   template <typename T>

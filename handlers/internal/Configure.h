@@ -1,10 +1,8 @@
 // Configures the machine from the agent's configuration file.
 #pragma once
 
-#include <string>
-
-#include "common/config/ConfigBuilder.h"
 #include "handlers/MessageHandler.h"
+#include "handlers/internal/ConfigurePlan.h"
 
 class Configure final : public CMessageHandler {
  public:
@@ -17,7 +15,5 @@ class Configure final : public CMessageHandler {
   std::int32_t HandleMessage(IAgentMessage* message, IAgentHost* host) override;
 
  private:
-  void SendEnableNetworking(config::ConfigBuilder& builder, bool afterCreateImage);
-  void Run(config::ConfigBuilder& builder, bool noReboot, const std::string& path,
-           IAgentMessage& message);
+  void Run(ConfigurePlan& plan, IAgentMessage& message);
 };

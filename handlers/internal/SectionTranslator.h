@@ -1,7 +1,6 @@
 // Tells the configuration builder, as events, what the sections of a configuration file ask for.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,57 +9,66 @@
 #include "common/logging/ILogSink.h"
 #include "handlers/IAgentHost.h"
 #include "handlers/internal/ConfigFile.h"
+#include "handlers/internal/ConfigKeys.h"
+#include "handlers/internal/IEventListener.h"
 
 /// Works through one file. Keys that are absent or empty send no event.
 class SectionTranslator {
  public:
   /// Everything is borrowed.
   SectionTranslator(ConfigFile& file, config::ConfigBuilder& builder, logging::ILogSink& log,
-                    IAgentHost& host)
-      : file_(file), builder_(builder), log_(log), host_(host) {}
+                    IAgentHost& host, IEventListener& listener)
+      : file_(file), builder_(builder), log_(log), host_(host), listener_(listener) {}
 
   /// Translates all sections in file order; sections it does not know are passed over. Throws what
   /// the builder throws.
   void TranslateAll();
 
  private:
+  /// The name of a key, numbered or not; it holds as long as the text that it is made from.
+  struct KeyName {
+    KeyName(Key key) : text(NameOf(key)) {}
+    KeyName(const std::string& numbered) : text(numbered) {}
+    std::string_view text;
+  };
   struct Credentials {
     bool given = false;
     std::string user;
     std::string password;
   };
 
-  void Translate(const std::string& section);
-  void SendAgentSettings(const std::string& section);
+  void TranslateSection();
+  void SendAgentSettings();
 
-  void TranslateNetworking(const std::string& section);
-  Credentials ReadCredentials(const std::string& section);
-  bool SendMembership(const std::string& section);
-  void SendWithCredentials(config::EventKind kind, const std::string& value,
-                           const Credentials& credentials);
+  void TranslateNetworking();
+  Credentials ReadCredentials();
+  bool SendMembership();
+  void SendWithCredentials(config::EventKind kind, KeyName key, const Credentials& credentials);
 
-  void TranslateAdapter(const std::string& section);
-  void SendAddressing(const std::string& section);
-  void SendDns(const std::string& section);
-  void SendRoutes(const std::string& section);
+  void TranslateAdapter();
+  void SendAddressing();
+  void SendDns();
+  void SendRoutes();
 
-  /// Empty when the key is absent.
-  std::string Value(const std::string& section, std::string_view key);
+  /// A value of the section; empty when the key is absent.
+  std::string Value(KeyName key);
   /// The pieces of a value that holds a list.
-  std::vector<std::string> List(const std::string& section, std::string_view key);
-  /// The indexes of the first keys made of `prefix` and a number that are present, as many as the
-  /// key `countKey` says.
-  std::vector<std::size_t> Indexes(const std::string& section, std::string_view prefix,
-                                   std::string_view countKey);
+  std::vector<std::string> List(KeyName key);
 
-  void Send(config::EventKind kind, const std::string& value);
-  void SendEach(config::EventKind kind, const std::vector<std::string>& values);
-  void SendIfPresent(config::EventKind kind, const std::string& section, std::string_view key);
-  void Begin(config::EventKind kind, const std::string& value);
-  void End(config::EventKind kind);
+  // The key is the one that asks for the event.
+
+  void SendEvent(config::EventKind kind, config::Event phase, KeyName key,
+                 const std::string& value);
+  void Send(config::EventKind kind, KeyName key, const std::string& value);
+  void SendEach(config::EventKind kind, KeyName key);
+  void SendIfPresent(config::EventKind kind, KeyName key);
+  void Begin(config::EventKind kind, KeyName key);
+  void End(config::EventKind kind, KeyName key);
 
   ConfigFile& file_;
   config::ConfigBuilder& builder_;
   logging::ILogSink& log_;
   IAgentHost& host_;
+  IEventListener& listener_;
+  std::string section_;  // the one being translated
 };

@@ -15,12 +15,10 @@ std::int32_t UpdateInfo::HandleMessage(IAgentMessage* message, IAgentHost* /*hos
   std::uint32_t count = 0;
   message->GetIntValue(kCountKey, &count);
   const std::string index = std::to_string(count);
-  const std::string name = "orvanta-config";
-  const std::string suffix = ".X64.dll";
 
   // Deliberate: the current file has no folder, the pattern has one.
-  const std::string current = name + "-" + version::Text() + suffix;
-  const std::string pattern = R"(agents\tarvo\)" + name + "-*" + suffix;
+  const std::string current = version::LibraryFileName();
+  const std::string pattern = R"(agents\tarvo\)" + version::LibraryFileName("*");
   message->AddValue(("Auto-Update-Current" + index).c_str(), current.c_str());
   message->AddValue(("Auto-Update-Pattern" + index).c_str(), pattern.c_str());
   message->SetIntValue(kCountKey, static_cast<std::int32_t>(count + 1));

@@ -30,6 +30,7 @@ enum Error : platform::Win32Error {
   kServiceUnknown = 1060,
   kLogonFailure = 1326,
   kNoSuchAccount = 1332,
+  kAllottedSpaceExceeded = 1344,
   kNotDomainMember = 1351,
   kNoSuchDomain = 1355,
   kAlreadyJoined = 2691,

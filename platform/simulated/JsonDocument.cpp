@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
-#include <numeric>
 #include <utility>
 #include <vector>
 
 #include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
@@ -149,21 +149,6 @@ bool IsWideText(const std::string& text) {
          (text.size() > 1 && text[1] == '\0');
 }
 
-/// How many letters must be inserted, removed or replaced to make one text the other.
-std::size_t Distance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> row(right.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < right.size(); ++j) {
-      const std::size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
-
 }  // namespace
 
 nlohmann::json ParseDocument(const std::string& text, const std::string& fileName) {
@@ -196,12 +181,7 @@ void Cursor::FailType(const std::string& expected) const {
 void Cursor::FailUnknown(const std::string& what, std::string_view name,
                          std::span<const std::string_view> known) const {
   std::string mend = "; remove it or correct its name";
-  const auto nearest = std::min_element(known.begin(), known.end(),
-                                        [&](std::string_view left, std::string_view right) {
-                                          return Distance(left, name) < Distance(right, name);
-                                        });
-  // A name that shares hardly a letter is no help.
-  if (name.size() <= kLongestNameShown && Distance(*nearest, name) <= 2 + name.size() / 5) {
+  if (const auto nearest = Nearest(name, known)) {
     mend = "; did you mean \"" + std::string(*nearest) + "\"?";
   } else if (known.size() <= kMostNamesListed) {
     mend.clear();

@@ -136,6 +136,8 @@ struct Fault {
   std::optional<std::int32_t> result;
   /// How many calls have matched so far.
   std::uint32_t matched = 0;
+  /// The call that it struck last, by its name; empty before the first.
+  std::string struck;
 };
 
 struct Machine {
@@ -156,6 +158,9 @@ struct Machine {
   /// What "LibCrypto.dll" deciphers; without it the library is not installed.
   std::optional<std::map<std::string, std::string>> decrypt;
   std::vector<DirectoryDomain> domains;
+  /// The SIDs that window stations and desktops let in, as numbers, by the object's handle. An
+  /// object that is absent lets everyone in. Machine files do not hold them.
+  std::map<std::uint64_t, std::vector<std::uint64_t>> userObjects;
   std::vector<Fault> faults;
 
   /// Calls that changed the machine or paused, in order, whether they succeeded or not. Each is an

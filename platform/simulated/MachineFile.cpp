@@ -21,7 +21,7 @@ namespace {
 
 constexpr const char* kHidden = "***";
 /// What stands in the names of settings that hold a password.
-constexpr std::string_view kSecretWords[] = {"password", "passwd", "passphrase", "pwd", "secret"};
+constexpr std::string_view kSecretWords[] = {"pass", "pwd", "secret"};
 constexpr int kSchema = 1;
 
 // Every kind of value knows how to read itself from a document and how to write itself: a codec
@@ -575,12 +575,16 @@ std::size_t SecretWordIn(std::string_view text) {
   return first;
 }
 
-/// Where the value of a password entry starts in a line; npos when it holds none.
+/// Where the value of a password entry starts in a line, or what a comment says behind the word;
+/// npos when the line holds none.
 std::size_t PasswordIn(std::string_view line) {
   const std::size_t word = SecretWordIn(line);
   if (word == std::string_view::npos) return word;
   const std::size_t equals = line.find('=', word);
-  return equals == std::string_view::npos ? equals : equals + 1;
+  if (equals != std::string_view::npos) return equals + 1;
+  const std::string_view content = Trimmed(line);
+  if (!content.starts_with(';') && !content.starts_with('#')) return equals;
+  return line.find_first_of(": \t", word);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "platform/simulated/FilesPort.h"
 #include "platform/simulated/ProcessesPort.h"
 #include "platform/simulated/RegistryPort.h"
+#include "platform/simulated/SecurityPort.h"
 #include "platform/simulated/ServicesPort.h"
 #include "platform/simulated/SystemPorts.h"
 #include "platform/simulated/WmiPort.h"
@@ -22,6 +23,7 @@ struct SimulatedPlatform::Ports {
   ProcessesPort processes{simulation};
   RegistryPort registry{simulation};
   ResolverPort resolver{simulation};
+  SecurityPort security{simulation};
   ServicesPort services{simulation};
   WmiPort wmi{simulation};
 };
@@ -38,6 +40,7 @@ platform::ILibraries& SimulatedPlatform::Libraries() { return ports_->libraries;
 platform::IProcesses& SimulatedPlatform::Processes() { return ports_->processes; }
 platform::IRegistry& SimulatedPlatform::Registry() { return ports_->registry; }
 platform::IResolver& SimulatedPlatform::Resolver() { return ports_->resolver; }
+platform::ISecurity& SimulatedPlatform::Security() { return ports_->security; }
 platform::IServices& SimulatedPlatform::Services() { return ports_->services; }
 platform::IWmi& SimulatedPlatform::Wmi() { return ports_->wmi; }
 

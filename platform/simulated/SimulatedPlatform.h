@@ -27,6 +27,7 @@ class SimulatedPlatform final : public platform::IPlatform {
   platform::IProcesses& Processes() override;
   platform::IRegistry& Registry() override;
   platform::IResolver& Resolver() override;
+  platform::ISecurity& Security() override;
   platform::IServices& Services() override;
   platform::IWmi& Wmi() override;
 

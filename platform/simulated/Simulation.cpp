@@ -24,13 +24,14 @@ bool Matches(const Fault& fault, const Call& call) {
 
 const Fault* Simulation::Strike(const Call& call) {
   ++callCount;
-  const Fault* striking = nullptr;
+  Fault* striking = nullptr;
   for (Fault& fault : machine.faults) {
     if (!Matches(fault, call)) continue;
     ++fault.matched;
     const bool strikes = !fault.nth || *fault.nth == fault.matched;
     if (strikes && striking == nullptr) striking = &fault;
   }
+  if (striking != nullptr) striking->struck = call.name.Text();
   return striking;
 }
 

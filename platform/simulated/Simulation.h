@@ -25,6 +25,7 @@ struct Usage {
   int policies = 0;
   /// Pipe ends, processes and threads.
   int processHandles = 0;
+  int heapBlocks = 0;
 
   bool operator==(const Usage&) const = default;
 };
@@ -83,6 +84,23 @@ inline constexpr std::string_view kCallNames[] = {"directory.bind",
                                                   "registry.open",
                                                   "registry.query",
                                                   "registry.set",
+                                                  "security.acl_size",
+                                                  "security.add_entry",
+                                                  "security.allocate",
+                                                  "security.close",
+                                                  "security.copy_sid",
+                                                  "security.get_entry",
+                                                  "security.get_list",
+                                                  "security.get_object",
+                                                  "security.init_acl",
+                                                  "security.init_descriptor",
+                                                  "security.revert",
+                                                  "security.set_list",
+                                                  "security.set_object",
+                                                  "security.set_station",
+                                                  "security.token_user",
+                                                  "security.unload_profile",
+                                                  "security.valid_descriptor",
                                                   "service.close",
                                                   "service.open",
                                                   "service.open_manager",

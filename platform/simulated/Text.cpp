@@ -3,6 +3,9 @@
 #include <algorithm>
 #include <charconv>
 #include <limits>
+#include <numeric>
+#include <utility>
+#include <vector>
 
 namespace simulated {
 namespace {
@@ -12,6 +15,24 @@ char Fold(char letter) {
 }
 
 bool SameLetter(char left, char right) { return Fold(left) == Fold(right); }
+
+/// A longer name is no misspelling of anything.
+constexpr std::size_t kLongestMisspelling = 60;
+
+/// How many letters must be inserted, removed or replaced to make one text the other.
+std::size_t Distance(std::string_view left, std::string_view right) {
+  std::vector<std::size_t> row(right.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < right.size(); ++j) {
+      const std::size_t replaced = diagonal + (SameLetter(left[i], right[j]) ? 0 : 1);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
 
 }  // namespace
 
@@ -52,6 +73,23 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
+std::optional<std::string_view> Nearest(std::string_view name,
+                                        std::span<const std::string_view> known) {
+  if (name.size() > kLongestMisspelling) return std::nullopt;
+  std::optional<std::string_view> nearest;
+  // A name that shares hardly a letter is no help.
+  std::size_t limit = 2 + name.size() / 5;
+  for (const std::string_view one : known) {
+    // The lengths alone may tell that it is too far.
+    if (one.size() > name.size() + limit || name.size() > one.size() + limit) continue;
+    const std::size_t distance = Distance(one, name);
+    if (distance > limit || (nearest && distance == limit)) continue;
+    limit = distance;
+    nearest = one;
+  }
+  return nearest;
+}
+
 std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text) {
   std::array<std::uint8_t, 4> bytes{};
   const char* at = text.data();
@@ -59,7 +97,9 @@ std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text) {
   for (std::size_t part = 0; part < bytes.size(); ++part) {
     if (part > 0 && (at == end || *at++ != '.')) return std::nullopt;
     const auto [next, error] = std::from_chars(at, end, bytes[part]);
-    if (error != std::errc{} || next - at > 3) return std::nullopt;
+    if (error != std::errc{}) return std::nullopt;
+    // The system would read a number with a leading zero as an octal one.
+    if (next - at > 1 && *at == '0') return std::nullopt;
     at = next;
   }
   if (at != end) return std::nullopt;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -20,7 +21,12 @@ std::size_t Find(std::string_view text, std::string_view part, std::size_t from 
 /// `text` without blanks, tabs and carriage returns at its ends.
 std::string_view Trimmed(std::string_view text);
 
-/// The four bytes of an address of four decimal numbers; nothing for any other text.
+/// The one of `known` that `name` is likely to be a misspelling of; letter case does not count.
+std::optional<std::string_view> Nearest(std::string_view name,
+                                        std::span<const std::string_view> known);
+
+/// The four bytes of an address of four decimal numbers without leading zeros; nothing for any
+/// other text.
 std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text);
 /// An adapter index in decimal; the signed form of a large one is read as well.
 std::optional<std::uint32_t> ParseIndex(std::string_view text);

@@ -60,6 +60,32 @@ constexpr Column<PersistentRoute> kPersistedRoute[] = {
     {"NextHop", [](const PersistentRoute& r) -> Variant { return r.nextHop; }},
     {"Metric1", [](const PersistentRoute& r) -> Variant { return r.metric; }}};
 
+Variant StartMode(const Service& service) {
+  switch (service.start) {
+    case platform::ServiceStart::kBoot:
+      return "Boot";
+    case platform::ServiceStart::kSystem:
+      return "System";
+    case platform::ServiceStart::kAutomatic:
+      return "Auto";
+    case platform::ServiceStart::kManual:
+      return "Manual";
+    case platform::ServiceStart::kDisabled:
+      break;
+  }
+  return "Disabled";
+}
+
+/// The services whose program is a driver; they are instances of a class of their own.
+bool IsDriver(const Service& service) {
+  return SameText(service.name, "NetBT") || SameText(service.name, "NwlnkNb");
+}
+
+constexpr Column<Service> kService[] = {
+    {"Name", [](const Service& s) -> Variant { return s.name; }},
+    {"StartMode", StartMode},
+    {"State", [](const Service& s) -> Variant { return s.running ? "Running" : "Stopped"; }}};
+
 struct Condition {
   std::string_view property;
   std::string_view literal;
@@ -216,6 +242,21 @@ HResult SelectRoute(Simulation& simulation, const Query& query, std::vector<Prop
   return Select<PersistentRoute>(query, kPersistedRoute, simulation.machine.persistentRoutes, rows);
 }
 
+HResult SelectServices(Simulation& simulation, const Query& query, bool drivers,
+                       std::vector<Properties>* rows) {
+  std::vector<Service> services = simulation.machine.services;
+  std::erase_if(services, [&](const Service& service) { return IsDriver(service) != drivers; });
+  return Select<Service>(query, kService, services, rows);
+}
+
+HResult SelectService(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
+  return SelectServices(simulation, query, /*drivers=*/false, rows);
+}
+
+HResult SelectDriver(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
+  return SelectServices(simulation, query, /*drivers=*/true, rows);
+}
+
 Variant FromJson(const Json& value) {
   if (value.is_boolean()) return Flag(value.get<bool>());
   if (value.is_number()) return Number(static_cast<std::uint32_t>(value.get<std::int64_t>()));
@@ -256,6 +297,8 @@ constexpr struct {
                 {"Win32_NetworkAdapterConfiguration", SelectConfiguration},
                 {"Win32_NetworkAdapter", SelectAdapter},
                 {"Win32_IP4PersistedRouteTable", SelectRoute},
+                {"Win32_Service", SelectService},
+                {"Win32_SystemDriver", SelectDriver},
                 {"Win32_OperatingSystem", SelectOperatingSystem}};
 
 HResult Run(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {

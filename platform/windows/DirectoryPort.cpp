@@ -108,7 +108,9 @@ class DirectoryPort final : public IDirectory {
         ::ADsOpenObject(ToWide(path).c_str(), ToWide(account).c_str(), ToWide(password).c_str(),
                         ADS_SECURE_AUTHENTICATION, IID_IADsContainer, &bound);
     ComPointer<IADsContainer> owner(static_cast<IADsContainer*>(bound));
-    if (SUCCEEDED(result)) *container = std::make_unique<DirectoryContainer>(std::move(owner));
+    if (SUCCEEDED(result) && owner) {
+      *container = std::make_unique<DirectoryContainer>(std::move(owner));
+    }
     return result;
   }
 };

@@ -23,6 +23,7 @@
 #include <lm.h>
 #include <ntsecapi.h>
 #include <security.h>
+#include <userenv.h>
 #include <wbemidl.h>
 // clang-format on
 

@@ -17,6 +17,7 @@ class WindowsPlatform final : public IPlatform {
   IProcesses& Processes() override;
   IRegistry& Registry() override;
   IResolver& Resolver() override;
+  ISecurity& Security() override;
   IServices& Services() override;
   IWmi& Wmi() override;
 };

@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "platform/IDirectory.h"
 #include "platform/IErrors.h"
@@ -15,6 +16,7 @@
 #include "platform/IPlatform.h"
 #include "platform/IRegistry.h"
 #include "platform/IResolver.h"
+#include "platform/ISecurity.h"
 #include "platform/IServices.h"
 #include "platform/IWmi.h"
 
@@ -24,6 +26,7 @@ namespace {
 constexpr Win32Error kFileNotFound = 2;
 constexpr Win32Error kAccessDenied = 5;
 constexpr Win32Error kFileExists = 80;
+constexpr Win32Error kInvalidParameter = 87;
 constexpr Win32Error kModuleNotFound = 126;
 constexpr Win32Error kAlreadyExists = 183;
 constexpr Win32Error kMoreData = 234;
@@ -188,6 +191,49 @@ TEST_F(PortContract, ServicesThatDoNotExistCannotBeOpened) {
   const ServiceHandle service = services.OpenService(manager, "Orvanta Absent");
   ExpectFailure(service != ServiceHandle::kNone, kNoSuchService);
   services.Close(manager);
+}
+
+class SecurityContract : public PortContract {
+ protected:
+  /// A block that lives as long as the test.
+  template <class Record>
+  Record* Block(std::uint32_t size) {
+    blocks.emplace_back(security.Allocate(size),
+                        [](void* block) { Default().Security().Free(block); });
+    return static_cast<Record*>(blocks.back().get());
+  }
+
+  ISecurity& security = machine.Security();
+  std::vector<std::unique_ptr<void, void (*)(void*)>> blocks;
+};
+
+TEST_F(SecurityContract, ANewListIsEmpty) {
+  auto* const list = Block<Acl>(64);
+  ExpectFailure(security.InitializeAcl(list, 4), kInsufficientBuffer);
+  ASSERT_TRUE(security.InitializeAcl(list, 64));
+  AclSize size;
+  EXPECT_TRUE(security.GetAclSize(list, &size));
+  EXPECT_EQ(size.entryCount, 0u);
+  EXPECT_EQ(size.bytes, 64u);
+  AccessEntry entry;
+  ExpectFailure(security.EntryAt(list, 0, &entry), kInvalidParameter);
+  EXPECT_EQ(entry.record, nullptr);
+}
+
+TEST_F(SecurityContract, ADescriptorRefersToItsList) {
+  auto* const descriptor = Block<Descriptor>(kDescriptorSize);
+  ASSERT_TRUE(security.InitializeDescriptor(descriptor));
+  EXPECT_TRUE(security.IsValidDescriptor(descriptor));
+  auto* const list = Block<Acl>(64);
+  ASSERT_TRUE(security.InitializeAcl(list, 64));
+  const Acl* found = list;
+  EXPECT_TRUE(security.DescriptorList(descriptor, &found));
+  EXPECT_EQ(found, nullptr);
+  const std::uint32_t bare = security.DescriptorSize(descriptor);
+  EXPECT_TRUE(security.SetDescriptorList(descriptor, list));
+  EXPECT_TRUE(security.DescriptorList(descriptor, &found));
+  EXPECT_EQ(found, list);
+  EXPECT_EQ(security.DescriptorSize(descriptor), bare + 64);
 }
 
 TEST_F(PortContract, LibrariesThatDoNotExistCannotBeLoaded) {

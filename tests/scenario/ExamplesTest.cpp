@@ -18,26 +18,54 @@ const std::string kExamples = "examples/";
 
 TEST(Examples, DoWhatIsExpectedOfThem) {
   const struct {
-    std::string name;
+    std::string command;
+    std::string machine;
     std::vector<std::string> arguments;
+    std::string expected;
   } kExampleRuns[] = {
-      {"office-pc", {kExamples + "office-pc.cfg", "--follow-restarts", "3"}},
-      {"laptop", {kExamples + "laptop.cfg", "--follow-restarts", "3"}},
-      {"server", {kExamples + "server.cfg", "--follow-restarts", "3"}},
-      {"imaging", {"--message", "prep-for-image", "--deliver-posted"}},
+      {"simulate",
+       "office-pc",
+       {kExamples + "office-pc.cfg", "--follow-restarts", "3"},
+       "office-pc.expected.json"},
+      {"simulate",
+       "laptop",
+       {kExamples + "laptop.cfg", "--follow-restarts", "3"},
+       "laptop.expected.json"},
+      {"simulate",
+       "server",
+       {kExamples + "server.cfg", "--follow-restarts", "3"},
+       "server.expected.json"},
+      {"simulate",
+       "imaging",
+       {"--message", "prep-for-image", "--deliver-posted"},
+       "imaging.expected.json"},
+      {"plan", "office-pc", {kExamples + "office-pc.cfg"}, "office-pc.plan.expected.json"},
   };
   for (const auto& run : kExampleRuns) {
-    SCOPED_TRACE(run.name);
-    std::vector<std::string> arguments{"simulate", "--json", "--machine",
-                                       kExamples + run.name + ".machine.json"};
+    SCOPED_TRACE(run.expected);
+    std::vector<std::string> arguments{run.command, "--json", "--machine",
+                                       kExamples + run.machine + ".machine.json"};
     arguments.insert(arguments.end(), run.arguments.begin(), run.arguments.end());
-    std::ifstream expected(kExamples + run.name + ".expected.json");
+    std::ifstream expected(kExamples + run.expected);
     std::istringstream in;
     std::ostringstream out;
     std::ostringstream err;
     EXPECT_EQ(tool::RunTool(arguments, {in, out, err}), 0) << err.str();
     EXPECT_EQ(Json::parse(out.str()).dump(2), Json::parse(expected).dump(2));
   }
+}
+
+TEST(Examples, TheRoundTripIsShownAsItIs) {
+  std::ifstream file("docs/imaging.md");
+  std::stringstream document;
+  document << file.rdbuf();
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(
+      tool::RunTool({"roundtrip", "--machine", kExamples + "imaging.machine.json"}, {in, out, err}),
+      1);
+  EXPECT_NE(document.str().find("```\n" + out.str() + "```\n"), std::string::npos) << out.str();
 }
 
 }  // namespace

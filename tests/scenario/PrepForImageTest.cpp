@@ -1,9 +1,12 @@
 // The preparation of an image: what is recorded, locked down and handed on.
 #include <algorithm>
+#include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "tests/support/MachineTest.h"
+#include "toolbox/ToolboxApi.h"
 #include "tools/orvanta-config/Delivery.h"
 
 namespace {
@@ -77,25 +80,162 @@ TEST_F(PrepForImageTest, ASkippedAdapterUsesUpItsNumber) {
   EXPECT_FALSE(Written(delivery, "Interface2").empty());
 }
 
-TEST_F(PrepForImageTest, ServicesAreDisabledAndRefusalsOnlyLogged) {
-  std::erase_if(machine_.services, [](const auto& service) { return service.name == "NwlnkNb"; });
-  simulated::Fault fault;
-  fault.call = "service.start_type";
-  fault.service = "NetBT";
-  fault.error = 5;
-  machine_.faults = {fault};
-  const tool::Delivery delivery = Prepare();
-  EXPECT_EQ(delivery.status, 1);
-  const Texts log = Log(delivery);
-  const std::string path = R"(handlers\internal\PrepForImage:)";
-  EXPECT_EQ(
-      Texts(log.begin() + 1, log.end()),
-      (Texts{"2 " + path + "163 Adding infor for nic 7", "2 " + path + "163 Adding infor for nic 8",
-             "2 " + path + "163 Adding infor for nic 12", "1 " + path + "84 Invoke Config Handler",
-             "2 " + path + "312 Disabled DHCP", "2 " + path + "330 Disabled NetBT",
-             "2 " + path + "333 Failed Disabled NetBT", "2 " + path + "344 Disabled LMHOST"}));
-  EXPECT_EQ(machine_.FindService("Dhcp")->start, platform::ServiceStart::kDisabled);
-  EXPECT_EQ(machine_.FindService("NetBT")->start, platform::ServiceStart::kSystem);
+TEST_F(PrepForImageTest, EachServiceMayBeMissingOrRefuse) {
+  const struct {
+    const char* name;
+    const char* told;
+    const char* refused;
+  } kServices[] = {
+      {"Dhcp", "312 Disabled DHCP", "317 Failed Disabled DHCP"},
+      {"NetBT", "330 Disabled NetBT", "333 Failed Disabled NetBT"},
+      {"LmHosts", "344 Disabled LMHOST", "349 Failed Disabled LMHOST"},
+      {"NwlnkNb", "359 Disabled NetBIOS over NWLink", "364 Failed Disabled NetBIOS over NWLink"}};
+  const Texts kWays{"missing", "cannot be opened", "refuses"};
+  for (const auto& chosen : kServices) {
+    for (const std::string& way : kWays) {
+      SCOPED_TRACE(chosen.name + (" " + way));
+      machine_ = simulated::ExampleMachine();
+      if (way == kWays[0]) {
+        std::erase_if(machine_.services, [&](const auto& it) { return it.name == chosen.name; });
+      } else {
+        AddFault(way == kWays[1] ? "service.open" : "service.start_type",
+                 static_cast<platform::HResult>(0x80070005));
+        machine_.faults.back().service = chosen.name;
+      }
+      const tool::Delivery delivery = Prepare();
+      EXPECT_EQ(delivery.status, 1);
+      Texts expected;
+      const std::string path = R"(2 handlers\internal\PrepForImage:)";
+      for (const auto& service : kServices) {
+        const bool isChosen = service.name == std::string(chosen.name);
+        if (!isChosen || way == kWays[2]) expected.push_back(path + service.told);
+        if (isChosen && way == kWays[2]) expected.push_back(path + service.refused);
+        if (const auto* kept = machine_.FindService(service.name)) {
+          EXPECT_EQ(kept->start == platform::ServiceStart::kDisabled, !isChosen) << service.name;
+        }
+      }
+      const Texts log = Log(delivery);
+      EXPECT_EQ(Texts(log.begin() + 5, log.end()), expected);
+    }
+  }
+}
+
+/// Takes down what the machine is like when a message is posted.
+class WatchingHost final : public IAgentHost {
+ public:
+  explicit WatchingHost(const simulated::Machine& machine) : machine_(machine) {}
+  ~WatchingHost() = default;
+
+  void Reserved0() override {}
+  void SendTo(const char* /*target*/, IAgentMessage* /*message*/) override {}
+  std::int32_t Post(IAgentMessage* /*message*/) override {
+    filesAtPost_ = machine_.files;
+    return 1;
+  }
+  void Log(std::uint32_t /*level*/, const char* /*format*/, ...) override {}
+  IAgentMessage* CreateMessage() override {
+    return &messages_.emplace_back("", "", tool::AgentMessage::GivenValues());
+  }
+
+  const std::vector<simulated::File>& FilesAtPost() const { return filesAtPost_; }
+
+ private:
+  const simulated::Machine& machine_;
+  std::deque<tool::AgentMessage> messages_;
+  std::vector<simulated::File> filesAtPost_;
+};
+
+TEST_F(PrepForImageTest, TheMessageIsPostedBeforeTheCopyIsMade) {
+  WatchingHost host(machine_);
+  tool::AgentMessage message("Internal", "PrepForImage", {});
+  EXPECT_EQ(GetToolboxAPI()->doMagic(&message, &host), 1);
+  ASSERT_EQ(host.FilesAtPost().size(), 1U);
+  EXPECT_EQ(host.FilesAtPost()[0].path, kRestoreFile);
+  EXPECT_EQ(machine_.FindFile(kAgentFile)->text, host.FilesAtPost()[0].text);
+}
+
+TEST_F(PrepForImageTest, WhatStandsInTheFileAlreadyIsKept) {
+  machine_.adapters.resize(1);
+  machine_.PutFile(kAgentFile, "[Global]\r\nConfig=Restore\r\n");
+  machine_.PutFile(kRestoreFile,
+                   "; first\r\n[tcp/ip]\r\n# of an old card\r\nGATEWAY = 10.0.0.1\r\nRoute0=x\r\n"
+                   "\r\n[Site]\r\nName=HQ\r\n");
+  Prepare();
+  const std::string text = machine_.FindFile(kRestoreFile)->text;
+  EXPECT_TRUE(text.starts_with(
+      "; first\r\n[tcp/ip]\r\n# of an old card\r\nGATEWAY=192.168.10.1\r\nRoute0=x\r\nAddress="))
+      << text;
+  EXPECT_NE(text.find("\r\n\r\n[Site]\r\nName=HQ\r\n[Global]\r\nConfig=RestoreAfterCreate\r\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(text.find("[TCP/IP]"), std::string::npos) << text;
+  EXPECT_EQ(machine_.FindFile(kAgentFile)->text, text);
+}
+
+TEST_F(PrepForImageTest, WhateverTheMachineIsLikeEveryEntryIsWholeOrNotThere) {
+  const std::string global = "[Global]\r\nConfig=RestoreAfterCreate\r\nRebootAfterConfig=True\r\n";
+  constexpr auto kDenied = static_cast<platform::HResult>(0x80070005);
+  const struct {
+    const char* name;
+    std::function<void()> change;
+    std::int32_t status;
+    /// The restore file afterwards; empty for none.
+    std::string text;
+  } kCases[] = {
+      {"no adapters", [&] { machine_.adapters.clear(); }, 1, global},
+      {"no PCI adapters", [&] { machine_.adapters.erase(machine_.adapters.begin()); }, 1, global},
+      {"odd texts",
+       [&] {
+         simulated::Adapter& adapter = machine_.adapters[0];
+         adapter.pnpDeviceId = "PCIVEN_";
+         adapter.caption = "Card";
+         adapter.macAddress.reset();
+         adapter.locationInformation = "slot 3";
+         machine_.adapters.pop_back();
+       },
+       1,
+       global + "[TCP/IP]\r\nAddress=0.0.0.0\r\nDHCP=True\r\nDNS-Domain=\r\nDNS-Enabled=False\r\n"
+                "DNS-Hostname=\r\nDNS-Server-Count=0\r\nDescription=ard\r\nDeviceID=0\r\n"
+                "MACAddress=\r\nNetmask=0.0.0.0\r\nPCIBus=4294967295\r\nPCIDevice=4294967295\r\n"
+                "PCIFunction=4294967295\r\nVendorID=0\r\n"},
+      {"file that is read-only",
+       [&] {
+         machine_.PutFile(kRestoreFile, "[Site]\r\n");
+         AddFault("file.write", kDenied);
+       },
+       1, "[Site]\r\n"},
+      {"folder that is missing",
+       [&] { AddFault("file.write", static_cast<platform::HResult>(0x80070003)); }, 1, ""},
+      {"entry that is refused",
+       [&] {
+         machine_.adapters.erase(machine_.adapters.begin());
+         AddFault("file.write", kDenied);
+         machine_.faults.back().name = "Config";
+       },
+       1, "[Global]\r\nRebootAfterConfig=True\r\n"},
+      {"adapter that cannot be read",
+       [&] {
+         AddFault("wmi.query", kDenied);
+         machine_.faults.back().contains = "Caption";
+       },
+       0, ""},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    machine_ = {};
+    machine_.adapters = {simulated::Adapter(), simulated::Adapter()};
+    machine_.adapters[1].index = 8;
+    machine_.adapters[1].pnpDeviceId = "ROOT\\NET";
+    machine_.services = {{"Dhcp"}};
+    c.change();
+    const tool::Delivery delivery = Prepare();
+    EXPECT_EQ(delivery.status, c.status);
+    EXPECT_EQ(delivery.posted.size(), static_cast<std::size_t>(c.status));
+    EXPECT_EQ(machine_.registry.size(), static_cast<std::size_t>(c.status));
+    EXPECT_EQ(machine_.services[0].start == platform::ServiceStart::kDisabled, c.status == 1);
+    const simulated::File* file = machine_.FindFile(kRestoreFile);
+    EXPECT_EQ(file == nullptr ? "" : file->text, c.text);
+  }
 }
 
 TEST_F(PrepForImageTest, AFailedCopyIsLoggedAndAFailedFlagEndsIt) {

@@ -1,71 +1,29 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
-#include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "tests/support/ToolTest.h"
 #include "tools/orvanta-config/AgentHost.h"
-#include "tools/orvanta-config/Tool.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using Json = nlohmann::ordered_json;
-using Texts = std::vector<std::string>;
+using support::Json;
+using support::ReadText;
+using support::Texts;
 
 constexpr char kRename[] = "[Global]\r\nScheduleId=7\r\n[Networking]\r\nComputerName=PC-42\r\n";
 
 constexpr char kRefusing[] = R"({"schema": 1, "faults": [
     {"call": "wmi.method", "method": "Rename", "result": 5}]})";
 
-std::string ReadText(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// Runs the tool as a user would, in a folder of its own.
-class SimulateTest : public testing::Test {
+class SimulateTest : public support::ToolTest {
  protected:
-  void SetUp() override {
-    const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    folder_ = fs::path(testing::TempDir()) / ("simulate-" + std::string(test->name()));
-    fs::create_directories(folder_);
+  Json Simulate(const std::string& config, const Texts& options = {}) {
+    return RunJson("simulate", config, options);
   }
-
-  void TearDown() override { fs::remove_all(folder_); }
-
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
-
-  std::string Write(const std::string& name, const std::string& text) {
-    std::ofstream(Path(name), std::ios::binary) << text;
-    return Path(name);
-  }
-
-  int Run(Texts arguments, const std::string& input = {}) {
-    std::istringstream in(input);
-    std::ostringstream out;
-    std::ostringstream err;
-    const int exitCode = tool::RunTool(std::move(arguments), {in, out, err});
-    out_ = out.str();
-    err_ = err.str();
-    return exitCode;
-  }
-
-  /// Runs `simulate` with --json on a configuration given as text.
-  Json Simulate(const std::string& config, Texts options = {}) {
-    options.insert(options.begin(), {"simulate", "-", "--json"});
-    exitCode_ = Run(options, config);
-    EXPECT_EQ(err_, "");
-    return Json::parse(out_);
-  }
-
-  fs::path folder_;
-  std::string out_;
-  std::string err_;
-  int exitCode_ = -1;
 };
 
 TEST_F(SimulateTest, WhatTheUserMustMendIsOneLineAndExitCodeTwo) {
@@ -238,6 +196,13 @@ TEST_F(SimulateTest, TheReportTellsWhatATechnicianWants) {
   expectReport({"simulate", "-", "--machine", Write("m.json", kRefusing)}, 1,
                {"rename the computer to PC-42  refused: result 5 (access denied)\n",
                 "\n       ChangeCompName:45 - Configuring computer name failed\n"});
+  expectReport({"simulate", "--message", "prep-for-image", "--deliver-posted"}, 0,
+               {"  write C:\\restore.cfg: [Interface1] Netmask=255.255.0.0\n",
+                "\\NetworkDisabled to 1\n", "  service Dhcp: disabled\n",
+                "\nPosted\n  Internal/Configure\n    Filename  C:\\tarvo.cfg\n",
+                "\nMessage 2 of 2  Internal/Configure, Filename=C:\\tarvo.cfg\n",
+                "\\NetworkDisabled\n", "  service Dhcp: start it  runs already\n",
+                "\n    LmHosts  manual, running -> automatic, running\n"});
 }
 
 TEST(AgentHostTest, OnlyKnownFormatsMeetTheirArguments) {

@@ -6,32 +6,16 @@
 #include <string>
 #include <vector>
 
-#include "common/sys/Domain.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/Machine.h"
 #include "platform/simulated/SimulatedPlatform.h"
-
-namespace sys {
-
-/// Lets a test start with the domain object of a fresh process.
-struct DomainTestAccess {
-  static void Reset() {
-    Domain& domain = Domain::Instance();
-    for (std::string* text : {&domain.workgroup_, &domain.domainName_, &domain.dnsDomainName_,
-                              &domain.ou_, &domain.user_, &domain.password_}) {
-      text->clear();
-    }
-    domain.isMember_ = false;
-  }
-};
-
-}  // namespace sys
+#include "tests/support/FreshProcess.h"
 
 namespace support {
 
 class MachineTest : public testing::Test {
  protected:
-  MachineTest() { sys::DomainTestAccess::Reset(); }
+  MachineTest() { StartFreshProcess(); }
 
   /// Everything that was taken from the machine must have been given back.
   void TearDown() override { EXPECT_EQ(platform_.InUse(), stillInUse_); }
@@ -49,6 +33,15 @@ class MachineTest : public testing::Test {
     fault.call = call;
     fault.hresult = hresult;
     machine_.faults.push_back(fault);
+  }
+
+  /// Makes the n-th call of this name fail with error 5, and no other call.
+  void FailCall(const std::string& call, std::uint32_t nth) {
+    simulated::Fault fault;
+    fault.call = call;
+    fault.nth = nth;
+    fault.error = 5;
+    machine_.faults = {fault};
   }
 
   simulated::Machine machine_;

@@ -12,15 +12,6 @@ constexpr char kAdd[] = "route -p ADD 10.1.0.0 mask 255.255.0.0 10.0.0.1 METRIC 
 
 class ChildProcessTest : public support::MachineTest {
  protected:
-  /// Makes the n-th call of this name fail with error 5.
-  void FailCall(const std::string& call, std::uint32_t nth) {
-    simulated::Fault fault;
-    fault.call = call;
-    fault.nth = nth;
-    fault.error = 5;
-    machine_.faults = {fault};
-  }
-
   std::int32_t Run(const std::string& commandLine, const std::string& user = "", bool wait = true,
                    proc::OutputRelay* relay = nullptr) {
     CChildProcess child(log_, CChildProcess::kWithoutLimit);

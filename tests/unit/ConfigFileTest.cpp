@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
+#include <map>
 #include <random>
 #include <string>
 #include <string_view>
@@ -219,6 +221,50 @@ TEST(ConfigFileTest, AHeaderWithoutBracketEndsTheParse) {
   EXPECT_EQ(file.FailurePosition().column, 3U);
 }
 
+/// What became of the lines: "header s, entry k:1, ..." with "!" where a look-up finds an earlier
+/// entry.
+std::string ShowLines(const std::string& text, ConfigFile::Result expected) {
+  constexpr const char* kKinds[] = {"header", "open", "comment", "entry", "more"};
+  ConfigFile file{/*caseSensitive=*/false};
+  std::vector<ConfigFile::Line> lines;
+  EXPECT_EQ(file.ParseLines(text, &lines), expected);
+  std::string shown;
+  for (const ConfigFile::Line& line : lines) {
+    shown += shown.empty() ? "" : ", ";
+    shown += kKinds[static_cast<std::size_t>(line.kind)];
+    shown += "@" + std::to_string(line.offset) + "+" + std::to_string(line.length) + " ";
+    shown += file.SectionOf(line);
+    if (line.entry == 0) continue;
+    const ConfigFile::Entry entry = file.EntryOf(line);
+    shown.append("/").append(entry.key).append(":").append(entry.value);
+    if (entry.first != line.entry) shown += "!";
+  }
+  std::replace(shown.begin(), shown.end(), '\n', '|');
+  return shown;
+}
+
+TEST(ConfigFileTest, TellsWhatBecameOfEachLine) {
+  const struct {
+    const char *name, *text, *shown;
+    ConfigFile::Result result;
+  } cases[] = {
+      {"blanks and returns are left out", " [s] \r\n\r\n\tk = 1 \r\n;c",
+       "header@1+3 s, entry@10+5 s/k:1, comment@18+2 s/:;c", ConfigFile::kSuccess},
+      {"the values are the final ones", "a=1\nb\na=2\nc\n",
+       "entry@0+3 /a:2|c, more@4+1 /a:2|c, entry@6+3 /a:2!, more@10+1 /a:2|c",
+       ConfigFile::kSuccess},
+      {"a continuation may make an entry", "a=1\n[s]\nb\n",
+       "entry@0+3 /a:1, header@4+3 s, more@8+1 s/a:1|b", ConfigFile::kSuccess},
+      {"an open header is taken as closed", "[s\nk=1\n[t\nl=2\n",
+       "open@0+2 s, entry@3+3 s/k:1, open@7+2 t, entry@10+3 t/l:2", ConfigFile::kUnreadable},
+      {"text behind the bracket is named", "[s] t\n", "header@0+5 s t", ConfigFile::kSuccess},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(ShowLines(c.text, c.result), c.shown);
+  }
+}
+
 TEST(ConfigFileTest, TellsWhereNamesAndKeysStand) {
   ConfigFile file{/*caseSensitive=*/false};
   file.Parse("[a]\n", /*merge=*/false);
@@ -238,6 +284,18 @@ TEST(ConfigFileTest, TellsWhereNamesAndKeysStand) {
   file.GetNextEntry(&key, &value);
   note(file.EntryPosition());
   EXPECT_EQ(places, (decltype(places){{0, 0}, {6, 3}, {3, 3}, {5, 1}, {0, 0}}));
+
+  // In no order: the lines are counted back as well as forth.
+  places.clear();
+  file.Parse("[s]\na=1\nb=2\n\n[t]\na=3\n[s]\nb=4\nc=5\n", /*merge=*/false);
+  note(file.FindPosition("S", "C"));
+  note(file.FindPosition("s", "b"));
+  note(file.FindPosition("t", "a"));
+  note(file.FindPosition("t"));
+  note(file.FindPosition("s"));
+  note(file.FindPosition("s", "x"));
+  note(file.FindPosition("x"));
+  EXPECT_EQ(places, (decltype(places){{9, 1}, {3, 1}, {6, 1}, {5, 2}, {1, 2}, {0, 0}, {0, 0}}));
 }
 
 using ConfigFileLoadTest = support::MachineTest;
@@ -346,6 +404,26 @@ class Model {
   }
 };
 
+/// What the lines of a text became are the same entries, unless the text was refused.
+void ExpectLinesTellAll(const std::string& text, const Sections& expected) {
+  ConfigFile file{/*caseSensitive=*/false};
+  std::vector<ConfigFile::Line> lines;
+  if (file.ParseLines(text, &lines) != ConfigFile::kSuccess) return;
+  std::map<std::string, std::map<std::uint32_t, std::pair<std::string, std::string>>> told;
+  for (const ConfigFile::Line& line : lines) {
+    auto& section = told[std::string(file.SectionOf(line))];
+    if (line.entry == 0) continue;
+    const ConfigFile::Entry entry = file.EntryOf(line);
+    section[line.entry] = {std::string(entry.key), std::string(entry.value)};
+  }
+  ASSERT_EQ(told.size(), expected.size()) << text;
+  for (const auto& [name, entries] : expected) {
+    Entries ofLines;
+    for (const auto& [number, entry] : told[name]) ofLines.push_back(entry);
+    EXPECT_EQ(ofLines, entries) << text;
+  }
+}
+
 TEST(ConfigFileTest, AgreesWithThePlainRulesOnRandomTexts) {
   const std::string_view pieces[] = {"\n",
                                      "\n",
@@ -387,6 +465,7 @@ TEST(ConfigFileTest, AgreesWithThePlainRulesOnRandomTexts) {
       const bool merge = load != 0;
       ASSERT_EQ(file.Parse(text, merge), model.Parse(text, merge)) << text;
       ASSERT_EQ(SectionsOf(&file), model.sections) << text;
+      if (!merge) ExpectLinesTellAll(text, model.sections);
       for (const auto& [name, entries] : model.sections) {
         for (const auto& [key, value] : entries) {
           ASSERT_EQ(Value(&file, name, key), *model.Find(name, key)) << text;

@@ -1,6 +1,11 @@
 // The machine file: what it means, what it refuses and with which words, and what it hides.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <ctime>
+#include <string>
+#include <string_view>
+
 #include "platform/simulated/MachineFile.h"
 
 namespace simulated {
@@ -148,6 +153,7 @@ TEST(MachineFile, RefusesWhatItDoesNotUnderstandInOneLine) {
       {R"("registry": [{"type": "REG_BINARY"}])", "$.registry[0].type", "write one of REG_DWORD"},
       {R"("registry": [{"key": "Software"}])", "$.registry[0]", "HKEY_LOCAL_MACHINE"},
       {R"("hosts": [{"address": "fd00::2"}])", "$.hosts[0].address", "no IPv4 address"},
+      {R"("hosts": [{"address": "10.0.0.010"}])", "$.hosts[0].address", "no IPv4 address"},
       {R"("decrypt": {"a": 1})", "$.decrypt.a", "expected a text"},
       {R"("directory": {"domains": [{"ous": [1]}]})", "$.directory.domains[0].ous[0]", "a text"},
       {R"("faults": [{"call": "wmi.conect"}])", "$.faults[0].call", "\"wmi.connect\"?"},
@@ -170,6 +176,39 @@ TEST(MachineFile, RefusesWhatItDoesNotUnderstandInOneLine) {
       EXPECT_NE(message.find(c.words), std::string::npos) << message;
       EXPECT_EQ(message.find('\n'), std::string::npos) << message;
     }
+  }
+}
+
+TEST(MachineFile, RefusesWhatHasNoEndAtOnce) {
+  constexpr std::size_t kMany = 100'000;
+  const auto repeated = [](std::string_view part, std::size_t times) {
+    std::string text;
+    while (times-- > 0) text += part;
+    return text;
+  };
+  const std::string name(std::size_t{4} << 20U, 'n');
+  const struct {
+    std::string text;
+    const char* words;
+  } kFaults[] = {
+      {repeated("[", kMany) + repeated("]", kMany), "nested deeper than 32 levels; flatten it"},
+      {repeated("{\"a\":", kMany) + "1" + repeated("}", kMany), "nested deeper than 32 levels"},
+      {R"({"schema": 1, "adapters": )" + repeated("[{\"index\":", kMany), "nested deeper than 32"},
+      {R"({"schema": 1, ")" + name + R"(": 1})", "nnn...\"; remove it or correct its name"},
+      {R"({"schema": 1, "faults": [{"call": ")" + name + R"("}]})", "unknown call \"nnn"},
+      {R"({"schema": 1, "hosts": [{"address": ")" + name + R"("}]})", "no IPv4 address"},
+      {repeated(" ", (std::size_t{64} << 20U) + 1), "larger than 64 MiB"}};
+  for (const auto& c : kFaults) {
+    SCOPED_TRACE(c.words);
+    const std::clock_t start = std::clock();
+    try {
+      ParseMachine(c.text, "m.json");
+      ADD_FAILURE() << "accepted";
+    } catch (const MachineFileError& error) {
+      EXPECT_NE(std::string(error.what()).find(c.words), std::string::npos) << error.what();
+      EXPECT_LT(std::string(error.what()).size(), 1000U);
+    }
+    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 10);
   }
 }
 

@@ -1,6 +1,7 @@
 // The agent's side of a call: records what the library logs, sends and posts.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -38,6 +39,8 @@ class AgentHost final : public IAgentHost {
   const std::vector<LogLine>& LogLines() const { return log_; }
   const std::vector<SentMessage>& Sent() const { return sent_; }
   const std::vector<SentMessage>& Posted() const { return posted_; }
+  /// Messages that the library made and has not released.
+  std::size_t Unreleased() const { return created_.size(); }
 
   /// Ends a message that `CreateMessage` made; any other is left alone.
   void Destroy(const AgentMessage* message);

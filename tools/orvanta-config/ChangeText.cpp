@@ -142,7 +142,6 @@ constexpr struct {
                  {68, "invalid or unequal lists"},
                  {71, "gateway outside the adapter's subnets"},
                  {84, "DHCP is on"},
-                 {1056, "already running"},
                  {1326, "wrong user or password"},
                  {1332, "no account for the computer"},
                  {1355, "no such domain"}};
@@ -151,6 +150,16 @@ std::string Meaning(const Json& code) {
   for (const auto& known : kMeanings) {
     if (code == known.code) return std::string(" (") + known.meaning + ")";
   }
+  return {};
+}
+
+/// What an answer says that is no refusal; empty for plain success.
+std::string Note(const Json& change) {
+  const std::string call = Field(change, "call");
+  const std::string result = Field(change, "result");
+  if (call == "wmi.method" && result == "1") return "takes effect at the restart";
+  // Starting what runs already is refused by the system, and as good.
+  if (call == "service.start" && result == "1056") return "runs already";
   return {};
 }
 
@@ -163,18 +172,16 @@ std::string Refusal(const Json& change) {
   }
   const auto result = change.find("result");
   if (result == change.end() || *result == 0) return {};
-  const std::string call = Field(change, "call");
-  if (call == "wmi.method" && *result == 1) return {};
-  if (call == "process.run") return "exit code " + Value(*result);
+  if (!Note(change).empty()) return {};
+  if (Field(change, "call") == "process.run") return "exit code " + Value(*result);
   return "result " + Value(*result) + Meaning(*result);
 }
 
 }  // namespace
 
 ChangeText Describe(const Json& change) {
-  ChangeText text{Words(change), Refusal(change), false};
-  text.afterRestart = text.refusal.empty() && Field(change, "call") == "wmi.method" &&
-                      Field(change, "result") == "1";
+  ChangeText text{Words(change), Refusal(change), {}};
+  if (text.refusal.empty()) text.note = Note(change);
   return text;
 }
 

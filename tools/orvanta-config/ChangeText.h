@@ -12,8 +12,8 @@ struct ChangeText {
   std::string words;
   /// The code with which the machine refused it; empty when it did it.
   std::string refusal;
-  /// The machine did it, but it only takes effect at the next restart.
-  bool afterRestart = false;
+  /// What else is to be known of it, for example that it takes effect at the restart only.
+  std::string note;
 };
 
 /// Tells one entry of the journal, whose passwords must be hidden already. An entry of an unknown

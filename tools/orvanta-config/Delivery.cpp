@@ -6,10 +6,10 @@
 #include <string_view>
 #include <utility>
 
+#include "common/util/Text.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/SimulatedPlatform.h"
-#include "toolbox/ToolboxApi.h"
 
 namespace tool {
 namespace {
@@ -59,28 +59,58 @@ bool Delivery::Succeeded() const {
   return result == "Success" || result == "Reboot";
 }
 
-Delivery Deliver(Request request, simulated::Machine& machine) {
+std::string Delivery::Failure() const {
+  if (Succeeded()) return {};
+  if (!exception.empty()) return exception;
+  // A caught error is the second line of its report; one that nobody caught follows its lead.
+  for (const std::string_view lead : {"\n\t", "Exception Details: "}) {
+    for (const LogLine& line : log) {
+      const std::size_t at = line.text.find(lead);
+      if (line.level != 0 || at == std::string::npos) continue;
+      const std::size_t start = at + lead.size();
+      return std::string(util::Trim(line.text.substr(start, line.text.find('\n', start) - start)));
+    }
+  }
+  if (status == 0 && !log.empty()) return log.back().text;
+  std::string codes = "status " + std::to_string(status);
+  for (const MessageValue& value : reply) {
+    if (value.key.starts_with("Status-")) codes += ", " + value.key + " " + ShownText(value);
+  }
+  return codes;
+}
+
+Delivery Hand(const ToolboxApi& library, Request request) {
   Delivery delivery;
   delivery.request = std::move(request);
-  const std::size_t journalStart = machine.journal.size();
   AgentHost host;
   AgentMessage message(delivery.request.type, delivery.request.name, delivery.request.values);
-  {
-    simulated::SimulatedPlatform platform(machine);
-    platform::ScopedPlatform scope(platform);
-    try {
-      delivery.status = GetToolboxAPI()->doMagic(&message, &host);
-    } catch (const std::exception& error) {
-      delivery.exception = error.what();
-    }
+  try {
+    delivery.status = library.doMagic(&message, &host);
+  } catch (const std::exception& error) {
+    delivery.exception = error.what();
   }
   delivery.reply.assign(message.Written().begin(), message.Written().end());
   delivery.log = host.LogLines();
-  const auto start = machine.journal.begin() + static_cast<std::ptrdiff_t>(journalStart);
-  std::transform(start, machine.journal.end(), std::back_inserter(delivery.changes),
-                 simulated::Redacted);
   delivery.sent = host.Sent();
   delivery.posted = host.Posted();
+  delivery.unreleasedMessages = host.Unreleased();
+  return delivery;
+}
+
+std::vector<Json> ShownChanges(const simulated::Machine& machine, std::size_t from) {
+  std::vector<Json> changes;
+  std::transform(machine.journal.begin() + static_cast<std::ptrdiff_t>(from), machine.journal.end(),
+                 std::back_inserter(changes), simulated::Redacted);
+  return changes;
+}
+
+Delivery DeliverInProcess(Request request, simulated::Machine& machine) {
+  const std::size_t journalStart = machine.journal.size();
+  simulated::SimulatedPlatform platform(machine);
+  const platform::ScopedPlatform scope(platform);
+  Delivery delivery = Hand(*GetToolboxAPI(), std::move(request));
+  delivery.changes = ShownChanges(machine, journalStart);
+  delivery.stillInUse = platform.InUse();
   return delivery;
 }
 
@@ -89,7 +119,7 @@ Json ToJson(const Delivery& delivery) {
   for (const MessageValue& value : delivery.reply) reply[value.key] = ToJson(value);
   Json log = Json::array();
   for (const LogLine& line : delivery.log) {
-    log.push_back({{"level", line.level}, {"text", line.text}});
+    log.push_back({{"level", line.level}, {"text", simulated::RedactedText(line.text)}});
   }
   Json json;
   json["schema"] = 1;

@@ -15,11 +15,21 @@ namespace tool {
 
 #ifdef _WIN32
 
-bool IsColorTerminal() {
-  // Older consoles print the colour codes as text; the ones that do not announce themselves.
-  const bool shows = std::getenv("WT_SESSION") != nullptr || std::getenv("TERM") != nullptr;
-  return shows && _isatty(1) != 0;
+namespace {
+
+/// Older consoles print the control codes as text; the ones that do not announce themselves.
+bool ObeysControlCodes(int stream) {
+  const bool obeys = std::getenv("WT_SESSION") != nullptr || std::getenv("TERM") != nullptr;
+  return obeys && _isatty(stream) != 0;
 }
+
+}  // namespace
+
+bool RunsWindows() { return true; }
+
+bool IsColorTerminal() { return ObeysControlCodes(1); }
+
+bool IsProgressTerminal() { return ObeysControlCodes(2); }
 
 void UseBinaryStreams() {
   _setmode(0, _O_BINARY);
@@ -34,7 +44,11 @@ std::FILE* CreatePrivateFile(const std::string& path) {
 
 #else
 
+bool RunsWindows() { return false; }
+
 bool IsColorTerminal() { return isatty(STDOUT_FILENO) != 0; }
+
+bool IsProgressTerminal() { return isatty(STDERR_FILENO) != 0; }
 
 void UseBinaryStreams() {}
 

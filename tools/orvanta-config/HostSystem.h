@@ -7,8 +7,13 @@
 
 namespace tool {
 
+/// This computer is one that the library works on.
+bool RunsWindows();
+
 /// Standard output is a terminal that shows colours.
 bool IsColorTerminal();
+/// Standard error is a terminal that obeys control codes.
+bool IsProgressTerminal();
 
 /// From now on standard input and output carry bytes as they are, whatever the system.
 void UseBinaryStreams();

@@ -22,29 +22,6 @@ struct Fact {
   std::string content;
 };
 
-std::string List(const std::vector<std::string>& items) {
-  std::string list;
-  for (const std::string& item : items) list += (list.empty() ? "" : ", ") + item;
-  return list.empty() ? "-" : list;
-}
-
-std::string Addresses(const simulated::Adapter& adapter) {
-  std::vector<std::string> addresses = adapter.ipAddresses;
-  for (std::size_t i = 0; i < std::min(addresses.size(), adapter.subnetMasks.size()); ++i) {
-    addresses[i] += "/" + adapter.subnetMasks[i];
-  }
-  return List(addresses);
-}
-
-std::string AdapterName(const simulated::Adapter& adapter) {
-  std::string name = "adapter " + std::to_string(adapter.index);
-  if (!adapter.caption) return name;
-  // The caption repeats the index: "[00000007] Intel(R) PRO/1000 MT Desktop Adapter".
-  const std::size_t end = adapter.caption->starts_with('[') ? adapter.caption->find("] ") : 0;
-  const std::size_t start = end == 0 || end == std::string::npos ? 0 : end + 2;
-  return name + ", " + adapter.caption->substr(start);
-}
-
 std::string DataText(const simulated::RegistryValue& value) {
   const auto* number = std::get_if<std::uint32_t>(&value.data);
   return number != nullptr ? std::to_string(*number) : std::get<std::string>(value.data);
@@ -63,22 +40,19 @@ std::vector<Fact> Facts(const Machine& machine) {
   for (const simulated::Adapter& adapter : machine.adapters) {
     const std::string name = AdapterName(adapter);
     add(name, "DHCP", adapter.dhcpEnabled ? "on" : "off");
-    add(name, "addresses", Addresses(adapter));
-    add(name, "gateways", List(adapter.gateways));
-    add(name, "DNS servers", List(adapter.dnsServers));
+    add(name, "addresses", ListText(Addresses(adapter)));
+    add(name, "gateways", ListText(adapter.gateways));
+    add(name, "DNS servers", ListText(adapter.dnsServers));
     add(name, "DNS servers set by", adapter.staticDns ? "hand" : "DHCP");
-    add(name, "DNS suffixes", List(adapter.dnsSuffixes));
+    add(name, "DNS suffixes", ListText(adapter.dnsSuffixes));
     add(name, "DNS domain", adapter.dnsDomain.value_or("-"));
     add(name, "DNS host name", adapter.dnsHostName.value_or("-"));
   }
   for (const simulated::PersistentRoute& route : machine.persistentRoutes) {
-    add("persistent routes", route.destination + "/" + route.mask + " via " + route.nextHop,
-        "metric " + std::to_string(route.metric));
+    add("persistent routes", RouteText(route), "metric " + std::to_string(route.metric));
   }
   for (const simulated::Service& service : machine.services) {
-    add("services", service.name,
-        std::string(simulated::StartName(service.start)) +
-            (service.running ? ", running" : ", stopped"));
+    add("services", service.name, ServiceText(service));
   }
   for (const simulated::RegistryValue& value : machine.registry) {
     add("registry", value.key + "\\" + value.name,
@@ -114,6 +88,38 @@ std::string MembershipText(const simulated::Membership& membership) {
   }
   const auto& domain = std::get<simulated::DomainMembership>(membership);
   return "domain " + Printable(domain.dnsName.empty() ? domain.flatName : domain.dnsName);
+}
+
+std::string MachineText(const std::string& name, const Machine& machine) {
+  const std::size_t adapters = machine.adapters.size();
+  return Printable(name + ": " + machine.computerName) + ", " + MembershipText(machine.membership) +
+         ", " + std::to_string(adapters) + (adapters == 1 ? " adapter" : " adapters");
+}
+
+std::string AdapterName(const simulated::Adapter& adapter) {
+  std::string name = "adapter " + std::to_string(adapter.index);
+  if (!adapter.caption) return name;
+  // The caption repeats the index: "[00000007] Intel(R) PRO/1000 MT Desktop Adapter".
+  const std::size_t end = adapter.caption->starts_with('[') ? adapter.caption->find("] ") : 0;
+  const std::size_t start = end == 0 || end == std::string::npos ? 0 : end + 2;
+  return name + ", " + adapter.caption->substr(start);
+}
+
+std::vector<std::string> Addresses(const simulated::Adapter& adapter) {
+  std::vector<std::string> addresses = adapter.ipAddresses;
+  for (std::size_t i = 0; i < std::min(addresses.size(), adapter.subnetMasks.size()); ++i) {
+    addresses[i] += "/" + adapter.subnetMasks[i];
+  }
+  return addresses;
+}
+
+std::string RouteText(const simulated::PersistentRoute& route) {
+  return route.destination + "/" + route.mask + " via " + route.nextHop;
+}
+
+std::string ServiceText(const simulated::Service& service) {
+  return std::string(simulated::StartName(service.start)) +
+         (service.running ? ", running" : ", stopped");
 }
 
 std::vector<Difference> Differences(const Machine& before, const Machine& after) {

@@ -1,4 +1,4 @@
-// What differs between two states of one simulated machine.
+// What differs between two states of one simulated machine, and its settings in words.
 #pragma once
 
 #include <string>
@@ -24,5 +24,20 @@ std::vector<Difference> Differences(const simulated::Machine& before,
 
 /// For example "workgroup WORKGROUP" or "domain corp.example".
 std::string MembershipText(const simulated::Membership& membership);
+
+/// For example "pc.json: PC-1, workgroup WORKGROUP, 2 adapters"; safe to print.
+std::string MachineText(const std::string& name, const simulated::Machine& machine);
+
+/// For example "adapter 7, Intel(R) PRO/1000 MT Desktop Adapter".
+std::string AdapterName(const simulated::Adapter& adapter);
+
+/// Each address with its mask, for example "10.0.0.5/255.0.0.0".
+std::vector<std::string> Addresses(const simulated::Adapter& adapter);
+
+/// For example "10.1.0.0/255.255.0.0 via 10.0.0.1".
+std::string RouteText(const simulated::PersistentRoute& route);
+
+/// For example "manual, stopped".
+std::string ServiceText(const simulated::Service& service);
 
 }  // namespace tool

@@ -1,10 +1,12 @@
 #include "tools/orvanta-config/MachineOptions.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <sstream>
+#include <system_error>
+#include <utility>
 
 #include "platform/simulated/MachineFile.h"
-#include "tools/orvanta-config/Files.h"
 #include "tools/orvanta-config/ToolError.h"
 
 namespace tool {
@@ -23,7 +25,7 @@ void AddMachineOptions(CLI::App& command, MachineOptions& options) {
 simulated::Machine LoadMachine(const MachineOptions& options) {
   if (!options.machineFile) return simulated::ExampleMachine();
   if (*options.machineFile == "-") {
-    throw ToolError("--machine -", "standard input is for FILE", "name a machine file");
+    throw ToolError("--machine -", "cannot come from standard input", "name a machine file");
   }
   std::istringstream noInput;
   const std::string text = ReadInput(*options.machineFile, noInput);
@@ -32,6 +34,24 @@ simulated::Machine LoadMachine(const MachineOptions& options) {
   } catch (const simulated::MachineFileError& error) {
     throw ToolError(error.what());
   }
+}
+
+std::optional<PrivateFile> OpenOutput(const char* option, const std::optional<std::string>& path,
+                                      const std::string& input) {
+  if (!path) return std::nullopt;
+  if (*path == "-") {
+    throw ToolError(std::string(option) + " -", "cannot go to standard output", "name a file");
+  }
+  std::error_code ignored;
+  if (std::filesystem::equivalent(input, *path, ignored)) {
+    throw ToolError(*path, "is the configuration file itself", "write to another file");
+  }
+  return std::optional<PrivateFile>(std::in_place, *path);
+}
+
+std::optional<PrivateFile> OpenSavedMachine(const MachineOptions& options,
+                                            const std::string& input) {
+  return OpenOutput("--save-machine", options.saveMachine, input);
 }
 
 }  // namespace tool

@@ -9,23 +9,6 @@
 namespace tool {
 namespace {
 
-/// One line per entry: the names in a column of their own.
-struct Row {
-  std::string name;
-  std::string text;
-};
-
-std::string Rows(const std::vector<Row>& rows, const std::string& indent) {
-  std::size_t width = 0;
-  for (const Row& row : rows) width = std::max(width, Width(row.name));
-  std::string text;
-  for (const Row& row : rows) {
-    text += indent + Padded(row.name, width) + "  " + (row.text.empty() ? "(empty)" : row.text);
-    text += "\n";
-  }
-  return text;
-}
-
 std::string MessageName(const Request& request) {
   std::string name = Printable(request.type + "/" + request.name);
   for (const auto& [key, value] : request.values) {
@@ -35,16 +18,11 @@ std::string MessageName(const Request& request) {
 }
 
 std::string Header(const Simulation& simulation) {
-  const simulated::Machine& machine = simulation.before;
-  const std::size_t adapters = machine.adapters.size();
   std::vector<Row> rows;
   if (!simulation.file.empty()) rows.push_back({"File", Printable(simulation.file)});
-  rows.push_back({"Machine", Printable(simulation.machineName + ": " + machine.computerName) +
-                                 ", " + MembershipText(machine.membership) + ", " +
-                                 std::to_string(adapters) +
-                                 (adapters == 1 ? " adapter" : " adapters")});
-  if (simulation.deliveries.size() == 1) {
-    rows.push_back({"Message", MessageName(simulation.deliveries.front().request)});
+  rows.push_back({"Machine", MachineText(simulation.machineName, simulation.before)});
+  if (simulation.conversation.deliveries.size() == 1) {
+    rows.push_back({"Message", MessageName(simulation.conversation.deliveries.front().request)});
   }
   return Rows(rows, "");
 }
@@ -58,7 +36,7 @@ std::string Changes(const Delivery& delivery, const Style& style) {
     const std::string number = std::to_string(i + 1);
     text += "  " + std::string(digits - number.size(), ' ') + number + "  " + change.words;
     if (!change.refusal.empty()) text += "  " + style.Bad("refused: " + change.refusal);
-    if (change.afterRestart) text += "  " + style.Notice("takes effect at the restart");
+    if (!change.note.empty()) text += "  " + style.Notice(change.note);
     text += "\n";
   }
   return text;
@@ -127,7 +105,7 @@ std::string Waiting(const Simulation& simulation, const Style& style) {
     rows.push_back({"computer name", Printable(*simulation.after.pendingComputerName)});
   }
   const std::string membership = MembershipText(simulation.after.membership);
-  if (membership != MembershipText(simulation.confirmedMembership)) {
+  if (membership != MembershipText(simulation.conversation.confirmedMembership)) {
     rows.push_back({"member of", membership});
   }
   if (rows.empty()) return {};
@@ -158,12 +136,17 @@ std::string MachineTable(const Simulation& simulation, const Style& style) {
 
 }  // namespace
 
+std::string DeliveryReport(const Delivery& delivery, const Style& style, bool verbose) {
+  return Messages("Sent", delivery.sent, style) + Messages("Posted", delivery.posted, style) +
+         LogLines(delivery, style, verbose) + Reply(delivery, style);
+}
+
 std::string SimulateReport(const Simulation& simulation, const Style& style, bool verbose) {
   std::string text = Header(simulation);
-  const std::size_t count = simulation.deliveries.size();
+  const std::size_t count = simulation.conversation.deliveries.size();
   std::uint32_t restarts = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    const Delivery& delivery = simulation.deliveries[i];
+    const Delivery& delivery = simulation.conversation.deliveries[i];
     text += "\n";
     if (delivery.restarts != restarts) {
       restarts = delivery.restarts;
@@ -173,9 +156,7 @@ std::string SimulateReport(const Simulation& simulation, const Style& style, boo
       text += style.Heading("Message " + std::to_string(i + 1) + " of " + std::to_string(count)) +
               "  " + MessageName(delivery.request) + "\n";
     }
-    text += Changes(delivery, style) + Messages("Sent", delivery.sent, style) +
-            Messages("Posted", delivery.posted, style) + LogLines(delivery, style, verbose) +
-            Reply(delivery, style);
+    text += Changes(delivery, style) + DeliveryReport(delivery, style, verbose);
   }
   return text + Waiting(simulation, style) + MachineTable(simulation, style);
 }

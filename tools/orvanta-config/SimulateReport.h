@@ -1,12 +1,10 @@
 // The text that `simulate` shows a technician.
 #pragma once
 
-#include <cstdint>
 #include <string>
-#include <vector>
 
 #include "platform/simulated/Machine.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tools/orvanta-config/Conversation.h"
 #include "tools/orvanta-config/Text.h"
 
 namespace tool {
@@ -20,14 +18,14 @@ struct Simulation {
   /// The machine with the file on it, before the first message.
   simulated::Machine before;
   simulated::Machine after;
-  /// Membership at the last restart of the machine, else before the first message.
-  simulated::Membership confirmedMembership;
-  /// At least one.
-  std::vector<Delivery> deliveries;
+  Conversation conversation;
 };
 
+/// What one message did but for the changes: messages, log and reply. Log lines of level 0 are
+/// shown for a message that failed, all of them with `verbose`.
+std::string DeliveryReport(const Delivery& delivery, const Style& style, bool verbose);
+
 /// The report: header, per message what changed and the reply, then the machine before and after.
-/// Log lines of level 0 are shown for a message that failed, all of them with `verbose`.
 std::string SimulateReport(const Simulation& simulation, const Style& style, bool verbose);
 
 }  // namespace tool

@@ -11,6 +11,8 @@ struct Streams {
   std::ostream& err;
   /// `out` shows colours and the user did not forbid them by NO_COLOR.
   bool color = false;
+  /// `err` shows a line that is written again and again.
+  bool progress = false;
 };
 
 }  // namespace tool

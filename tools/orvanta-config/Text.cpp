@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/util/Text.h"
+
 namespace tool {
 
 std::string Printable(std::string_view text) {
@@ -35,6 +37,21 @@ std::string Padded(std::string_view text, std::size_t width) {
   std::string padded(text);
   padded.append(width - std::min(width, Width(text)), ' ');
   return padded;
+}
+
+std::string Rows(const std::vector<Row>& rows, const std::string& indent) {
+  std::size_t width = 0;
+  for (const Row& row : rows) width = std::max(width, Width(row.name));
+  std::string text;
+  for (const Row& row : rows) {
+    text += indent + Padded(row.name, width) + "  " + (row.text.empty() ? "(empty)" : row.text);
+    text += "\n";
+  }
+  return text;
+}
+
+std::string ListText(const std::vector<std::string>& items) {
+  return items.empty() ? "-" : util::Join(items, ", ");
 }
 
 std::string Style::Wrap(const char* code, std::string_view text) const {

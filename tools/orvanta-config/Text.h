@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tool {
 
@@ -16,6 +17,17 @@ std::size_t Width(std::string_view text);
 
 /// The text filled up with blanks to `width` characters; longer texts stay as they are.
 std::string Padded(std::string_view text, std::size_t width);
+
+struct Row {
+  std::string name;
+  std::string text;
+};
+
+/// One line per row: the names in a column of their own.
+std::string Rows(const std::vector<Row>& rows, const std::string& indent);
+
+/// The items side by side, separated by commas; "-" for none.
+std::string ListText(const std::vector<std::string>& items);
 
 /// Wraps texts in terminal colours, or leaves them alone.
 class Style {

@@ -3,17 +3,30 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <ostream>
 
 #include "toolbox/ToolboxApi.h"
+#include "tools/orvanta-config/Capture.h"
+#include "tools/orvanta-config/CommandTable.h"
+#include "tools/orvanta-config/Completion.h"
+#include "tools/orvanta-config/ManPage.h"
+#include "tools/orvanta-config/Roundtrip.h"
+#include "tools/orvanta-config/Send.h"
 #include "tools/orvanta-config/Simulate.h"
 #include "tools/orvanta-config/Text.h"
 #include "tools/orvanta-config/ToolError.h"
+#include "tools/orvanta-config/check/Check.h"
+#include "tools/orvanta-config/plan/Plan.h"
 
 namespace tool {
 namespace {
 
 constexpr char kFooter[] = R"(Examples:
+  orvanta-config check first-boot.cfg
+      what is wrong with this file, line by line
+  orvanta-config plan first-boot.cfg
+      what this file asks of the built-in example machine, and why
   orvanta-config simulate first-boot.cfg
       what this file would do on the built-in example machine
   orvanta-config simulate first-boot.cfg --machine my-pc.json --json
@@ -38,15 +51,37 @@ int Refuse(const std::string& line, const Streams& streams) {
 }  // namespace
 
 int RunTool(std::vector<std::string> arguments, const Streams& streams) {
-  CLI::App app("Rehearses a configuration on a simulated machine before it touches a computer.",
-               "orvanta-config");
+  CLI::App app(
+      "Checks a configuration, and rehearses it on a simulated machine before it touches a "
+      "computer.",
+      "orvanta-config");
   // Otherwise a path that begins with "/" would be taken for an option on Windows.
   app.allow_windows_style_options(false);
   app.set_version_flag("--version", Version);
   app.require_subcommand(1);
   app.footer(kFooter);
+  struct Command {
+    const CLI::App* app;
+    std::function<int()> run;
+  };
+  MachineOptions captureOptions;
+  CheckOptions checkOptions;
+  CompletionOptions completionOptions;
+  PlanOptions planOptions;
+  MachineOptions roundtripOptions;
+  SendOptions sendOptions;
   SimulateOptions simulateOptions;
-  const CLI::App* simulate = AddSimulate(app, simulateOptions);
+  const Command commands[] = {
+      {AddCheck(app, checkOptions), [&] { return Check(checkOptions, streams); }},
+      {AddPlan(app, planOptions), [&] { return Plan(planOptions, streams); }},
+      {AddSimulate(app, simulateOptions), [&] { return Simulate(simulateOptions, streams); }},
+      {AddRoundtrip(app, roundtripOptions), [&] { return Roundtrip(roundtripOptions, streams); }},
+      {AddCapture(app, captureOptions), [&] { return Capture(captureOptions, streams); }},
+      {AddSend(app, sendOptions), [&] { return Send(sendOptions, streams); }},
+      {AddCompletion(app, completionOptions),
+       [&] { return Completion(completionOptions, ReadCommands(app), streams); }},
+      {AddManPage(app), [&] { return ManPage(ReadCommands(app), streams); }},
+  };
 
   int exitCode = kDone;
   const auto isMeant = [&](const CLI::App* command) { return command->get_name() == arguments[0]; };
@@ -57,10 +92,13 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(std::move(arguments));
-    if (simulate->parsed()) exitCode = Simulate(simulateOptions, streams);
+    for (const Command& command : commands) {
+      if (command.app->parsed()) exitCode = command.run();
+    }
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() != 0) {
-      const std::string command = simulate->parsed() ? " simulate" : "";
+      const auto parsed = app.get_subcommands();
+      const std::string command = parsed.empty() ? "" : " " + parsed.front()->get_name();
       return Refuse(std::string(error.what()) + "; see orvanta-config" + command + " --help",
                     streams);
     }

@@ -11,9 +11,16 @@ namespace tool {
 class ToolError : public std::runtime_error {
  public:
   ToolError(const std::string& where, const std::string& fault, const std::string& mend)
-      : std::runtime_error((where.empty() ? "\"\"" : where) + ": " + fault + "; " + mend) {}
+      : std::runtime_error((where.empty() ? "\"\"" : where) + ": " + fault + "; " + mend),
+        fault_(fault) {}
   /// A line that says all of this already.
-  explicit ToolError(const std::string& line) : std::runtime_error(line) {}
+  explicit ToolError(const std::string& line) : std::runtime_error(line), fault_(line) {}
+
+  /// What is wrong, without where and without the mend.
+  const std::string& Fault() const { return fault_; }
+
+ private:
+  std::string fault_;
 };
 
 /// Exit codes of every command.

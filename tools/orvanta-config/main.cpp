@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
     const char* noColor = std::getenv("NO_COLOR");
     const bool color = tool::IsColorTerminal() && (noColor == nullptr || *noColor == '\0');
     return tool::RunTool(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
-                         {std::cin, std::cout, std::cerr, color});
+                         {std::cin, std::cout, std::cerr, color, tool::IsProgressTerminal()});
   } catch (const std::exception& error) {
     std::cerr << "orvanta-config: " << error.what()
               << "; this is a fault of the program, please report it with its files\n";

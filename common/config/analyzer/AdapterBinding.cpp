@@ -1,40 +1,48 @@
 #include "common/config/analyzer/AdapterBinding.h"
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <unordered_set>
 
 #include "common/config/command/ConfigureNic.h"
 #include "common/sys/NicAdapter.h"
-#include "common/sys/NicList.h"
 
 namespace config::analyzer {
 namespace {
 
 using command::ConfigureNic;
 
-/// The adapters of the machine and which of them are taken.
-class Adapters {
+/// Gives the adapters of the machine away.
+class Binding {
  public:
-  /// The index of the adapter for `nic`, which is taken from then on.
-  std::uint32_t Take(const ConfigureNic& nic) {
-    const sys::NicAdapter* adapter = Find(nic);
-    if (adapter == nullptr) adapter = NextFree();
-    if (adapter == nullptr) return ConfigureNic::kUnset;
-    taken_.insert(adapter->Index());
-    return adapter->Index();
+  explicit Binding(const sys::NicList& adapters) : adapters_(adapters) {}
+
+  /// Binds `nic` to its adapter, which is taken from then on.
+  void Bind(ConfigureNic& nic) {
+    const auto [adapter, by] = Find(nic);
+    if (adapter != nullptr) taken_.insert(adapter->Index());
+    nic.Bind(adapter != nullptr ? adapter->Index() : ConfigureNic::kUnset, by);
   }
 
  private:
-  const sys::NicAdapter* Find(const ConfigureNic& nic) const {
-    const sys::NicAdapter* adapter = nullptr;
+  struct Found {
+    const sys::NicAdapter* adapter;
+    ConfigureNic::BoundBy by;
+  };
+
+  Found Find(const ConfigureNic& nic) {
+    using By = ConfigureNic::BoundBy;
     if (nic.HasPciLocation()) {
-      adapter = adapters_.FindByPciLocation({nic.PciBus(), nic.PciDevice(), nic.PciFunction()});
+      const auto* adapter =
+          adapters_.FindByPciLocation({nic.PciBus(), nic.PciDevice(), nic.PciFunction()});
+      if (adapter != nullptr) return {adapter, By::kPci};
     }
-    if (adapter == nullptr && !nic.MacAddress().empty()) {
-      adapter = adapters_.FindByMac(nic.MacAddress());
+    if (!nic.MacAddress().empty()) {
+      if (const auto* adapter = adapters_.FindByMac(nic.MacAddress())) return {adapter, By::kMac};
     }
-    return adapter;
+    const auto* adapter = NextFree();
+    return {adapter, adapter != nullptr ? By::kNext : By::kNone};
   }
 
   /// Adapters once passed over stay taken, so the search goes on where it last stood.
@@ -46,21 +54,26 @@ class Adapters {
     return next_ < all.size() ? all[next_] : nullptr;
   }
 
-  sys::NicList adapters_;
+  const sys::NicList& adapters_;
   std::unordered_set<std::uint32_t> taken_;
   std::size_t next_ = 0;
 };
 
 }  // namespace
 
-void BindAdapters(command::CommandList& commands) {
-  std::optional<Adapters> adapters;
+std::unique_ptr<sys::NicList> BindAdapters(command::CommandList& commands) {
+  std::unique_ptr<sys::NicList> adapters;
+  std::optional<Binding> binding;
   for (const auto& command : commands) {
     auto* nic = dynamic_cast<ConfigureNic*>(command.get());
     if (nic == nullptr) continue;
-    if (!adapters) adapters.emplace();
-    nic->SetIndex(adapters->Take(*nic));
+    if (!binding) {
+      adapters = std::make_unique<sys::NicList>();
+      binding.emplace(*adapters);
+    }
+    binding->Bind(*nic);
   }
+  return adapters;
 }
 
 }  // namespace config::analyzer

@@ -1,9 +1,9 @@
 #include "common/config/analyzer/Analyzer.h"
 
 #include <algorithm>
-#include <iterator>
 #include <memory>
 #include <typeinfo>
+#include <utility>
 
 #include "common/config/analyzer/AdapterBinding.h"
 #include "common/config/command/ChangeCompName.h"
@@ -24,16 +24,26 @@ bool NeedsRestart(const std::unique_ptr<command::IConfigureCommand>& command) {
 
 }  // namespace
 
-void Analyzer::Analyze(command::CommandList& commands) {
+Analysis Analyzer::Analyze(command::CommandList& commands) {
+  Analysis analysis;
   // One by one: when a question to the machine throws, the queue still holds whole commands.
   for (auto command = commands.begin(); command != commands.end();) {
-    command = (*command)->IsNeeded() ? std::next(command) : commands.erase(command);
+    command::Comparison comparison = (*command)->Compare();
+    const bool needed = comparison.needed;
+    analysis.comparisons.emplace(command->get(), std::move(comparison));
+    if (needed) {
+      ++command;
+    } else {
+      analysis.dropped.push_back(std::move(*command));
+      command = commands.erase(command);
+    }
   }
-  BindAdapters(commands);
+  analysis.adapters = BindAdapters(commands);
   Reorder(commands);
   if (std::any_of(commands.begin(), commands.end(), NeedsRestart)) {
     commands.push_back(std::make_unique<command::Reboot>());
   }
+  return analysis;
 }
 
 }  // namespace config::analyzer

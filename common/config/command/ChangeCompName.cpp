@@ -18,11 +18,11 @@ void ChangeCompName::Execute() {
   }
 }
 
-bool ChangeCompName::IsNeeded() {
-  if (name_.empty()) return false;
+Comparison ChangeCompName::Compare() {
+  if (name_.empty()) return {.needed = false};
   std::string current;
   sys::Wmi::GetComputerName(&current);
-  return !util::EqualsIgnoringCase(name_, current);
+  return {!util::EqualsIgnoringCase(name_, current), current, name_};
 }
 
 std::string ChangeCompName::Describe() { return "Name=" + name_ + " {User=" + User() + "}"; }

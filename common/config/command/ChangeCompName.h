@@ -11,8 +11,8 @@ class ChangeCompName final : public DomainCommand {
 
   /// Throws ConfigError (value 4) unless the computer answers 0 or 1.
   void Execute() override;
-  /// False for an empty name and for the current one in whatever letter case.
-  bool IsNeeded() override;
+  /// Not needed for an empty name and for the current one in whatever letter case.
+  Comparison Compare() override;
   /// "Name=PC1 {User=jdoe}".
   std::string Describe() override;
 

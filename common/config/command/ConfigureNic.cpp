@@ -1,5 +1,7 @@
 #include "common/config/command/ConfigureNic.h"
 
+#include <numeric>
+
 #include "common/config/ConfigError.h"
 #include "common/config/command/NicCommand.h"
 #include "common/util/ClassName.h"
@@ -24,16 +26,24 @@ void ConfigureNic::Execute() {
            index_);
   for (const auto& owned : commands_) {
     IConfigureCommand& command = *owned;
-    if (auto* nicCommand = dynamic_cast<NicCommand*>(&command)) nicCommand->SetIndex(index_);
-    if (!command.IsNeeded()) continue;
+    if (!CompareAdapter(command).needed) continue;
     log_.Log(logging::kDetail, "ConfigureNic::Execute(): about to execute %s (%s)",
              util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
     command.Execute();
   }
 }
 
-bool ConfigureNic::IsNeeded() { return true; }
+Comparison ConfigureNic::CompareAdapter(IConfigureCommand& command) const {
+  if (auto* nicCommand = dynamic_cast<NicCommand*>(&command)) nicCommand->SetIndex(index_);
+  return command.Compare();
+}
 
 std::string ConfigureNic::Describe() { return {}; }
+
+std::uint32_t ConfigureNic::PauseMs() const {
+  return std::accumulate(
+      commands_.begin(), commands_.end(), std::uint32_t{0},
+      [](std::uint32_t sum, const auto& command) { return sum + command->PauseMs(); });
+}
 
 }  // namespace config::command

@@ -22,8 +22,13 @@ class ConfigureNic final : public IConfigureCommand {
   void SetPciBus(std::uint32_t bus) { pciBus_ = bus; }
   void SetPciDevice(std::uint32_t device) { pciDevice_ = device; }
   void SetPciFunction(std::uint32_t function) { pciFunction_ = function; }
-  /// `kUnset` when no adapter could be found.
-  void SetIndex(std::uint32_t index) { index_ = index; }
+  /// How an adapter was found.
+  enum class BoundBy : std::uint8_t { kNone, kPci, kMac, kNext };
+  /// `kUnset` by `kNone` when no adapter could be found.
+  void Bind(std::uint32_t index, BoundBy by) {
+    index_ = index;
+    boundBy_ = by;
+  }
 
   const std::string& MacAddress() const { return macAddress_; }
   std::uint32_t PciBus() const { return pciBus_; }
@@ -31,17 +36,20 @@ class ConfigureNic final : public IConfigureCommand {
   std::uint32_t PciFunction() const { return pciFunction_; }
   bool HasPciLocation() const;
   std::uint32_t Index() const { return index_; }
+  BoundBy HowBound() const { return boundBy_; }
 
-  /// The adapter's commands, in order. NicCommands get the adapter's index when their turn comes.
+  /// The adapter's commands, in order.
   CommandList& Commands() { return commands_; }
+  /// Lets one of them compare the adapter, which it gets to know now.
+  Comparison CompareAdapter(IConfigureCommand& command) const;
 
   /// Runs the commands that are needed. Throws ConfigError (value 0) when no adapter was found; an
   /// error of a command ends the run at once.
   void Execute() override;
-  /// Always true.
-  bool IsNeeded() override;
   /// Empty.
   std::string Describe() override;
+  /// The pauses between its commands, which are never left out.
+  std::uint32_t PauseMs() const override;
 
  private:
   std::uint32_t pciBus_ = kUnset;
@@ -49,6 +57,7 @@ class ConfigureNic final : public IConfigureCommand {
   std::uint32_t pciFunction_ = kUnset;
   std::string macAddress_;
   std::uint32_t index_ = kUnset;
+  BoundBy boundBy_ = BoundBy::kNone;
   CommandList commands_;
   logging::ILogSink& log_;
 };

@@ -39,8 +39,8 @@ void EnableNetworking::Execute() {
   sys::Pause(kSettlingMs);
 }
 
-bool EnableNetworking::IsNeeded() { return true; }
-
 std::string EnableNetworking::Describe() { return {}; }
+
+std::uint32_t EnableNetworking::PauseMs() const { return kSettlingMs; }
 
 }  // namespace config::command

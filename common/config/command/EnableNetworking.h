@@ -14,10 +14,9 @@ class EnableNetworking final : public IConfigureCommand {
   /// the service manager refuses is skipped. Throws sys::DomainError or sys::CWmiError when the
   /// domain cannot be left.
   void Execute() override;
-  /// Always true.
-  bool IsNeeded() override;
   /// Empty.
   std::string Describe() override;
+  std::uint32_t PauseMs() const override;
 
  private:
   bool leaveDomain_;

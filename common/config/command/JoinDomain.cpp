@@ -11,14 +11,16 @@ void JoinDomain::Execute() {
   domain.JoinDomainAndOu(dnsDomain_, ou_, joinBeforeRename_);
 }
 
-bool JoinDomain::IsNeeded() {
-  if (dnsDomain_.empty() && windowsDomain_.empty()) return false;
+Comparison JoinDomain::Compare() {
+  const bool byDns = !dnsDomain_.empty();
+  const bool byWindows = !windowsDomain_.empty();
+  if (!byDns && !byWindows) return {.needed = false};
   sys::Domain& domain = sys::Domain::Instance();
-  const bool sameDns =
-      !dnsDomain_.empty() && util::EqualsIgnoringCase(dnsDomain_, domain.GetDnsDomainName());
-  const bool sameWindows =
-      !windowsDomain_.empty() && util::EqualsIgnoringCase(windowsDomain_, domain.GetDomainName());
-  return !sameDns && !sameWindows;
+  const std::string dns = byDns ? domain.GetDnsDomainName() : "";
+  const std::string windows = byWindows ? domain.GetDomainName() : "";
+  const bool same = (byDns && util::EqualsIgnoringCase(dnsDomain_, dns)) ||
+                    (byWindows && util::EqualsIgnoringCase(windowsDomain_, windows));
+  return {!same, byDns ? dns : windows, byDns ? dnsDomain_ : windowsDomain_};
 }
 
 std::string JoinDomain::Describe() {

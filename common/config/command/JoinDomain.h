@@ -16,8 +16,8 @@ class JoinDomain final : public DomainCommand {
 
   /// Throws sys::DomainError or sys::CWmiError.
   void Execute() override;
-  /// False for an empty domain and for the current one in whatever letter case.
-  bool IsNeeded() override;
+  /// Not needed for an empty domain and for the current one in whatever letter case.
+  Comparison Compare() override;
   /// "DNS Domain=corp.example, Windows Domain= {User=jdoe}".
   std::string Describe() override;
 

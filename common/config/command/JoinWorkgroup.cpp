@@ -11,9 +11,10 @@ void JoinWorkgroup::Execute() {
   domain.JoinWorkgroup(workgroup_);
 }
 
-bool JoinWorkgroup::IsNeeded() {
-  return !workgroup_.empty() &&
-         !util::EqualsIgnoringCase(workgroup_, sys::Domain::Instance().GetWorkgroup());
+Comparison JoinWorkgroup::Compare() {
+  if (workgroup_.empty()) return {.needed = false};
+  const std::string current = sys::Domain::Instance().GetWorkgroup();
+  return {!util::EqualsIgnoringCase(workgroup_, current), current, workgroup_};
 }
 
 std::string JoinWorkgroup::Describe() {

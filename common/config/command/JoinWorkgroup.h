@@ -11,8 +11,8 @@ class JoinWorkgroup final : public DomainCommand {
 
   /// Throws sys::DomainError or sys::CWmiError.
   void Execute() override;
-  /// False for an empty name and for the current workgroup in whatever letter case.
-  bool IsNeeded() override;
+  /// Not needed for an empty name and for the current workgroup in whatever letter case.
+  Comparison Compare() override;
   /// "Workgroup=WORKGROUP {User=jdoe}".
   std::string Describe() override;
 

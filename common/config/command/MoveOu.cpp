@@ -11,13 +11,15 @@ void MoveOu::Execute() {
   domain.MoveOu(ou_);
 }
 
-bool MoveOu::IsNeeded() {
+Comparison MoveOu::Compare() {
   sys::Domain& domain = sys::Domain::Instance();
-  if (!domain.IsDomainMember() || (User().empty() && ou_.empty())) return false;
+  if (!domain.IsDomainMember()) return {false, "no domain", ou_};
+  if (User().empty() && ou_.empty()) return {.needed = false};
   domain.SetCredentials(User(), Password());  // reading the current OU may need them
   const std::string dnsDomain = domain.GetDnsDomainName();
   const std::string current = sys::BuildDn(dnsDomain, domain.GetOu(/*asDn=*/false));
-  return !util::EqualsIgnoringCase(sys::BuildDn(dnsDomain, ou_), current);
+  const std::string wanted = sys::BuildDn(dnsDomain, ou_);
+  return {!util::EqualsIgnoringCase(wanted, current), current, wanted};
 }
 
 std::string MoveOu::Describe() { return "OU=" + ou_; }

@@ -11,8 +11,9 @@ class MoveOu final : public DomainCommand {
 
   /// Throws sys::DomainError or sys::CWmiError.
   void Execute() override;
-  /// False on a workgroup machine, without user and OU, and when the account is in the OU already.
-  bool IsNeeded() override;
+  /// Not needed on a workgroup machine, without user and OU, and when the account is in the OU
+  /// already.
+  Comparison Compare() override;
   /// "OU=Sales/Europe".
   std::string Describe() override;
 

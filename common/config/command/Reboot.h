@@ -9,8 +9,6 @@ namespace config::command {
 class Reboot final : public IConfigureCommand {
  public:
   void Execute() override {}
-  /// Always true.
-  bool IsNeeded() override { return true; }
   /// Empty.
   std::string Describe() override { return {}; }
 };

@@ -11,10 +11,10 @@ constexpr err::Site kFailed{"SetDhcp", "Configuring DHCP failed", 48};
 
 void SetDhcp::Execute() { RequireDone(sys::Wmi::EnableDHCP(Index()), kFailed); }
 
-bool SetDhcp::IsNeeded() {
+Comparison SetDhcp::Compare() {
   bool enabled = false;
   sys::Wmi::IsDhcpEnabled(Index(), &enabled);
-  return !enabled;
+  return {!enabled, enabled ? "dhcp" : "static", "dhcp"};
 }
 
 std::string SetDhcp::Describe() { return {}; }

@@ -10,8 +10,8 @@ class SetDhcp final : public NicCommand {
  public:
   /// Throws ConfigError (value 4) unless the adapter answers 0 or 1.
   void Execute() override;
-  /// False when the adapter already uses DHCP.
-  bool IsNeeded() override;
+  /// Not needed when the adapter already uses DHCP.
+  Comparison Compare() override;
   /// Empty.
   std::string Describe() override;
 };

@@ -17,12 +17,12 @@ void SetDns::Execute() {
               mode_ == Mode::kDhcp ? kDhcpFailed : kFailed);
 }
 
-bool SetDns::IsNeeded() {
-  if (mode_ == Mode::kDhcp) return true;
+Comparison SetDns::Compare() {
+  if (mode_ == Mode::kDhcp) return {.wanted = "dhcp"};
   std::vector<ipc::IPv4Address> current;
   std::vector<std::string> suffixes;
   sys::Wmi::GetDnsServersAndSuffixes(Index(), &current, &suffixes);
-  return current != servers_;
+  return {current != servers_, ipc::Join(current), ipc::Join(servers_)};
 }
 
 std::string SetDns::Describe() {

@@ -20,8 +20,9 @@ class SetDns final : public NicCommand {
 
   /// Throws ConfigError (value 4) unless the adapter answers 0 or 1.
   void Execute() override;
-  /// False when the adapter has exactly these servers in this order; always true in DHCP mode.
-  bool IsNeeded() override;
+  /// Not needed when the adapter has exactly these servers in this order; always needed in DHCP
+  /// mode.
+  Comparison Compare() override;
   /// "DNS Servers=10.0.0.1,10.0.0.2" or "DNS via DHCP".
   std::string Describe() override;
 

@@ -12,11 +12,11 @@ constexpr err::Site kFailed{"SetDnsSuffix", "Configuring DNS suffixes failed", 5
 
 void SetDnsSuffix::Execute() { RequireDone(sys::Wmi::SetDNSSuffixSearchOrder(suffixes_), kFailed); }
 
-bool SetDnsSuffix::IsNeeded() {
+Comparison SetDnsSuffix::Compare() {
   std::vector<ipc::IPv4Address> servers;
   std::vector<std::string> current;
   sys::Wmi::GetDnsServersAndSuffixes(Index(), &servers, &current);
-  return current != suffixes_;
+  return {current != suffixes_, util::Join(current, ","), util::Join(suffixes_, ",")};
 }
 
 std::string SetDnsSuffix::Describe() { return "DNS Suffixes=" + util::Join(suffixes_, ","); }

@@ -11,10 +11,10 @@ constexpr err::Site kFailed{"SetGateway", "Configuring gateways failed", 52};
 
 void SetGateway::Execute() { RequireDone(sys::Wmi::SetGateways(Index(), gateways_), kFailed); }
 
-bool SetGateway::IsNeeded() {
+Comparison SetGateway::Compare() {
   std::vector<ipc::IPv4Address> current;
   sys::Wmi::GetGateways(Index(), &current);
-  return current != gateways_;
+  return {current != gateways_, ipc::Join(current), ipc::Join(gateways_)};
 }
 
 std::string SetGateway::Describe() { return "Gateways=" + ipc::Join(gateways_); }

@@ -20,16 +20,27 @@ void SetStatic::Execute() {
   RequireDone(sys::Wmi::EnableStatic(Index(), addresses_, masks_), kFailed);
 }
 
-bool SetStatic::IsNeeded() {
-  if (addresses_.empty() || masks_.empty()) return true;
+Comparison SetStatic::Compare() {
+  if (addresses_.empty() || masks_.empty()) return {.wanted = Wanted()};
   bool dhcp = false;
   sys::Wmi::IsDhcpEnabled(Index(), &dhcp);
-  if (dhcp) return true;
+  if (dhcp) return {true, "dhcp", Wanted()};
   ipc::IPv4Address address;
   ipc::IPv4Address mask;
   sys::Wmi::GetIpAddressAndMask(Index(), &address, &mask);
   // Deliberate: further addresses and masks never make the command needed.
-  return address != addresses_.front() || mask != masks_.front();
+  return {address != addresses_.front() || mask != masks_.front(),
+          address.ToString() + "/" + mask.ToString(), Wanted()};
+}
+
+std::string SetStatic::Wanted() const {
+  std::string text;
+  for (std::size_t i = 0; i < std::max(addresses_.size(), masks_.size()); ++i) {
+    if (i > 0) text += ",";
+    if (i < addresses_.size()) text += addresses_[i].ToString();
+    if (i < masks_.size()) text += "/" + masks_[i].ToString();
+  }
+  return text;
 }
 
 std::string SetStatic::Describe() {

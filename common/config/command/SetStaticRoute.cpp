@@ -35,27 +35,38 @@ void SortAndUnite(std::vector<sys::RouteRecord>& routes) {
   routes.erase(std::unique(routes.begin(), routes.end()), routes.end());
 }
 
+/// "10.1.0.0/255.255.0.0 via 10.0.0.1 metric 1", with commas between routes.
+std::string ToText(const std::vector<sys::RouteRecord>& routes) {
+  std::string text;
+  for (const sys::RouteRecord& route : routes) {
+    if (!text.empty()) text += ",";
+    text +=
+        util::Format("%s/%s via %s metric %u", route.destination.ToString().c_str(),
+                     route.mask.ToString().c_str(), route.gateway.ToString().c_str(), route.metric);
+  }
+  return text;
+}
+
 }  // namespace
 
 void SetStaticRoute::Plan() {
   if (planned_) return;
-  std::vector<sys::RouteRecord> existing;
-  sys::Wmi::GetStaticRoutes(&existing);
+  sys::Wmi::GetStaticRoutes(&existing_);
   // Deliberate: the first default route only; a second one is deleted like any other.
-  const auto defaultRoute = std::find_if(existing.begin(), existing.end(), IsDefaultRoute);
-  if (defaultRoute != existing.end()) existing.erase(defaultRoute);
-  SortAndUnite(existing);
+  const auto defaultRoute = std::find_if(existing_.begin(), existing_.end(), IsDefaultRoute);
+  if (defaultRoute != existing_.end()) existing_.erase(defaultRoute);
+  SortAndUnite(existing_);
   SortAndUnite(wanted_);
-  std::set_difference(existing.begin(), existing.end(), wanted_.begin(), wanted_.end(),
+  std::set_difference(existing_.begin(), existing_.end(), wanted_.begin(), wanted_.end(),
                       std::back_inserter(toDelete_));
-  std::set_difference(wanted_.begin(), wanted_.end(), existing.begin(), existing.end(),
+  std::set_difference(wanted_.begin(), wanted_.end(), existing_.begin(), existing_.end(),
                       std::back_inserter(toAdd_));
   planned_ = true;
 }
 
-bool SetStaticRoute::IsNeeded() {
+Comparison SetStaticRoute::Compare() {
   Plan();
-  return !toAdd_.empty() || !toDelete_.empty();
+  return {!toAdd_.empty() || !toDelete_.empty(), ToText(existing_), ToText(wanted_)};
 }
 
 std::string SetStaticRoute::Describe() {

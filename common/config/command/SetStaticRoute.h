@@ -18,8 +18,8 @@ class SetStaticRoute final : public IConfigureCommand {
   /// Deletes, then adds, each with one run of the route tool. Throws ConfigError (value 5) at the
   /// first run that does not end with 0; earlier changes stay.
   void Execute() override;
-  /// False when nothing is to be deleted or added.
-  bool IsNeeded() override;
+  /// Not needed when nothing is to be deleted or added.
+  Comparison Compare() override;
   /// Empty.
   std::string Describe() override;
 
@@ -27,6 +27,7 @@ class SetStaticRoute final : public IConfigureCommand {
   void Plan();
 
   std::vector<sys::RouteRecord> wanted_;
+  std::vector<sys::RouteRecord> existing_;  // without the default route that stays
   std::vector<sys::RouteRecord> toAdd_;
   std::vector<sys::RouteRecord> toDelete_;
   bool planned_ = false;

@@ -7,8 +7,6 @@ namespace config::command {
 
 void Sleep::Execute() { sys::Pause(milliseconds_); }
 
-bool Sleep::IsNeeded() { return true; }
-
 std::string Sleep::Describe() { return util::Format("Duration=%u milliseconds", milliseconds_); }
 
 }  // namespace config::command

@@ -13,10 +13,9 @@ class Sleep final : public IConfigureCommand {
 
   /// Suspends the calling thread.
   void Execute() override;
-  /// Always true.
-  bool IsNeeded() override;
   /// "Duration=8000 milliseconds".
   std::string Describe() override;
+  std::uint32_t PauseMs() const override { return milliseconds_; }
 
  private:
   std::uint32_t milliseconds_;

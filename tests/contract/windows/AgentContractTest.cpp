@@ -154,6 +154,7 @@ class ConfigureContract : public AgentContract {
   int32_t Configure(const std::string& file) {
     received.given["Filename"] = file;
     simulated::SimulatedPlatform platform(machine);
+    EXPECT_EQ(platform.Wmi().EnterApartment(), platform::kOk);
     const WmiDouble wmi(platform.Wmi());
     return Deliver("Internal", "Configure");
   }
@@ -232,6 +233,32 @@ TEST_F(ConfigureContract, AdapterAndNameAreChangedThroughWmiAndTheReplyIsReboot)
             "SetAgentSettings: Settings/Included");
   EXPECT_EQ(settings.written,
             (Texts{"AddValue Server=agent.corp.example", "AddValue Server=second"}));
+}
+
+TEST_F(ConfigureContract, AThousandMessagesLeaveNoHandleOpen) {
+  // A new handle takes the lowest place that is free, so open ones push it up.
+  const auto nextHandle = [] {
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    CloseHandle(event);
+    return reinterpret_cast<uintptr_t>(event);
+  };
+  const auto configure = [this] {
+    ASSERT_EQ(Configure(Write((own + ".cfg").c_str(),
+                              "[NicEntry0]\r\nMACAddress=080027123456\r\nDHCP=True\r\n")),
+              1);
+  };
+  configure();  // what is made once is made here
+  const uintptr_t before = nextHandle();
+  const HANDLE taken = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+  EXPECT_GT(nextHandle(), before);
+  CloseHandle(taken);
+  for (int i = 0; i < 1000; ++i) configure();
+  EXPECT_LE(nextHandle(), before);
+
+  char program[MAX_PATH];
+  GetModuleFileNameA(nullptr, program, sizeof program);
+  const auto moved = std::filesystem::path(program).parent_path() / (own + ".cfg");
+  EXPECT_TRUE(std::filesystem::remove(moved)) << "the file is put away beside the agent";
 }
 
 }  // namespace

@@ -8,19 +8,11 @@
 #include <variant>
 #include <vector>
 
-#include "tests/contract/windows/WmiDoubleStubs.h"
+#include "tests/contract/windows/ComDouble.h"
+#include "tests/contract/windows/WmiStubs.h"
 
 namespace contract {
 namespace {
-
-std::string Narrow(const wchar_t* text) {
-  if (text == nullptr) return {};
-  const int size = WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
-  std::string narrow(static_cast<std::size_t>(size), '\0');
-  WideCharToMultiByte(CP_ACP, 0, text, -1, narrow.data(), size, nullptr, nullptr);
-  narrow.pop_back();  // the terminator
-  return narrow;
-}
 
 /// The caller frees it.
 BSTR MakeBstr(const std::string& text) {
@@ -76,27 +68,6 @@ platform::Variant Load(const VARIANT& value) {
   }
   ADD_FAILURE() << "parameter of VARIANT type " << value.vt;
   return platform::Empty{};
-}
-
-/// A stub that owns the port that answers for it.
-template <class Stub, class PortType>
-class Fronts : public Stub {
- public:
-  using Port = PortType;
-  explicit Fronts(std::unique_ptr<Port> port) : port_(std::move(port)) {}
-  Port& Machine() const { return *port_; }
-
- private:
-  std::unique_ptr<Port> port_;
-};
-
-/// Answers what `ask(&port)` answers, and stores the port it made, if any, as a new `Com` object.
-template <class Com, class Interface, class Ask>
-HRESULT Wrap(Interface** object, Ask ask) {
-  std::unique_ptr<typename Com::Port> port;
-  const HRESULT result = ask(&port);
-  *object = port == nullptr ? nullptr : new Com(std::move(port));
-  return result;
 }
 
 class ClassObject final : public Fronts<ClassObjectStub, platform::IWmiObject> {
@@ -217,7 +188,7 @@ class Factory final : public ComObject<IClassFactory> {
     IWbemLocator* locator = nullptr;
     HRESULT result =
         Wrap<Locator>(&locator, [&](auto* made) { return machine_.MakeLocator(made); });
-    if (FAILED(result)) return result;
+    if (FAILED(result) || locator == nullptr) return result;
     result = locator->QueryInterface(iid, object);
     locator->Release();
     return result;
@@ -230,8 +201,7 @@ class Factory final : public ComObject<IClassFactory> {
 
 }  // namespace
 
-WmiDouble::WmiDouble(platform::IWmi& machine) : machine_(machine) {
-  EXPECT_EQ(machine.EnterApartment(), platform::kOk);
+WmiDouble::WmiDouble(platform::IWmi& machine) {
   // The registration lives in the apartment, which would end with the library's own last leave.
   EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
   auto* factory = new Factory(machine);
@@ -244,7 +214,6 @@ WmiDouble::WmiDouble(platform::IWmi& machine) : machine_(machine) {
 WmiDouble::~WmiDouble() {
   EXPECT_EQ(CoRevokeClassObject(registration_), S_OK);
   CoUninitialize();
-  machine_.LeaveApartment();
   EXPECT_EQ(liveComObjects, 0) << "COM objects outlive the library's calls";
   liveComObjects = 0;
 }

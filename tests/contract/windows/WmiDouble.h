@@ -7,9 +7,9 @@
 namespace contract {
 
 /// Registers the double as this process's `CLSID_WbemLocator` for its own lifetime; `machine` is
-/// borrowed, and in its apartment all that time. A call with arguments other than the ones the
-/// library owes, and a COM object that is still alive at the end, are test failures. For one thread
-/// at a time.
+/// borrowed, and who calls the library sees to its apartment. A call with arguments other than the
+/// ones the library owes, and a COM object that is still alive at the end, are test failures. For
+/// one thread at a time.
 class WmiDouble {
  public:
   explicit WmiDouble(platform::IWmi& machine);
@@ -18,7 +18,6 @@ class WmiDouble {
   WmiDouble& operator=(const WmiDouble&) = delete;
 
  private:
-  platform::IWmi& machine_;
   unsigned long registration_ = 0;
 };
 

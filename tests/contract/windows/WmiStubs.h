@@ -1,49 +1,12 @@
-// The COM side of the WMI double: reference counting, and every operation that the library never
-// calls. What is left pure is what WmiDouble.cpp answers.
+// Every operation of Windows Management Instrumentation that the library never calls. What is left
+// pure is what WmiDouble.cpp answers.
 #pragma once
 
-#include <windows.h>
+#include "tests/contract/windows/ComDouble.h"
 // windows.h must come first.
 #include <wbemcli.h>
 
 namespace contract {
-
-/// Number of COM objects alive in this process.
-inline int liveComObjects = 0;
-
-// COM interfaces have no destructor at all; an object is only ever deleted as a `ComObject`.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
-
-/// Starts with one reference and deletes itself with the last one.
-template <class First, class... More>
-class ComObject : public First, public More... {
- public:
-  ComObject() { ++liveComObjects; }
-  virtual ~ComObject() { --liveComObjects; }
-  ComObject(const ComObject&) = delete;
-  ComObject& operator=(const ComObject&) = delete;
-
-  HRESULT QueryInterface(REFIID iid, void** object) override {
-    *object = nullptr;
-    if (iid == __uuidof(IUnknown) || iid == __uuidof(First)) *object = static_cast<First*>(this);
-    ((iid == __uuidof(More) ? * object = static_cast<More*>(this) : nullptr), ...);
-    if (*object == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  ULONG AddRef() override { return ++references_; }
-  ULONG Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
-
- private:
-  ULONG references_ = 1;
-};
-
-#pragma GCC diagnostic pop
 
 using Context = IWbemContext;
 using Object = IWbemClassObject;

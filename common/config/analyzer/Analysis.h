@@ -1,0 +1,21 @@
+// What an analysis found out on its way, for whoever explains the queue that it left.
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+
+#include "common/config/command/IConfigureCommand.h"
+#include "common/sys/NicList.h"
+
+namespace config::analyzer {
+
+struct Analysis {
+  /// The commands that would change nothing, in the order in which they stood in the queue.
+  command::CommandList dropped;
+  /// The machine beside what each command wants that was in the queue, dropped ones included.
+  std::unordered_map<const command::IConfigureCommand*, command::Comparison> comparisons;
+  /// The adapters as the binding read them; null when nothing was to be bound.
+  std::unique_ptr<sys::NicList> adapters;
+};
+
+}  // namespace config::analyzer

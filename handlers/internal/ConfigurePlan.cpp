@@ -1,0 +1,135 @@
+#include "handlers/internal/ConfigurePlan.h"
+
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "common/sys/Registry.h"
+#include "common/util/FileUtils.h"
+#include "common/util/Text.h"
+#include "handlers/internal/ConfigKeys.h"
+#include "handlers/internal/SectionTranslator.h"
+
+namespace {
+
+constexpr char kPath[] = "internal/Configure";
+
+/// The lines of the log calls.
+enum Line : int {
+  kEntered = 107,
+  kFile = 115,
+  kNotLoadedLine = 124,
+  kEvents = 147,
+  kNetworkDisabled = 152,
+  kAfterDeployImage = 155,
+  kAfterCreateImage = 160,
+  kRun = 544,
+  kNoFileLine = 629,
+};
+
+std::string GlobalValue(ConfigFile& file, Key key) {
+  return std::string(file.FindValue("Global", NameOf(key)).value_or(std::string_view()));
+}
+
+ConfigurePlan::GlobalSettings ReadGlobal(ConfigFile& file) {
+  return {util::EqualsIgnoringCase(GlobalValue(file, Key::kRebootAfterConfig), "false"),
+          util::EqualsIgnoringCase(GlobalValue(file, Key::kConfig), "RestoreAfterCreate"),
+          GlobalValue(file, Key::kScheduleId), GlobalValue(file, Key::kTaskSequence)};
+}
+
+bool RestoreIsPending(const AgentFiles& files) {
+  if (!util::FileExists(files.configuration)) return false;
+  ConfigFile file(/*caseSensitive=*/false);
+  if (file.Load(files.configuration, /*merge=*/false) != ConfigFile::kSuccess) return false;
+  return util::EqualsIgnoringCase(GlobalValue(file, Key::kConfig), "Restore") &&
+         util::FileExists(files.restore);
+}
+
+/// Reads and clears the flag that the preparation of an image leaves. False when it is not there or
+/// not to be had.
+bool TakeNetworkDisabledFlag() {
+  try {
+    sys::Registry key;
+    key.SetSubkey(sys::kClientServiceKey);
+    key.Open(/*create=*/false, /*readOnly=*/false, /*view64=*/false);
+    bool disabled = false;
+    key.ReadBool(sys::kNetworkDisabledValue, &disabled);
+    key.DeleteValue(sys::kNetworkDisabledValue);
+    return disabled;
+  } catch (const sys::RegistryError&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+ConfigurePlan::Opening ConfigurePlan::Open(IAgentMessage& message) {
+  const AgentFiles files = AgentFiles::Locate();
+  OwnedMessage handOver(host_.CreateMessage());
+  if (RestoreIsPending(files)) return HandOver(files, std::move(handOver));
+  handOver.reset();
+
+  networkDisabled_ = TakeNetworkDisabledFlag();
+  log_.Log(logging::kProgress, "%s:%d Configure::HandleMessage", kPath, kEntered);
+  const char* const fileName = message.GetValue("Filename");
+  path_ = fileName == nullptr ? "" : fileName;
+  log_.Log(logging::kDetail, "%s:%d Configure::HandleMessage(): config file=%s", kPath, kFile,
+           path_.c_str());
+  if (!util::FileExists(path_)) {
+    log_.Log(logging::kFailure, "%s:%d Configure::HandleMessage(): File %s does not exist", kPath,
+             kNoFileLine, path_.c_str());
+    return Opening::kNoFile;
+  }
+  loaded_ = file_.Load(path_, /*merge=*/false);
+  if (loaded_ != ConfigFile::kSuccess) {
+    // Half-understood settings are never applied; the file stays for whoever looks into it.
+    log_.Log(logging::kFailure, "%s:%d Configure::HandleMessage(): cannot load %s (code %d)", kPath,
+             kNotLoadedLine, path_.c_str(), static_cast<int>(loaded_));
+    return Opening::kNotLoaded;
+  }
+  global_ = ReadGlobal(file_);
+  return Opening::kLoaded;
+}
+
+/// Puts the restore file in the place of the agent's file and posts a message that names it.
+ConfigurePlan::Opening ConfigurePlan::HandOver(const AgentFiles& files, OwnedMessage message) {
+  if (message == nullptr) throw std::bad_alloc();
+  util::Delete(files.configuration);
+  util::Move(files.restore, files.configuration);
+  message->SetTypeAndName("Internal", "Configure");
+  message->SetValue("Filename", files.configuration.c_str());
+  const bool taken = (host_.Post(message.get()) & 0xFF) != 0;
+  return taken ? Opening::kHandedOver : Opening::kHandOverRefused;
+}
+
+void ConfigurePlan::Build() {
+  log_.Log(logging::kDetail, "%s:%d Configure::HandleMessage(): about to call ConfigEvent()", kPath,
+           kEvents);
+  if (networkDisabled_) SendEnableNetworking();
+  SectionTranslator(file_, builder_, log_, host_, listener_).TranslateAll();
+}
+
+void ConfigurePlan::SendEnableNetworking() {
+  log_.Log(logging::kFailure, "%s:%d Networking was disabled see if we need to go to wrk grp",
+           kPath, kNetworkDisabled);
+  if (global_.afterCreateImage) {
+    log_.Log(logging::kFailure,
+             "%s:%d Looks we are coming after create image, No need to go to wrk grp", kPath,
+             kAfterCreateImage);
+  } else {
+    log_.Log(logging::kFailure,
+             "%s:%d Looks we are coming after deploy image, need to go to wrk grp", kPath,
+             kAfterDeployImage);
+  }
+  const std::string leaveDomain = global_.afterCreateImage ? "false" : "true";
+  const SourcedEvent event{config::EventKind::ENABLE_NETWORKING, config::Event::VALUE, leaveDomain};
+  listener_.Sending(event);
+  listener_.Taken(builder_.ConfigEvent(event.kind, event.phase, event.value));
+}
+
+config::analyzer::Analysis ConfigurePlan::Analyze() {
+  log_.Log(logging::kFailure,
+           "%s:%d Configure::HandleMessage(): about to call Analyze() and RunConfig()", kPath,
+           kRun);
+  return builder_.Analyze();
+}

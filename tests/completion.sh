@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# Presses Tab in bash, and shows the scripts for the other shells to them where they are installed:
+#   completion.sh TOOL
+set -euo pipefail
+tool=$1
+failures=0
+
+fail() {
+  printf '%s\n' "$1"
+  failures=$((failures + 1))
+}
+
+# shellcheck disable=SC1090
+source <("$tool" completion bash)
+
+# expect COMPLETIONS WORD...: what Tab offers behind the last word.
+expect() {
+  local expected=$1
+  shift
+  COMP_WORDS=(orvanta-config "$@")
+  COMP_CWORD=$#
+  _orvanta_config
+  local offered
+  offered=$(printf '%s\n' "${COMPREPLY[@]}" | sort | paste -sd ' ')
+  [[ $offered == "$expected" ]] || fail "$*: offered '$offered', not '$expected'"
+}
+
+folder=$(mktemp -d)
+export LC_ALL=C
+trap 'rm -r "$folder"' EXIT
+cd "$folder"
+touch 'my pc.cfg' my-pc.json
+
+expect 'check' ch
+expect '--help' --h
+expect '--sarif' check --sa
+expect '--message' simulate file.cfg --mess
+expect 'prep-for-image' simulate --message p
+expect 'my pc.cfg my-pc.json' check my
+expect 'my pc.cfg my-pc.json' simulate --machine ''
+expect '' simulate --set A
+expect 'zsh' completion z
+
+for shell in zsh fish; do
+  command -v "$shell" >/dev/null || continue
+  "$tool" completion "$shell" >"$folder/script"
+  "$shell" -n "$folder/script" || fail "$shell does not understand its script"
+done
+if command -v fish >/dev/null; then
+  offered=$(HOME=$folder fish -c "source '$folder/script'; complete -C 'orvanta-config check --sa'")
+  [[ $offered == --sarif* ]] || fail "fish: offered '$offered', not '--sarif'"
+fi
+
+# The formatter warns of whatever it does not understand.
+"$tool" man >"$folder/page.1"
+if command -v groff >/dev/null; then
+  warnings=$(groff -man -Tascii -ww "$folder/page.1" 2>&1 >"$folder/page.txt")
+  [[ -z $warnings ]] || fail "$warnings"
+  grep -q 'FILE' "$folder/page.txt" || fail 'the manual page is empty'
+fi
+
+exit $((failures > 0))

@@ -1,0 +1,82 @@
+// The tool on this computer: the plug-in library loaded from its file, the machine as Windows tells
+// it.
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "platform/simulated/MachineFile.h"
+#include "tools/orvanta-config/Tool.h"
+// windows.h renames what others declare, so it comes last.
+#include <windows.h>
+
+namespace {
+
+using simulated::Json;
+
+struct Outcome {
+  int exitCode;
+  std::string out;
+  std::string err;
+};
+
+Outcome RunWith(const std::vector<std::string>& arguments) {
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  const int exitCode = tool::RunTool(arguments, {in, out, err});
+  return {exitCode, out.str(), err.str()};
+}
+
+TEST(LiveTool, SendHandsTheMessageToTheLibraryInTheFile) {
+  const Outcome outcome = RunWith({"send", "Internal", "UpdateInfo", "--plugin",
+                                   CONFIG_LIBRARY_PATH, "--set", "Auto-Update-Count=3", "--json"});
+  EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+  const Json json = Json::parse(outcome.out);
+  EXPECT_EQ(json["status"], 2);
+  EXPECT_EQ(json["reply"].dump(),
+            R"({"Auto-Update-Current3":"orvanta-config-6.8.378.X64.dll",)"
+            R"("Auto-Update-Pattern3":"agents\\tarvo\\orvanta-config-*.X64.dll",)"
+            R"("Auto-Update-Count":4})");
+  EXPECT_FALSE(json.contains("changes"));
+}
+
+TEST(LiveTool, SendTellsWhenNothingWasDone) {
+  const Outcome outcome = RunWith({"send", "Internal", "Configure", "--plugin", CONFIG_LIBRARY_PATH,
+                                   "--set", R"(Filename=C:\none.cfg)"});
+  EXPECT_EQ(outcome.exitCode, 1) << outcome.err;
+  EXPECT_NE(outcome.out.find(R"(File C:\none.cfg does not exist)"), std::string::npos);
+}
+
+TEST(LiveTool, SendRefusesWhatIsNoLibraryOfTheAgent) {
+  for (const char* file : {R"(C:\none.dll)", R"(C:\windows\system32\kernel32.dll)"}) {
+    const Outcome outcome = RunWith({"send", "Internal", "UpdateInfo", "--plugin", file});
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.out, "");
+    EXPECT_NE(outcome.err.find(file), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find("--plugin"), std::string::npos) << outcome.err;
+  }
+}
+
+TEST(LiveTool, CaptureWritesThisComputerAsAMachineFile) {
+  const Outcome outcome = RunWith({"capture"});
+  char name[MAX_COMPUTERNAME_LENGTH + 1];
+  DWORD size = sizeof name;
+  ASSERT_TRUE(GetComputerNameA(name, &size));
+  const simulated::Machine machine = simulated::ParseMachine(outcome.out, "capture");
+  EXPECT_EQ(machine.computerName, name);
+  EXPECT_EQ(machine.operatingSystem.at("SystemDrive"), "C:");
+  for (const simulated::Adapter& adapter : machine.adapters) {
+    EXPECT_EQ(adapter.ipAddresses.size(), adapter.subnetMasks.size()) << adapter.index;
+  }
+  EXPECT_EQ(outcome.exitCode, outcome.err.empty() ? 0 : 1) << outcome.err;
+  // Wine has no drivers to tell of.
+  EXPECT_TRUE(outcome.err.empty() ||
+              outcome.err ==
+                  "orvanta-config: capture: services: the class Win32_SystemDriver cannot "
+                  "be listed\n")
+      << outcome.err;
+}
+
+}  // namespace

@@ -1,0 +1,110 @@
+// A machine read back into a machine file.
+#include <algorithm>
+#include <sstream>
+#include <string>
+
+#include "platform/IRegistry.h"
+#include "platform/simulated/MachineFile.h"
+#include "tests/support/MachineTest.h"
+#include "tools/orvanta-config/LiveMachine.h"
+#include "tools/orvanta-config/Tool.h"
+
+namespace {
+
+using simulated::Json;
+using simulated::Machine;
+
+class CaptureTest : public support::MachineTest {
+ protected:
+  CaptureTest() { machine_ = simulated::ExampleMachine(); }
+
+  /// What a machine tells of itself; the rest is only the simulation's.
+  static Json Told(Machine machine) {
+    machine.hosts.clear();
+    machine.faults.clear();
+    if (machine.decrypt) machine.decrypt->clear();
+    for (simulated::DirectoryDomain& domain : machine.domains) domain.accounts.clear();
+    std::sort(machine.services.begin(), machine.services.end(),
+              [](const auto& a, const auto& b) { return a.name < b.name; });
+    return simulated::ToJson(machine, /*hideSecrets=*/false);
+  }
+};
+
+TEST_F(CaptureTest, WhatTheMachineTellsComesBack) {
+  machine_.FindService("LmHosts")->name = "lmhosts";
+  machine_.files = {{R"(C:\tarvo.cfg)", "[Global]\n"}};
+  machine_.registry = {{R"(HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service)", "NetworkDisabled",
+                        platform::kRegDWord, 1u}};
+  machine_.persistentRoutes = {{"10.1.0.0", "255.255.0.0", "10.0.0.1", 7}};
+  machine_.operatingSystem["Organization"] = nullptr;
+  machine_.operatingSystem["Primary"] = true;
+  machine_.operatingSystem["OSLanguage"] = 1031;
+  simulated::Adapter& adapter = machine_.adapters[1];
+  adapter.ipAddresses.emplace_back("fe80::1");
+  adapter.subnetMasks.emplace_back("64");
+  adapter.dnsServers = {"10.0.0.2", "10.0.0.3"};
+  adapter.staticDns = true;
+  adapter.dnsDomain = "corp.example";
+  const simulated::DirectoryDomain domain{
+      "corp.example",
+      "CORP",
+      {},
+      {"OU=Europe,OU=Sales,DC=corp,DC=example"},
+      {{"TEMPLATE", "CN=TEMPLATE,OU=Europe,OU=Sales,DC=corp,DC=example"}}};
+  for (const bool member : {false, true}) {
+    SCOPED_TRACE(member);
+    machine_.domains.clear();
+    if (member) {
+      machine_.membership = simulated::DomainMembership{"corp.example", "CORP", true};
+      machine_.domains = {domain};
+    }
+    const std::size_t changes = machine_.journal.size();
+    const tool::CapturedMachine captured = tool::CaptureMachine();
+    EXPECT_TRUE(captured.gaps.empty()) << captured.gaps.front();
+    EXPECT_EQ(Told(captured.machine), Told(machine_))
+        << Json::diff(Told(machine_), Told(captured.machine));
+    EXPECT_EQ(machine_.journal.size(), changes) << "nothing is changed";
+  }
+}
+
+TEST_F(CaptureTest, WhatCannotBeReadIsNamedAndTheRestIsKept) {
+  const struct {
+    const char* call;
+    const char* contains;
+    std::size_t gaps;
+    const char* first;
+  } kCases[] = {
+      {"wmi.instances", "Win32_NetworkAdapter", 1, "adapters: "},
+      {"wmi.instances", "Win32_Service", 1, "services: "},
+      {"wmi.query", "Win32_ComputerSystem", 1, "computer name: "},
+      {"lsa.open", "", 1, "membership: "},
+      {"wmi.next", "", 6, "computer name: "},
+      {"file.read", "", 1, R"(agent's files: C:\tarvo.cfg)"},
+      {"wmi.connect", "", 6, "computer name: WMI initialization failed."},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(std::string(c.call) + " " + c.contains);
+    machine_ = simulated::ExampleMachine();
+    machine_.files = {{R"(C:\tarvo.cfg)", "[Global]\n"}};
+    AddFault(c.call, static_cast<platform::HResult>(0x80070005));
+    if (*c.contains != '\0') machine_.faults[0].contains = c.contains;
+    const tool::CapturedMachine captured = tool::CaptureMachine();
+    ASSERT_EQ(captured.gaps.size(), c.gaps);
+    EXPECT_TRUE(captured.gaps[0].starts_with(c.first)) << captured.gaps[0];
+    EXPECT_EQ(captured.machine.decrypt.has_value(), true) << "the last part is still read";
+  }
+}
+
+TEST(CaptureCommand, WritesASimulatedMachineWhereThereIsNoOther) {
+  const std::vector<std::string> arguments{"capture", "--machine",
+                                           "examples/office-pc.machine.json"};
+  std::istringstream in;
+  std::ostringstream out;
+  std::ostringstream err;
+  EXPECT_EQ(tool::RunTool(arguments, {in, out, err}), 0) << err.str();
+  const Machine machine = simulated::ParseMachine(out.str(), "capture");
+  EXPECT_EQ(machine.computerName, "TEMPLATE");
+  EXPECT_EQ(out.str().find("s3cret"), std::string::npos);
+}
+
+}  // namespace

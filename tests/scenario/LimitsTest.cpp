@@ -1,0 +1,110 @@
+// Files and values of any size end in bounded time, with an answer like any other.
+#include <ctime>
+#include <string>
+#include <string_view>
+
+#include "handlers/internal/ConfigFile.h"
+#include "tests/support/DeliveryRules.h"
+#include "tests/support/MachineTest.h"
+
+namespace {
+
+constexpr char kFile[] = R"(C:\tarvo.cfg)";
+
+/// What `prepare` makes of the numbers from 0 on, one behind the other.
+template <class Prepare>
+std::string Numbered(int times, Prepare prepare) {
+  std::string text;
+  for (int i = 0; i < times; ++i) text += prepare(std::to_string(i));
+  return text;
+}
+
+std::string Repeated(int times, std::string_view part) {
+  return Numbered(times, [&](const std::string&) { return part; });
+}
+
+/// Processor time that is never needed, unless it grows faster than the input.
+class Bounded {
+ public:
+  ~Bounded() { EXPECT_LT((std::clock() - start_) / CLOCKS_PER_SEC, 20); }
+
+ private:
+  std::clock_t start_ = std::clock();
+};
+
+TEST(Limits, ReadingTakesNoLongerThanTheTextIs) {
+  constexpr int kMany = 300'000;
+  for (const std::string_view part : {"[", "]", "[a]\n", "[a", "a\n", "a=b\n", "=\n", ";\n", "\r",
+                                      "[a]\nb=c\nd\n", "a=\n b", "\xFF\xFE", " "}) {
+    SCOPED_TRACE(part);
+    const Bounded bounded;
+    const std::string text = Repeated(kMany, part);
+    ConfigFile file(/*caseSensitive=*/false);
+    const auto whole = file.Parse(text, /*merge=*/false);
+    file.Parse(text, /*merge=*/true);
+    EXPECT_EQ(whole == ConfigFile::kUnreadable, part.starts_with("[") && !part.ends_with("\n"));
+    std::string section, key, value;
+    for (auto at = file.GetFirstSection(&section); at == ConfigFile::kSuccess;
+         at = file.GetNextSection(&section)) {
+      for (auto entry = file.GetFirstEntry(section, &key, &value); entry == ConfigFile::kSuccess;
+           entry = file.GetNextEntry(&key, &value)) {
+      }
+    }
+  }
+}
+
+class ConfigureLimits : public support::MachineTest {
+ protected:
+  tool::Delivery Configure(const std::string& file, const std::string& path = kFile) {
+    machine_ = simulated::ExampleMachine();
+    machine_.PutFile(kFile, file);
+    tool::Delivery delivery =
+        tool::Deliver({"Internal", "Configure", {{"Filename", path}}}, machine_);
+    EXPECT_EQ(support::BrokenRule(delivery, machine_), "");
+    return delivery;
+  }
+};
+
+TEST_F(ConfigureLimits, AFileOfAnySizeIsAnswered) {
+  const struct {
+    const char* name;
+    std::string file;
+    const char* result;
+  } kCases[] = {
+      {"sections", Numbered(20'000, [](auto i) { return "[NicEntry" + i + "]\nDHCP=1\n"; }),
+       "Failure"},  // so many adapters there are not
+      {"addresses",
+       "[TCP/IP]\nDHCP=False\nAddress=" + Repeated(50'000, "10.0.0.5,") +
+           "\nNetmask=" + Repeated(50'000, "255.0.0.0 "),
+       "Success"},
+      {"routes",
+       "[TCP/IP]\nStatic-Route-Count=2000\n" +
+           Numbered(2000,
+                    [](auto i) {
+                      return "Route" + i + "=10.1." + std::to_string(std::stoi(i) % 250) +
+                             ".0 255.255.0.0 10.0.0." + std::to_string(1 + std::stoi(i) / 250) +
+                             "\n";
+                    }),
+       "Success"},
+      {"agent settings",
+       "[ConfigSettings]\n" + Numbered(50'000, [](auto i) { return "k" + i + "=v\n"; }), "Success"},
+      {"a count beyond all entries",
+       "[TCP/IP]\nSetDNSInfo=True\nDNS-Server-Count=4294967295\nStatic-Route-Count=99999999999\n",
+       "Success"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    const Bounded bounded;
+    EXPECT_EQ(Configure(c.file).Result(), c.result);
+  }
+}
+
+TEST_F(ConfigureLimits, AFileNameOfAnySizeIsNoFile) {
+  const Bounded bounded;
+  const tool::Delivery delivery = Configure("[Global]\n", std::string(4 << 20, 'x'));
+  EXPECT_EQ(delivery.status, 0);
+  EXPECT_EQ(delivery.Result(), "");
+  EXPECT_TRUE(delivery.changes.empty());
+}
+
+}  // namespace

@@ -1,0 +1,339 @@
+// What holds for any file on any machine, tried on generated ones. Every case comes from its seed
+// alone, which a failure names.
+#include <algorithm>
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "common/err/GeneralError.h"
+#include "common/logging/NullLogSink.h"
+#include "handlers/internal/ConfigFile.h"
+#include "handlers/internal/IEventListener.h"
+#include "handlers/internal/SectionTranslator.h"
+#include "platform/IRegistry.h"
+#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Simulation.h"
+#include "tests/support/DeliveryRules.h"
+#include "tests/support/MachineTest.h"
+#include "tests/support/QueueRules.h"
+#include "tools/orvanta-config/AgentHost.h"
+#include "tools/orvanta-config/Conversation.h"
+
+namespace {
+
+using simulated::Json;
+using simulated::Machine;
+
+constexpr std::uint32_t kCases = 300;
+constexpr char kFile[] = R"(C:\tarvo.cfg)";
+
+class Generator {
+ public:
+  explicit Generator(std::uint32_t seed) : random_(seed) {}
+
+  // The distributions of the standard library differ from one to the next.
+  std::uint32_t Below(std::uint32_t limit) { return static_cast<std::uint32_t>(random_()) % limit; }
+  bool Percent(std::uint32_t chance) { return Below(100) < chance; }
+  std::string OneOf(std::initializer_list<const char*> texts) {
+    return texts.begin()[Below(static_cast<std::uint32_t>(texts.size()))];
+  }
+  std::string Address() { return "10." + std::to_string(Below(3)) + ".0." + Number(9); }
+  std::string Number(std::uint32_t limit) { return std::to_string(1 + Below(limit)); }
+
+ private:
+  std::mt19937 random_;
+};
+
+// ---- A machine as it could stand on a desk ------------------------------------------------------
+
+simulated::Adapter PciAdapter(Generator& any, std::uint32_t position) {
+  const std::string number = std::to_string(position);
+  simulated::Adapter adapter;
+  adapter.index = 2 + 3 * position;
+  adapter.settingId += number;
+  adapter.pnpDeviceId += number;
+  adapter.locationInformation = "PCI bus 1, device " + number + ", function 0";
+  adapter.macAddress = "08:00:27:00:00:0" + number;
+  adapter.dhcpEnabled = any.Percent(50);
+  adapter.ipAddresses = {any.Address()};
+  adapter.subnetMasks = {"255.0.0.0"};
+  if (any.Percent(50)) adapter.gateways = {"10.0.0.1"};
+  if (any.Percent(50)) adapter.dnsServers = {any.Address()};
+  adapter.staticDns = !adapter.dnsServers.empty();
+  if (any.Percent(30)) adapter.dnsSuffixes = {"a.example"};
+  return adapter;
+}
+
+Machine AnyMachine(Generator& any) {
+  Machine machine = simulated::ExampleMachine();
+  const simulated::Adapter software = machine.adapters.back();
+  machine.adapters.clear();
+  const std::uint32_t adapters = any.Below(4);
+  for (std::uint32_t i = 0; i < adapters; ++i) machine.adapters.push_back(PciAdapter(any, i));
+  if (any.Percent(50)) machine.adapters.insert(machine.adapters.begin(), software);
+  for (std::uint32_t i = any.Below(3); i > 0; --i) {
+    machine.persistentRoutes.push_back({"10." + std::to_string(i) + ".0.0", "255.255.0.0",
+                                        any.Address(), static_cast<std::int32_t>(any.Below(4))});
+  }
+  if (any.Percent(30)) {
+    machine.persistentRoutes.push_back({"0.0.0.0", "0.0.0.0", "10.0.0.1", 1});
+  }
+  if (any.Percent(40)) {
+    machine.membership = simulated::DomainMembership{"corp.example", "CORP", any.Percent(80)};
+    machine.domains[0].computers = {
+        {machine.computerName, "CN=TEMPLATE," + machine.domains[0].ous[any.Below(2)]}};
+  } else if (any.Percent(30)) {
+    // A member whose networking comes back leaves its domain first, whatever the file wants.
+    machine.registry.emplace_back();
+  }
+  if (any.Percent(20)) machine.decrypt.reset();
+  if (any.Percent(30)) machine.PutFile(machine.agentFolder + R"(\tarvo.cfg)", "[Old]\n");
+  return machine;
+}
+
+// ---- A file that asks for one state of it -------------------------------------------------------
+
+std::string AnyIdentity(Generator& any) {
+  std::string text = "[Networking]\n";
+  if (any.Percent(70))
+    text += "DomainUsername=ENCIPHERED-USER\nDomainPassword=ENCIPHERED-PASSWORD\n";
+  if (any.Percent(60)) text += "ComputerName=" + any.OneOf({"PC9", "template", "PC10"}) + "\n";
+  if (any.Percent(70)) text += "Workgroup=" + any.OneOf({"True", "False", "no"}) + "\n";
+  if (any.Percent(60)) text += "Domain=" + any.OneOf({"W", "CORP", "corp.example"}) + "\n";
+  if (any.Percent(40)) text += "DNSDomain=" + any.OneOf({"corp.example", "Corp.Example"}) + "\n";
+  if (any.Percent(50)) {
+    text +=
+        "DSOrganizationalUnit=" + any.OneOf({"Sales", "Sales/Europe", "OU=Europe,OU=Sales"}) + "\n";
+  }
+  if (any.Percent(30)) text += "JoinDomainBeforeNameChange=true\n";
+  return text;
+}
+
+std::string AnyAddressing(Generator& any) {
+  if (any.Percent(20)) return "";
+  if (any.Percent(40)) return "DHCP=True\n";
+  std::string text = "DHCP=False\nAddress=" + any.Address() + "," + any.Address() +
+                     "\nNetmask=255.0.0.0 255.0.0.0\n";
+  if (any.Percent(70)) text += "Gateway=" + any.OneOf({"10.0.0.1", "10.0.0.2;10.0.0.1"}) + "\n";
+  return text;
+}
+
+std::string AnyDns(Generator& any, const std::string& suffixes) {
+  if (any.Percent(30)) return "DNS-Use-DHCP=True\n";
+  std::string text = "SetDNSInfo=" + any.OneOf({"True", "False"}) + "\nDNS-Server-Count=2\n";
+  for (const char* key : {"DNS-Server0=", "DNS-Server1="}) {
+    if (any.Percent(70)) text += key + any.Address() + "\n";
+  }
+  return text + "DNS-SuffixSearchOrder=" + suffixes + "\n";
+}
+
+std::string AnyRoutes(Generator& any) {
+  std::string text = "Static-Route-Count=" + std::to_string(any.Below(3)) + "\n";
+  for (std::uint32_t i = 0; i < 2; ++i) {
+    const std::string number = std::to_string(i);
+    text += "Route" + number + "=10." + number + ".0.0\n 255.255.0.0 " + any.Address() + " 0 " +
+            any.Number(3) + "\n";
+  }
+  return text;
+}
+
+/// Each section means another adapter, all name theirs in the same way, and what belongs to the
+/// whole machine stands there once or alike: else the sections undo each other's work.
+std::string AnyAdapters(Generator& any, const Machine& machine) {
+  const std::uint32_t binding = any.Below(3);
+  const std::string suffixes = any.OneOf({"", "a.example", "b.example a.example"});
+  std::string text;
+  for (const simulated::Adapter& adapter : machine.adapters) {
+    const bool isPci = adapter.pnpDeviceId.starts_with("PCI");
+    if (!isPci || any.Percent(20)) continue;
+    const bool isFirst = text.empty();
+    text += isFirst ? "[TCP/IP]\n" : "[NicEntry" + std::to_string(adapter.index) + "]\n";
+    if (binding == 0) text += "MACAddress=" + *adapter.macAddress + "\n";
+    if (binding == 1) {
+      text +=
+          "PCIBus=1\nPCIDevice=" + std::to_string((adapter.index - 2) / 3) + "\nPCIFunction=0\n";
+    }
+    text += AnyAddressing(any) + AnyDns(any, suffixes);
+    if (isFirst && any.Percent(60)) text += AnyRoutes(any);
+  }
+  return text;
+}
+
+std::string AnyFile(Generator& any, const Machine& machine) {
+  std::string text = "; generated\n";
+  if (any.Percent(20)) text += "[Global]\nScheduleId=7\n";
+  std::string identity = any.Percent(70) ? AnyIdentity(any) : "";
+  std::string adapters = AnyAdapters(any, machine);
+  if (any.Percent(50)) identity.swap(adapters);
+  return text + identity + adapters;
+}
+
+/// One file on one machine.
+struct Case {
+  explicit Case(std::uint32_t seed) : any(seed), machine(AnyMachine(any)) {
+    file = AnyFile(any, machine);
+  }
+  Generator any;
+  Machine machine;
+  std::string file;
+};
+
+std::string Told(std::uint32_t seed, const Case& generated) {
+  return "seed " + std::to_string(seed) + "\n" + generated.file +
+         simulated::PrintMachine(generated.machine);
+}
+
+// ---- The properties -----------------------------------------------------------------------------
+
+/// What a run does whether it is needed or not: DNS is handed back to DHCP, pauses are made, and
+/// the file is put away.
+bool IsAlwaysDone(const Json& change) {
+  if (change["call"] == "wmi.method") {
+    return change["method"] == "SetDNSServerSearchOrder" &&
+           change["arguments"].value("DNSServerSearchOrder", Json()).is_null();
+  }
+  return change["call"] == "sleep" || change["call"] == "file.move" ||
+         change["call"] == "file.delete";
+}
+
+TEST(Property, ASecondRunFindsNothingToDo) {
+  std::uint32_t settled = 0;
+  for (std::uint32_t seed = 1; seed <= kCases; ++seed) {
+    const Case generated(seed);
+    SCOPED_TRACE(Told(seed, generated));
+    support::StartFreshProcess();
+    Machine machine = generated.machine;
+    machine.PutFile(kFile, generated.file);
+    const tool::Request request{"Internal", "Configure", {{"Filename", kFile}}};
+    const tool::Conversation first =
+        tool::Converse(request, {/*deliverPosted=*/true, /*restarts=*/5}, machine);
+    for (const tool::Delivery& delivery : first.deliveries) {
+      ASSERT_EQ(support::BrokenRule(delivery, machine), "");
+    }
+    ASSERT_NE(first.deliveries.back().Result(), "Reboot") << "there is no end of restarts";
+    if (!first.Succeeded()) continue;
+
+    ++settled;
+    machine.PutFile(kFile, generated.file);
+    const tool::Delivery second = tool::DeliverInProcess(request, machine);
+    ASSERT_EQ(second.Result(), "Success");
+    for (const Json& change : second.changes) ASSERT_TRUE(IsAlwaysDone(change)) << change;
+  }
+  EXPECT_GT(settled, kCases / 2) << "most files are to ask for something that can be done";
+}
+
+TEST(Property, TheAnalysisLosesNothingAndKeepsTheOrder) {
+  std::uint32_t analysed = 0;
+  for (std::uint32_t seed = 1; seed <= kCases; ++seed) {
+    Case generated(seed);
+    SCOPED_TRACE(Told(seed, generated));
+    support::StartFreshProcess();
+    simulated::SimulatedPlatform platform(generated.machine);
+    const platform::ScopedPlatform scope(platform);
+    ConfigFile file(/*caseSensitive=*/false);
+    ASSERT_EQ(file.Parse(generated.file, /*merge=*/false), ConfigFile::kSuccess);
+    logging::NullLogSink log;
+    tool::AgentHost host;
+    config::ConfigBuilder builder(log);
+    NullEventListener listener;
+    SectionTranslator(file, builder, log, host, listener).TranslateAll();
+    const support::QueueRules rules(builder);
+    builder.Analyze();
+    const bool joinFirst = file.FindValue("Networking", "JoinDomainBeforeNameChange").has_value();
+    ASSERT_EQ(rules.Broken(builder, joinFirst), "");
+    if (!builder.Commands().empty()) ++analysed;
+  }
+  EXPECT_GT(analysed, kCases / 2);
+}
+
+/// Texts that a careless writer or reader would spoil.
+std::string AnyText(Generator& any) {
+  std::string text;
+  for (std::uint32_t i = any.Below(4); i > 0; --i) {
+    text += any.OneOf({"a", "\"", "\\", "\n", "\t", "\x01", "\x7F", "/", "\xC3\xA4",
+                       "\xF0\x9F\x98\x80", "\xEF\xBB\xBF", "null", "{", "$", " "});
+    if (any.Percent(10)) text += '\0';
+  }
+  return text;
+}
+
+simulated::NullableText MaybeText(Generator& any) {
+  return any.Percent(70) ? simulated::NullableText(AnyText(any)) : std::nullopt;
+}
+
+std::uint32_t AnyNumber(Generator& any) {
+  constexpr std::uint32_t kNumbers[] = {0, 1, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFF};
+  return kNumbers[any.Below(std::size(kNumbers))];
+}
+
+simulated::Fault AnyFault(Generator& any) {
+  simulated::Fault fault;
+  fault.call = simulated::kCallNames[any.Below(std::size(simulated::kCallNames))];
+  fault.contains = MaybeText(any);
+  fault.method = MaybeText(any);
+  fault.service = MaybeText(any);
+  fault.name = MaybeText(any);
+  if (any.Percent(50)) fault.index = AnyNumber(any);
+  if (any.Percent(50)) fault.nth = 1 + any.Below(9);
+  if (any.Percent(50)) fault.hresult = static_cast<std::int32_t>(0x80000000U | any.Below(0x10000));
+  if (any.Percent(50)) fault.error = 1 + any.Below(0x10000);
+  if (any.Percent(50)) fault.result = static_cast<std::int32_t>(AnyNumber(any));
+  return fault;
+}
+
+/// A machine with any text in every place that takes one.
+Machine StrangeMachine(Generator& any) {
+  Machine machine = AnyMachine(any);
+  for (simulated::Adapter& adapter : machine.adapters) {
+    for (auto* text :
+         {&adapter.locationInformation, &adapter.macAddress, &adapter.adapterType,
+          &adapter.manufacturer, &adapter.caption, &adapter.dnsDomain, &adapter.dnsHostName}) {
+      *text = MaybeText(any);
+    }
+    for (auto* list : {&adapter.ipAddresses, &adapter.subnetMasks, &adapter.gateways,
+                       &adapter.dnsServers, &adapter.dnsSuffixes}) {
+      for (std::uint32_t i = any.Below(3); i > 0; --i) list->push_back(AnyText(any));
+    }
+    adapter.settingId = AnyText(any);
+    adapter.ipEnabled = any.Percent(50);
+  }
+  machine.computerName = AnyText(any);
+  machine.pendingComputerName = MaybeText(any);
+  if (any.Percent(50)) machine.membership = simulated::WorkgroupMembership{AnyText(any)};
+  machine.operatingSystem = {{"Name", AnyText(any)},
+                             {"Debug", any.Percent(50)},
+                             {"Version", nullptr},
+                             {"OSLanguage", AnyNumber(any)}};
+  machine.agentFolder = AnyText(any);
+  machine.services.push_back({"s" + AnyText(any), platform::ServiceStart::kBoot, false});
+  machine.registry = {
+      {R"(HKEY_USERS\)" + AnyText(any), AnyText(any), platform::kRegSz, AnyText(any)},
+      {"HKEY_", AnyText(any), platform::kRegDWord, AnyNumber(any)}};
+  machine.files.push_back({R"(D:\)" + AnyText(any), AnyText(any)});
+  machine.hosts.push_back({"h" + AnyText(any), any.Address()});
+  machine.decrypt = {{AnyText(any), AnyText(any)}, {"b", AnyText(any)}};
+  machine.domains.push_back({AnyText(any),
+                             AnyText(any),
+                             {{AnyText(any), AnyText(any)}},
+                             {AnyText(any)},
+                             {{AnyText(any), AnyText(any)}}});
+  machine.faults = {AnyFault(any), AnyFault(any)};
+  return machine;
+}
+
+TEST(Property, APrintedMachineReadsBackTheSame) {
+  for (std::uint32_t seed = 1; seed <= kCases; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    Generator any(seed);
+    const Machine machine = StrangeMachine(any);
+    const std::string printed = simulated::PrintMachine(machine);
+    Machine again;
+    ASSERT_NO_THROW(again = simulated::ParseMachine(printed, "m.json"));
+    ASSERT_EQ(simulated::ToJson(again, /*hideSecrets=*/false),
+              simulated::ToJson(machine, /*hideSecrets=*/false));
+    ASSERT_EQ(simulated::PrintMachine(again), printed);
+  }
+}
+
+}  // namespace

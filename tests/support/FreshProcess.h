@@ -1,0 +1,48 @@
+// What lives longer than a message, and how a test gets rid of it.
+#pragma once
+
+#include <string>
+
+#include "common/ipc/IpAddress.h"
+#include "common/sys/Domain.h"
+
+namespace sys {
+
+/// Lets a test start with the domain object of a fresh process.
+struct DomainTestAccess {
+  static void Reset() {
+    Domain& domain = Domain::Instance();
+    for (std::string* text : {&domain.workgroup_, &domain.domainName_, &domain.dnsDomainName_,
+                              &domain.ou_, &domain.user_, &domain.password_}) {
+      text->clear();
+    }
+    domain.isMember_ = false;
+  }
+};
+
+}  // namespace sys
+
+namespace ipc {
+
+/// Lets a test start with a process that has not started WinSock.
+struct WinSockTestAccess {
+  static void Reset() { WinSockManager::Instance().started_ = false; }
+};
+
+}  // namespace ipc
+
+namespace support {
+
+/// Leaves the library that is linked into the program as it is in a process that has just started.
+inline void ForgetProcess() {
+  sys::DomainTestAccess::Reset();
+  ipc::WinSockTestAccess::Reset();
+}
+
+/// Does so for every library that takes part; each road to the library has its own body of it.
+void StartFreshProcess();
+
+/// Sweeps take a chosen few of their cases on a slow road.
+extern const bool kRoadIsSlow;
+
+}  // namespace support

@@ -1,0 +1,215 @@
+// Every allocation of the reader, the builder and the tree fails once: what was there before stays
+// whole, and the step can be taken again. Runs in a program of its own, whose operator new obeys.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "common/config/ConfigBuilder.h"
+#include "common/config/command/ConfigureNic.h"
+#include "common/logging/NullLogSink.h"
+#include "common/util/CollectionNode.h"
+#include "common/util/CompositeIterator.h"
+#include "common/util/LeafNode.h"
+#include "handlers/internal/ConfigFile.h"
+#include "tests/support/FailingNew.h"
+#include "tests/support/MachineTest.h"
+
+namespace {
+
+using support::Survives;
+
+// ---- The reader ---------------------------------------------------------------------------------
+
+/// "[section]key=value;..." of all that a walk finds.
+std::string Content(ConfigFile& file) {
+  std::string content;
+  std::string section;
+  for (auto found = file.GetFirstSection(&section); found == ConfigFile::kSuccess;
+       found = file.GetNextSection(&section)) {
+    content += "[" + section + "]";
+    std::string key;
+    std::string value;
+    for (auto entry = file.GetFirstEntry(section, &key, &value); entry == ConfigFile::kSuccess;
+         entry = file.GetNextEntry(&key, &value)) {
+      content += key + "=" + value + ";";
+    }
+  }
+  return content;
+}
+
+constexpr char kFirst[] = "[A]\nx=1\n  2\n; note\n[B]\ny=1\n[A]\nx=3\n";
+constexpr char kSecond[] = "[A]\nx=4\nz=5\n[C]\nw=6\n 7\n 8\n";
+
+TEST(Allocations, OfTheReaderMayFail) {
+  const struct {
+    const char* name;
+    std::function<void(ConfigFile&)> step;
+    /// What is there may be the old content in part, as far as the step has come.
+    bool mayStopHalfWay;
+  } kSteps[] = {
+      {"merge", [](ConfigFile& file) { file.Parse(kSecond, /*merge=*/true); }, true},
+      {"replace", [](ConfigFile& file) { file.Parse(kSecond, /*merge=*/false); }, true},
+      {"insert", [](ConfigFile& file) { file.InsertSection("D"); }, false},
+      {"look-up", [](ConfigFile& file) { file.FindValue("A", "x"); }, false},
+      {"copy",
+       [](ConfigFile& file) {
+         std::string value;
+         file.ReadValue("A", "x", &value);
+       },
+       false},
+      {"walk", [](ConfigFile& file) { Content(file); }, false},
+  };
+  for (const auto& step : kSteps) {
+    ConfigFile whole(/*caseSensitive=*/false);
+    whole.Parse(kFirst, /*merge=*/false);
+    const std::string before = Content(whole);
+    step.step(whole);
+    const std::string after = Content(whole);
+    bool done = false;
+    for (long count = 0; !done; ++count) {
+      SCOPED_TRACE(std::string(step.name) + " with " + std::to_string(count));
+      ConfigFile file(/*caseSensitive=*/false);
+      file.Parse(kFirst, /*merge=*/false);
+      done = Survives(count, [&] { step.step(file); });
+      const std::string left = Content(file);
+      if (done) {
+        EXPECT_EQ(left, after);
+      } else if (!step.mayStopHalfWay) {
+        EXPECT_EQ(left, before);
+      }
+      file.Parse(kSecond, /*merge=*/false);
+      whole.Parse(kSecond, /*merge=*/false);
+      EXPECT_EQ(Content(file), Content(whole)) << "the next load finds nothing of the old one";
+    }
+  }
+}
+
+// ---- The builder --------------------------------------------------------------------------------
+
+using config::Event;
+using enum config::EventKind;
+
+class AllocationsOfTheBuilder : public support::MachineTest {
+ protected:
+  AllocationsOfTheBuilder() { machine_ = simulated::ExampleMachine(); }
+
+  static std::string Queue(const config::ConfigBuilder& builder) {
+    std::string text;
+    for (const auto& command : builder.Commands()) {
+      text += command->Describe() + ";";
+      auto* nic = dynamic_cast<config::command::ConfigureNic*>(command.get());
+      if (nic == nullptr) continue;
+      for (const auto& inner : nic->Commands()) text += inner->Describe() + ",";
+    }
+    return text;
+  }
+
+  logging::NullLogSink log_;
+};
+
+const struct {
+  config::EventKind kind;
+  Event phase;
+  std::string value;
+} kEvents[] = {
+    {COMPUTER_NAME, Event::VALUE, "a name that needs memory of its own"},
+    {DOMAIN, Event::VALUE, "a.domain.that.needs.memory.of.its.own"},
+    {DOMAIN_OU, Event::VALUE, "Sales/Europe/and/more/of/them"},
+    {DOMAIN_USER, Event::VALUE, "a user that needs memory of its own"},
+    {DOMAIN_PASSWORD, Event::VALUE, "a password that needs memory of its own"},
+    {NIC, Event::BEGIN, ""},
+    {NIC_MAC_ADDRESS, Event::VALUE, "08-00-27-65-43-21 and too long"},
+    {STATIC, Event::VALUE, ""},
+    {IP_INTERFACE, Event::BEGIN, ""},
+    {IP_ADDRESS, Event::VALUE, "10.0.0.5"},
+    {SUBNET_MASK, Event::VALUE, "255.0.0.0"},
+    {NOOP, Event::END, ""},
+    {GATEWAY, Event::VALUE, "10.0.0.1"},
+    {DNS_SERVER, Event::VALUE, "10.0.0.2"},
+    {DNS_SUFFIX, Event::VALUE, "a.suffix.that.needs.memory.of.its.own"},
+    {NOOP, Event::END, ""},
+    {STATIC_ROUTE, Event::BEGIN, ""},
+    {IP_ADDRESS, Event::VALUE, "10.1.0.0"},
+    {SUBNET_MASK, Event::VALUE, "255.255.0.0"},
+    {ROUTE_GATEWAY, Event::VALUE, "10.0.0.1"},
+    {NOOP, Event::END, ""},
+};
+
+TEST_F(AllocationsOfTheBuilder, MayFailAtEveryEventAndTheEventIsSentAgain) {
+  config::ConfigBuilder whole(log_);
+  for (const auto& event : kEvents) whole.ConfigEvent(event.kind, event.phase, event.value);
+  const std::string wanted = Queue(whole);
+  for (const auto& disturbed : kEvents) {
+    bool done = false;
+    for (long count = 0; !done; ++count) {
+      config::ConfigBuilder builder(log_);
+      for (const auto& event : kEvents) {
+        const auto send = [&] { builder.ConfigEvent(event.kind, event.phase, event.value); };
+        if (&event != &disturbed) {
+          send();
+          continue;
+        }
+        done = Survives(count, send);
+        if (!done) send();
+      }
+      EXPECT_EQ(Queue(builder), wanted)
+          << "event " << &disturbed - kEvents << " with " << count << " allocations";
+    }
+  }
+}
+
+TEST_F(AllocationsOfTheBuilder, MayFailDuringTheAnalysisWithoutTouchingTheMachine) {
+  bool done = false;
+  for (long count = 0; !done; count += 7) {  // there are thousands
+    config::ConfigBuilder builder(log_);
+    for (const auto& event : kEvents) builder.ConfigEvent(event.kind, event.phase, event.value);
+    done = Survives(count, [&] { builder.Analyze(); });
+    EXPECT_TRUE(machine_.journal.empty());
+    EXPECT_EQ(platform_.InUse(), simulated::Usage{});
+  }
+}
+
+// ---- The tree -----------------------------------------------------------------------------------
+
+int living = 0;
+
+template <class Base>
+struct Counted : Base {
+  Counted() { ++living; }
+  ~Counted() override { --living; }
+  void accept(util::CompositeVisitor&) override {}
+};
+using Group = Counted<util::CollectionNode>;
+using Leaf = Counted<util::LeafNode>;
+
+TEST(Allocations, OfTheTreeMayFail) {
+  bool done = false;
+  for (long count = 0; !done; ++count) {
+    Group root;
+    done = Survives(count, [&root] {
+      for (int i = 0; i < 5; ++i) {
+        auto group = std::make_unique<Group>();
+        for (int j = 0; j < 5; ++j) group->add(std::make_unique<Leaf>());
+        root.add(std::move(group));
+      }
+    });
+    EXPECT_EQ(static_cast<std::size_t>(living), root.count());
+    const std::size_t nodes = root.count();
+    bool walked = false;
+    for (long more = 0; !walked; ++more) {
+      std::size_t met = 0;
+      walked = Survives(more, [&] {
+        met = 0;
+        for (auto node = root.breadthBegin(); node != util::breadth_iterator(); ++node) ++met;
+        for (auto node = root.depthBegin(); node != util::depth_iterator(); ++node) ++met;
+      });
+      EXPECT_EQ(root.count(), nodes);
+    }
+  }
+  EXPECT_EQ(living, 0);
+}
+
+}  // namespace

@@ -1,0 +1,23 @@
+// This computer, read into the form of a simulated one.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/simulated/Machine.h"
+
+namespace tool {
+
+struct CapturedMachine {
+  simulated::Machine machine;
+  /// What could not be read, and why, a line each; it stands at its default in the machine.
+  std::vector<std::string> gaps;
+};
+
+/// Reads the machine behind `platform::Current()`, without changing it: names, membership,
+/// operating system, adapters, persistent routes, the networking services, the library's registry
+/// value and the agent's configuration files. What no machine tells stays empty: accounts, host
+/// names, what can be deciphered.
+CapturedMachine CaptureMachine();
+
+}  // namespace tool

@@ -1,0 +1,153 @@
+// A configuration file as the library reads it, with the place of every name and value in its text.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "handlers/internal/ConfigFile.h"
+#include "handlers/internal/ConfigKeys.h"
+
+namespace tool::check {
+
+/// A stretch of a text.
+struct Span {
+  std::size_t offset = 0;
+  std::size_t length = 0;
+};
+
+/// Lines and columns count from 1, columns in characters; `endColumn` is the one behind the last.
+struct Place {
+  std::size_t line = 1;
+  std::size_t column = 1;
+  std::size_t endColumn = 1;
+};
+
+/// A line to show, with what a finding is about.
+struct Excerpt {
+  std::string text;
+  /// Both in characters of `text`.
+  std::size_t caret = 0;
+  std::size_t caretLength = 0;
+};
+
+struct Entry {
+  /// What counts of a value that is no list; further lines are a finding of their own.
+  std::string_view FirstLine() const { return value.substr(0, value.find('\n')); }
+
+  /// Empty for a comment.
+  std::string_view key;
+  std::string_view value;
+  /// The line that made the entry, and the last one that was added to it (the same when none was).
+  std::uint32_t line = 0;
+  std::uint32_t lastLine = 0;
+  /// The first line that was added and looks like nothing else; 0 when there is none.
+  std::uint32_t strayLine = 0;
+  /// What the key is in its section, and the number of a numbered one.
+  std::optional<Key> known;
+  std::uint32_t number = 0;
+  bool isComment = false;
+  /// A look-up of the key finds this entry; `found` is the place of the one that it does find.
+  bool isFound = true;
+  std::uint32_t found = 0;
+};
+
+struct Section {
+  std::string_view name;
+  SectionKind kind = SectionKind::kUnknown;
+  /// Its headers; none for what stands before the first one.
+  std::vector<std::uint32_t> headers;
+  std::vector<Entry> entries;
+  /// Place in `entries`, plus 1, of what a look-up of each key finds that is not numbered.
+  std::array<std::uint32_t, kKnownKeyCount> places{};
+
+  /// What a look-up of the key finds, null when it is absent or empty. Not for numbered keys.
+  const Entry* Find(Key key) const;
+  /// The first line of its value; empty when it is absent.
+  std::string_view Value(Key key) const;
+};
+
+/// A piece of the file.
+struct Item {
+  std::string_view text;
+  Span span;
+};
+
+/// Lines are named by their place in `Lines()`, which leaves out the empty ones.
+class Document {
+ public:
+  using Line = ConfigFile::Line;
+
+  explicit Document(std::string text);
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+
+  ConfigFile& File() { return file_; }
+  const std::vector<Line>& Lines() const { return lines_; }
+  /// The one without a name comes first, whether the file has it or not.
+  const std::vector<Section>& Sections() const { return sections_; }
+  /// The section of that kind, null when there is none. Not for adapters.
+  const Section* FindSection(SectionKind kind) const;
+
+  /// A line as it stands in the file, without the blanks at its ends.
+  Item ItemOf(std::uint32_t line) const;
+  Span KeySpan(const Entry& entry) const;
+  /// The value on the line of its key; the key when there is none.
+  Span ValueSpan(const Entry& entry) const;
+  /// The items of a list. A continuation line that looks like something else has none.
+  std::vector<Item> Items(const Entry& entry) const;
+
+  // What a line without "=" looks like.
+
+  /// The known key that it begins with.
+  std::optional<Key> BrokenKey(std::uint32_t line) const;
+  /// The name of a known section before a "]" at its end; empty when there is none.
+  std::string_view BrokenHeader(std::uint32_t line) const;
+
+  // What may be shown: of a secret no more than "***".
+
+  Place PlaceOf(Span span) const;
+  Excerpt ExcerptOf(Span span) const;
+  std::string ShownKey(const Entry& entry) const;
+
+ private:
+  /// Where the entry is that the reader gave a number.
+  struct Home {
+    std::uint32_t section = 0;
+    std::uint32_t place = 0;  // in its section, plus 1
+  };
+
+  void AddLine(std::uint32_t number);
+  void AddEntry(std::uint32_t number, Section& section);
+  bool LooksLikeOther(std::uint32_t line) const;
+  std::vector<std::uint32_t> Chain(const Entry& entry) const;
+  Item FirstLineOfValue(std::uint32_t line) const;
+  Item Part(std::size_t begin, std::size_t end) const;
+  std::size_t LineOf(std::size_t offset) const;
+  Item WholeLine(std::size_t line) const;
+  std::size_t SecretFrom(std::size_t lineBegin, std::size_t lineEnd) const;
+  bool IsSecret(std::uint32_t line) const;
+
+  std::string text_;
+  ConfigFile file_{/*caseSensitive=*/false};
+  std::vector<Line> lines_;
+  std::vector<Section> sections_;
+  std::vector<Home> homes_;
+  mutable std::vector<std::size_t> lineStarts_;  // made when the first place is asked for
+};
+
+/// What a key is in a section of that kind, and its number.
+struct Match {
+  Key key;
+  std::uint32_t number;
+};
+std::optional<Match> MatchKey(SectionKind section, std::string_view name);
+
+/// The name, or a misspelling of it, of a key whose value is never shown.
+bool NamesSecret(std::string_view key);
+
+}  // namespace tool::check

@@ -1,0 +1,15 @@
+// What only a machine can tell about a configuration file.
+#pragma once
+
+#include "platform/simulated/Machine.h"
+#include "tools/orvanta-config/check/Findings.h"
+#include "tools/orvanta-config/check/Wishes.h"
+
+namespace tool::check {
+
+/// Looks for the adapters, routes, host names, domain, unit and account that the file needs. One
+/// thread at a time may call it.
+void CheckOnMachine(const Document& document, const Wishes& wishes, simulated::Machine& machine,
+                    Findings& findings);
+
+}  // namespace tool::check

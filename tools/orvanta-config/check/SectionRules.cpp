@@ -1,0 +1,109 @@
+#include <map>
+#include <string>
+#include <unordered_map>
+
+#include "tools/orvanta-config/check/Rules.h"
+
+namespace tool::check {
+namespace {
+
+Span HeaderOf(const Document& document, const Adapter& adapter) {
+  return document.ItemOf(adapter.section->headers[0]).span;
+}
+
+std::string NameOf(const Adapter& adapter) { return Quoted(adapter.section->name); }
+
+/// Adapters are looked up by their location first, so the MAC address counts only without one.
+void CheckSameAdapter(const Document& document, const Wishes& wishes, Findings& findings) {
+  std::map<sys::PciLocation, const Adapter*> byLocation;
+  std::unordered_map<std::string, const Adapter*> byMac;
+  for (const Adapter& adapter : wishes.adapters) {
+    const Adapter* earlier = nullptr;
+    if (adapter.hasLocation) {
+      earlier = byLocation.emplace(adapter.location, &adapter).first->second;
+    } else if (!adapter.mac.empty()) {
+      earlier = byMac.emplace(adapter.mac, &adapter).first->second;
+    }
+    if (earlier == nullptr || earlier == &adapter) continue;
+    findings.Add(Code::kSameAdapter, document, HeaderOf(document, adapter),
+                 NameOf(adapter) + " means the same adapter as " + NameOf(*earlier) + ", by its " +
+                     (adapter.hasLocation ? "PCI location" : "MAC address"));
+  }
+}
+
+/// A section without a location takes the next free adapter, although a later one may name it.
+void CheckUnlocated(const Document& document, const Wishes& wishes, Findings& findings) {
+  const auto isLocated = [](const Adapter& adapter) {
+    return adapter.hasLocation || !adapter.mac.empty();
+  };
+  const Adapter* located = nullptr;
+  for (auto later = wishes.adapters.rbegin(); later != wishes.adapters.rend(); ++later) {
+    const Adapter& adapter = *later;
+    if (isLocated(adapter)) {
+      located = &adapter;
+    } else if (located != nullptr) {
+      findings.Add(Code::kUnlocatedAdapter, document, HeaderOf(document, adapter),
+                   NameOf(adapter) + " takes the next free adapter, which may be the one of " +
+                       NameOf(*located));
+    }
+  }
+}
+
+void CheckAddressesTwice(const Document& document, const Wishes& wishes, Findings& findings) {
+  std::unordered_map<std::uint32_t, const Adapter*> givenBy;
+  for (const Adapter& adapter : wishes.adapters) {
+    if (adapter.addressing != Adapter::Addressing::kStatic) continue;
+    for (const Address& address : adapter.addresses) {
+      if (!address.bits) continue;
+      const auto [earlier, isNew] = givenBy.emplace(*address.bits, &adapter);
+      if (isNew) continue;
+      findings.Add(Code::kAddressTwice, document, address.item.span,
+                   Quoted(address.item.text) + " is given in section " + NameOf(*earlier->second) +
+                       " already");
+    }
+  }
+}
+
+void CheckRoutesOfSections(const Document& document, const Wishes& wishes, Findings& findings) {
+  const Adapter* first = nullptr;
+  for (const Adapter& adapter : wishes.adapters) {
+    if (adapter.routes.empty()) continue;
+    if (first == nullptr) {
+      first = &adapter;
+      continue;
+    }
+    findings.Add(
+        Code::kRoutesTwice, document, document.KeySpan(*adapter.routes[0].entry),
+        "the routes of " + NameOf(adapter) + " and of " + NameOf(*first) + " delete each other");
+  }
+}
+
+/// Routes with the same destination that differ otherwise.
+void CheckDestinations(const Document& document, const Wishes& wishes, Findings& findings) {
+  for (const Adapter& adapter : wishes.adapters) {
+    std::unordered_map<std::uint32_t, const Route*> byDestination;
+    for (const Route& route : adapter.routes) {
+      if (!route.destination.bits) continue;
+      const auto [earlier, isNew] = byDestination.emplace(*route.destination.bits, &route);
+      const Route& first = *earlier->second;
+      const bool isSame = first.mask.bits == route.mask.bits &&
+                          first.gateway.bits == route.gateway.bits && first.metric == route.metric;
+      if (isNew || isSame) continue;
+      findings.Add(Code::kSharedDestination, document, route.destination.item.span,
+                   std::string(route.entry->key) + " and " + std::string(first.entry->key) +
+                       " share the destination " + std::string(route.destination.item.text));
+    }
+  }
+}
+
+}  // namespace
+
+void CheckSections(const Document& document, const Wishes& wishes, Findings& findings) {
+  CheckSameAdapter(document, wishes, findings);
+  CheckUnlocated(document, wishes, findings);
+  CheckAddressesTwice(document, wishes, findings);
+  CheckRoutesOfSections(document, wishes, findings);
+  CheckDestinations(document, wishes, findings);
+}
+
+}  // namespace tool::check
