@@ -5,6 +5,8 @@
 
 #include "common/err/GeneralError.h"
 #include "common/logging/ILogSink.h"
+#include "common/sys/Domain.h"
+#include "common/util/Wiping.h"
 #include "handlers/IAgentHost.h"
 #include "handlers/IAgentMessage.h"
 #include "handlers/MessageHandler.h"
@@ -94,7 +96,16 @@ std::int32_t Dispatch(IAgentMessage* message, IAgentHost* host) {
   return handler->HandleMessage(message, host);
 }
 
+/// When a message ends, nothing secret of it stays behind; see also the plug-in's heap.
+struct EndOfSecrets {
+  ~EndOfSecrets() {
+    sys::Domain::Instance().ForgetCredentials();
+    util::WipeFreedStack();
+  }
+};
+
 std::int32_t DoMagic(IAgentMessage* message, IAgentHost* host) {
+  const EndOfSecrets end;
   try {
     return Dispatch(message, host);
   } catch (const err::CGeneralError& error) {

@@ -54,6 +54,7 @@ LIBRARIES = {
 # Every other header with a folder or a suffix in its name belongs to some system.
 SYSTEM_FOLDERS = ("platform/windows", "tests/contract/windows")
 SYSTEM_HEADERS = {
+    "tests/scenario/SecretsTest.cpp": ["sanitizer/allocator_interface.h"],
     "common/util/ClassName.cpp": ["cxxabi.h"],
     "tools/orvanta-config/HostSystem.cpp": ["fcntl.h", "io.h", "sys/stat.h", "unistd.h"],
 }
@@ -68,6 +69,7 @@ SPECIAL_FILES = [  # a folder stands for all that lies in it
     "common/util/ClassName.cpp",
     "platform/windows/WindowsHeader.h",
     "tests/contract/windows",
+    "tests/scenario/SecretsTest.cpp",
     "tests/scenario/SimulateTest.cpp",
     "tools/orvanta-config/Completion.cpp",  # names of another shell's functions
     "tools/orvanta-config/HostSystem.cpp",

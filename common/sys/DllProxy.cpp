@@ -1,9 +1,9 @@
 #include "common/sys/DllProxy.h"
 
-#include <algorithm>
 #include <array>
 
 #include "common/util/LastError.h"
+#include "common/util/Wiping.h"
 #include "platform/IPlatform.h"
 
 namespace sys {
@@ -59,8 +59,7 @@ std::string CryptoDll::PlainText(const std::string& cipherText) {
   const bool deciphered = Decrypt(cipherText.c_str(), buffer.data());
   buffer.back() = '\0';
   std::string plainText = deciphered ? buffer.data() : "";
-  // Through a volatile pointer, or the compiler drops the wiping of a dying buffer.
-  std::fill_n(static_cast<volatile char*>(buffer.data()), buffer.size(), '\0');
+  util::Wipe(buffer.data(), buffer.size());
   return plainText;
 }
 

@@ -7,6 +7,7 @@
 #include "common/sys/Wmi.h"
 #include "common/util/LastError.h"
 #include "common/util/Text.h"
+#include "common/util/Wiping.h"
 #include "platform/IDirectory.h"
 #include "platform/IPlatform.h"
 
@@ -156,6 +157,11 @@ void Domain::SetCredentials(const std::string& account, const std::string& passw
   user_ = start == std::string::npos ? account : account.substr(start + 1);
   user_ = user_.substr(0, user_.find('@'));
   password_ = password;
+}
+
+void Domain::ForgetCredentials() noexcept {
+  util::Wipe(user_);
+  util::Wipe(password_);
 }
 
 void Domain::Refresh() {

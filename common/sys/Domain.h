@@ -23,8 +23,8 @@ std::string BuildDn(std::string_view domain, std::string_view ou);
 /// "CN=PC1,OU=Europe,OU=Sales,DC=corp,DC=local" gives "Sales/Europe".
 std::string DnToOuPath(std::string_view dn);
 
-/// One for the process. Every operation but `SetCredentials` reads the membership afresh and throws
-/// DomainError when it cannot. Not safe for use by several threads.
+/// One for the process. Every operation but those on credentials reads the membership afresh and
+/// throws DomainError when it cannot. Not safe for use by several threads.
 class Domain {
  public:
   static Domain& Instance();
@@ -32,6 +32,8 @@ class Domain {
   /// Keeps the bare user of `account` (without a domain before "\" or "/", or after "@") and the
   /// password for the operations that follow.
   void SetCredentials(const std::string& account, const std::string& password);
+  /// Wipes both.
+  void ForgetCredentials() noexcept;
 
   bool IsDomainMember();
   std::string GetDnsDomainName();

@@ -84,6 +84,10 @@ OwnedVariant::OwnedVariant(const Variant& value) : OwnedVariant() {
 }
 
 OwnedVariant::~OwnedVariant() {
+  if (value_.vt == VT_BSTR) {
+    const Bstr text(value_.bstrVal);
+    return;
+  }
   const LastErrorKeeper keeper;
   ::VariantClear(&value_);
 }

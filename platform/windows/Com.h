@@ -21,9 +21,12 @@ struct InterfaceReleaser {
 template <class Interface>
 using ComPointer = std::unique_ptr<Interface, InterfaceReleaser>;
 
+/// Overwrites a COM string before it is freed, since the system keeps freed ones for later use and
+/// passwords are among them.
 struct BstrCloser {
   void operator()(BSTR text) const noexcept {
     const LastErrorKeeper keeper;
+    ::SecureZeroMemory(text, ::SysStringByteLen(text));
     ::SysFreeString(text);
   }
 };

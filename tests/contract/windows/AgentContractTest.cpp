@@ -7,12 +7,14 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tests/contract/windows/MsvcAgentBooks.h"
 #include "tests/contract/windows/WmiDouble.h"
+#include "tests/contract/windows/standin/LibCrypto.h"
 // windows.h renames what others declare, so it comes last.
 #include <windows.h>
 
@@ -259,6 +261,73 @@ TEST_F(ConfigureContract, AThousandMessagesLeaveNoHandleOpen) {
   GetModuleFileNameA(nullptr, program, sizeof program);
   const auto moved = std::filesystem::path(program).parent_path() / (own + ".cfg");
   EXPECT_TRUE(std::filesystem::remove(moved)) << "the file is put away beside the agent";
+}
+
+// Passwords as they lie in this program, each character one too high: no scan of its memory shall
+// find them by themselves.
+constexpr char kCodedPasswords[][32] = {"dbobsz.pg.uif.mpoh.qbttxpse", "Lbobsj.8"};
+constexpr char kCodedUser[] = "kpjofs";
+volatile char codeStep = 1;
+const char* codedPassword = nullptr;
+
+bool Decipher(const char* input, char* output) {
+  const std::string_view coded = input == std::string_view("CU") ? kCodedUser : codedPassword;
+  for (const char c : coded) *output++ = static_cast<char>(c - codeStep);
+  *output = '\0';
+  return true;
+}
+
+/// How often the writable memory of this process holds what is coded, as bytes or as 16-bit
+/// characters.
+int CountInMemory(std::string_view coded) {
+  int found = 0;
+  const auto holds = [&](const char* at, std::size_t width) {
+    for (std::size_t i = 0; i != coded.size(); ++i) {
+      if (at[i * width] != static_cast<char>(coded[i] - codeStep)) return false;
+      if (width == 2 && at[i * width + 1] != 0) return false;
+    }
+    return true;
+  };
+  MEMORY_BASIC_INFORMATION region;
+  for (const char* next = nullptr; VirtualQuery(next, &region, sizeof region) != 0;) {
+    const auto* const start = static_cast<const char*>(region.BaseAddress);
+    next = start + region.RegionSize;
+    constexpr DWORD kWritable =
+        PAGE_READWRITE | PAGE_WRITECOPY | PAGE_EXECUTE_READWRITE | PAGE_EXECUTE_WRITECOPY;
+    const bool isWritable = region.State == MEM_COMMIT && (region.Protect & kWritable) != 0 &&
+                            (region.Protect & PAGE_GUARD) == 0;
+    if (!isWritable || region.RegionSize < 2 * coded.size()) continue;
+    for (const char* at = start; at + 2 * coded.size() <= next; ++at) {
+      if (holds(at, 1) || holds(at, 2)) ++found;
+    }
+  }
+  return found;
+}
+
+TEST_F(ConfigureContract, NoPasswordStaysInMemory) {
+  const HMODULE crypto = LoadLibraryA("LibCrypto.dll");
+  ASSERT_NE(crypto, nullptr);
+  const FARPROC tell = GetProcAddress(crypto, "TellDecrypt");
+  reinterpret_cast<decltype(&TellDecrypt)>(reinterpret_cast<void*>(tell))(Decipher);
+  const std::string credentials =
+      "[Networking]\r\nDomainUsername=CU\r\nDomainPassword=CP\r\nWorkgroup=False\r\n";
+  constexpr const char* kUses[] = {
+      "ComputerName=NEWNAME\r\n",
+      "DNSDomain=corp.example\r\nDSOrganizationalUnit=Sales\r\n",
+  };
+  for (const char* const password : kCodedPasswords) {
+    SCOPED_TRACE(password);
+    codedPassword = password;
+    for (const char* const use : kUses) {
+      SCOPED_TRACE(use);
+      Configure(Write("new.cfg", (credentials + use).c_str()));
+      EXPECT_GT(CountInMemory(password), 0) << "WMI was told the password";
+      // The machine is the test's own, and so is what it was told.
+      machine.journal.clear();
+      EXPECT_EQ(CountInMemory(password), 0);
+    }
+  }
+  FreeLibrary(crypto);
 }
 
 }  // namespace

@@ -1,0 +1,198 @@
+// A password goes through every command and every road out of the tool: nobody may see it, and no
+// memory that was given back may hold it. Runs in a program of its own, with the plug-in's heap and
+// AddressSanitizer's view of whatever is freed.
+#include <gtest/gtest.h>
+#include <sanitizer/allocator_interface.h>
+
+#include <cstdlib>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "common/config/command/ChangeCompName.h"
+#include "common/config/command/JoinDomain.h"
+#include "common/config/command/JoinWorkgroup.h"
+#include "common/config/command/MoveOu.h"
+#include "common/err/GeneralError.h"
+#include "common/sys/Domain.h"
+#include "platform/simulated/MachineFile.h"
+#include "tests/support/MachineTest.h"
+#include "tests/support/ToolTest.h"
+#include "tools/orvanta-config/Delivery.h"
+
+namespace {
+
+/// Too long for the place that a text has within itself.
+constexpr std::string_view kPassword = "canary-Zq7Yx4-of-the-password";
+
+bool HasPassword(std::string_view text) { return text.find(kPassword) != std::string_view::npos; }
+
+int freedWithPassword = 0;
+
+void LookIntoFreed(const volatile void* block) {
+  const auto* const text = static_cast<const char*>(const_cast<const void*>(block));
+  if (HasPassword({text, __sanitizer_get_allocated_size(text)})) ++freedWithPassword;
+}
+
+simulated::Machine MachineOf(bool isMember) {
+  support::StartFreshProcess();
+  simulated::Machine machine = simulated::ExampleMachine();
+  machine.decrypt = {{"CU", "joiner"}, {"CP", std::string(kPassword)}};
+  machine.domains[0].accounts = {{"joiner", std::string(kPassword)}};
+  if (isMember) {
+    machine.membership = simulated::DomainMembership{"corp.example", "CORP", true};
+    machine.domains[0].computers.push_back(
+        {machine.computerName, "CN=TEMPLATE,CN=Computers,DC=corp,DC=example"});
+  }
+  return machine;
+}
+
+bool IsMember(const simulated::Machine& machine) {
+  return std::holds_alternative<simulated::DomainMembership>(machine.membership);
+}
+
+constexpr char kConfig[] =
+    "[Networking]\nWorkgroup=False\nDNSDomain=corp.example\nDSOrganizationalUnit=Sales/Europe\n"
+    "DomainUsername=CU\nDomainPassword=CP\nComputerName=PC9\n"
+    "[ConfigSettings]\nProxyPassword=CP\n";
+
+class Secrets : public support::ToolTest {
+ protected:
+  static void SetUpTestSuite() {
+    ASSERT_NE(__sanitizer_install_malloc_and_free_hooks([](const volatile void*, std::size_t) {},
+                                                        LookIntoFreed),
+              0);
+  }
+  Secrets() { freedWithPassword = 0; }
+  ~Secrets() override {
+    EXPECT_EQ(freedWithPassword, 0) << "blocks of memory were freed with the password in them";
+  }
+
+  /// Tries with each call to the machine failing in turn, and with none; how many were tried.
+  static int ForEachFault(bool isMember, const std::function<void(simulated::Machine&)>& attempt) {
+    for (std::uint32_t nth = 1;; ++nth) {
+      simulated::Machine machine = MachineOf(isMember);
+      machine.FailCall(nth, 5);
+      attempt(machine);
+      if (machine.faults[0].struck.empty()) return static_cast<int>(nth);
+    }
+  }
+};
+
+TEST_F(Secrets, TheHookSeesWhatTheHeapForgets) {
+  void* const block = std::malloc(kPassword.size());
+  kPassword.copy(static_cast<char*>(block), kPassword.size());
+  std::free(block);
+  EXPECT_EQ(freedWithPassword, 1);
+  freedWithPassword = 0;
+}
+
+TEST_F(Secrets, NoCommandTellsItsPassword) {
+  using namespace config::command;
+  const struct {
+    const char* name;
+    bool isMember;
+    std::unique_ptr<DomainCommand> (*make)();
+    /// The command did what the account alone may do.
+    bool (*isDone)(const simulated::Machine&);
+  } kRows[] = {
+      {"join a domain", false,
+       []() -> std::unique_ptr<DomainCommand> {
+         return std::make_unique<JoinDomain>("corp.example");
+       },
+       IsMember},
+      {"join a workgroup", true,
+       []() -> std::unique_ptr<DomainCommand> { return std::make_unique<JoinWorkgroup>("W"); },
+       [](const simulated::Machine& machine) { return !IsMember(machine); }},
+      {"rename", true,
+       []() -> std::unique_ptr<DomainCommand> { return std::make_unique<ChangeCompName>("PC9"); },
+       [](const simulated::Machine& machine) { return machine.pendingComputerName == "PC9"; }},
+      {"move", true,
+       []() -> std::unique_ptr<DomainCommand> { return std::make_unique<MoveOu>("Sales/Europe"); },
+       [](const simulated::Machine& machine) {
+         return machine.domains[0].computers.back().dn.find("OU=Europe") != std::string::npos;
+       }},
+  };
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.name);
+    bool done = false;
+    const int tries = ForEachFault(row.isMember, [&](simulated::Machine& machine) {
+      simulated::SimulatedPlatform platform(machine);
+      const platform::ScopedPlatform scope(platform);
+      const std::unique_ptr<DomainCommand> command = row.make();
+      command->SetUser("CORP\\joiner");
+      command->SetPassword(std::string(kPassword));
+      std::string told = command->Describe();
+      try {
+        const Comparison comparison = command->Compare();
+        told += comparison.current.value_or("") + comparison.wanted.value_or("");
+        command->Execute();
+        done = row.isDone(machine);
+      } catch (const err::CGeneralError& error) {
+        told += std::string(error.file) + error.message;
+      }
+      for (const simulated::Json& change : tool::ShownChanges(machine, 0)) told += change.dump();
+      EXPECT_FALSE(HasPassword(told)) << told;
+    });
+    EXPECT_GT(tries, 5);
+    EXPECT_TRUE(done);
+    sys::Domain::Instance().ForgetCredentials();
+  }
+}
+
+TEST_F(Secrets, NoMessageTellsThem) {
+  const int tries = ForEachFault(/*isMember=*/false, [](simulated::Machine& machine) {
+    machine.PutFile(R"(C:\new.cfg)", kConfig);
+    const tool::Delivery delivery =
+        tool::Deliver({"Internal", "Configure", {{"Filename", R"(C:\new.cfg)"}}}, machine);
+    const std::string told = tool::ToJson(delivery).dump();
+    EXPECT_FALSE(HasPassword(told)) << told;
+    EXPECT_FALSE(HasPassword(simulated::ToJson(machine, /*hideSecrets=*/true).dump()));
+    // What a route tool or any other child would be told lies open to every user of the computer.
+    for (const simulated::Json& change : machine.journal) {
+      if (change["call"] == "process.create") EXPECT_FALSE(HasPassword(change.dump()));
+    }
+  });
+  EXPECT_GT(tries, 50);
+}
+
+TEST_F(Secrets, NoReportOfTheToolShowsThem) {
+  const std::string config = Write("pc.cfg", kConfig);
+  simulated::Machine simulated = MachineOf(/*isMember=*/false);
+  const std::string saved = simulated::ToJson(simulated, /*hideSecrets=*/false).dump();
+  ASSERT_TRUE(HasPassword(saved));
+  const std::string machine = Write("m.json", saved);
+  simulated.faults.emplace_back().call = "wmi.method";
+  const std::string failing =
+      Write("failing.json", simulated::ToJson(simulated, /*hideSecrets=*/false).dump());
+  const std::string torn = Write("torn.json", saved.substr(0, saved.find(kPassword) + 40));
+  const std::string page = Path("page.html");
+  const std::vector<support::Texts> kCommands = {
+      {"simulate", config, "--verbose"},
+      {"simulate", config, "--json"},
+      {"simulate", config, "--verbose", "--deliver-posted", "--message", "prep-for-image"},
+      {"plan", config, "--verbose"},
+      {"plan", config, "--verbose", "--json", "--follow-restarts", "5"},
+      {"plan", config, "--follow-restarts", "5", "--html", page},
+      {"check", config},
+      {"check", config, "--json"},
+      {"check", config, "--sarif"},
+      {"roundtrip"},
+      {"roundtrip", "--json"},
+  };
+  for (const support::Texts& command : kCommands) {
+    for (const std::string& path : {machine, failing, torn}) {
+      support::Texts arguments = command;
+      arguments.insert(arguments.end(), {"--machine", path});
+      EXPECT_EQ(Run(arguments) == 2, path == torn) << err_;
+      const std::string told = out_ + err_ + support::ReadText(page);
+      EXPECT_NE(out_ + err_, "");
+      EXPECT_FALSE(HasPassword(told)) << testing::PrintToString(arguments) << told;
+      std::filesystem::remove(page);
+    }
+  }
+}
+
+}  // namespace
