@@ -3,6 +3,8 @@
 
 JOBS ?= $(shell nproc)
 FUZZ_SECONDS ?= 60
+BENCH_REPETITIONS ?= 15
+MUTANTS ?= 60
 FUZZ_TARGETS := $(notdir $(wildcard fuzz/corpus/*))
 # Rounded up: no time at all would mean for ever.
 FUZZ_SHARE = $(shell echo $$((($(FUZZ_SECONDS) + $(words $(FUZZ_TARGETS)) - 1) / $(words $(FUZZ_TARGETS)))))
@@ -12,7 +14,7 @@ FOLDERS := bench common fuzz handlers platform tests toolbox tools
 SOURCES = $(shell find $(FOLDERS) -name '*.cpp' -o -name '*.h')
 
 .PHONY: demo build build-native build-sanitize build-windows package test test-native test-windows \
-        run-windows-tests check-rebuild fuzz bench lint check-format format tidy clean
+        run-windows-tests check-rebuild fuzz bench lint check-format format tidy coverage mutate clean
 
 # A first look: an example configuration on a simulated computer.
 demo: build-native
@@ -82,11 +84,12 @@ fuzz: build-sanitize
 	    build/found/$$target fuzz/corpus/$$target; \
 	done
 
+# Everything in one run, as one table; repetitions are interleaved.
 bench:
 	$(PACKAGES) native bench
 	cmake --preset native -DCONFIG_BENCH=ON
-	cmake --build --preset native -j $(JOBS) --target config_bench
-	build/native/bench/config_bench
+	cmake --build --preset native -j $(JOBS) --target config_bench orvanta-config
+	python3 bench/report.py build/native --repetitions $(BENCH_REPETITIONS)
 
 lint: check-format
 	$(PACKAGES) native lint
@@ -106,6 +109,24 @@ tidy:
 	$(PACKAGES) native tidy
 	cmake --preset native
 	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(common|handlers|platform|toolbox|tools)/'
+	cppcheck --std=c++20 --enable=warning,performance,portability --inline-suppr --quiet -I . \
+	  --suppress=missingInclude -j $(JOBS) --error-exitcode=1 \
+	  common handlers toolbox platform/simulated platform/Platform.cpp tools/orvanta-config
+
+# Which lines the portable tests reach; build/coverage/index.html shows them one by one.
+coverage:
+	$(PACKAGES) native tests coverage
+	cmake -S . -B build/coverage -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCONFIG_TESTS=ON \
+	  -DCMAKE_CXX_FLAGS=--coverage
+	cmake --build build/coverage -j $(JOBS)
+	ctest --test-dir build/coverage -j $(JOBS) --output-on-failure
+	gcovr --root . --object-directory build/coverage --filter '(common|handlers|toolbox|platform|tools)/' \
+	  --exclude-throw-branches --html-details build/coverage/index.html --txt --sort-uncovered
+
+# Changes the engine, one condition or constant at a time, and tells what no test noticed.
+mutate:
+	$(PACKAGES) native tests
+	tools/mutate.py --count $(MUTANTS)
 
 clean:
 	rm -rf build

@@ -10,6 +10,10 @@
 #include "common/util/CompositeIterator.h"
 #include "common/util/LeafNode.h"
 
+#if defined(HAS_GLIB)
+#include <glib.h>
+#endif
+
 namespace {
 
 constexpr std::int64_t kNodes = 1'000'000;
@@ -69,9 +73,55 @@ void BuildAndDestroy(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kNodes);
 }
 
-// Children per inner node: a chain, two trees, one flat collection.
-BENCHMARK(DepthFirst)->Arg(1)->Arg(3)->Arg(10)->Arg(kNodes)->Unit(benchmark::kMillisecond);
-BENCHMARK(BreadthFirst)->Arg(1)->Arg(3)->Arg(10)->Arg(kNodes)->Unit(benchmark::kMillisecond);
-BENCHMARK(BuildAndDestroy)->Arg(1)->Arg(3)->Arg(10)->Arg(kNodes)->Unit(benchmark::kMillisecond);
+#if defined(HAS_GLIB)
+/// The same tree of GLib's nodes.
+GNode* MakeGTree(std::int64_t width) {
+  const std::int64_t inner = (kNodes - 2) / width + 1;
+  std::vector<GNode*> groups{g_node_new(nullptr)};
+  std::vector<GNode*> last(static_cast<std::size_t>(inner));
+  for (std::int64_t i = 1; i < kNodes; ++i) {
+    const auto at = static_cast<std::size_t>((i - 1) / width);
+    // Behind the last child: its own appending looks for that from the first.
+    last[at] = g_node_insert_after(groups[at], last[at], g_node_new(nullptr));
+    if (i < inner) groups.push_back(last[at]);
+  }
+  return groups[0];
+}
+
+void WalkG(benchmark::State& state, GTraverseType order) {
+  GNode* const tree = MakeGTree(state.range(0));
+  for (auto _ : state) {
+    std::int64_t nodes = 0;
+    const auto visit = [](GNode* node, gpointer count) -> gboolean {
+      benchmark::DoNotOptimize(node);
+      ++*static_cast<std::int64_t*>(count);
+      return FALSE;
+    };
+    g_node_traverse(tree, order, G_TRAVERSE_ALL, -1, visit, &nodes);
+    if (nodes != kNodes) state.SkipWithError("nodes are missing");
+  }
+  g_node_destroy(tree);
+}
+#endif
+
+// Children per inner node: two trees, one flat collection; a chain is beyond what GLib's recursion
+// can follow.
+const bool kRegistered = [] {
+  const auto add = [](const char* name, auto function, auto... arguments) {
+    return benchmark::RegisterBenchmark(name, function, arguments...)
+        ->Unit(benchmark::kMillisecond);
+  };
+  for (const std::int64_t width : {std::int64_t{3}, std::int64_t{10}, kNodes}) {
+    add("tree depth-first/orvanta", DepthFirst)->Arg(width);
+    add("tree breadth-first/orvanta", BreadthFirst)->Arg(width);
+    add("tree build/orvanta", BuildAndDestroy)->Arg(width);
+#if defined(HAS_GLIB)
+    add("tree depth-first/GNode", WalkG, G_PRE_ORDER)->Arg(width);
+    add("tree breadth-first/GNode", WalkG, G_LEVEL_ORDER)->Arg(width);
+#endif
+  }
+  add("tree depth-first, a chain/orvanta", DepthFirst)->Arg(1);
+  return true;
+}();
 
 }  // namespace

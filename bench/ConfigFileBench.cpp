@@ -1,70 +1,42 @@
-// How fast configuration files are read and looked up in, beside the time that merely copying the
-// text and finding its line ends takes.
+// How fast configuration files are read and looked up in: beside other readers, and beside the time
+// that merely copying the text, finding its line ends or reading the file takes.
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <cstddef>
-#include <cstdint>
+#include <cstdio>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "bench/Readers.h"
+#include "bench/Texts.h"
 #include "handlers/internal/ConfigFile.h"
 
 namespace {
 
-constexpr int kKeysPerSection = 20;
-
-std::string SectionName(int section) { return "NicEntry" + std::to_string(section); }
-std::string KeyName(int key) { return "Setting-Name" + std::to_string(key); }
-
-/// A section takes about 500 bytes.
-std::string TypicalText(int sections) {
-  std::string text;
-  for (int section = 0; section < sections; ++section) {
-    text.append("[").append(SectionName(section)).append("]\n; one adapter\n");
-    for (int key = 0; key < kKeysPerSection; ++key) {
-      text.append(KeyName(key)).append("=10.20.").append(std::to_string(key)).append(".1\n");
-    }
-  }
-  return text;
-}
-
-std::string OneSectionText(int keys) {
-  std::string text = "[Global]\n";
-  for (int key = 0; key < keys; ++key) {
-    text.append(KeyName(key)).append("=").append(std::to_string(key)).append("\n");
-  }
-  return text;
-}
-
-enum Text : std::int64_t { kSmall, kMegabyte, kFiftyMegabytes, kOneSection };
-
-const std::string& TextOf(std::int64_t which) {
-  static const std::string texts[] = {TypicalText(5), TypicalText(2000), TypicalText(100000),
-                                      OneSectionText(200000)};
-  return texts[which];
-}
+using bench::TextOf;
 
 void Finish(benchmark::State& state, const std::string& text) {
   state.SetBytesProcessed(static_cast<std::int64_t>(text.size()) *
                           static_cast<std::int64_t>(state.iterations()));
-  state.counters["bytes"] = static_cast<double>(text.size());
 }
 
-/// Construct, load and destroy; the copy of the text that the reader takes over is included.
-void Load(benchmark::State& state) {
-  const std::string& text = TextOf(state.range(0));
+/// Construct, load and destroy.
+void Load(benchmark::State& state, const bench::NamedReader& reader, int size) {
+  const std::string& text = TextOf(size);
   for (auto _ : state) {
-    ConfigFile file{/*caseSensitive=*/false};
-    benchmark::DoNotOptimize(file.Parse(text, /*merge=*/false));
+    if (!reader.make()->Load(text)) state.SkipWithError("not loaded");
   }
   Finish(state, text);
 }
 
-void Copy(benchmark::State& state) {
-  const std::string& text = TextOf(state.range(0));
+void Copy(benchmark::State& state, int size) {
+  const std::string& text = TextOf(size);
   for (auto _ : state) {
     std::string copy = text;
     benchmark::DoNotOptimize(copy.data());
@@ -72,8 +44,8 @@ void Copy(benchmark::State& state) {
   Finish(state, text);
 }
 
-void ScanNewlines(benchmark::State& state) {
-  const std::string& text = TextOf(state.range(0));
+void ScanNewlines(benchmark::State& state, int size) {
+  const std::string& text = TextOf(size);
   for (auto _ : state) {
     const char* at = text.data();
     const char* const end = at + text.size();
@@ -87,27 +59,54 @@ void ScanNewlines(benchmark::State& state) {
   Finish(state, text);
 }
 
-/// Looks up existing pairs in random order. The second argument asks for other letter case.
-void LookUp(benchmark::State& state) {
-  constexpr int kSections[] = {5, 2000, 100000};
-  ConfigFile file{/*caseSensitive=*/false};
-  file.Parse(TextOf(state.range(0)), /*merge=*/false);
+/// A file on disk for as long as the program runs.
+const std::string& SmallFile() {
+  struct File {
+    std::string path = (std::filesystem::temp_directory_path() / "orvanta-bench.cfg").string();
+    File() { std::ofstream(path, std::ios::binary) << TextOf(bench::kSmall); }
+    ~File() { std::filesystem::remove(path); }
+  };
+  static const File file;
+  return file.path;
+}
+
+void LoadFile(benchmark::State& state, const bench::NamedReader& reader) {
+  const std::string& path = SmallFile();
+  for (auto _ : state) {
+    if (!reader.make()->LoadFile(path)) state.SkipWithError("not loaded");
+  }
+}
+
+void OpenReadClose(benchmark::State& state) {
+  const std::string& path = SmallFile();
+  std::array<char, 4096> buffer;
+  for (auto _ : state) {
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    benchmark::DoNotOptimize(std::fread(buffer.data(), 1, buffer.size(), file));
+    std::fclose(file);
+  }
+}
+
+/// Looks up existing pairs in random order; in capital letters with `capitals`.
+void LookUp(benchmark::State& state, const bench::NamedReader& reader, int size, bool capitals) {
+  const auto file = reader.make();
+  file->Load(TextOf(size));
   std::mt19937 random(1);
   std::vector<std::pair<std::string, std::string>> pairs(1 << 16);
   for (auto& [section, key] : pairs) {
-    section =
-        SectionName(static_cast<int>(random() % static_cast<unsigned>(kSections[state.range(0)])));
-    key = KeyName(static_cast<int>(random() % kKeysPerSection));
-    if (state.range(1) != 0) {
-      for (char& c : section) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-      for (char& c : key) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
+    section = bench::SectionName(
+        static_cast<int>(random() % static_cast<unsigned>(bench::kSectionsOf[size])));
+    key = bench::KeyName(static_cast<int>(random() % bench::kKeysPerSection));
+    if (!capitals) continue;
+    for (std::string* text : {&section, &key}) {
+      for (char& c : *text) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
     }
   }
   std::string value;
   std::size_t at = 0;
   for (auto _ : state) {
     const auto& [section, key] = pairs[at++ % pairs.size()];
-    if (file.ReadValue(section, key, &value) != ConfigFile::kSuccess) {
+    if (!file->Find(section, key, &value)) {
       state.SkipWithError("a pair is missing");
       break;
     }
@@ -115,10 +114,69 @@ void LookUp(benchmark::State& state) {
   }
 }
 
-BENCHMARK(Load)->DenseRange(kSmall, kOneSection);
-BENCHMARK(Copy)->DenseRange(kSmall, kOneSection);
-BENCHMARK(ScanNewlines)->DenseRange(kSmall, kOneSection);
-BENCHMARK(LookUp)->ArgsProduct({{kSmall, kMegabyte, kFiftyMegabytes}, {0, 1}});
+void Grow(benchmark::State& state, bench::Shape shape) {
+  const std::string text = bench::ShapedText(shape, static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    if (!bench::Readers()[0].make()->Load(text)) state.SkipWithError("not loaded");
+  }
+}
+
+/// Reads every entry in file order.
+void Walk(benchmark::State& state, int size) {
+  ConfigFile file{/*caseSensitive=*/false};
+  file.Parse(TextOf(size), /*merge=*/false);
+  std::string section;
+  std::string key;
+  std::string value;
+  for (auto _ : state) {
+    for (auto found = file.GetFirstSection(&section); found == ConfigFile::kSuccess;
+         found = file.GetNextSection(&section)) {
+      for (auto entry = file.GetFirstEntry(section, &key, &value); entry == ConfigFile::kSuccess;
+           entry = file.GetNextEntry(&key, &value)) {
+        benchmark::DoNotOptimize(value.data());
+      }
+    }
+  }
+  Finish(state, TextOf(size));
+}
+
+constexpr std::pair<const char*, bench::Shape> kShapes[] = {
+    {"sections", bench::Shape::kSections},
+    {"keys in one section", bench::Shape::kKeys},
+    {"comments", bench::Shape::kComments},
+    {"continuation lines", bench::Shape::kContinuations},
+    {"duplicate keys", bench::Shape::kDuplicates},
+};
+
+// The names are columns of the report: what, by whom, of which size.
+const bool kRegistered = [] {
+  const auto add = [](const std::string& name, auto function, auto... arguments) {
+    return benchmark::RegisterBenchmark(name.c_str(), function, arguments...);
+  };
+  for (int size = bench::kSmall; size <= bench::kOneSection; ++size) {
+    const std::string suffix = std::string("/") + bench::kSizeNames[size];
+    for (const bench::NamedReader& reader : bench::Readers()) {
+      add("load/" + std::string(reader.name) + suffix, Load, reader, size);
+      if (size == bench::kOneSection) continue;
+      add("look up/" + std::string(reader.name) + suffix, LookUp, reader, size, false);
+    }
+    add("load/copy" + suffix, Copy, size);
+    add("load/newline scan" + suffix, ScanNewlines, size);
+    add("walk/orvanta" + suffix, Walk, size);
+    if (size == bench::kOneSection) continue;
+    add("look up/other letter case" + suffix, LookUp, bench::Readers()[0], size, true);
+  }
+  for (const bench::NamedReader& reader : bench::Readers()) {
+    add("load file/" + std::string(reader.name) + "/2.6 KB", LoadFile, reader);
+  }
+  add("load file/open, read, close/2.6 KB", OpenReadClose);
+  for (const auto& [name, shape] : kShapes) {
+    for (const int count : {2000, 20000, 200000}) {
+      add("grow/" + std::string(name), Grow, shape)->Arg(count);
+    }
+  }
+  return true;
+}();
 
 }  // namespace
 

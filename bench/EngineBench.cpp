@@ -4,7 +4,11 @@
 #include <cstdint>
 #include <string>
 
+#include "common/config/ConfigBuilder.h"
+#include "common/logging/NullLogSink.h"
+#include "platform/ScopedPlatform.h"
 #include "platform/simulated/Machine.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "tools/orvanta-config/Delivery.h"
 
 namespace {
@@ -45,10 +49,41 @@ void Configure(benchmark::State& state, bool byLocation) {
         tool::Deliver({"Internal", "Configure", {{"Filename", "C:\\tarvo.cfg"}}}, machine);
     if (delivery.Result() != "Success") state.SkipWithError("the run failed");
   }
-  state.SetComplexityN(state.range(0));
 }
 
-BENCHMARK_CAPTURE(Configure, ByLocation, true)->RangeMultiplier(10)->Range(2, 2000)->Complexity();
-BENCHMARK_CAPTURE(Configure, NextFree, false)->RangeMultiplier(10)->Range(2, 2000)->Complexity();
+/// The events of as many adapters, each with a static address, become commands.
+void SendEvents(benchmark::State& state) {
+  using config::Event;
+  using enum config::EventKind;
+  simulated::Machine machine = MakeMachine(0);
+  simulated::SimulatedPlatform platform(machine);
+  const platform::ScopedPlatform scope(platform);
+  logging::NullLogSink log;
+  for (auto _ : state) {
+    config::ConfigBuilder builder(log);
+    for (std::int64_t i = 0; i < state.range(0); ++i) {
+      builder.ConfigEvent(NIC, Event::BEGIN, "");
+      builder.ConfigEvent(NIC_MAC_ADDRESS, Event::VALUE, "080027123456");
+      builder.ConfigEvent(STATIC, Event::VALUE, "");
+      builder.ConfigEvent(IP_INTERFACE, Event::BEGIN, "");
+      builder.ConfigEvent(IP_ADDRESS, Event::VALUE, "10.0.0.5");
+      builder.ConfigEvent(SUBNET_MASK, Event::VALUE, "255.0.0.0");
+      builder.ConfigEvent(NOOP, Event::END, "");
+      builder.ConfigEvent(NOOP, Event::END, "");
+    }
+    benchmark::DoNotOptimize(builder.Commands().size());
+  }
+}
+
+const bool kRegistered = [] {
+  const auto add = [](const char* name, auto function, auto... arguments) {
+    auto* const benchmark = benchmark::RegisterBenchmark(name, function, arguments...);
+    for (const int adapters : {1, 20, 200, 2000}) benchmark->Arg(adapters);
+  };
+  add("events/orvanta", SendEvents);
+  add("configure by location/orvanta", Configure, true);
+  add("configure the next free/orvanta", Configure, false);
+  return true;
+}();
 
 }  // namespace

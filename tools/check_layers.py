@@ -54,6 +54,8 @@ LIBRARIES = {
 # Every other header with a folder or a suffix in its name belongs to some system.
 SYSTEM_FOLDERS = ("platform/windows", "tests/contract/windows")
 SYSTEM_HEADERS = {
+    "bench/CompositeBench.cpp": ["glib.h"],
+    "bench/Readers.cpp": ["INIReader.h", "SimpleIni.h", "glib.h"],
     "tests/scenario/SecretsTest.cpp": ["sanitizer/allocator_interface.h"],
     "common/util/ClassName.cpp": ["cxxabi.h"],
     "tools/orvanta-config/HostSystem.cpp": ["fcntl.h", "io.h", "sys/stat.h", "unistd.h"],
@@ -65,6 +67,7 @@ SPECIAL = re.compile(
     r"|\b(asm|__(?!FILE__|LINE__|VA_ARGS__|cpp_|func__|has_include)\w+)\b"
 )
 SPECIAL_FILES = [  # a folder stands for all that lies in it
+    "bench",  # libraries that may be absent
     "common/sys/Wmi.h",
     "common/util/ClassName.cpp",
     "platform/windows/WindowsHeader.h",

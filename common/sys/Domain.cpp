@@ -155,7 +155,7 @@ void Domain::SetCredentials(const std::string& account, const std::string& passw
   std::size_t start = account.find('\\');
   if (start == std::string::npos) start = account.find('/');
   user_ = start == std::string::npos ? account : account.substr(start + 1);
-  user_ = user_.substr(0, user_.find('@'));
+  user_.resize(std::min(user_.find('@'), user_.size()));
   password_ = password;
 }
 

@@ -62,6 +62,7 @@ class abstract_composite_iterator {
     const CollectionNode* const entered = self.current_->asCollection();
     if (entered != nullptr && !entered->children().empty()) {
       const std::unique_ptr<CompositeNode>* const first = entered->children().data();
+      // cppcheck-suppress nullPointerArithmetic; the collection is not empty
       self.addFrame({first, first + entered->children().size()});
     }
     if (self.noFramesLeft()) {

@@ -106,6 +106,7 @@ class Builder {
     if (levels_.empty()) return &(root_ = std::move(value));
     const Level& level = levels_.back();
     if (level.value->is_object()) return &(level.entry->second = std::move(value));
+    // cppcheck-suppress accessMoved; the move above returns
     level.value->push_back(std::move(value));
     return &level.value->back();
   }

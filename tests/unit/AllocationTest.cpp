@@ -87,6 +87,28 @@ TEST(Allocations, OfTheReaderMayFail) {
   }
 }
 
+TEST(Allocations, OfTheReaderAreFew) {
+  std::string settings;
+  for (int key = 0; key < 20; ++key) {
+    settings += "Setting-Name" + std::to_string(key) + "=10.20.30.1\n";
+  }
+  const struct {
+    int sections;
+    long most;
+  } kRows[] = {{5, 12}, {100'000, 150}};
+  for (const auto& row : kRows) {
+    SCOPED_TRACE(row.sections);
+    std::string text;
+    for (int i = 0; i < row.sections; ++i) {
+      text += "[NicEntry" + std::to_string(i) + "]\n" + settings;
+    }
+    EXPECT_TRUE(Survives(row.most, [&] {
+      ConfigFile file{/*caseSensitive=*/false};
+      file.Parse(text, /*merge=*/false);
+    }));
+  }
+}
+
 // ---- The builder --------------------------------------------------------------------------------
 
 using config::Event;
