@@ -166,8 +166,17 @@ TEST_F(CheckTest, NoSecretIsEverShown) {
       "[ConfigSettings]\n[Networking]\nProxyPwd=s3cret9\n; my password: s3cretA\n=s3cret B\n"
       "[TCP/IP]\nDescription=secret=s3cretC\nDescription2 secret s3cretD\nDHCP s3cretE\n"
       "[Global]\nDomainPassword\ns3cretF\nScheduleId=\n";
+  Write("a.cfg", "[Networking]\nComputerName=pass s3cret\n");
   for (const char* format : {"--no-color", "--json", "--sarif"}) {
     SCOPED_TRACE(format);
+    Run({Write("b.cfg",
+               "[Networking]\nDomainUsername=AB12\nDomainPassword=9F31\nMyPass-s3cret\n"
+               "DNSDomain=x\n[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n"
+               "Gateway=10.0.0.1\nPassword: s3cret\nRoute0=pwd s3cret\n"
+               "Static-Route-Count=1\nDNS-Server=pass=s3cret\nDNS-Server0: s3cret pass\n"),
+         Write("c.cfg", "[Networking]\nComputerName=pass s3cret\n"), Path("a.cfg"), format});
+    EXPECT_EQ(out_.find("s3cret"), std::string::npos) << out_;
+    EXPECT_NE(out_.find("***"), std::string::npos);
     EXPECT_EQ(Run({"-", format}, text), 1);
     for (std::size_t at = out_.find("s3cret"); at != std::string::npos;
          at = out_.find("s3cret", at + 1)) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/util/Text.h"
+#include "platform/simulated/Secrets.h"
 
 namespace tool::check {
 namespace {
@@ -19,8 +20,9 @@ class Claims {
   explicit Claims(const Document& document) : document_(document) {}
 
   void Add(Code code, std::string identity, const Span& span, std::string_view text) {
-    claims_.push_back({code, std::move(identity), std::string(text), document_.PlaceOf(span),
-                       document_.ExcerptOf(span)});
+    const bool isHidden = !document_.Hidden(span).empty();
+    claims_.push_back({code, std::move(identity), isHidden ? simulated::kHidden : std::string(text),
+                       document_.PlaceOf(span), document_.ExcerptOf(span)});
   }
 
   std::vector<Claim> Take() { return std::move(claims_); }
