@@ -12,6 +12,7 @@
 
 #include "platform/IRegistry.h"
 #include "platform/simulated/JsonDocument.h"
+#include "platform/simulated/Secrets.h"
 #include "platform/simulated/ServicesPort.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
@@ -19,9 +20,7 @@
 namespace simulated {
 namespace {
 
-constexpr const char* kHidden = "***";
 /// What stands in the names of settings that hold a password.
-constexpr std::string_view kSecretWords[] = {"pass", "pwd", "secret"};
 constexpr int kSchema = 1;
 
 // Every kind of value knows how to read itself from a document and how to write itself: a codec
@@ -187,7 +186,7 @@ struct Secret : Codec<std::string> {
 
 struct FileText : Codec<std::string> {
   static Json Write(const std::string& value, bool hideSecrets) {
-    return hideSecrets ? RedactedText(value) : value;
+    return hideSecrets ? RedactedFile(value) : value;
   }
 };
 
@@ -568,25 +567,6 @@ void Check(const Cursor& at, Machine& machine) {
                 [](const Host& host) { return Folded(host.name); });
 }
 
-/// Where the first of the secret words stands; npos when there is none.
-std::size_t SecretWordIn(std::string_view text) {
-  std::size_t first = std::string_view::npos;
-  for (const std::string_view word : kSecretWords) first = std::min(first, Find(text, word));
-  return first;
-}
-
-/// Where the value of a password entry starts in a line, or what a comment says behind the word;
-/// npos when the line holds none.
-std::size_t PasswordIn(std::string_view line) {
-  const std::size_t word = SecretWordIn(line);
-  if (word == std::string_view::npos) return word;
-  const std::size_t equals = line.find('=', word);
-  if (equals != std::string_view::npos) return equals + 1;
-  const std::string_view content = Trimmed(line);
-  if (!content.starts_with(';') && !content.starts_with('#')) return equals;
-  return line.find_first_of(": \t", word);
-}
-
 }  // namespace
 
 Machine ParseMachine(const std::string& text, const std::string& fileName) {
@@ -621,8 +601,6 @@ Json ToJson(const Machine& machine, bool hideSecrets) {
   return document;
 }
 
-bool NamesPassword(std::string_view key) { return SecretWordIn(key) != std::string_view::npos; }
-
 Json Redacted(const Json& change) {
   Json shown = change;
   if (change.contains("arguments")) {
@@ -630,33 +608,8 @@ Json Redacted(const Json& change) {
       if (NamesPassword(name) && value.is_string()) value = kHidden;
     }
   }
-  if (change.value("call", "") == "file.write" && NamesPassword(change.value("key", ""))) {
+  if (change.value("call", "") == "file.write" && NamesSecret(change.value("key", ""))) {
     shown["value"] = kHidden;
-  }
-  return shown;
-}
-
-std::string RedactedText(const std::string& text) {
-  std::string shown;
-  bool isPassword = false;  // the last entry is one, so lines without "=" continue it
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find('\n', start), text.size() - 1) + 1;
-    const std::string_view line = std::string_view(text).substr(start, end - start);
-    const std::size_t lineEnd = std::min(line.find_last_not_of("\r\n") + 1, line.size());
-    const std::string_view content = Trimmed(line.substr(0, lineEnd));
-    const std::size_t password = PasswordIn(line);
-    const bool isHeader = content.starts_with('[');
-    const bool isEntry = !isHeader && (content.find('=') != std::string_view::npos ||
-                                       content.starts_with(';') || content.starts_with('#'));
-    if (isEntry) isPassword = password != std::string_view::npos;
-    const bool isContinuation = isPassword && !isEntry && !isHeader && !content.empty();
-    if (password != std::string_view::npos || isContinuation) {
-      shown.append(line.substr(0, isContinuation ? 0 : password)).append(kHidden);
-      shown += line.substr(lineEnd);
-    } else {
-      shown += line;
-    }
-    start = end;
   }
   return shown;
 }

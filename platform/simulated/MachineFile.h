@@ -3,7 +3,6 @@
 
 #include <stdexcept>
 #include <string>
-#include <string_view>
 
 #include "platform/simulated/Machine.h"
 
@@ -24,19 +23,11 @@ Machine ParseMachine(const std::string& text, const std::string& fileName);
 /// is not part of it. Bytes that are no UTF-8 are replaced.
 std::string PrintMachine(const Machine& machine);
 
-/// The same document. With `hideSecrets` passwords of accounts, deciphered texts and the values of
-/// password lines in files read "***".
+/// The same document. With `hideSecrets` passwords of accounts, deciphered texts and what is
+/// secret in files read "***".
 Json ToJson(const Machine& machine, bool hideSecrets);
-
-/// True for the name of a setting that holds a password: "password", "passwd", "passphrase", "pwd"
-/// or "secret" stands somewhere in it, in whatever letter case.
-bool NamesPassword(std::string_view key);
 
 /// A journal entry as it may be shown: passwords in it read "***".
 Json Redacted(const Json& change);
-
-/// A configuration file's text as it may be shown: the values of lines that name a password, their
-/// continuation lines included, read "***".
-std::string RedactedText(const std::string& text);
 
 }  // namespace simulated

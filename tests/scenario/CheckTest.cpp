@@ -37,8 +37,10 @@ class CheckTest : public support::ToolTest {
   Json Findings() const { return Json::parse(out_).at("findings"); }
 
   /// The findings in a text as "line:column code", in their order.
-  Texts Found(const std::string& text) {
-    Run({"-", "--json"}, text);
+  Texts Found(const std::string& text, const std::string& machine = {}) {
+    Texts arguments{"-", "--json"};
+    if (!machine.empty()) arguments.insert(arguments.end(), {"--machine", machine});
+    Run(arguments, text);
     EXPECT_EQ(err_, "");
     Texts found;
     for (const Json& finding : Findings()) {
@@ -117,7 +119,42 @@ TEST_F(CheckTest, TellsThePlaceOfEveryFinding) {
       {"a value goes on behind a header",
        "[Global]\nScheduleId=1\n[Networking]\n2\nComputerName=A\n",
        {"4:1 C008"}},
-      {"a comment may go on", "[Global]\n; a comment\nthat goes on\nScheduleId=1\n", {}},
+      {"a comment may go on", "[Global]\n; a comment\nthat goes on\nScheduleId=1\n", {"3:1 C019"}},
+      {"a comment takes a list's lines",
+       "[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\n; a\n; b\n10.0.0.6\n10.0.0.7\nNetmask=255.0.0.0\n"
+       "SetDNSInfo=True\nDNS-SuffixSearchOrder=a.example\n# more\nb.example\n[Networking]\n;\nx\n",
+       {"6:1 C018", "12:1 C018", "15:1 C019"}},
+      {"a blank file", " \r\n\n", {"1:1 C020"}},
+      {"an adapter named by its location and its MAC address, or by one of them",
+       "[TCP/IP]\nPCIBus=0\nPCIDevice=3\nPCIFunction=0\nMACAddress=080027123456\n"
+       "[NicEntry2]\nMACAddress=08:00:27:12:34:56\n"
+       "[NicEntry3]\nPCIBus=0\nPCIDevice=4\nPCIFunction=0\nMACAddress=080027123456\n",
+       {"6:1 C314"}},
+      {"metrics",
+       "[TCP/IP]\nStatic-Route-Count=5\nRoute0=10.1.0.0 255.255.0.0 10.0.0.1 0 99999999999\n"
+       "Route1=10.2.0.0 255.255.0.0 10.0.0.1\nRoute2=10.3.0.0 255.255.0.0 10.0.0.1 0 0\n"
+       "Route3=10.4.0.0 255.255.0.0 10.0.0.1 0 10000\nRoute4=10.5.0.0 255.255.0.0 10.0.0.1 0 "
+       "9999\n",
+       {"3:40 C210", "4:8 C230", "5:40 C230", "6:40 C210"}},
+      {"an empty route is none",
+       "[TCP/IP]\nMACAddress=080027000001\nStatic-Route-Count=1\nRoute0=\n[NicEntry2]\n"
+       "MACAddress=080027000002\nStatic-Route-Count=1\nRoute0=010.1.0.0 255.255.0.0 10.0.0.1 0 5\n",
+       {"4:1 C222", "8:8 C203"}},
+      {"one mistake, one finding",
+       "[TCP/IP]\nDHCP=False\nAddress=10.0.0.5/24\nStatic-Route-Count=1\n"
+       "Route1=10.1.0.0/16 10.0.0.1\n[NicEntry2]\nDHCP=False\nAddress=10.0.0.6\nNetmask=24\n"
+       "[Networking]\nComputerName=A\nDomainUser=1\nDomainPassword=2\n",
+       {"3:9 C201", "5:8 C201", "9:9 C201", "12:1 C104"}},
+      {"what an adapter with DHCP reaches is not known",
+       "[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\nStatic-Route-Count=1\n"
+       "Route0=10.1.0.0 255.255.0.0 11.0.0.1 0 "
+       "5\n[NicEntry2]\nMACAddress=080027000002\nDHCP=True\n",
+       {"1:1 C315"}},
+      {"the same suffixes twice, and a short name of the domain",
+       "[NicEntry1]\nMACAddress=080027000001\nSetDNSInfo=True\nDNS-SuffixSearchOrder=a.b c.d\n"
+       "[NicEntry2]\nMACAddress=080027000002\nSetDNSInfo=True\nDNS-SuffixSearchOrder=a.b, c.d\n"
+       "[Networking]\nWorkgroup=False\nDomain=CORP\nDNSDomain=corp.example\n",
+       {"12:11 C317"}},
       {"after an open header all goes on",
        "[Global\nConfig=x\n[TCP/IP\nDHCP=1\n",
        {"1:1 C006", "2:8 C214", "3:1 C006", "4:6 C213"}},
@@ -166,8 +203,17 @@ TEST_F(CheckTest, NoSecretIsEverShown) {
       "[ConfigSettings]\n[Networking]\nProxyPwd=s3cret9\n; my password: s3cretA\n=s3cret B\n"
       "[TCP/IP]\nDescription=secret=s3cretC\nDescription2 secret s3cretD\nDHCP s3cretE\n"
       "[Global]\nDomainPassword\ns3cretF\nScheduleId=\n";
+  Write("a.cfg", "[Networking]\nComputerName=pass s3cret\n");
   for (const char* format : {"--no-color", "--json", "--sarif"}) {
     SCOPED_TRACE(format);
+    Run({Write("b.cfg",
+               "[Networking]\nDomainUsername=AB12\nDomainPassword=9F31\nMyPass-s3cret\n"
+               "DNSDomain=x\n[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n"
+               "Gateway=10.0.0.1\nPassword: s3cret\nRoute0=pwd s3cret\n"
+               "Static-Route-Count=1\nDNS-Server=pass=s3cret\nDNS-Server0: s3cret pass\n"),
+         Write("c.cfg", "[Networking]\nComputerName=pass s3cret\n"), Path("a.cfg"), format});
+    EXPECT_EQ(out_.find("s3cret"), std::string::npos) << out_;
+    EXPECT_NE(out_.find("***"), std::string::npos);
     EXPECT_EQ(Run({"-", format}, text), 1);
     for (std::size_t at = out_.find("s3cret"); at != std::string::npos;
          at = out_.find("s3cret", at + 1)) {
@@ -308,6 +354,56 @@ TEST_F(CheckTest, FilesAreComparedWithEachOther) {
   EXPECT_EQ(FoundIn({Path("b.cfg"), Path("c.cfg")}), Texts{"b.cfg C309"});
 }
 
+TEST_F(CheckTest, OneFileUnderTwoNamesIsOne) {
+  const std::string file = Write("a.cfg", "[Networking]\nComputerName=PC-1\n");
+  EXPECT_EQ(FoundIn({file, fs::relative(file).string()}), Texts{});
+  std::error_code error;
+  fs::create_symlink(file, Path("b.cfg"), error);
+  if (error) GTEST_SKIP() << "no links on this system: " << error.message();
+  EXPECT_EQ(FoundIn({folder_.string()}), Texts{});
+  EXPECT_EQ(Json::parse(out_)["files"], 1);
+}
+
+TEST_F(CheckTest, AMachineDecidesWhatChanges) {
+  const std::string member =
+      R"({"schema":1,"computer_name":"PC1","membership":{"domain":{"dns_name":"corp.example",)"
+      R"("flat_name":"CORP","has_sid":true}},"directory":{"domains":[{"dns_name":"corp.example",)"
+      R"("flat_name":"CORP","ous":["OU=Sales,DC=corp,DC=example"]}]}})";
+  const std::string off = "[Global]\nRebootAfterConfig=False\n[Networking]\n";
+  const std::string join = "Workgroup=False\nDomain=CORP\n";
+  const struct {
+    const char* name;
+    std::string text, machine;
+    Texts found;
+    const char* says = "";
+  } kCases[] = {
+      {"leaving", off + "Workgroup=True\nDomain=WG\n", member, {"2:19 C301"}, "leaving the domain"},
+      {"a member of no domain", off + "Workgroup=True\nDomain=WG\n", R"({"schema":1})", {}},
+      {"the name is there", off + "ComputerName=pc1\n", member, {}},
+      {"a new name", off + "ComputerName=PC2\n", member, {"2:19 C301"}},
+      {"the domain is joined", off + join, member, {}},
+      {"the join comes", off + join, R"({"schema":1})", {"2:19 C301", "5:8 C512", "5:8 C504"}},
+      {"an adapter off the bus",
+       "[TCP/IP]\nMACAddress=02004C4F4F50\n",
+       R"({"schema":1,"adapters":[{"index":1,"pnp_device_id":"ROOT\\NET\\0000",)"
+       R"("location_information":null,"mac_address":"02:00:4C:4F:4F:50"},{"index":7}]})",
+       {"1:1 C502"},
+       "adapter 1, which is not on the PCI bus"},
+      {"a second default route",
+       "[TCP/IP]\nStatic-Route-Count=1\nRoute0=10.2.0.0 255.255.0.0 10.0.0.1 0 5\n",
+       R"({"schema":1,"adapters":[{"index":7}],"persistent_routes":[)"
+       R"({"destination":"0.0.0.0","mask":"0.0.0.0","next_hop":"10.0.0.1","metric":5},)"
+       R"({"destination":"0.0.0.0","mask":"0.0.0.0","next_hop":"10.0.0.2","metric":5}]})",
+       {"3:8 C508"},
+       "two default routes"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.name);
+    EXPECT_EQ(Found(c.text, Write("m.json", c.machine)), c.found);
+    EXPECT_NE(out_.find(c.says), std::string::npos) << out_;
+  }
+}
+
 TEST_F(CheckTest, SarifHasWhatCodeReviewToolsAskFor) {
   Write("a b/50% #1.cfg", "[TCP/IP]\nDHCP=No\nPCIBus=1\n");
   Write("a b/empty.cfg", "");
@@ -336,6 +432,14 @@ TEST_F(CheckTest, SarifHasWhatCodeReviewToolsAskFor) {
   EXPECT_EQ(place["region"].dump(), R"({"startLine":2,"startColumn":6,"endColumn":8})");
   const Json& whole = run["results"][2]["locations"][0]["physicalLocation"];
   EXPECT_FALSE(whole.contains("region")) << "an empty file has no line";
+
+  Write("x/1.cfg", "[Networking]\nComputerName=PC-1\n");
+  Write("x/2.cfg", "[Networking]\nComputerName=PC-1\n");
+  Run({Path("x"), "--sarif"});
+  const Json related =
+      Json::parse(out_)["runs"][0]["results"][0]["relatedLocations"][0]["physicalLocation"];
+  EXPECT_TRUE(related["artifactLocation"]["uri"].get<std::string>().ends_with("/x/1.cfg"));
+  EXPECT_EQ(related["region"]["startLine"], 2);
 }
 
 /// A terminal that tells when something was written to it.

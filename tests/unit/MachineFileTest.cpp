@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 
 namespace simulated {
 namespace {
@@ -239,8 +240,18 @@ TEST(MachineFile, SecretsAreHiddenAndNothingElse) {
       {"; DomainPassword=x", "; DomainPassword=***"},
       {"DomainPassword=x\n;c\nd", "DomainPassword=***\n;c\nd"},
       {"ProxyPassword=x\nDomainPassword\n", "ProxyPassword=***\n***\n"},
-      {"Password\na=b\n", "Password\na=b\n"}};
-  for (const auto& [text, redacted] : kTexts) EXPECT_EQ(RedactedText(text), redacted);
+      {"Password\na=b\n", "Password\na=b\n"},
+      {"DomainUsername=AB12\nMySecretPass1\n", "DomainUsername=***\n***\n"},
+      {"DomainUser: x\nb=c", "DomainUser***\nb=c"},
+      {"a=1\nDomainPassword x==\ny", "a=1\nDomainPassword***\n***"},
+      {"a=1\nmy password x\n[Password]\ny\n", "a=1\n***\n[Password]\n***\n"},
+      {"; the password is x", ";***"},
+      {"#DomainUser = x", "#DomainUser =***"},
+      {"DomainPassword=x\ny==\nz\n", "DomainPassword=***\n***\n***\n"},
+      {"Note=compass\nDomain=x", "Note=***\nDomain=x"},
+      {"DomainPassword=\n\n", "DomainPassword=\n\n"}};
+  for (const auto& [text, redacted] : kTexts) EXPECT_EQ(RedactedFile(text), redacted) << text;
+  EXPECT_EQ(RedactedText("PC compass: sets Password=x y\nz"), "PC compass: sets Password=***");
 }
 
 TEST(MachineFile, NoRefusalRepeatsASecret) {

@@ -9,6 +9,7 @@
 #include "common/util/Text.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 #include "platform/simulated/SimulatedPlatform.h"
 
 namespace tool {
@@ -40,11 +41,12 @@ Json ToJson(const std::vector<SentMessage>& messages) {
 }  // namespace
 
 std::string ShownText(const MessageValue& value) {
-  if (simulated::NamesPassword(value.key)) return "***";
+  if (simulated::NamesSecret(value.key)) return simulated::kHidden;
   const auto* text = std::get_if<std::string>(&value.data);
-  // A comment that is passed on as a value may hold a whole line of the file.
-  return text != nullptr ? simulated::RedactedText(*text)
-                         : std::to_string(std::get<std::int32_t>(value.data));
+  if (text == nullptr) return std::to_string(std::get<std::int32_t>(value.data));
+  // Comments and values of several lines are whole lines of a file.
+  const bool isLine = value.key.empty() || text->find('\n') != std::string::npos;
+  return isLine ? simulated::RedactedFile(*text) : simulated::RedactedText(*text);
 }
 
 std::string Delivery::Result() const {

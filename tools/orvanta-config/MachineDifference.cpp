@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 #include "platform/simulated/ServicesPort.h"
 #include "tools/orvanta-config/Text.h"
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 #include "tools/orvanta-config/ImageRestore.h"
 #include "tools/orvanta-config/RestoredSettings.h"
 #include "tools/orvanta-config/RoundtripReport.h"
@@ -56,7 +57,7 @@ Json AsJson(const ImageRestore& image, const std::vector<RestoredSetting>& setti
   Json& captured = json["captured"] = nullptr;
   if (image.captured) {
     captured = {{"path", image.captured->path},
-                {"text", simulated::RedactedText(image.captured->text)}};
+                {"text", simulated::RedactedFile(image.captured->text)}};
   }
   json["capture"] = ToJson(image.capture);
   Json& restore = json["restore"] = Json::array();

@@ -35,11 +35,6 @@ const Entry* FirstGiven(const Section& section, std::initializer_list<Key> keys)
   return nullptr;
 }
 
-bool AreAllRead(const std::vector<Address>& addresses) {
-  return std::all_of(addresses.begin(), addresses.end(),
-                     [](const Address& address) { return address.bits.has_value(); });
-}
-
 // ---- Addressing ---------------------------------------------------------------------------------
 
 void CheckWhetherAddressesCount(const Subject& subject) {
@@ -65,6 +60,12 @@ void CheckStaticIsComplete(const Subject& subject) {
   for (const Key key : {Key::kAddress, Key::kNetmask}) {
     const auto& given = key == Key::kAddress ? subject.adapter.addresses : subject.adapter.masks;
     if (!given.empty()) continue;
+    // "10.0.0.5/24" has a finding of its own.
+    const auto& addresses = subject.adapter.addresses;
+    if (std::any_of(addresses.begin(), addresses.end(),
+                    [](const Address& one) { return PrefixIn(one.item.text).has_value(); })) {
+      return;
+    }
     subject.Add(Code::kStaticWithoutAddress, *subject.section().Find(Key::kDhcp),
                 "the addressing is static, but " + std::string(NameOf(key)) + " is not given");
     return;
@@ -98,29 +99,17 @@ void CheckHostParts(const Subject& subject) {
   }
 }
 
-bool AreInOneSubnet(std::uint32_t gateway, const Adapter& adapter) {
-  for (std::size_t i = 0; i < adapter.addresses.size(); ++i) {
-    if (((*adapter.addresses[i].bits ^ gateway) & *adapter.masks[i].bits) == 0) return true;
-  }
-  return false;
-}
-
 void CheckGateways(const Subject& subject) {
   const Adapter& adapter = subject.adapter;
   const auto& addresses = adapter.addresses;
-  const auto& masks = adapter.masks;
-  if (!subject.IsStatic() || addresses.empty() || addresses.size() != masks.size()) return;
-  const bool areMasks = std::all_of(masks.begin(), masks.end(), [](const Address& mask) {
-    return mask.bits && IsContiguous(*mask.bits);
-  });
-  if (!AreAllRead(addresses) || !areMasks) return;
+  if (!HasKnownSubnets(adapter)) return;
   for (const Address& gateway : adapter.gateways) {
     if (!gateway.bits) continue;
     if (std::any_of(addresses.begin(), addresses.end(),
                     [&](const Address& own) { return own.bits == gateway.bits; })) {
       subject.AddAt(Code::kGatewayIsOwnAddress, gateway.item,
                     Quoted(gateway.item.text) + " is the adapter's own address");
-    } else if (!AreInOneSubnet(*gateway.bits, adapter)) {
+    } else if (!IsInSubnet(*gateway.bits, adapter)) {
       subject.AddAt(Code::kGatewayOutside, gateway.item,
                     Quoted(gateway.item.text) + " is in no subnet of this adapter");
     }
@@ -156,7 +145,8 @@ void CheckCounts(const Subject& subject) {
     std::size_t read;
   } kCounts[] = {
       {Key::kDnsServerCount, Key::kDnsServer, subject.adapter.servers.size()},
-      {Key::kStaticRouteCount, Key::kRoute, subject.adapter.routes.size()},
+      {Key::kStaticRouteCount, Key::kRoute,
+       subject.adapter.routes.size() + subject.adapter.emptyRoutes.size()},
   };
   for (const auto& row : kCounts) {
     const Entry* const count = subject.section().Find(row.count);
@@ -193,6 +183,10 @@ void CheckWhetherDnsCounts(const Subject& subject) {
 // ---- Routes and the adapter's place -------------------------------------------------------------
 
 void CheckRoutes(const Subject& subject) {
+  for (const Entry* const entry : subject.adapter.emptyRoutes) {
+    subject.Add(Code::kShortRoute, *entry,
+                std::string(entry->key) + " is empty: it counts, but gives no route");
+  }
   for (const Route& route : subject.adapter.routes) {
     if (!route.destination.bits || !route.mask.bits || !IsContiguous(*route.mask.bits)) continue;
     if (*route.destination.bits == 0 && *route.mask.bits == 0) {

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "common/util/Text.h"
-#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 #include "platform/simulated/Text.h"
 #include "tools/orvanta-config/Text.h"
 
@@ -21,7 +21,6 @@ constexpr std::size_t kLongestExcerpt = 100;
 constexpr std::size_t kBeforeCaret = 40;
 /// So many lines are looked at to find where a value began: no real list is longer.
 constexpr std::uint32_t kLongestChain = 100;
-constexpr std::string_view kHidden = "***";
 
 bool IsHeader(Kind kind) { return kind == Kind::kHeader || kind == Kind::kOpenHeader; }
 
@@ -39,12 +38,6 @@ std::string_view LeadOf(std::string_view line) {
   return line.substr(0, line.find_first_of(" \t:"));
 }
 
-/// The key of an entry, the lead of a continuation, or a whole comment.
-std::string_view NameIn(std::string_view line, Kind kind) {
-  if (kind == Kind::kEntry) return simulated::Trimmed(line.substr(0, line.find('=')));
-  return kind == Kind::kContinuation ? LeadOf(line) : line;
-}
-
 bool IsMiddleOfCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 }  // namespace
@@ -58,15 +51,6 @@ std::optional<Match> MatchKey(SectionKind section, std::string_view name) {
     if (const auto number = NumberOf(name.substr(row.name.size()))) return Match{row.key, *number};
   }
   return std::nullopt;
-}
-
-bool NamesSecret(std::string_view key) {
-  constexpr Key kSecrets[] = {Key::kDomainUsername, Key::kDomainPassword};
-  return simulated::NamesPassword(key) ||
-         std::any_of(std::begin(kSecrets), std::end(kSecrets), [key](Key secret) {
-           const std::string_view known[] = {NameOf(secret)};
-           return simulated::Nearest(key, known).has_value();
-         });
 }
 
 const Entry* Section::Find(Key key) const {
@@ -227,15 +211,24 @@ bool Document::LooksLikeOther(std::uint32_t line) const {
 
 std::size_t Document::LineOf(std::size_t offset) const {
   if (lineStarts_.empty()) {
+    simulated::SecretLines secrets;
     for (std::size_t start = 0; start <= text_.size();) {
+      const std::size_t feed = std::min(text_.find('\n', start), text_.size());
+      const std::size_t from =
+          secrets.HiddenFrom(std::string_view(text_).substr(start, feed - start));
       lineStarts_.push_back(start);
-      const std::size_t feed = text_.find('\n', start);
-      if (feed == std::string::npos) break;
+      hiddenFrom_.push_back(from != kNowhere ? start + from : kNowhere);
       start = feed + 1;
     }
   }
   const auto behind = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
   return static_cast<std::size_t>(behind - lineStarts_.begin());
+}
+
+std::string_view Document::Hidden(Span span) const {
+  const std::size_t end = span.offset + span.length;
+  const std::size_t from = std::max(span.offset, hiddenFrom_[LineOf(span.offset) - 1]);
+  return from < end ? std::string_view(text_).substr(from, end - from) : std::string_view();
 }
 
 Item Document::WholeLine(std::size_t line) const {
@@ -254,14 +247,15 @@ Place Document::PlaceOf(Span span) const {
 }
 
 Excerpt Document::ExcerptOf(Span span) const {
-  const Item whole = WholeLine(LineOf(span.offset));
+  const std::size_t number = LineOf(span.offset);
+  const Item whole = WholeLine(number);
   const std::size_t begin = whole.span.offset;
   std::string line(whole.text);
   std::size_t from = std::min(span.offset - begin, line.size());
   std::size_t to = std::min(from + span.length, line.size());
-  const std::size_t secret = SecretFrom(begin, begin + line.size());
+  const std::size_t secret = hiddenFrom_[number - 1];
   if (secret != kNowhere) {
-    line.replace(secret - begin, std::string::npos, kHidden);
+    line.replace(secret - begin, std::string::npos, simulated::kHidden);
     from = std::min(from, secret - begin);
     if (to > secret - begin) to = line.size();
   }
@@ -284,55 +278,10 @@ Excerpt Document::ExcerptOf(Span span) const {
 }
 
 std::string Document::ShownKey(const Entry& entry) const {
-  const Span span = KeySpan(entry);
-  const Item whole = WholeLine(LineOf(span.offset));
-  const std::size_t secret = SecretFrom(whole.span.offset, whole.span.offset + whole.span.length);
-  return std::string(secret <= span.offset ? kHidden : entry.key);
-}
-
-/// Where the part of a line begins that must not be shown; kNowhere when there is none.
-std::size_t Document::SecretFrom(std::size_t lineBegin, std::size_t lineEnd) const {
-  const auto found =
-      std::lower_bound(lines_.begin(), lines_.end(), lineBegin,
-                       [](const Line& line, std::size_t offset) { return line.offset < offset; });
-  if (found == lines_.end() || found->offset >= lineEnd) return kNowhere;
-  const auto number = static_cast<std::uint32_t>(found - lines_.begin());
-  const Item line = ItemOf(number);
-  const std::size_t begin = line.span.offset;
-  switch (found->kind) {
-    case Kind::kHeader:
-    case Kind::kOpenHeader:
-      return kNowhere;
-    case Kind::kComment:
-      return NamesSecret(line.text) ? begin + 1 : kNowhere;
-    case Kind::kEntry: {
-      const std::size_t equals = line.text.find('=');
-      if (IsSecret(number) || simulated::NamesPassword(line.text)) return begin + equals + 1;
-      // The end of a cipher text may look like an entry: "AB12==".
-      const bool isTail = line.text.find_first_not_of('=', equals) == kNowhere;
-      return isTail && number > 0 && IsSecret(number - 1) ? begin : kNowhere;
-    }
-    case Kind::kContinuation: {
-      const std::string_view lead = LeadOf(line.text);
-      if (NamesSecret(lead)) return begin + lead.size();
-      return IsSecret(number) || simulated::NamesPassword(line.text) ? begin : kNowhere;
-    }
-  }
-  return kNowhere;
-}
-
-/// The line is a password's, or goes on with one; in doubt it is.
-bool Document::IsSecret(std::uint32_t line) const {
-  for (std::uint32_t followed = 0; followed < kLongestChain; ++followed) {
-    const Kind kind = lines_[line].kind;
-    if (!IsHeader(kind)) {
-      if (NamesSecret(NameIn(ItemOf(line).text, kind))) return true;
-      if (kind != Kind::kContinuation) return false;
-    }
-    if (line == 0) return false;
-    --line;
-  }
-  return true;
+  const std::string_view hidden = Hidden(KeySpan(entry));
+  return std::string(
+             entry.key.substr(0, entry.key.size() - std::min(hidden.size(), entry.key.size()))) +
+         (hidden.empty() ? "" : simulated::kHidden);
 }
 
 }  // namespace tool::check

@@ -113,6 +113,8 @@ class Document {
   Place PlaceOf(Span span) const;
   Excerpt ExcerptOf(Span span) const;
   std::string ShownKey(const Entry& entry) const;
+  /// The part of a stretch within a line that must not be shown.
+  std::string_view Hidden(Span span) const;
 
  private:
   /// Where the entry is that the reader gave a number.
@@ -129,15 +131,16 @@ class Document {
   Item Part(std::size_t begin, std::size_t end) const;
   std::size_t LineOf(std::size_t offset) const;
   Item WholeLine(std::size_t line) const;
-  std::size_t SecretFrom(std::size_t lineBegin, std::size_t lineEnd) const;
-  bool IsSecret(std::uint32_t line) const;
 
   std::string text_;
   ConfigFile file_{/*caseSensitive=*/false};
   std::vector<Line> lines_;
   std::vector<Section> sections_;
   std::vector<Home> homes_;
-  mutable std::vector<std::size_t> lineStarts_;  // made when the first place is asked for
+  // Made when the first place is asked for: where each line of the text begins, and the part of it
+  // that must not be shown (npos when there is none).
+  mutable std::vector<std::size_t> lineStarts_;
+  mutable std::vector<std::size_t> hiddenFrom_;
 };
 
 /// What a key is in a section of that kind, and its number.
@@ -146,8 +149,5 @@ struct Match {
   std::uint32_t number;
 };
 std::optional<Match> MatchKey(SectionKind section, std::string_view name);
-
-/// The name, or a misspelling of it, of a key whose value is never shown.
-bool NamesSecret(std::string_view key);
 
 }  // namespace tool::check

@@ -39,7 +39,8 @@ FileReport CheckText(const std::string& file, std::string text, simulated::Machi
     text.erase(0, kByteOrderMark.size());
   }
   Document document(std::move(text));
-  const Wishes wishes = ReadWishes(document);
+  Wishes wishes = ReadWishes(document);
+  if (machine != nullptr) CompareIdentity(wishes, *machine);
   CheckLines(document, findings);
   CheckNames(document, findings);
   CheckValues(document, findings);

@@ -42,6 +42,12 @@ constexpr FindingKind kKinds[] = {
      "mend these first and check again"},
     {Code::kBrokenHeader, kError, "C017", "a section header has no \"[\"",
      "begin it with \"[\"; as it is, the entries below belong to the section above"},
+    {Code::kLostListLine, kError, "C018", "a comment takes the next line of a list",
+     "move the comment above the list: a line without \"=\" goes on with the comment before it"},
+    {Code::kCommentGoesOn, kNote, "C019", "a comment goes on in a line of its own",
+     "begin the line with \";\", too, or write KEY=VALUE when it was to be a setting"},
+    {Code::kAsksNothing, kNote, "C020", "the file asks for nothing",
+     "write a section with settings; as it is the run changes nothing"},
 
     {Code::kMisspelledSection, kError, "C101", "a section's name is misspelled",
      "correct the name; nothing of this section is applied"},
@@ -53,6 +59,9 @@ constexpr FindingKind kKinds[] = {
     {Code::kKeyOfAnotherSection, kError, "C105", "a key stands in the wrong section",
      "move it to its own section"},
     {Code::kUnknownKey, kWarning, "C106", "a key is not read", "remove it or correct its name"},
+    {Code::kRecordedOnly, kNote, "C107",
+     "a setting is recorded before an image, but never restored",
+     "set the adapter's DNS domain by other means, or use DNS-SuffixSearchOrder"},
 
     {Code::kNoAddress, kError, "C201", "a value is no IPv4 address",
      "write four decimal numbers from 0 to 255 with dots between them"},
@@ -110,6 +119,8 @@ constexpr FindingKind kKinds[] = {
      "give DomainUsername and DomainPassword together"},
     {Code::kNameTwice, kError, "C229", "computer and workgroup have the same name",
      "give them different names; Windows refuses this"},
+    {Code::kNoMetric, kWarning, "C230", "a route has no metric",
+     "give it as the fifth field: the route tool expects 1 to 9999"},
 
     {Code::kSuppressedRestart, kError, "C301", "without its restart the run ends as a failure",
      "remove RebootAfterConfig=False, or remove what needs the restart"},
@@ -134,7 +145,8 @@ constexpr FindingKind kKinds[] = {
     {Code::kDnsFromDhcp, kWarning, "C311", "DNS settings do not count with DNS-Use-DHCP",
      "write DNS-Use-DHCP=False and SetDNSInfo=True to apply them, or remove them"},
     {Code::kRoutesTwice, kError, "C312", "routes of one section delete those of another",
-     "give all routes of the computer in one section"},
+     "give all routes in one section, the last one of an adapter: by then each adapter has its "
+     "addresses"},
     {Code::kSharedDestination, kWarning, "C313", "two routes share a destination",
      "a route is deleted by its destination alone: replacing one of them later takes the other "
      "along; give them different destinations"},
@@ -146,6 +158,12 @@ constexpr FindingKind kKinds[] = {
      "give it as Gateway; the default route that exists is not compared, so it is added each time"},
     {Code::kJoinWithoutAccount, kWarning, "C317", "a domain is joined without an account",
      "add DomainUsername, DomainPassword and DSOrganizationalUnit"},
+    {Code::kSuffixesTwice, kError, "C318", "suffixes of one section replace those of another",
+     "give the whole list in each section or in one: it counts for all of the computer"},
+    {Code::kDomainTwice, kWarning, "C319", "Domain does not count beside DNSDomain",
+     "keep the one that is meant"},
+    {Code::kRouteGatewayOutside, kWarning, "C320", "a route's gateway is in no adapter's subnet",
+     "give a gateway that some adapter reaches, unless one without a section does"},
 
     {Code::kFleetComputerName, kError, "C401", "two files give the same computer name",
      "give every computer a name of its own"},
@@ -176,13 +194,19 @@ constexpr FindingKind kKinds[] = {
      "mend what the message names"},
     {Code::kDeletedTwice, kError, "C511", "two unwanted routes share a destination",
      "delete both by hand first: the second deletion finds nothing, which fails the run"},
+    {Code::kJoinNeedsAccount, kError, "C512", "the join fails without an account",
+     "add DomainUsername, DomainPassword and DSOrganizationalUnit"},
+    {Code::kOuWithoutDomain, kWarning, "C513", "the machine is in no domain that has units",
+     "join a domain with Workgroup=False and DNSDomain, or remove DSOrganizationalUnit"},
+    {Code::kNoComputerAccount, kError, "C514", "the computer has no account that could be moved",
+     "make the account in the directory first, or remove DSOrganizationalUnit"},
 };
 
 constexpr bool IsInOrder() {
   for (std::size_t i = 0; i < std::size(kKinds); ++i) {
     if (kKinds[i].code != static_cast<Code>(i)) return false;
   }
-  return std::size(kKinds) == static_cast<std::size_t>(Code::kDeletedTwice) + 1;
+  return std::size(kKinds) == static_cast<std::size_t>(Code::kNoComputerAccount) + 1;
 }
 static_assert(IsInOrder());
 

@@ -35,6 +35,9 @@ enum class Code : std::uint8_t {
   kUtf8Text,
   kManyFindings,
   kBrokenHeader,
+  kLostListLine,
+  kCommentGoesOn,
+  kAsksNothing,
   // Names.
   kMisspelledSection,
   kUnknownSection,
@@ -42,6 +45,7 @@ enum class Code : std::uint8_t {
   kMisspelledKey,
   kKeyOfAnotherSection,
   kUnknownKey,
+  kRecordedOnly,
   // Values.
   kNoAddress,
   kHostName,
@@ -72,6 +76,7 @@ enum class Code : std::uint8_t {
   kDefaultWorkgroup,
   kHalfAccount,
   kNameTwice,
+  kNoMetric,
   // Traps of the format.
   kSuppressedRestart,
   kStrandedJoin,
@@ -90,6 +95,9 @@ enum class Code : std::uint8_t {
   kUnlocatedAdapter,
   kDefaultRoute,
   kJoinWithoutAccount,
+  kSuffixesTwice,
+  kDomainTwice,
+  kRouteGatewayOutside,
   // Several files.
   kFleetComputerName,
   kFleetAddress,
@@ -106,6 +114,9 @@ enum class Code : std::uint8_t {
   kHostNotFound,
   kSilentMachine,
   kDeletedTwice,
+  kJoinNeedsAccount,
+  kOuWithoutDomain,
+  kNoComputerAccount,
 };
 
 struct FindingKind {

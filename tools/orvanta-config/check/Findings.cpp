@@ -14,6 +14,13 @@ std::string HintFor(Code code, std::string hint) {
   return hint.empty() ? KindOf(code).hint : std::move(hint);
 }
 
+/// The message, or the finding's title when it would repeat what the excerpt hides.
+std::string MessageFor(Code code, const Document& document, Span span, std::string message) {
+  const std::string_view hidden = document.Hidden(span).substr(0, kLongestQuote);
+  const bool tells = !hidden.empty() && message.find(hidden) != std::string::npos;
+  return tells ? KindOf(code).title : std::move(message);
+}
+
 }  // namespace
 
 bool Findings::Counts(Code code) {
@@ -23,8 +30,9 @@ bool Findings::Counts(Code code) {
 void Findings::Add(Code code, const Document& document, Span span, std::string message,
                    std::string hint) {
   if (!Counts(code)) return;
-  findings_.push_back({code, std::move(message), HintFor(code, std::move(hint)),
-                       document.PlaceOf(span), document.ExcerptOf(span)});
+  findings_.push_back({code, MessageFor(code, document, span, std::move(message)),
+                       HintFor(code, std::move(hint)), document.PlaceOf(span),
+                       document.ExcerptOf(span)});
 }
 
 void Findings::Add(Code code, std::string message) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +13,12 @@
 
 namespace tool::check {
 
+/// A place elsewhere that a finding is about, too.
+struct RelatedPlace {
+  std::string file;
+  Place place;
+};
+
 struct Finding {
   Code code;
   std::string message;
@@ -19,6 +26,7 @@ struct Finding {
   Place place;
   /// Empty when it is about no line.
   Excerpt excerpt;
+  std::optional<RelatedPlace> related = std::nullopt;
 };
 
 /// Collects the findings of a file, so many of each severity at most.

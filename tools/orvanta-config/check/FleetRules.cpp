@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "common/util/Text.h"
+#include "platform/simulated/Secrets.h"
 
 namespace tool::check {
 namespace {
@@ -19,8 +20,9 @@ class Claims {
   explicit Claims(const Document& document) : document_(document) {}
 
   void Add(Code code, std::string identity, const Span& span, std::string_view text) {
-    claims_.push_back({code, std::move(identity), std::string(text), document_.PlaceOf(span),
-                       document_.ExcerptOf(span)});
+    const bool isHidden = !document_.Hidden(span).empty();
+    claims_.push_back({code, std::move(identity), isHidden ? simulated::kHidden : std::string(text),
+                       document_.PlaceOf(span), document_.ExcerptOf(span)});
   }
 
   std::vector<Claim> Take() { return std::move(claims_); }
@@ -32,7 +34,7 @@ class Claims {
 
 struct FirstClaim {
   std::size_t report;
-  std::size_t line;
+  Place place;
 };
 
 }  // namespace
@@ -69,14 +71,15 @@ void CheckFleet(std::vector<FileReport>& reports) {
     const std::size_t before = report.findings.size();
     for (Claim& claim : report.claims) {
       const std::string key = std::string(KindOf(claim.code).id) + claim.identity;
-      const auto [first, isNew] = firsts.try_emplace(key, FirstClaim{i, claim.place.line});
+      const auto [first, isNew] = firsts.try_emplace(key, FirstClaim{i, claim.place});
       // Within a file that is a finding of its own.
       if (isNew || first->second.report == i) continue;
-      report.findings.push_back({claim.code,
-                                 std::string(NounOf(claim.code)) + Quoted(claim.text) +
-                                     " is given in " + reports[first->second.report].file + ":" +
-                                     std::to_string(first->second.line) + ", too",
-                                 KindOf(claim.code).hint, claim.place, std::move(claim.excerpt)});
+      RelatedPlace other{reports[first->second.report].file, first->second.place};
+      report.findings.push_back(
+          {claim.code,
+           std::string(NounOf(claim.code)) + Quoted(claim.text) + " is given in " + other.file +
+               ":" + std::to_string(other.place.line) + ", too",
+           KindOf(claim.code).hint, claim.place, std::move(claim.excerpt), std::move(other)});
     }
     if (report.findings.size() != before) SortByPlace(report.findings);
   }

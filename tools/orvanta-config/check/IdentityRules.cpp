@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <string>
+#include <string_view>
 
 #include "common/util/Text.h"
+#include "platform/simulated/Text.h"
 #include "tools/orvanta-config/check/Rules.h"
 
 namespace tool::check {
@@ -40,6 +43,14 @@ void CheckMembership(const Subject& subject) {
   } else if (subject.wishes.identity.membershipName == nullptr) {
     subject.Add(Code::kDefaultWorkgroup, *workgroup,
                 "neither DNSDomain nor Domain is given: the workgroup WORKGROUP is joined");
+  } else if (subject.JoinsDomain() && domain != nullptr &&
+             domain != subject.wishes.identity.membershipName) {
+    // A name without dots is the same domain's short one.
+    const std::string_view name = domain->FirstLine();
+    const std::string_view joined = subject.wishes.identity.membershipName->FirstLine();
+    if (name.find('.') == std::string_view::npos || util::EqualsIgnoringCase(name, joined)) return;
+    subject.Add(Code::kDomainTwice, *domain,
+                Quoted(name) + " is not joined: DNSDomain names " + Quoted(joined));
   }
 }
 
@@ -58,27 +69,36 @@ void CheckAccount(const Subject& subject) {
   const Entry* const password = subject.Find(Key::kDomainPassword);
   if ((user == nullptr) == (password == nullptr)) return;
   const bool isUser = user != nullptr;
-  subject.findings.Add(
-      Code::kHalfAccount, subject.document, subject.document.KeySpan(isUser ? *user : *password),
-      std::string(NameOf(isUser ? Key::kDomainPassword : Key::kDomainUsername)) + " is not given");
+  const std::string_view missing[] = {NameOf(isUser ? Key::kDomainPassword : Key::kDomainUsername)};
+  const auto isMisspelled = [&missing](const Entry& entry) {
+    return !entry.known && simulated::Nearest(entry.key, missing);
+  };
+  // That is a finding of its own.
+  const auto& entries = subject.section.entries;
+  if (std::any_of(entries.begin(), entries.end(), isMisspelled)) return;
+  subject.findings.Add(Code::kHalfAccount, subject.document,
+                       subject.document.KeySpan(isUser ? *user : *password),
+                       std::string(missing[0]) + " is not given");
 }
 
 // ---- Traps --------------------------------------------------------------------------------------
 
 void CheckRestart(const Subject& subject) {
   if (!subject.wishes.suppressesRestart) return;
-  const Entry* const name = subject.Find(Key::kComputerName);
-  const bool joins = subject.JoinsDomain();
-  if (name == nullptr && !joins) return;
+  const Identity& identity = subject.wishes.identity;
+  const bool joins = identity.joinsDomain;
+  if (!identity.renames && !joins && !identity.leavesDomain) return;
   const Section& global = *subject.document.FindSection(SectionKind::kGlobal);
   const Entry& cause = *global.Find(Key::kRebootAfterConfig);
-  if (name != nullptr && joins && !subject.wishes.identity.joinFirst) {
+  if (identity.renames && joins && !identity.joinFirst) {
     subject.Add(Code::kStrandedJoin, cause,
                 "the run stops for the restart between the new name and the join, and then ends: "
                 "the domain is never joined");
   } else {
     subject.Add(Code::kSuppressedRestart, cause,
-                std::string(name != nullptr ? "the new name" : "the join") +
+                std::string(identity.renames ? "the new name"
+                            : joins          ? "the join"
+                                             : "leaving the domain") +
                     " needs a restart: without it the run ends as a failure");
   }
 }
@@ -87,9 +107,15 @@ void CheckCredentials(const Subject& subject) {
   const Entry* const user = subject.Find(Key::kDomainUsername);
   const bool hasOu = subject.Find(Key::kOrganizationalUnit) != nullptr;
   if (user == nullptr) {
-    if (!subject.JoinsDomain() || subject.Find(Key::kDomainPassword) != nullptr) return;
-    subject.Add(Code::kJoinWithoutAccount, *subject.wishes.identity.membershipName,
-                "no account is given for the join");
+    const Identity& identity = subject.wishes.identity;
+    if (!identity.joinsDomain || subject.Find(Key::kDomainPassword) != nullptr) return;
+    if (subject.wishes.isOfMachine) {
+      subject.Add(Code::kJoinNeedsAccount, *identity.membershipName,
+                  "the machine has to join the domain, but no account is given: error 1326");
+    } else {
+      subject.Add(Code::kJoinWithoutAccount, *identity.membershipName,
+                  "no account is given for the join");
+    }
     return;
   }
   const Span key = subject.document.KeySpan(*user);

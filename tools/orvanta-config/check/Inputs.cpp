@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 
 #include "common/util/Text.h"
@@ -94,12 +95,18 @@ class Search {
   std::size_t Count() const { return inputs_.size(); }
 
   std::vector<Input> Take() {
-    // Of two that are the same the named one stays.
-    std::sort(inputs_.begin(), inputs_.end(), [](const Input& a, const Input& b) {
-      return a.path != b.path ? a.path < b.path : a.isNamed && !b.isNamed;
-    });
-    const auto isSame = [](const Input& a, const Input& b) { return a.path == b.path; };
-    inputs_.erase(std::unique(inputs_.begin(), inputs_.end(), isSame), inputs_.end());
+    // Of names for the same file the first that was named stays.
+    std::stable_sort(inputs_.begin(), inputs_.end(),
+                     [](const Input& a, const Input& b) { return a.isNamed && !b.isNamed; });
+    std::unordered_set<std::string> seen;
+    const auto isSeen = [&seen](const Input& input) {
+      std::error_code error;
+      const fs::path file = input.path == "-" ? fs::path() : fs::canonical(input.path, error);
+      return !seen.insert(file.empty() ? input.path : file.string()).second;
+    };
+    inputs_.erase(std::remove_if(inputs_.begin(), inputs_.end(), isSeen), inputs_.end());
+    std::sort(inputs_.begin(), inputs_.end(),
+              [](const Input& a, const Input& b) { return a.path < b.path; });
     return std::move(inputs_);
   }
 

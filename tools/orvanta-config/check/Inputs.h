@@ -14,9 +14,9 @@ struct Input {
   std::string fault;
 };
 
-/// Every file once, in the order of their paths. An argument is a file, "-", a folder (all *.cfg in
-/// it and below) or a pattern with "*" and "?" ("**" for any folders below). Throws ToolError when
-/// one names nothing.
+/// Every file once, whatever names and links lead to it, in the order of their paths. An argument
+/// is a file, "-", a folder (all *.cfg in it and below) or a pattern with "*" and "?" ("**" for any
+/// folders below). Throws ToolError when one names nothing.
 std::vector<Input> FindInputs(const std::vector<std::string>& arguments);
 
 }  // namespace tool::check

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "common/util/Text.h"
@@ -63,6 +64,52 @@ void CheckContinuation(const Document& document, std::uint32_t line, Findings& f
   }
 }
 
+/// What the lines read so far make of one without "=".
+struct Reading {
+  /// The last entry before the comments is a list of this section.
+  bool isInList = false;
+  bool isInComment = false;
+};
+
+/// Whether the line begins a list in its section.
+bool IsListLine(const Document& document, std::uint32_t line) {
+  const std::string_view text = document.ItemOf(line).text;
+  const SectionKind kind = document.Sections()[document.Lines()[line].section].kind;
+  const auto match = MatchKey(kind, simulated::Trimmed(text.substr(0, text.find('='))));
+  return match && IsList(RowOf(match->key).value);
+}
+
+void CheckCommented(const Document& document, std::uint32_t line, Reading& reading,
+                    Findings& findings) {
+  switch (document.Lines()[line].kind) {
+    case Kind::kHeader:
+    case Kind::kOpenHeader:
+      reading = {};
+      return;
+    case Kind::kEntry:
+      reading = {IsListLine(document, line), /*isInComment=*/false};
+      return;
+    case Kind::kComment:
+      reading.isInComment = true;
+      return;
+    case Kind::kContinuation:
+      break;
+  }
+  if (!reading.isInComment) return;
+  reading.isInComment = false;  // once for each comment
+  const Section& section = document.Sections()[document.Lines()[line].section];
+  const bool isRead =
+      section.kind != SectionKind::kUnknown && section.kind != SectionKind::kAgentSettings;
+  if (!isRead || document.BrokenKey(line) || !document.BrokenHeader(line).empty()) return;
+  const Span span = document.ItemOf(line).span;
+  if (reading.isInList) {
+    findings.Add(Code::kLostListLine, document, span,
+                 "the line adds to the comment above it, not to the list before that");
+  } else {
+    findings.Add(Code::kCommentGoesOn, document, span, "the line adds to the comment above it");
+  }
+}
+
 void CheckStrayLines(const Document& document, const Section& section, const Entry& entry,
                      Findings& findings) {
   if (document.Lines()[entry.line].kind == Kind::kContinuation) {
@@ -98,10 +145,17 @@ void CheckUnnamed(const Document& document, const Section& section, Findings& fi
 }  // namespace
 
 void CheckLines(const Document& document, Findings& findings) {
+  Reading reading;
   for (std::uint32_t line = 0; line < document.Lines().size(); ++line) {
+    CheckCommented(document, line, reading, findings);
     const Kind kind = document.Lines()[line].kind;
     if (kind == Kind::kHeader || kind == Kind::kOpenHeader) CheckHeader(document, line, findings);
     if (kind == Kind::kContinuation) CheckContinuation(document, line, findings);
+  }
+  const auto isComment = [](const Entry& entry) { return entry.isComment; };
+  const auto& unnamed = document.Sections()[0].entries;
+  if (document.Sections().size() == 1 && std::all_of(unnamed.begin(), unnamed.end(), isComment)) {
+    findings.Add(Code::kAsksNothing, "the file holds neither a section nor an entry");
   }
   CheckUnnamed(document, document.Sections()[0], findings);
   for (const Section& section : document.Sections()) {

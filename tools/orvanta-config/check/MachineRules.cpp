@@ -8,6 +8,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <variant>
 
 #include "common/config/analyzer/AdapterBinding.h"
 #include "common/config/command/ConfigureNic.h"
@@ -15,6 +16,7 @@
 #include "common/logging/NullLogSink.h"
 #include "common/sys/Domain.h"
 #include "common/sys/NicList.h"
+#include "common/util/Text.h"
 #include "platform/IResolver.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/DirectoryTree.h"
@@ -43,6 +45,12 @@ struct Subject {
   }
 };
 
+/// The domain that the machine is a member of as the engine sees it; null for a workgroup's.
+const simulated::DomainMembership* MemberOf(const Machine& machine) {
+  const auto* domain = std::get_if<simulated::DomainMembership>(&machine.membership);
+  return domain != nullptr && (domain->hasSid || !domain->dnsName.empty()) ? domain : nullptr;
+}
+
 // ---- Adapters -----------------------------------------------------------------------------------
 
 std::unique_ptr<ConfigureNic> CommandFor(const Adapter& adapter, logging::ILogSink& log) {
@@ -57,6 +65,19 @@ std::unique_ptr<ConfigureNic> CommandFor(const Adapter& adapter, logging::ILogSi
 bool IsThere(const Adapter& adapter, const sys::NicList& nics) {
   return (adapter.hasLocation && nics.FindByPciLocation(adapter.location) != nullptr) ||
          (!adapter.mac.empty() && nics.FindByMac(adapter.mac) != nullptr);
+}
+
+/// The machine may have the adapter all the same: only some are looked for.
+std::string WhyNotFound(const Adapter& adapter, const Machine& machine, const std::string& name) {
+  const auto& all = machine.adapters;
+  const auto found =
+      std::find_if(all.begin(), all.end(), [&adapter](const simulated::Adapter& one) {
+        return !adapter.mac.empty() &&
+               sys::NormalizedMac(one.macAddress.value_or("")) == adapter.mac;
+      });
+  if (found == all.end()) return "the machine does not have the adapter of " + name;
+  return name + " means adapter " + std::to_string(found->index) + ", which is not " +
+         (found->ipEnabled ? "on the PCI bus" : "IP-enabled") + " and cannot be configured";
 }
 
 /// Binds the sections as the engine does and looks at what comes of it.
@@ -80,7 +101,7 @@ void CheckBinding(const Subject& subject) {
     const bool isNamed = adapter.hasLocation || !adapter.mac.empty();
     if (isNamed && !IsThere(adapter, nics)) {
       subject.AddAtHeader(Code::kAdapterNotFound, adapter,
-                          "the machine does not have the adapter of " + name + "; adapter " +
+                          WhyNotFound(adapter, subject.machine, name) + "; adapter " +
                               std::to_string(index) + " is taken");
     }
     const auto [earlier, isNew] = takenBy.emplace(index, &adapter);
@@ -147,24 +168,28 @@ std::uint32_t BitsOf(std::string_view text) {
   return ReadAddress({text, {}}).bits.value_or(0xFFFFFFFF);
 }
 
-/// The machine's routes but for one default route, which is never deleted.
-std::set<ComparedRoute> ExistingRoutes(const Machine& machine) {
-  std::set<ComparedRoute> routes;
-  bool isDefaultKept = false;
+struct ExistingRoutes {
+  std::set<ComparedRoute> compared;
+  /// The first default route, which is never deleted for itself.
+  std::optional<ComparedRoute> kept;
+};
+
+ExistingRoutes ReadRoutes(const Machine& machine) {
+  ExistingRoutes routes;
   for (const simulated::PersistentRoute& route : machine.persistentRoutes) {
     const ComparedRoute compared{BitsOf(route.destination), BitsOf(route.mask),
                                  BitsOf(route.nextHop), static_cast<std::uint32_t>(route.metric)};
-    if (!isDefaultKept && compared.destination == 0 && compared.mask == 0) {
-      isDefaultKept = true;
+    if (!routes.kept && compared.destination == 0 && compared.mask == 0) {
+      routes.kept = compared;
     } else {
-      routes.insert(compared);
+      routes.compared.insert(compared);
     }
   }
   return routes;
 }
 
 void CheckRoutesOf(const Subject& subject, const Adapter& adapter) {
-  const std::set<ComparedRoute> existing = ExistingRoutes(subject.machine);
+  const auto [existing, kept] = ReadRoutes(subject.machine);
   std::map<ComparedRoute, const Route*> wanted;
   for (const Route& route : adapter.routes) {
     if (!route.destination.bits || !route.mask.bits || !route.gateway.bits) return;
@@ -184,14 +209,15 @@ void CheckRoutesOf(const Subject& subject, const Adapter& adapter) {
                 "the machine has this route and another one to " +
                     std::string(route->destination.item.text) + ", whose deletion takes both");
   }
+  if (kept && deletions.contains(0) && !wanted.contains(*kept)) {
+    subject.Add(Code::kRouteLost, *adapter.routes[0].entry,
+                "the machine has two default routes: deleting the second takes both");
+  }
   for (const auto& [destination, count] : deletions) {
     if (count < 2) continue;
-    const auto parts =
-        std::to_string(destination >> 24) + "." + std::to_string(destination >> 16 & 0xFF) + "." +
-        std::to_string(destination >> 8 & 0xFF) + "." + std::to_string(destination & 0xFF);
     subject.Add(Code::kDeletedTwice, *adapter.routes[0].entry,
-                "the machine has " + std::to_string(count) + " unwanted routes to " + parts +
-                    ": deleting the first takes them all");
+                "the machine has " + std::to_string(count) + " unwanted routes to " +
+                    Dotted(destination) + ": deleting the first takes them all");
   }
 }
 
@@ -246,16 +272,38 @@ void CheckDomain(const Subject& subject) {
   }
   CheckAccount(subject, domain);
   const Entry* const ou = identity.section->Find(Key::kOrganizationalUnit);
-  if (ou == nullptr || domain == nullptr ||
-      identity.membership == Identity::Membership::kWorkgroup) {
-    return;
+  if (ou == nullptr || identity.membership == Identity::Membership::kWorkgroup) return;
+  if (identity.membership == Identity::Membership::kUnchanged && !MemberOf(subject.machine)) {
+    subject.Add(Code::kOuWithoutDomain, *ou,
+                "the machine is in a workgroup: the unit does not count");
   }
+  if (domain == nullptr) return;
   const std::string dn = sys::BuildDn(domain->dnsName, ou->FirstLine());
-  if (simulated::FindContainer(*domain, dn)) return;
-  subject.Add(Code::kNoSuchOu, *ou, "the domain has no unit " + Quoted(dn));
+  if (!simulated::FindContainer(*domain, dn)) {
+    subject.Add(Code::kNoSuchOu, *ou, "the domain has no unit " + Quoted(dn));
+  } else if (!identity.joinsDomain && subject.machine.FindOwnAccount() == nullptr) {
+    subject.Add(Code::kNoComputerAccount, *ou,
+                "the domain " + domain->dnsName + " has no account of " +
+                    Quoted(subject.machine.computerName));
+  }
 }
 
 }  // namespace
+
+void CompareIdentity(Wishes& wishes, const Machine& machine) {
+  wishes.isOfMachine = true;
+  Identity& identity = wishes.identity;
+  if (identity.section == nullptr) return;
+  const std::string_view name = identity.section->Value(Key::kComputerName);
+  identity.renames = !name.empty() && !util::EqualsIgnoringCase(name, machine.computerName);
+  const simulated::DomainMembership* const current = MemberOf(machine);
+  if (current == nullptr) return;
+  identity.leavesDomain = identity.membership == Identity::Membership::kWorkgroup;
+  if (!identity.joinsDomain) return;
+  const std::string_view domain = identity.membershipName->FirstLine();
+  identity.joinsDomain = !util::EqualsIgnoringCase(domain, current->dnsName) &&
+                         !util::EqualsIgnoringCase(domain, current->flatName);
+}
 
 void CheckOnMachine(const Document& document, const Wishes& wishes, Machine& machine,
                     Findings& findings) {

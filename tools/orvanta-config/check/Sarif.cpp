@@ -42,19 +42,28 @@ Json Rules() {
   return rules;
 }
 
+Json Location(const std::string& file, const Place* place) {
+  Json physical{{"artifactLocation", {{"uri", UriOf(file)}}}};
+  if (place != nullptr) {
+    physical["region"] = {{"startLine", place->line},
+                          {"startColumn", place->column},
+                          {"endColumn", place->endColumn}};
+  }
+  return {{"physicalLocation", std::move(physical)}};
+}
+
 Json Result(const std::string& file, const Finding& finding) {
   const FindingKind& kind = KindOf(finding.code);
-  Json place{{"artifactLocation", {{"uri", UriOf(file)}}}};
-  if (!finding.excerpt.text.empty()) {
-    place["region"] = {{"startLine", finding.place.line},
-                       {"startColumn", finding.place.column},
-                       {"endColumn", finding.place.endColumn}};
+  const Place* const place = finding.excerpt.text.empty() ? nullptr : &finding.place;
+  Json result{{"ruleId", kind.id},
+              {"ruleIndex", static_cast<int>(kind.code)},
+              {"level", TextOf(kind.severity)},
+              {"message", {{"text", finding.message + "; " + finding.hint}}},
+              {"locations", Json::array({Location(file, place)})}};
+  if (const auto& related = finding.related) {
+    result["relatedLocations"] = Json::array({Location(related->file, &related->place)});
   }
-  return {{"ruleId", kind.id},
-          {"ruleIndex", static_cast<int>(kind.code)},
-          {"level", TextOf(kind.severity)},
-          {"message", {{"text", finding.message + "; " + finding.hint}}},
-          {"locations", Json::array({{{"physicalLocation", std::move(place)}}})}};
+  return result;
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_map>
+#include <vector>
 
 #include "tools/orvanta-config/check/Rules.h"
 
@@ -13,21 +16,25 @@ Span HeaderOf(const Document& document, const Adapter& adapter) {
 
 std::string NameOf(const Adapter& adapter) { return Quoted(adapter.section->name); }
 
-/// Adapters are looked up by their location first, so the MAC address counts only without one.
+/// Adapters are looked up by their location first, so between two locations no MAC address counts.
 void CheckSameAdapter(const Document& document, const Wishes& wishes, Findings& findings) {
   std::map<sys::PciLocation, const Adapter*> byLocation;
   std::unordered_map<std::string, const Adapter*> byMac;
   for (const Adapter& adapter : wishes.adapters) {
-    const Adapter* earlier = nullptr;
-    if (adapter.hasLocation) {
-      earlier = byLocation.emplace(adapter.location, &adapter).first->second;
-    } else if (!adapter.mac.empty()) {
-      earlier = byMac.emplace(adapter.mac, &adapter).first->second;
+    const auto add = [&](const Adapter& earlier, const char* by) {
+      findings.Add(
+          Code::kSameAdapter, document, HeaderOf(document, adapter),
+          NameOf(adapter) + " means the same adapter as " + NameOf(earlier) + ", by its " + by);
+    };
+    const Adapter* located = &adapter;
+    const Adapter* withMac = &adapter;
+    if (adapter.hasLocation) located = byLocation.emplace(adapter.location, &adapter).first->second;
+    if (!adapter.mac.empty()) withMac = byMac.emplace(adapter.mac, &adapter).first->second;
+    if (located != &adapter) {
+      add(*located, "PCI location");
+    } else if (withMac != &adapter && !(adapter.hasLocation && withMac->hasLocation)) {
+      add(*withMac, "MAC address");
     }
-    if (earlier == nullptr || earlier == &adapter) continue;
-    findings.Add(Code::kSameAdapter, document, HeaderOf(document, adapter),
-                 NameOf(adapter) + " means the same adapter as " + NameOf(*earlier) + ", by its " +
-                     (adapter.hasLocation ? "PCI location" : "MAC address"));
   }
 }
 
@@ -78,6 +85,44 @@ void CheckRoutesOfSections(const Document& document, const Wishes& wishes, Findi
   }
 }
 
+/// The suffixes are a setting of the whole computer, although each section has its own.
+void CheckSuffixes(const Document& document, const Wishes& wishes, Findings& findings) {
+  const auto suffixesOf = [&document](const Entry& entry) {
+    std::vector<std::string_view> suffixes;
+    for (const Item& item : document.Items(entry)) suffixes.push_back(item.text);
+    return suffixes;
+  };
+  const Adapter* first = nullptr;
+  const Entry* given = nullptr;
+  for (const Adapter& adapter : wishes.adapters) {
+    const Entry* const entry = adapter.section->Find(Key::kDnsSuffixes);
+    if (!adapter.setsDns || entry == nullptr) continue;
+    if (first == nullptr) {
+      first = &adapter;
+      given = entry;
+    } else if (suffixesOf(*entry) != suffixesOf(*given)) {
+      findings.Add(Code::kSuffixesTwice, document, document.ValueSpan(*entry),
+                   "the suffixes of " + NameOf(adapter) + " replace those of " + NameOf(*first));
+    }
+  }
+}
+
+/// Only when the file gives every adapter a static address can it be told what they reach.
+void CheckRouteGateways(const Document& document, const Wishes& wishes, Findings& findings) {
+  const auto& adapters = wishes.adapters;
+  if (!std::all_of(adapters.begin(), adapters.end(), HasKnownSubnets)) return;
+  for (const Adapter& adapter : adapters) {
+    for (const Route& route : adapter.routes) {
+      const auto reaches = [&route](const Adapter& one) {
+        return IsInSubnet(*route.gateway.bits, one);
+      };
+      if (!route.gateway.bits || std::any_of(adapters.begin(), adapters.end(), reaches)) continue;
+      findings.Add(Code::kRouteGatewayOutside, document, route.gateway.item.span,
+                   Quoted(route.gateway.item.text) + " is in no subnet of the file's adapters");
+    }
+  }
+}
+
 /// Routes with the same destination that differ otherwise.
 void CheckDestinations(const Document& document, const Wishes& wishes, Findings& findings) {
   for (const Adapter& adapter : wishes.adapters) {
@@ -103,6 +148,8 @@ void CheckSections(const Document& document, const Wishes& wishes, Findings& fin
   CheckUnlocated(document, wishes, findings);
   CheckAddressesTwice(document, wishes, findings);
   CheckRoutesOfSections(document, wishes, findings);
+  CheckSuffixes(document, wishes, findings);
+  CheckRouteGateways(document, wishes, findings);
   CheckDestinations(document, wishes, findings);
 }
 

@@ -191,13 +191,21 @@ const char* WhyUnusable(std::uint32_t address) {
   return nullptr;
 }
 
+/// For "10.0.0.5/24" what to write instead; empty for other texts.
+std::string HintForPrefix(const Item& item) {
+  const auto prefix = PrefixIn(item.text);
+  if (!prefix || item.text.find('/') == std::string_view::npos) return {};
+  return "write the address and the mask on their own: /" + std::to_string(*prefix) + " is " +
+         MaskOf(*prefix);
+}
+
 /// Adds a finding unless the item is an address that a computer can have. `mayBeLoopback` and the
 /// like depend on what it is for.
 void CheckAddress(const Document& document, const Item& item, bool mayBeLoopback,
                   Findings& findings) {
   const Address address = ReadAddress(item);
-  const auto add = [&](Code code, const std::string& what) {
-    findings.Add(code, document, item.span, Quoted(item.text) + " " + what);
+  const auto add = [&](Code code, const std::string& what, const std::string& hint = {}) {
+    findings.Add(code, document, item.span, Quoted(item.text) + " " + what, hint);
   };
   if (HasLeadingZero(item.text)) {
     add(Code::kLeadingZero, "is read as another address");
@@ -205,7 +213,7 @@ void CheckAddress(const Document& document, const Item& item, bool mayBeLoopback
     if (!item.text.empty() && IsLetterOrDigit(item.text[0]) && !IsDigit(item.text[0])) {
       add(Code::kHostName, "is taken for a host name and resolved during the run");
     } else {
-      add(Code::kNoAddress, "is no IPv4 address");
+      add(Code::kNoAddress, "is no IPv4 address", HintForPrefix(item));
     }
   } else if (const char* why = WhyUnusable(*address.bits)) {
     add(Code::kUnusableAddress, why);
@@ -216,11 +224,13 @@ void CheckAddress(const Document& document, const Item& item, bool mayBeLoopback
 
 void CheckMask(const Document& document, const Item& item, bool mayBeZero, Findings& findings) {
   const Address mask = ReadAddress(item);
+  const auto prefix = PrefixIn(item.text);
   if (HasLeadingZero(item.text)) {
     findings.Add(Code::kLeadingZero, document, item.span,
                  Quoted(item.text) + " is read as another mask");
   } else if (!mask.bits) {
-    findings.Add(Code::kNoAddress, document, item.span, Quoted(item.text) + " is no IPv4 mask");
+    findings.Add(Code::kNoAddress, document, item.span, Quoted(item.text) + " is no IPv4 mask",
+                 prefix ? std::to_string(*prefix) + " ones are " + MaskOf(*prefix) : "");
   } else if (!IsContiguous(*mask.bits)) {
     findings.Add(Code::kBadMask, document, item.span,
                  Quoted(item.text) + " is no mask: its ones do not all come first");
@@ -244,20 +254,41 @@ void CheckMasks(const Value& value, Findings& findings) {
   }
 }
 
+void CheckMetric(const Document& document, const Item& item, Findings& findings) {
+  constexpr std::uint32_t kLargest = 9999;
+  std::uint32_t metric = 0;
+  const char* const end = item.text.data() + item.text.size();
+  const auto [read, error] = std::from_chars(item.text.data(), end, metric);
+  if (read != end) {
+    findings.Add(Code::kNoNumber, document, item.span,
+                 Quoted(item.text) + " is no decimal number for a metric");
+  } else if (error != std::errc{} || metric > kLargest) {
+    findings.Add(
+        Code::kNoNumber, document, item.span,
+        Quoted(item.text) + " is larger than " + std::to_string(kLargest) + ", the largest metric");
+  } else if (metric == 0) {
+    findings.Add(Code::kNoMetric, document, item.span, "the metric is 0");
+  }
+}
+
 void CheckRoute(const Value& value, Findings& findings) {
   const std::vector<Item> fields = value.document.Items(value.entry);
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const Item& field = fields[i];
-    if (i == 0 && !ReadAddress(field).bits) {
+    if (i == 0 && HasLeadingZero(field.text)) {
+      findings.Add(Code::kLeadingZero, value.document, field.span,
+                   Quoted(field.text) + " is read as another address");
+    } else if (i == 0 && !ReadAddress(field).bits) {
+      const std::string hint = HintForPrefix(field);
       findings.Add(Code::kNoAddress, value.document, field.span,
-                   Quoted(field.text) + " is no IPv4 address");
+                   Quoted(field.text) + " is no IPv4 address", hint);
+      if (!hint.empty()) return;  // all behind it stands a place too early
     } else if (i == 1) {
       CheckMask(value.document, field, /*mayBeZero=*/true, findings);
     } else if (i == 2) {
       CheckAddress(value.document, field, /*mayBeLoopback=*/false, findings);
-    } else if (i == 4 && !std::all_of(field.text.begin(), field.text.end(), IsDigit)) {
-      findings.Add(Code::kNoNumber, value.document, field.span,
-                   Quoted(field.text) + " is no decimal number for a metric");
+    } else if (i == 4) {
+      CheckMetric(value.document, field, findings);
     }
   }
   constexpr std::size_t kFewest = 3;
@@ -265,6 +296,9 @@ void CheckRoute(const Value& value, Findings& findings) {
   if (fields.size() < kFewest) {
     value.Add(findings, Code::kShortRoute,
               "the route has " + std::to_string(fields.size()) + " of the three fields it needs");
+  } else if (fields.size() < kMost) {
+    value.Add(findings, Code::kNoMetric,
+              "the route has " + std::to_string(fields.size()) + " fields: its metric is 0");
   } else if (fields.size() > kMost) {
     findings.Add(Code::kLongRoute, value.document, fields[kMost].span,
                  Quoted(fields[kMost].text) + " is the sixth field of the route");
@@ -274,6 +308,13 @@ void CheckRoute(const Value& value, Findings& findings) {
 // ---- All of them --------------------------------------------------------------------------------
 
 void CheckNothing(const Value& /*value*/, Findings& /*findings*/) {}
+
+/// The other recorded keys belong to the hardware, or are what a restored image has anyway.
+void CheckRecorded(const Value& value, Findings& findings) {
+  if (value.entry.known != Key::kOwnDnsDomain) return;
+  value.Add(findings, Code::kRecordedOnly,
+            "the adapter's own DNS domain is not set from this file");
+}
 
 constexpr struct {
   ValueKind kind;
@@ -289,7 +330,7 @@ constexpr struct {
     {ValueKind::kPciNumber, CheckPciNumber},
     {ValueKind::kMacAddress, CheckMacAddress},
     {ValueKind::kCount, CheckCount},
-    {ValueKind::kRecorded, CheckNothing},
+    {ValueKind::kRecorded, CheckRecorded},
     {ValueKind::kAddresses, CheckAddresses},
     {ValueKind::kMasks, CheckMasks},
     {ValueKind::kSuffixes, CheckNothing},

@@ -1,6 +1,7 @@
 #include "tools/orvanta-config/check/Wishes.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "common/util/Text.h"
 #include "platform/simulated/Text.h"
@@ -52,8 +53,10 @@ void ReadNumbered(Document& document, Adapter& adapter) {
       adapter.unread.push_back(&entry);
     } else if (isServer) {
       adapter.servers.push_back(&entry);
+    } else if (Route route = ReadRoute(document, entry); route.fields.empty()) {
+      adapter.emptyRoutes.push_back(&entry);
     } else {
-      adapter.routes.push_back(ReadRoute(document, entry));
+      adapter.routes.push_back(std::move(route));
     }
   }
 }
@@ -90,6 +93,7 @@ Identity ReadIdentity(const Document& document) {
   if (identity.section == nullptr) return identity;
   const Section& section = *identity.section;
   identity.joinFirst = IsTrue(section.Value(Key::kJoinDomainBeforeNameChange));
+  identity.renames = section.Find(Key::kComputerName) != nullptr;
   const std::string_view workgroup = section.Value(Key::kWorkgroup);
   if (workgroup.empty()) return identity;
   const Entry* const domain = section.Find(Key::kDomain);
@@ -102,6 +106,7 @@ Identity ReadIdentity(const Document& document) {
   identity.membershipName = dnsDomain != nullptr ? dnsDomain : domain;
   identity.membership = identity.membershipName != nullptr ? Identity::Membership::kDomain
                                                            : Identity::Membership::kWorkgroup;
+  identity.joinsDomain = identity.membership == Identity::Membership::kDomain;
   return identity;
 }
 
@@ -115,6 +120,42 @@ Address ReadAddress(const Item& item) {
     address.bits = bits;
   }
   return address;
+}
+
+std::optional<std::uint32_t> PrefixIn(std::string_view text) {
+  const std::string_view number = text.substr(text.rfind('/') + 1);
+  const bool isShort = !number.empty() && number.size() <= 2;
+  if (!isShort || number.find_first_not_of("0123456789") != std::string_view::npos) return {};
+  const std::uint32_t prefix = util::ParseUnsigned(number);
+  return prefix <= 32 ? std::optional(prefix) : std::nullopt;
+}
+
+std::string MaskOf(std::uint32_t prefix) {
+  return Dotted(prefix == 0 ? 0 : ~std::uint32_t{0} << (32 - prefix));
+}
+
+std::string Dotted(std::uint32_t address) {
+  std::string text = std::to_string(address >> 24);
+  for (const int shift : {16, 8, 0}) text += "." + std::to_string(address >> shift & 0xFF);
+  return text;
+}
+
+bool HasKnownSubnets(const Adapter& adapter) {
+  const auto isRead = [](const Address& address) { return address.bits.has_value(); };
+  const auto isMask = [](const Address& mask) { return mask.bits && IsContiguous(*mask.bits); };
+  const auto& addresses = adapter.addresses;
+  const auto& masks = adapter.masks;
+  return adapter.addressing == Adapter::Addressing::kStatic && !addresses.empty() &&
+         addresses.size() == masks.size() &&
+         std::all_of(addresses.begin(), addresses.end(), isRead) &&
+         std::all_of(masks.begin(), masks.end(), isMask);
+}
+
+bool IsInSubnet(std::uint32_t address, const Adapter& adapter) {
+  for (std::size_t i = 0; i < adapter.addresses.size(); ++i) {
+    if (((*adapter.addresses[i].bits ^ address) & *adapter.masks[i].bits) == 0) return true;
+  }
+  return false;
 }
 
 Wishes ReadWishes(Document& document) {

@@ -24,6 +24,14 @@ Address ReadAddress(const Item& item);
 /// The ones of the mask come first.
 inline bool IsContiguous(std::uint32_t mask) { return ((~mask + 1) & ~mask) == 0; }
 
+/// The number of ones behind the last "/" of an address, or that the whole text is: a mask as
+/// others write it. Nothing when there is no such number up to 32.
+std::optional<std::uint32_t> PrefixIn(std::string_view text);
+/// The mask of so many ones, in dotted form.
+std::string MaskOf(std::uint32_t prefix);
+/// An address as people write it; its first part is in the highest bits.
+std::string Dotted(std::uint32_t address);
+
 struct Route {
   const Entry* entry = nullptr;
   /// Whatever was given, in the order of the fields; three of them are addresses.
@@ -49,6 +57,8 @@ struct Adapter {
   /// Numbered keys that are read, in file order.
   std::vector<const Entry*> servers;
   std::vector<Route> routes;
+  /// They are counted, but give nothing.
+  std::vector<const Entry*> emptyRoutes;
   /// Numbered keys that are not read.
   std::vector<const Entry*> unread;
   /// Only a location of three known numbers is used.
@@ -57,6 +67,11 @@ struct Adapter {
   /// Without separators; empty when none is given.
   std::string mac;
 };
+
+/// The addressing is static, and all its addresses and masks can be read.
+bool HasKnownSubnets(const Adapter& adapter);
+/// For an adapter with known subnets.
+bool IsInSubnet(std::uint32_t address, const Adapter& adapter);
 
 /// Section "Networking" and what decides about it.
 struct Identity {
@@ -68,6 +83,11 @@ struct Identity {
   /// Of the workgroup or domain; null for the workgroup that is joined by default.
   const Entry* membershipName = nullptr;
   bool joinFirst = false;
+  // What changes, as far as the file tells; a machine may know better.
+  bool renames = false;
+  bool joinsDomain = false;
+  /// Known of a machine only.
+  bool leavesDomain = false;
 };
 
 struct Wishes {
@@ -75,6 +95,8 @@ struct Wishes {
   std::vector<Adapter> adapters;
   /// The run does not ask for the restart that it needs.
   bool suppressesRestart = false;
+  /// A machine has told what changes.
+  bool isOfMachine = false;
 };
 
 /// Everything borrows from the document.

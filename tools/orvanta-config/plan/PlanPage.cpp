@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 #include "tools/orvanta-config/ChangeText.h"
 #include "tools/orvanta-config/MachineDifference.h"
 #include "tools/orvanta-config/Text.h"
@@ -400,7 +400,7 @@ std::string FileHtml(const QueuePlan& plan, const std::string& name) {
     if (!takers[i].empty()) numbers.insert(takers[i].substr(0, takers[i].find(' ')));
   }
   std::string html = "<h2 id=\"file\">" + Shown(name) + "</h2>\n<ol class=\"file\">\n";
-  const std::string text = simulated::RedactedText(plan.text);
+  const std::string text = simulated::RedactedFile(plan.text);
   std::size_t number = 0;
   for (std::size_t start = 0; start < text.size();) {
     const std::size_t end = std::min(text.find('\n', start), text.size());

@@ -5,6 +5,7 @@
 
 #include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
 #include "tools/orvanta-config/Text.h"
 
 namespace tool {

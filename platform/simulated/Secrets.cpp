@@ -1,0 +1,90 @@
+#include "platform/simulated/Secrets.h"
+
+#include <algorithm>
+
+#include "platform/simulated/Text.h"
+
+namespace simulated {
+namespace {
+
+constexpr std::size_t kNowhere = std::string_view::npos;
+constexpr std::string_view kWords[] = {"pass", "pwd", "secret"};
+constexpr std::string_view kNames[] = {"DomainUsername", "DomainPassword"};
+
+/// Where the first of the words stands.
+std::size_t WordIn(std::string_view text) {
+  std::size_t first = kNowhere;
+  for (const std::string_view word : kWords) first = std::min(first, Find(text, word));
+  return first;
+}
+
+/// Where the name ends that an entry begins with, though something else than "=" may follow it.
+std::size_t LeadEnd(std::string_view entry) {
+  return std::min(entry.find_first_of(" \t:="), entry.size());
+}
+
+}  // namespace
+
+bool NamesPassword(std::string_view name) { return WordIn(name) != kNowhere; }
+
+bool NamesSecret(std::string_view name) { return NamesPassword(name) || Nearest(name, kNames); }
+
+std::size_t SecretLines::HiddenFrom(std::string_view line) {
+  const std::string_view content = Trimmed(line);
+  if (content.empty()) return kNowhere;
+  const std::size_t from = Judge(content);
+  if (from >= content.size()) return kNowhere;
+  return static_cast<std::size_t>(content.data() - line.data()) + from;
+}
+
+std::size_t SecretLines::Judge(std::string_view line) {
+  const bool isComment = line[0] == ';' || line[0] == '#';
+  const std::size_t equals = line.find('=');
+  if (line[0] == '[') {
+    return equals != kNowhere && NamesPassword(line) ? equals + 1 : kNowhere;
+  }
+  if (!isComment && equals == kNowhere && goesOn_) return 0;
+  // The end of a cipher text may look like an entry: "AB12==".
+  const bool isTail = equals != kNowhere && line.find_first_not_of('=', equals) == kNowhere;
+  if (!isComment && isTail && goesOn_) return 0;
+
+  // A comment may be an entry that somebody took out.
+  const std::string_view entry = Trimmed(line.substr(isComment ? 1 : 0));
+  const std::size_t start = line.size() - entry.size();
+  const std::size_t lead = LeadEnd(entry);
+  const std::string_view key = Trimmed(line.substr(start, equals - start));
+  const bool isNamed = NamesSecret(entry.substr(0, lead));
+  goesOn_ = isNamed || NamesPassword(line) || (equals != kNowhere && NamesSecret(key));
+  if (!goesOn_) return kNowhere;
+  if (isNamed && lead < key.size()) return start + lead;
+  if (isNamed || (equals != kNowhere && NamesSecret(key))) return std::min(equals, line.size()) + 1;
+  if (isComment) return 1;
+  return equals != kNowhere ? equals + 1 : 0;
+}
+
+std::string RedactedFile(std::string_view text) {
+  std::string shown;
+  SecretLines lines;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size() - 1) + 1;
+    const std::string_view line = text.substr(start, end - start);
+    const std::size_t lineEnd = std::min(line.find_last_not_of("\r\n") + 1, line.size());
+    const std::size_t from = lines.HiddenFrom(line.substr(0, lineEnd));
+    if (from != kNowhere) {
+      shown.append(line.substr(0, from)).append(kHidden).append(line.substr(lineEnd));
+    } else {
+      shown += line;
+    }
+    start = end;
+  }
+  return shown;
+}
+
+std::string RedactedText(std::string_view text) {
+  const std::size_t word = WordIn(text);
+  const std::size_t equals = word != kNowhere ? text.find('=', word) : kNowhere;
+  if (equals == kNowhere) return std::string(text);
+  return std::string(text.substr(0, equals + 1)) + kHidden;
+}
+
+}  // namespace simulated
