@@ -260,7 +260,7 @@ TEST_F(PlanTest, AnErrorOfTheLibraryIsToldWithItsPlace) {
        {},
        R"({"class":"ipc::CIPAddressError","source":"common\\ipc\\IpAddress","line":58,)"
        R"("message":"IPAddress::Connect Name Resolution Error","value":0,"system_error":11001})",
-       "at ROUTE_GATEWAY no.where from [TCP/IP] Route1, line 3\n"},
+       "at STATIC_ROUTE 1.1.1.1 255.0.0.0 no.where from [TCP/IP] Route1, line 3\n"},
       {"a machine that does not answer",
        "[Networking]\nComputerName=A\n",
        {"--machine", deaf},
@@ -330,6 +330,12 @@ TEST_F(PlanTest, WhatTheUserMustMendIsOneLineAndExitCodeTwo) {
        "the restore file on the machine:2:1: section header"},
       {"unreadable on the machine", {"plan", config, "--machine", deaf}, "a.cfg: cannot be read"},
       {"file over itself", {"plan", config, "--save-machine", config}, "itself"},
+      {"page over the machine",
+       {"plan", config, "--machine", deaf, "--html", Path(".") + "/d.json"},
+       "d.json: is the machine file itself"},
+      {"page over the saved machine",
+       {"plan", config, "--save-machine", Path("new"), "--html", Path("./new")},
+       "is the saved machine itself"},
       {"page to standard output", {"plan", config, "--html", "-"}, "--html -"},
       {"page over the file", {"plan", config, "--html", config}, "itself"},
       {"negative restarts", {"plan", config, "--follow-restarts=-1"}, "--follow-restarts"},
@@ -400,7 +406,7 @@ TEST_F(PlanTest, EveryEventNamesItsLineAndEverySectionItsAdapter) {
             R"("not_eligible":null,"taken_by":["NicEntry2"]},)"
             R"({"index":8,"pci_location":"4/0/0","mac_address":"08:00:27:65:43:21",)"
             R"("not_eligible":null,"taken_by":["TCP/IP"]},)"
-            R"({"index":12,"pci_location":null,"mac_address":null,)"
+            R"({"index":12,"pci_location":null,"mac_address":"02:00:4C:4F:4F:50",)"
             R"("not_eligible":"not on the PCI bus","taken_by":[]}])");
 }
 
@@ -444,11 +450,22 @@ Waits for the restart, and is planned anew then
 Pauses
   0 s now, 40 s after the restart
 )");
-  expectReport("[Global]\nRebootAfterConfig=False\n[Networking]\nComputerName=B\n",
-               R"(Runs now
+  expectReport(
+      "[Global]\nRebootAfterConfig=False\n[Networking]\nComputerName=B\nWorkgroup=No\n"
+      "Domain=d\n[NicEntry1]\nMACAddress=02004C4F4F50\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0."
+      "0.0\n",
+      R"(Runs now
   1  ChangeCompName  Name=B {User=}  [Networking] line 4
                      TEMPLATE -> B
   -- restart, which RebootAfterConfig=False forbids: the run fails here --
+Never done: the run fails and the file is put away
+  3  JoinDomain      DNS Domain=d, Windows Domain= {User=}  [Networking] line 6
+                     none -> d
+  4  ConfigureNic    adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [NicEntry1] lines 7-8
+                     the next free one, no adapter with MAC address 02004C4F4F50 that can be had: adapter 12 is not on the PCI bus
+       SetStatic     IP and Subnet Masks: {ip=10.0.0.5,mask=255.0.0.0}  lines 9-11
+                     dhcp -> 10.0.0.5/255.0.0.0
+       Sleep         Duration=20000 milliseconds
 )");
   expectReport(
       "[Networking]\nComputerName=template\n[TCP/IP]\nSetDNSInfo=True\n"
@@ -492,6 +509,14 @@ TEST_F(PlanTest, RestartsAreFollowedToTheirEnd) {
              R"({"call": "wmi.method", "method": "SetGateways", "index": 7, "result": 84})");
   const std::string late =
       faulty("late.json", R"({"call": "wmi.method", "method": "Rename", "nth": 1, "result": 0})");
+  const std::string two = Write("two.json", R"({"schema": 1, "adapters": [{"dhcp_enabled": false,
+      "ip_addresses": ["10.0.0.5", "10.0.0.6"], "subnet_masks": ["255.0.0.0", "255.0.0.0"]}]})");
+  const std::string leaving =
+      Write("leaving.json",
+            std::string(kMember).substr(0, 14) +
+                R"("registry": [{"key": "HKEY_LOCAL_MACHINE\\Software\\Orvanta\\Client Service",
+          "name": "NetworkDisabled", "type": "REG_DWORD", "data": 1}], )" +
+                (kMember + 14));
   const std::string rename = "[Networking]\nComputerName=B\n";
   const std::string join =
       "[Networking]\nWorkgroup=No\nDomain=corp.example\nDSOrganizationalUnit=\nComputerName=B\n";
@@ -541,6 +566,28 @@ TEST_F(PlanTest, RestartsAreFollowedToTheirEnd) {
        "failed", "Failure ",
        "ConfigureNic [NicEntry3] line 3: no adapter is left: no PCI location or MAC address given, "
        "adapter 7 is taken by [NicEntry1], adapter 8 is taken by [NicEntry2]\n"},
+      {"keys that nothing comes of",
+       "[TCP/IP]\nAddress=10.0.0.5,\n 10.0.0.6\nNetmask=255.0.0.0\nSetDNSInfo=True\n[Interface1]\n"
+       "DHCP=True\n[Networking]\nDomainPassword=AB\nAB=\nDNSDomain=x\n",
+       plain, "3", 0, "settled", "Success ",
+       "Address, Netmask [TCP/IP] lines 2, 4: nothing came of it; orvanta-config check tells why\n"
+       "DHCP [Interface1] line 7: nothing came of it; orvanta-config check tells why\n"
+       "DNSDomain [Networking] line 11: nothing came of it; orvanta-config check tells why\n"},
+      {"an address beside the only one that is asked for",
+       "[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n", two, "3", 0, "settled",
+       "Success ",
+       "SetStatic [TCP/IP] lines 2-4: 10.0.0.5/255.0.0.0,10.0.0.6/255.0.0.0 > 10.0.0.5/255.0.0.0: "
+       "the first address is right already, and no other is compared\n"},
+      {"what no run does, as it is true until something behind it",
+       "[TCP/IP]\nPCIBus=1\nPCIDevice=0\nPCIFunction=0\nDHCP=True\n[NicEntry1]\nPCIBus=1\n"
+       "PCIDevice=0\nPCIFunction=0\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n",
+       plain, "3", 0, "settled", "Success ",
+       "SetDhcp [TCP/IP] line 5: static > dhcp: no run did it (not needed: dhcp already), and "
+       "something else changed it\n"},
+      {"networking turned on again leaves the domain",
+       "[Networking]\nWorkgroup=No\nDomain=corp.example\n", leaving, "3", 0, "settled", "Success ",
+       "JoinDomain [Networking] line 3:  > corp.example: no run did it (the computer belongs to "
+       "this domain already), and something else changed it\n"},
       {"an address beside one that is right already",
        "[TCP/IP]\nDHCP=False\nAddress=10.20.0.15,10.20.0.16\nNetmask=255.255.0.0,255.255.0.0\n"
        "MACAddress=080027654321\n",
@@ -662,6 +709,18 @@ TEST_F(PlanTest, ThePageStandsAloneAndItsLinksLeadSomewhere) {
        {},
        {"&lt;script&gt;&quot;&amp;", "[NicEntry &lt;b&gt;]", "MACAddress=&lt;/li&gt;\\x1B",
         " SetDNSInfo=True"}},
+      {"texts in ANSI",
+       "[TCP/IP]\nDescription=\xE4\xF6 \xC3\xA4\n",
+       {},
+       {"Description=\xEF\xBF\xBD\xEF\xBF\xBD \xC3\xA4</span>"}},
+      {"a forbidden restart",
+       "[Global]\nRebootAfterConfig=False\n[Networking]\nComputerName=B\nWorkgroup=No\nDomain=d\n",
+       {},
+       {"the run fails here; what follows is never done", "<li id=\"s1c3\" class=\"never\">"}},
+      {"a file that is none",
+       "\xFF\xFE[",
+       {},
+       {"Check: 1 error: the file is binary or in UTF-16; see orvanta-config check -"}},
   };
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.name);

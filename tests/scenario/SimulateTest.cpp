@@ -193,6 +193,8 @@ TEST_F(SimulateTest, TheReportTellsWhatATechnicianWants) {
                {"\n  1  rename the computer to PC-42\n", "\n  Result            Reboot\n",
                 "\nWaiting for the restart\n  computer name  PC-42\n",
                 "\n  computer\n    name after the restart  - -> PC-42\n"});
+  expectReport({"simulate", Write("wide.cfg", "\xFF\xFE[")}, 0,
+               {"\nCheck    1 error: the file is binary or in UTF-16; see orvanta-config check "});
   expectReport({"simulate", "-", "--machine", Write("m.json", kRefusing)}, 1,
                {"rename the computer to PC-42  refused: result 5 (access denied)\n",
                 "\n       ChangeCompName:45 - Configuring computer name failed\n"});

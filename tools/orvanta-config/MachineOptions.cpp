@@ -10,6 +10,19 @@
 #include "tools/orvanta-config/ToolError.h"
 
 namespace tool {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Neither need be there yet.
+bool AreSameFile(const std::string& left, const std::string& right) {
+  std::error_code ignored;
+  if (fs::equivalent(left, right, ignored)) return true;
+  const fs::path path = fs::weakly_canonical(left, ignored);
+  return !path.empty() && path == fs::weakly_canonical(right, ignored);
+}
+
+}  // namespace
 
 void AddMachineOptions(CLI::App& command, MachineOptions& options) {
   command
@@ -37,21 +50,23 @@ simulated::Machine LoadMachine(const MachineOptions& options) {
 }
 
 std::optional<PrivateFile> OpenOutput(const char* option, const std::optional<std::string>& path,
-                                      const std::string& input) {
+                                      const std::vector<FileInUse>& inUse) {
   if (!path) return std::nullopt;
   if (*path == "-") {
     throw ToolError(std::string(option) + " -", "cannot go to standard output", "name a file");
   }
-  std::error_code ignored;
-  if (std::filesystem::equivalent(input, *path, ignored)) {
-    throw ToolError(*path, "is the configuration file itself", "write to another file");
+  for (const FileInUse& other : inUse) {
+    if (other.path && AreSameFile(*other.path, *path)) {
+      throw ToolError(*path, std::string("is the ") + other.what + " itself",
+                      "write to another file");
+    }
   }
   return std::optional<PrivateFile>(std::in_place, *path);
 }
 
 std::optional<PrivateFile> OpenSavedMachine(const MachineOptions& options,
                                             const std::string& input) {
-  return OpenOutput("--save-machine", options.saveMachine, input);
+  return OpenOutput("--save-machine", options.saveMachine, {{input, "configuration file"}});
 }
 
 }  // namespace tool

@@ -3,6 +3,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/simulated/Machine.h"
 #include "tools/orvanta-config/Files.h"
@@ -27,12 +28,19 @@ void AddMachineOptions(CLI::App& command, MachineOptions& options);
 /// Reads the chosen machine. Throws ToolError.
 simulated::Machine LoadMachine(const MachineOptions& options);
 
-/// The file that `option` names for writing, if any. Throws ToolError when it cannot be written or
-/// is `input`, the configuration file.
-std::optional<PrivateFile> OpenOutput(const char* option, const std::optional<std::string>& path,
-                                      const std::string& input);
+/// A file that a command reads or writes already, and what it is to the user.
+struct FileInUse {
+  std::optional<std::string> path;
+  const char* what;
+};
 
-/// The file that the machine is to be saved in, if any; throws as above.
+/// The file that `option` names for writing, if any. Throws ToolError when it cannot be written or
+/// is one of those `inUse`, whatever path or link leads to it.
+std::optional<PrivateFile> OpenOutput(const char* option, const std::optional<std::string>& path,
+                                      const std::vector<FileInUse>& inUse);
+
+/// The file that the machine is to be saved in, if any, which may be the one that it came from;
+/// `input` is the configuration file. Throws as above.
 std::optional<PrivateFile> OpenSavedMachine(const MachineOptions& options,
                                             const std::string& input = {});
 

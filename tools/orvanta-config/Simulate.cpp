@@ -8,6 +8,7 @@
 
 #include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
+#include "tools/orvanta-config/CheckRemark.h"
 #include "tools/orvanta-config/Conversation.h"
 #include "tools/orvanta-config/Files.h"
 #include "tools/orvanta-config/SetOption.h"
@@ -113,6 +114,9 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
     machine.PutFile(options.at, *text);
     simulation.file =
         (options.file == "-" ? "standard input" : options.file) + ", placed as " + options.at;
+    if (options.message == "configure" && !options.machine.json) {
+      simulation.checkRemark = CheckRemark(options.file, *text);
+    }
   }
   std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
   simulation.before = machine;

@@ -20,6 +20,7 @@ std::string MessageName(const Request& request) {
 std::string Header(const Simulation& simulation) {
   std::vector<Row> rows;
   if (!simulation.file.empty()) rows.push_back({"File", Printable(simulation.file)});
+  if (!simulation.checkRemark.empty()) rows.push_back({"Check", simulation.checkRemark});
   rows.push_back({"Machine", MachineText(simulation.machineName, simulation.before)});
   if (simulation.conversation.deliveries.size() == 1) {
     rows.push_back({"Message", MessageName(simulation.conversation.deliveries.front().request)});

@@ -13,6 +13,8 @@ namespace tool {
 struct Simulation {
   /// "first-boot.cfg, placed as C:\tarvo.cfg"; empty without a file.
   std::string file;
+  /// What `check` finds wrong with it; empty for nothing.
+  std::string checkRemark;
   /// "built-in example" or the name of the machine file.
   std::string machineName;
   /// The machine with the file on it, before the first message.

@@ -12,6 +12,9 @@ namespace tool {
 /// stays on its line and cannot steer the terminal.
 std::string Printable(std::string_view text);
 
+/// The text with U+FFFD in the place of each byte that is no part of an UTF-8 character.
+std::string ValidUtf8(std::string_view text);
+
 /// Characters of an UTF-8 text.
 std::size_t Width(std::string_view text);
 

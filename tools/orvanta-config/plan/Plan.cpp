@@ -3,8 +3,10 @@
 #include <CLI/CLI.hpp>
 #include <optional>
 #include <ostream>
+#include <vector>
 
 #include "platform/simulated/MachineFile.h"
+#include "tools/orvanta-config/CheckRemark.h"
 #include "tools/orvanta-config/Files.h"
 #include "tools/orvanta-config/MachineDifference.h"
 #include "tools/orvanta-config/ToolError.h"
@@ -72,7 +74,10 @@ int Plan(const PlanOptions& options, const Streams& streams) {
   simulated::Machine machine = LoadMachine(options.machine);
   machine.PutFile(kPlace, text);
   std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
-  std::optional<PrivateFile> page = OpenOutput("--html", options.html, options.file);
+  std::optional<PrivateFile> page = OpenOutput("--html", options.html,
+                                               {{options.file, "configuration file"},
+                                                {options.machine.machineFile, "machine file"},
+                                                {options.machine.saveMachine, "saved machine"}});
   const std::string machineName = options.machine.machineFile.value_or("built-in example");
 
   std::optional<RestartChain> chain;
@@ -83,7 +88,9 @@ int Plan(const PlanOptions& options, const Streams& streams) {
   } else {
     plan = MakePlan(machine, kPlace, name, Comparing::kInTurn);
   }
-  if (page) page->Commit(PlanPage({name, machineName, machine, *chain}));
+  const bool isShown = page || !options.machine.json;
+  const std::string remark = isShown ? CheckRemark(options.file, text) : "";
+  if (page) page->Commit(PlanPage({name, remark, machineName, machine, *chain}));
   if (!options.followRestarts) chain.reset();
 
   if (saved) saved->Commit(simulated::PrintMachine(chain ? chain->after : machine));
@@ -94,10 +101,10 @@ int Plan(const PlanOptions& options, const Streams& streams) {
                 << '\n';
   } else {
     const Style style(streams.color && !options.machine.noColor);
-    streams.out << Rows({{"File", Printable(name + ", placed as " + kPlace)},
-                         {"Machine", MachineText(machineName, machine)}},
-                        "")
-                << '\n'
+    std::vector<Row> rows{{"File", Printable(name + ", placed as " + kPlace)}};
+    if (!remark.empty()) rows.push_back({"Check", remark});
+    rows.push_back({"Machine", MachineText(machineName, machine)});
+    streams.out << Rows(rows, "") << '\n'
                 << (chain ? ChainReport(*chain, style, options.verbose)
                           : PlanReport(plan, style, options.verbose));
   }

@@ -13,6 +13,7 @@
 #include "tools/orvanta-config/MachineDifference.h"
 #include "tools/orvanta-config/Text.h"
 #include "tools/orvanta-config/plan/PlanText.h"
+#include "tools/orvanta-config/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
@@ -40,9 +41,11 @@ ol.queue, ul.plain { margin: 0; padding: 0; list-style: none; }
 ol.queue > li, .card { margin: .5rem 0; padding: .6rem .9rem; background: var(--sheet);
   border: 1px solid var(--line); border-left: .3rem solid var(--now); border-radius: .3rem; }
 ol.queue > li.waits { border-left-color: var(--wait); }
-ol.queue > li.fails, .card.bad { border-left-color: var(--bad); color: inherit; }
+ol.queue > li.fails, ol.queue > li.never, .card.bad { border-left-color: var(--bad); color: inherit; }
+ol.queue > li.never { opacity: .7; }
 ol.queue > li.restart { padding: .35rem .9rem; text-align: center; color: var(--wait);
-  background: none; border: 1px dashed var(--wait); }
+  background: none; border: 1px dashed; }
+ol.queue > li.restart.bad { color: var(--bad); }
 .card.idle { border-left-color: var(--line); }
 li .head { display: flex; flex-wrap: wrap; gap: .1rem .75rem; align-items: baseline; }
 li .head b { min-width: 1.5rem; }
@@ -126,6 +129,12 @@ std::string LineLink(std::size_t line) {
   return "<a href=\"#L" + number + "\">" + number + "</a>";
 }
 
+std::string LineLinks(const std::set<std::size_t>& lines) {
+  std::string html = lines.size() == 1 ? "line" : "lines";
+  for (const std::size_t line : lines) html += " " + LineLink(line);
+  return html;
+}
+
 /// A taker's text, as a link to its place in the first plan's queue.
 std::string TakerLink(const std::string& taker, const std::string& shown) {
   const std::string number = taker.substr(0, taker.find(' '));
@@ -154,7 +163,9 @@ constexpr char kTableEnd[] = "</tbody></table>\n";
 class StartSection {
  public:
   StartSection(const QueuePlan& plan, std::size_t start)
-      : plan_(plan), prefix_("s" + std::to_string(start + 1) + "c") {}
+      : plan_(plan),
+        prefix_("s" + std::to_string(start + 1) + "c"),
+        goesOn_(FateOfRestart(plan) == RestartFate::kStops) {}
 
   std::string Queue() const {
     if (plan_.error) return Error(*plan_.error);
@@ -167,7 +178,7 @@ class StartSection {
     }
     html += "</ol>\n";
     if (!plan_.dropped.empty()) {
-      html += "<h3>Dropped, as nothing would change</h3>\n<ul class=\"plain\">\n";
+      html += "<h3>Dropped</h3>\n<ul class=\"plain\">\n";
       for (const PlannedCommand& command : plan_.dropped) {
         html += "<li class=\"card idle not-needed\">" + Head("", command) + "</li>\n";
       }
@@ -183,6 +194,12 @@ class StartSection {
       html +=
           Element("li", "card idle", Shown(EventText(event)) + ": " + Shown(event.cameToNothing)) +
           "\n";
+    }
+    for (const UnusedKeys& unused : FindUnusedKeys(plan_)) {
+      html += Element("li", "card idle",
+                      Escaped(SectionText(unused.section) + " " + UnusedText(unused)) + ", " +
+                          LineLinks(unused.lines) + ": no event comes of it") +
+              "\n";
     }
     return html.empty() ? html
                         : "<h3>Asks for nothing</h3>\n<ul class=\"plain\">\n" + html + "</ul>\n";
@@ -201,20 +218,23 @@ class StartSection {
   std::string RestartItem(std::size_t position) const {
     const bool isFirst = position == plan_.RunsNow();
     const bool isLast = position + 1 == plan_.commands.size();
-    std::string text = !isFirst ? "one more restart"
-                       : !plan_.restartForbidden
-                           ? "restart: the run stops here"
-                           : "restart, which RebootAfterConfig=False forbids: "
-                             "the run fails here";
-    if (isFirst && !isLast) text += "; what follows waits for it and is planned anew then";
-    return Element("li", "restart", text) + "\n";
+    if (!isFirst) return goesOn_ ? Element("li", "restart", "one more restart") + "\n" : "";
+    std::string text = RestartText(plan_);
+    if (!isLast) {
+      text += goesOn_ ? "; what follows waits for it and is planned anew then"
+                      : "; what follows is never done: the run fails and the file is put away";
+    }
+    return Element("li", goesOn_ ? "restart" : "restart bad", text) + "\n";
   }
 
   std::string Item(std::size_t position, bool waits) const {
     const PlannedCommand& command = plan_.commands[position];
     const std::string number = std::to_string(position + 1);
     std::string html = "<li id=\"" + prefix_ + number + "\"";
-    html += command.LacksAdapter() ? " class=\"fails\">" : waits ? " class=\"waits\">" : ">";
+    html += command.LacksAdapter() ? " class=\"fails\">"
+            : !waits               ? ">"
+            : goesOn_              ? " class=\"waits\">"
+                                   : " class=\"never\">";
     html += Head(number, command);
     if (command.binding) html += Binding(position);
     if (!command.commands.empty()) {
@@ -257,14 +277,13 @@ class StartSection {
   std::string Origin(const PlannedCommand& command) const {
     std::set<std::size_t> lines;
     for (const std::size_t event : command.events) lines.insert(plan_.events[event].line);
-    if (*lines.begin() == 0) return Escaped(LinesOf(plan_, command));
-    std::string html = lines.size() == 1 ? "line" : "lines";
-    for (const std::size_t line : lines) html += " " + LineLink(line);
-    return html;
+    return *lines.begin() == 0 ? Escaped(LinesOf(plan_, command)) : LineLinks(lines);
   }
 
   const QueuePlan& plan_;
   std::string prefix_;
+  /// What stands behind the restart gets its turn.
+  bool goesOn_;
 };
 
 std::string PauseText(const QueuePlan& plan) {
@@ -330,8 +349,9 @@ std::string NotTrueHtml(const RestartChain& chain) {
       html += Element("span", "values mono",
                       Listed("is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted)));
     }
-    html += Element("span", "from soft", "[" + Shown(wish.section) + "] " + Shown(wish.lines)) +
-            "</div>" + Element("p", "", Shown(wish.reason)) + "</li>\n";
+    html +=
+        Element("span", "from soft", Escaped(SectionText(wish.section)) + " " + Shown(wish.lines)) +
+        "</div>" + Element("p", "", Shown(wish.reason)) + "</li>\n";
   }
   return html + "</ul>\n";
 }
@@ -449,21 +469,28 @@ std::string PlanPage(const PlanPageInput& input) {
                            : chain.ending == ChainEnding::kLimit ? "ending wait"
                            : chain.notTrue.empty()               ? "ending good"
                                                                  : "ending wait";
-  return R"(<!DOCTYPE html>
+  const std::string page =
+      R"(<!DOCTYPE html>
 <html lang="en">
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'">
 <title>)" +
-         title + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" +
-         title + "</h1>\n" +
-         Element("p", "soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
-         "\n" + Element("p", tone, Shown(EndingText(chain))) + "\n" + Navigation(chain) +
-         "</header>\n<main>\n" + Starts(chain) + NotTrueHtml(chain) +
-         MachineHtml(input.before, chain.after) + AdaptersHtml(first) + EventsHtml(first) +
-         FileHtml(first, first.restored ? "The restore file" : input.fileName) +
-         "</main>\n</body>\n</html>\n";
+      title + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" + title +
+      "</h1>\n" +
+      Element("p", "soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
+      "\n" +
+      (input.checkRemark.empty()
+           ? ""
+           : Element("p", "bad", "Check: " + Shown(input.checkRemark)) + "\n") +
+      Element("p", tone, Shown(EndingText(chain))) + "\n" + Navigation(chain) +
+      "</header>\n<main>\n" + Starts(chain) + NotTrueHtml(chain) +
+      MachineHtml(input.before, chain.after) + AdaptersHtml(first) + EventsHtml(first) +
+      FileHtml(first, first.restored ? "The restore file" : input.fileName) +
+      "</main>\n</body>\n</html>\n";
+  // Files are in ANSI as a rule, and the page is not.
+  return ValidUtf8(page);
 }
 
 }  // namespace tool

@@ -10,6 +10,8 @@ namespace tool {
 
 struct PlanPageInput {
   std::string fileName;
+  /// What `check` finds wrong with it; empty for nothing.
+  std::string checkRemark;
   std::string machineName;
   /// Before the first run, with the file on it.
   const simulated::Machine& before;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/orvanta-config/plan/PlanText.h"
+#include "tools/orvanta-config/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
@@ -106,13 +107,17 @@ class Tree {
 };
 
 std::string Restart(const QueuePlan& plan, const Style& style) {
-  const auto runs = static_cast<std::ptrdiff_t>(plan.RunsNow());
-  const bool isReached =
-      std::none_of(plan.commands.begin(), plan.commands.begin() + runs,
-                   [](const PlannedCommand& command) { return command.LacksAdapter(); });
-  if (!isReached) return style.Dim("  -- restart, which is not reached --");
-  if (!plan.restartForbidden) return style.Notice("  -- restart: the run stops here --");
-  return style.Bad("  -- restart, which RebootAfterConfig=False forbids: the run fails here --");
+  const std::string text = "  -- " + RestartText(plan) + " --";
+  switch (FateOfRestart(plan)) {
+    case RestartFate::kForbidden:
+      return style.Bad(text);
+    case RestartFate::kNotReached:
+      return style.Dim(text);
+    case RestartFate::kStops:
+    case RestartFate::kNone:
+      break;
+  }
+  return style.Notice(text);
 }
 
 std::string Queue(const QueuePlan& plan, const Style& style) {
@@ -124,8 +129,13 @@ std::string Queue(const QueuePlan& plan, const Style& style) {
   if (runsNow < plan.commands.size()) text += Restart(plan, style) + "\n";
   // The restart at the very end has nothing behind it.
   if (runsNow + 1 < plan.commands.size()) {
-    text += style.Heading("Waits for the restart, and is planned anew then") + "\n";
-    for (std::size_t i = runsNow + 1; i < plan.commands.size(); ++i) text += tree.Queued(i);
+    const bool goesOn = FateOfRestart(plan) == RestartFate::kStops;
+    text += (goesOn ? style.Heading("Waits for the restart, and is planned anew then")
+                    : style.Bad("Never done: the run fails and the file is put away")) +
+            "\n";
+    for (std::size_t i = runsNow + 1; i < plan.commands.size(); ++i) {
+      if (goesOn || !plan.commands[i].Is("Reboot")) text += tree.Queued(i);
+    }
   }
   if (!plan.dropped.empty()) text += style.Heading("Dropped") + "\n";
   for (const PlannedCommand& command : plan.dropped) text += tree.Dropped(command);
@@ -137,6 +147,10 @@ std::string CameToNothing(const QueuePlan& plan, const Style& style) {
   for (const PlannedEvent& event : plan.events) {
     if (event.cameToNothing.empty()) continue;
     text += "  " + EventText(event) + ": " + event.cameToNothing + "\n";
+  }
+  for (const UnusedKeys& unused : FindUnusedKeys(plan)) {
+    text += "  " + SectionText(unused.section) + " " + UnusedText(unused) + ", " +
+            LinesText(unused.lines) + ": no event comes of it\n";
   }
   return text.empty() ? text : style.Heading("Asks for nothing") + "\n" + text;
 }
@@ -190,7 +204,7 @@ std::string NotTrueText(const RestartChain& chain, const Style& style) {
   if (chain.notTrue.empty()) return {};
   std::string text = style.Heading("Still not true") + "\n";
   for (const NotTrue& wish : chain.notTrue) {
-    text += "  [" + Printable(wish.section) + "] " + wish.lines + "  " + wish.what;
+    text += "  " + SectionText(wish.section) + " " + wish.lines + "  " + wish.what;
     if (!wish.description.empty()) text += "  " + Printable(wish.description);
     text += "\n";
     if (wish.current) {

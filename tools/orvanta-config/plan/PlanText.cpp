@@ -1,8 +1,8 @@
 #include "tools/orvanta-config/plan/PlanText.h"
 
 #include <algorithm>
-#include <set>
 
+#include "common/sys/NicText.h"
 #include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
@@ -15,8 +15,6 @@ namespace {
 constexpr std::size_t kMostPassedOver = 4;
 
 using By = PlannedBinding::By;
-
-std::string Bracketed(const std::string& section) { return "[" + Printable(section) + "]"; }
 
 /// "12-14, 20".
 std::string Ranges(const std::set<std::size_t>& lines) {
@@ -33,13 +31,25 @@ std::string Ranges(const std::set<std::size_t>& lines) {
 }
 
 /// What was looked for in vain.
-std::string Tried(const PlannedBinding& binding) {
+std::string Tried(const QueuePlan& plan, const PlannedBinding& binding) {
   std::string text;
   if (binding.by == By::kPci) return text;
   if (!binding.pciLocation.empty()) text = "at PCI location " + binding.pciLocation;
-  if (!binding.macAddress.empty() && binding.by != By::kMac) {
+  const bool triedMac = !binding.macAddress.empty() && binding.by != By::kMac;
+  if (triedMac) {
     text += (text.empty() ? "" : " or ") + ("with MAC address " + Printable(binding.macAddress));
   }
+  const std::string mac = triedMac ? sys::NormalizedMac(binding.macAddress) : "";
+  std::string refused;
+  for (const PlannedAdapter& adapter : plan.adapters) {
+    const bool isMeant =
+        (!binding.pciLocation.empty() && adapter.pciLocation == binding.pciLocation) ||
+        (!mac.empty() && sys::NormalizedMac(adapter.macAddress) == mac);
+    if (adapter.refused.empty() || !isMeant) continue;
+    refused += (refused.empty() ? ": adapter " : ", adapter ") + std::to_string(adapter.index) +
+               " is " + adapter.refused;
+  }
+  if (!refused.empty()) return "no adapter " + text + " that can be had" + refused;
   if (!text.empty()) return "no adapter " + text;
   return binding.by == By::kMac ? "" : "no PCI location or MAC address given";
 }
@@ -53,10 +63,14 @@ const PlannedAdapter* FindAdapter(const QueuePlan& plan, std::uint32_t index) {
 
 }  // namespace
 
+std::string SectionText(const std::string& section) {
+  return section.empty() ? "before the first section" : "[" + Printable(section) + "]";
+}
+
 std::string SectionOf(const QueuePlan& plan, const PlannedCommand& command) {
   if (command.events.empty()) return {};
   const std::string& section = plan.events[command.events.front()].section;
-  return section.empty() ? "" : Bracketed(section);
+  return section.empty() ? "" : SectionText(section);
 }
 
 std::string LinesOf(const QueuePlan& plan, const PlannedCommand& command) {
@@ -66,6 +80,10 @@ std::string LinesOf(const QueuePlan& plan, const PlannedCommand& command) {
     if (plan.events[event].line != 0) lines.insert(plan.events[event].line);
   }
   if (lines.empty()) return "registry value NetworkDisabled";
+  return LinesText(lines);
+}
+
+std::string LinesText(const std::set<std::size_t>& lines) {
   return (lines.size() == 1 ? "line " : "lines ") + Ranges(lines);
 }
 
@@ -74,7 +92,7 @@ std::string EventText(const PlannedEvent& event) {
   const std::string value = ShownValue(event);
   if (!value.empty()) text += " " + value;
   if (event.section.empty()) return text + " from registry value NetworkDisabled";
-  text += " from " + Bracketed(event.section);
+  text += " from " + SectionText(event.section);
   if (!event.key.empty()) text += " " + Printable(event.key);
   return text + ", line " + std::to_string(event.line);
 }
@@ -112,7 +130,7 @@ std::string BindingText(const QueuePlan& plan, std::size_t position) {
   } else if (binding.by == By::kNext) {
     text = "the next free one";
   }
-  const std::string tried = Tried(binding);
+  const std::string tried = Tried(plan, binding);
   if (!tried.empty()) text += (text.empty() ? "" : ", ") + tried;
   if (binding.index) {
     const std::size_t first = FindAdapter(plan, *binding.index)->takers.front();
@@ -166,14 +184,41 @@ std::vector<std::string> TakersOf(const QueuePlan& plan) {
   return takers;
 }
 
+RestartFate FateOfRestart(const QueuePlan& plan) {
+  const std::size_t runsNow = plan.RunsNow();
+  if (runsNow == plan.commands.size()) return RestartFate::kNone;
+  const auto runs = static_cast<std::ptrdiff_t>(runsNow);
+  const bool isReached =
+      std::none_of(plan.commands.begin(), plan.commands.begin() + runs,
+                   [](const PlannedCommand& command) { return command.LacksAdapter(); });
+  if (!isReached) return RestartFate::kNotReached;
+  return plan.restartForbidden ? RestartFate::kForbidden : RestartFate::kStops;
+}
+
+std::string RestartText(const QueuePlan& plan) {
+  switch (FateOfRestart(plan)) {
+    case RestartFate::kStops:
+      return "restart: the run stops here";
+    case RestartFate::kForbidden:
+      return "restart, which RebootAfterConfig=False forbids: the run fails here";
+    case RestartFate::kNotReached:
+      return "restart, which is not reached";
+    case RestartFate::kNone:
+      break;
+  }
+  return {};
+}
+
 PauseForecast ForecastPauses(const QueuePlan& plan) {
   PauseForecast forecast;
+  const bool goesOn = FateOfRestart(plan) == RestartFate::kStops;
   std::uint64_t adapterMs = 0;
   std::size_t adapters = 0;
   const std::size_t runsNow = plan.RunsNow();
   for (std::size_t i = 0; i < plan.commands.size(); ++i) {
     const PlannedCommand& command = plan.commands[i];
-    if (command.LacksAdapter()) break;  // nothing behind it is reached
+    // Nothing behind a failure is reached.
+    if (command.LacksAdapter() || (i > runsNow && !goesOn)) break;
     (i < runsNow ? forecast.nowMs : forecast.laterMs) += command.pauseMs;
     if (command.pauseMs == 0 || i >= runsNow) continue;
     if (command.binding) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -10,12 +11,18 @@
 
 namespace tool {
 
+/// "[TCP/IP]"; "before the first section" for an empty name.
+std::string SectionText(const std::string& section);
+
 /// The section of the file that asks for the command, as "[TCP/IP]"; empty for a command that the
 /// analysis added.
 std::string SectionOf(const QueuePlan& plan, const PlannedCommand& command);
 
 /// "line 8" or "lines 12-14, 20"; "registry value NetworkDisabled" for what no section asks for.
 std::string LinesOf(const QueuePlan& plan, const PlannedCommand& command);
+
+/// "line 8" or "lines 12-14, 20"; there is at least one.
+std::string LinesText(const std::set<std::size_t>& lines);
 
 /// The event with its place: "IP_ADDRESS 10.0.0.5 from [TCP/IP] Address, line 12".
 std::string EventText(const PlannedEvent& event);
@@ -45,7 +52,20 @@ std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter);
 /// none.
 std::vector<std::string> TakersOf(const QueuePlan& plan);
 
-/// How long the run will pause: before the first restart, and behind it.
+/// What comes of the first restart of a queue. Behind any but `kStops` nothing is ever done: the
+/// run fails and puts the file away.
+enum class RestartFate : std::uint8_t {
+  kNone,       ///< there is none
+  kStops,      ///< the run stops there, and the message is sent again behind the restart
+  kForbidden,  ///< the run fails there
+  kNotReached  ///< the run fails before it
+};
+RestartFate FateOfRestart(const QueuePlan& plan);
+
+/// "restart: the run stops here".
+std::string RestartText(const QueuePlan& plan);
+
+/// How long the run will pause: before the first restart, and behind it when it gets there.
 struct PauseForecast {
   std::uint64_t nowMs = 0;
   std::uint64_t laterMs = 0;

@@ -13,6 +13,7 @@
 #include "common/proc/ChildProcess.h"
 #include "common/sys/DllProxy.h"
 #include "common/sys/Domain.h"
+#include "common/sys/NicText.h"
 #include "common/sys/OsVersion.h"
 #include "common/sys/Registry.h"
 #include "common/util/ClassName.h"
@@ -85,8 +86,13 @@ class Recorder final : public IEventListener {
  public:
   void Sending(const SourcedEvent& event) override {
     ends_ = event.phase == config::Event::END;
-    pending_ = true;
-    if (ends_) return;
+    if (ends_) {
+      pending_ = open_.back();
+      open_.pop_back();
+      return;
+    }
+    pending_ = events.size();
+    if (event.phase == config::Event::BEGIN) open_.push_back(events.size());
     kind_ = event.kind;
     PlannedEvent& planned = events.emplace_back();
     planned.kind = kKindNames[static_cast<std::size_t>(event.kind)];
@@ -97,7 +103,7 @@ class Recorder final : public IEventListener {
   }
 
   void Taken(const IConfigureCommand* taker) override {
-    pending_ = false;
+    pending_.reset();
     if (ends_) return;
     if (taker != nullptr) {
       takers[taker].push_back(events.size() - 1);
@@ -106,10 +112,8 @@ class Recorder final : public IEventListener {
     }
   }
 
-  /// The event that was sent and not taken; the end of a scope counts for what stands in it.
-  std::optional<std::size_t> Refused() const {
-    return pending_ ? std::optional(events.size() - 1) : std::nullopt;
-  }
+  /// The event that was sent and not taken; for the end of a scope the one that began it.
+  std::optional<std::size_t> Refused() const { return pending_; }
 
   std::vector<PlannedEvent> events;
   std::unordered_map<const IConfigureCommand*, std::vector<std::size_t>> takers;
@@ -117,7 +121,9 @@ class Recorder final : public IEventListener {
  private:
   EventKind kind_{};
   bool ends_ = false;
-  bool pending_ = false;
+  std::optional<std::size_t> pending_;
+  /// The scopes that have not ended, as positions in `events`.
+  std::vector<std::size_t> open_;
 };
 
 // ---- Errors -------------------------------------------------------------------------------------
@@ -260,14 +266,16 @@ std::vector<PlannedAdapter> DescribeAdapters(const simulated::Machine& machine,
     planned.index = adapter.index;
     planned.name = AdapterName(adapter);
     planned.takers = takers[adapter.index];
+    planned.macAddress = adapter.macAddress.value_or("");
+    if (sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci) {
+      planned.pciLocation =
+          LocationText(sys::ParseLocationInformation(adapter.locationInformation.value_or("")));
+    }
     const auto found = byIndex.find(adapter.index);
     if (found == byIndex.end()) {
       planned.refused = "not IP-enabled";
     } else if (!found->second->IsPci()) {
       planned.refused = "not on the PCI bus";
-    } else {
-      planned.pciLocation = LocationText(found->second->Location());
-      planned.macAddress = found->second->MacAddress();
     }
   }
   return adapters;

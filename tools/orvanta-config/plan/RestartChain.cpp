@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -10,6 +12,7 @@
 #include "tools/orvanta-config/Conversation.h"
 #include "tools/orvanta-config/plan/PlanJson.h"
 #include "tools/orvanta-config/plan/PlanText.h"
+#include "tools/orvanta-config/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
@@ -65,7 +68,9 @@ std::string Addresses(const simulated::Adapter& adapter) {
 /// Collects what a last plan still finds to be done.
 class Reckoning {
  public:
-  explicit Reckoning(RestartChain& chain) : chain_(chain), whyNeeded_(WhyNeeded(chain)) {}
+  explicit Reckoning(RestartChain& chain) : chain_(chain) {
+    for (const ChainStep& step : chain.steps) Learn(step.plan);
+  }
 
   void Take(const QueuePlan& plan) {
     for (std::size_t i = 0; i < plan.commands.size(); ++i) {
@@ -89,21 +94,60 @@ class Reckoning {
                                 ShownValue(event), std::nullopt, std::nullopt,
                                 event.cameToNothing});
     }
+    for (const UnusedKeys& unused : FindUnusedKeys(plan)) {
+      chain_.notTrue.push_back({unused.section, LinesText(unused.lines), UnusedText(unused), "",
+                                std::nullopt, std::nullopt,
+                                "nothing came of it; orvanta-config check tells why"});
+    }
   }
 
  private:
-  static std::string WhyNeeded(const RestartChain& chain) {
-    switch (chain.ending) {
-      case ChainEnding::kSettled:
-        return "the run did it, and something behind it or the machine undid it";
-      case ChainEnding::kLimit:
-        return "a restart is due";
-      case ChainEnding::kLoops:
-        return "every start does it again, to no effect";
-      case ChainEnding::kFailed:
-        break;
+  /// Where the file asks for the command: what is the same of it in every start.
+  static std::string OriginOf(const QueuePlan& plan, const PlannedCommand& command) {
+    if (command.events.empty()) return command.className;
+    const PlannedEvent& event = plan.events[command.events.front()];
+    return command.className + " " + event.section + " " + event.key;
+  }
+
+  /// Which commands a run did, and why not the others.
+  void Learn(const QueuePlan& plan) {
+    const auto learn = [&](const PlannedCommand& command) {
+      if (command.needed) {
+        done_.insert(OriginOf(plan, command));
+      } else {
+        whyNot_[OriginOf(plan, command)] = ComparisonText(command);
+      }
+    };
+    for (std::size_t i = 0; i < plan.RunsNow(); ++i) {
+      learn(plan.commands[i]);
+      for (const PlannedCommand& inner : plan.commands[i].commands) learn(inner);
     }
-    return "the run failed: " + FailureText(chain.steps.back().delivery);
+    for (const PlannedCommand& command : plan.dropped) {
+      whyNot_[OriginOf(plan, command)] = ComparisonText(command);
+    }
+    for (const PlannedEvent& event : plan.events) {
+      if (event.kind == "DOMAIN" && !event.cameToNothing.empty())
+        domainWhyNot_ = event.cameToNothing;
+    }
+  }
+
+  std::string WhyNeeded(const QueuePlan& plan, const PlannedCommand& command) const {
+    if (chain_.ending == ChainEnding::kLimit) return "a restart is due";
+    if (chain_.ending == ChainEnding::kFailed) {
+      return "the run failed: " + FailureText(chain_.steps.back().delivery);
+    }
+    const std::string origin = OriginOf(plan, command);
+    if (done_.contains(origin)) {
+      return chain_.ending == ChainEnding::kLoops
+                 ? "every start does it again, to no effect"
+                 : "the run did it, and something behind it or the machine undid it";
+    }
+    const auto found = whyNot_.find(origin);
+    const std::string why = found != whyNot_.end()     ? found->second
+                            : command.Is("JoinDomain") ? domainWhyNot_
+                                                       : "";
+    return "no run did it" + (why.empty() ? "" : " (" + why + ")") +
+           ", and something else changed it";
   }
 
   void Check(const QueuePlan& plan, const PlannedCommand& command,
@@ -112,13 +156,14 @@ class Reckoning {
     if (command.needed) {
       const bool isPending = command.Is("ChangeCompName") &&
                              chain_.after.pendingComputerName.value_or("") == *command.wanted;
-      Add(plan, command, isPending ? "it waits for a restart" : whyNeeded_);
+      Add(plan, command, isPending ? "it waits for a restart" : WhyNeeded(plan, command));
+    } else if (adapter != nullptr && command.Is("SetStatic")) {
+      const std::string addresses = Addresses(*adapter);
+      if (addresses == *command.wanted) return;
+      Add(plan, command, "the first address is right already, and no other is compared");
+      chain_.notTrue.back().current = addresses;
     } else if (!util::EqualsIgnoringCase(*command.current, *command.wanted)) {
-      const bool isStatic = adapter != nullptr && command.Is("SetStatic");
-      if (isStatic && Addresses(*adapter) == *command.wanted) return;
-      Add(plan, command,
-          isStatic ? "the first address is right already, and no other is compared"
-                   : "the computer belongs to no domain");
+      Add(plan, command, "the computer belongs to no domain");
     }
   }
 
@@ -130,7 +175,9 @@ class Reckoning {
   }
 
   RestartChain& chain_;
-  std::string whyNeeded_;
+  std::set<std::string> done_;
+  std::map<std::string, std::string> whyNot_;
+  std::string domainWhyNot_;
 };
 
 }  // namespace
