@@ -23,6 +23,14 @@ std::size_t LeadEnd(std::string_view entry) {
   return std::min(entry.find_first_of(" \t:="), entry.size());
 }
 
+/// Hides what follows the first of the separators behind one of the words.
+std::string RedactedBehind(std::string_view text, std::string_view separators) {
+  const std::size_t word = WordIn(text);
+  const std::size_t behind = word != kNowhere ? text.find_first_of(separators, word) : kNowhere;
+  if (behind == kNowhere) return std::string(text);
+  return std::string(text.substr(0, behind + 1)) + kHidden;
+}
+
 }  // namespace
 
 bool NamesPassword(std::string_view name) { return WordIn(name) != kNowhere; }
@@ -80,11 +88,11 @@ std::string RedactedFile(std::string_view text) {
   return shown;
 }
 
-std::string RedactedText(std::string_view text) {
-  const std::size_t word = WordIn(text);
-  const std::size_t equals = word != kNowhere ? text.find('=', word) : kNowhere;
-  if (equals == kNowhere) return std::string(text);
-  return std::string(text.substr(0, equals + 1)) + kHidden;
+std::string RedactedText(std::string_view text) { return RedactedBehind(text, "="); }
+
+std::string RedactedValue(std::string_view value) {
+  if (value.find('\n') != kNowhere) return RedactedFile(value);
+  return RedactedBehind(value, " \t:=");
 }
 
 }  // namespace simulated

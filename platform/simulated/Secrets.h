@@ -35,7 +35,11 @@ class SecretLines {
 /// A configuration file's text, line by line as it may be shown.
 std::string RedactedFile(std::string_view text);
 
-/// A sentence or a single value as it may be shown: "***" for all behind a password's name and "=".
+/// A sentence as it may be shown: "***" for all behind a password's name and "=".
 std::string RedactedText(std::string_view text);
+
+/// A setting's value as it may be shown: the same, and also behind a blank or ":". A value of
+/// several lines is shown as a file's are.
+std::string RedactedValue(std::string_view value);
 
 }  // namespace simulated

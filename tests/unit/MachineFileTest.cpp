@@ -252,6 +252,9 @@ TEST(MachineFile, SecretsAreHiddenAndNothingElse) {
       {"DomainPassword=\n\n", "DomainPassword=\n\n"}};
   for (const auto& [text, redacted] : kTexts) EXPECT_EQ(RedactedFile(text), redacted) << text;
   EXPECT_EQ(RedactedText("PC compass: sets Password=x y\nz"), "PC compass: sets Password=***");
+  EXPECT_EQ(RedactedValue("compass.corp"), "compass.corp");
+  EXPECT_EQ(RedactedValue("my password x"), "my password ***");
+  EXPECT_EQ(RedactedValue("compass.corp\nDomainUser: x"), "compass.corp\n***");
 }
 
 TEST(MachineFile, NoRefusalRepeatsASecret) {

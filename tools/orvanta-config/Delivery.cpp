@@ -44,9 +44,8 @@ std::string ShownText(const MessageValue& value) {
   if (simulated::NamesSecret(value.key)) return simulated::kHidden;
   const auto* text = std::get_if<std::string>(&value.data);
   if (text == nullptr) return std::to_string(std::get<std::int32_t>(value.data));
-  // Comments and values of several lines are whole lines of a file.
-  const bool isLine = value.key.empty() || text->find('\n') != std::string::npos;
-  return isLine ? simulated::RedactedFile(*text) : simulated::RedactedText(*text);
+  // A comment that is passed on as a value is a whole line of the file.
+  return value.key.empty() ? simulated::RedactedFile(*text) : simulated::RedactedValue(*text);
 }
 
 std::string Delivery::Result() const {

@@ -203,8 +203,15 @@ std::string_view Document::BrokenHeader(std::uint32_t line) const {
   return KindOfSection(name) != SectionKind::kUnknown ? name : std::string_view();
 }
 
+bool Document::LooksLikePassword(std::uint32_t line) const {
+  if (lines_[line].kind != Kind::kContinuation) return false;
+  const std::string_view text = ItemOf(line).text;
+  const std::string_view lead = LeadOf(text);
+  return lead.size() < text.size() && simulated::NamesSecret(lead);
+}
+
 bool Document::LooksLikeOther(std::uint32_t line) const {
-  return BrokenKey(line) || !BrokenHeader(line).empty();
+  return BrokenKey(line) || !BrokenHeader(line).empty() || LooksLikePassword(line);
 }
 
 // ---- Showing ------------------------------------------------------------------------------------

@@ -107,6 +107,10 @@ class Document {
   std::optional<Key> BrokenKey(std::uint32_t line) const;
   /// The name of a known section before a "]" at its end; empty when there is none.
   std::string_view BrokenHeader(std::uint32_t line) const;
+  /// It begins with the name of a secret, and more follows.
+  bool LooksLikePassword(std::uint32_t line) const;
+  /// It is one of these.
+  bool LooksLikeOther(std::uint32_t line) const;
 
   // What may be shown: of a secret no more than "***".
 
@@ -125,7 +129,6 @@ class Document {
 
   void AddLine(std::uint32_t number);
   void AddEntry(std::uint32_t number, Section& section);
-  bool LooksLikeOther(std::uint32_t line) const;
   std::vector<std::uint32_t> Chain(const Entry& entry) const;
   Item FirstLineOfValue(std::uint32_t line) const;
   Item Part(std::size_t begin, std::size_t end) const;

@@ -56,6 +56,10 @@ void CheckContinuation(const Document& document, std::uint32_t line, Findings& f
     findings.Add(Code::kBrokenKey, document, item.span,
                  std::string(NameOf(*key)) + " has no \"=\": the line adds to the value above it",
                  "write " + std::string(NameOf(*key)) + "=...");
+  } else if (document.LooksLikePassword(line)) {
+    findings.Add(
+        Code::kBrokenKey, document, item.span,
+        "the line looks like a password's, but has no \"=\": it adds to the value above it");
   }
   if (const std::string_view name = document.BrokenHeader(line); !name.empty()) {
     findings.Add(
@@ -100,7 +104,7 @@ void CheckCommented(const Document& document, std::uint32_t line, Reading& readi
   const Section& section = document.Sections()[document.Lines()[line].section];
   const bool isRead =
       section.kind != SectionKind::kUnknown && section.kind != SectionKind::kAgentSettings;
-  if (!isRead || document.BrokenKey(line) || !document.BrokenHeader(line).empty()) return;
+  if (!isRead || document.LooksLikeOther(line)) return;
   const Span span = document.ItemOf(line).span;
   if (reading.isInList) {
     findings.Add(Code::kLostListLine, document, span,
@@ -113,7 +117,7 @@ void CheckCommented(const Document& document, std::uint32_t line, Reading& readi
 void CheckStrayLines(const Document& document, const Section& section, const Entry& entry,
                      Findings& findings) {
   if (document.Lines()[entry.line].kind == Kind::kContinuation) {
-    if (document.BrokenKey(entry.line) || !document.BrokenHeader(entry.line).empty()) return;
+    if (document.LooksLikeOther(entry.line)) return;
     findings.Add(Code::kStrayLine, document, document.ItemOf(entry.line).span,
                  "the line has no \"=\", and there is no value above it in this section");
     return;
