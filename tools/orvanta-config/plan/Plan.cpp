@@ -52,15 +52,12 @@ Examples:
 
 CLI::App* AddPlan(CLI::App& app, PlanOptions& options) {
   CLI::App* command = app.add_subcommand("plan", "show what a configuration file would do and why");
-  command->add_option("FILE", options.file, "configuration file, or - for standard input")
+  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
       ->type_name("")
       ->required();
   AddMachineOptions(*command, options.machine);
-  command
-      ->add_option("--follow-restarts", options.followRestarts,
-                   "run the plan, restart, and plan again, N <= 1000")
-      ->check(CLI::Range(0, 1000).description(""))
-      ->type_name("N");
+  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
+                                     "run the plan, restart, and plan again, N <= 1000"));
   command->add_option("--html", options.html, "write a page about the plan and its run")
       ->type_name("OUT.html");
   command->add_flag("--verbose", options.verbose, "tell every event and every adapter too");
