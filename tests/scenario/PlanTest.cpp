@@ -466,7 +466,7 @@ Waits for the restart, and is planned anew then
        SetDhcp       line 19
   7  Reboot
 Pauses
-  0 s now, 40 s after the restart
+  40 s after the restart
 )");
   expectReport(
       "[Global]\nRebootAfterConfig=False\n[Networking]\nComputerName=B\nWorkgroup=No\n"

@@ -38,8 +38,11 @@ before and after, and FILE. It is for its owner only to read.
 
 Exit codes:
   0  the plan could be made; with --follow-restarts no run failed, and there is no loop
-  1  the library refuses the file or cannot question the machine; the error is told
-  2  unusable arguments or files, with one line on standard error
+  1  the library refuses a value or cannot question the machine; the error is told
+  2  unusable arguments or files, also an empty one and a header without "]", with one
+     line on standard error
+
+A plan whose run is bound to fail, as for want of an adapter, is a plan: 0.
 
 Examples:
   orvanta-config plan pc.cfg
