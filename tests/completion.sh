@@ -43,12 +43,33 @@ expect 'zsh' completion z
 
 for shell in zsh fish; do
   command -v "$shell" >/dev/null || continue
-  "$tool" completion "$shell" >"$folder/script"
-  "$shell" -n "$folder/script" || fail "$shell does not understand its script"
+  "$tool" completion "$shell" >"$folder/$shell"
+  "$shell" -n "$folder/$shell" || fail "$shell does not understand its script"
 done
+if command -v zsh >/dev/null; then
+  # A terminal in which Tab is pressed behind each line.
+  cat >"$folder/tab.zsh" <<'END'
+zmodload zsh/zpty
+zpty shell zsh -f -i
+zpty -w shell "PS1= TERM=dumb; autoload -U compinit; compinit -u -D; source ./zsh; echo rea''dy"
+zpty -r shell output '*ready*'
+for line in "$@"; do zpty -w -n shell "$line"$'\t'; sleep 1; zpty -w -n shell $'\C-u'; done
+zpty -w shell "echo do''ne"
+zpty -r shell output '*done*'
+print -r -- "$output"
+END
+  offered=$(timeout 60 zsh -f tab.zsh 'orvanta-config --vers' 'orvanta-config plan --machine=my-' \
+    'orvanta-config send Internal --plug')
+  for word in --version --machine=my-pc.json '--plugin  --'; do
+    [[ $offered == *"$word"* ]] || fail "zsh: offered '$offered', without '$word'"
+  done
+  [[ $offered != *_arguments:* ]] || fail "zsh: $offered"
+fi
 if command -v fish >/dev/null; then
-  offered=$(HOME=$folder fish -c "source '$folder/script'; complete -C 'orvanta-config check --sa'")
+  offered=$(HOME=$folder fish -c "source '$folder/fish'; complete -C 'orvanta-config check --sa'")
   [[ $offered == --sarif* ]] || fail "fish: offered '$offered', not '--sarif'"
+  offered=$(HOME=$folder fish -c "source '$folder/fish'; complete -C 'orvanta-config --vers'")
+  [[ $offered == --version* ]] || fail "fish: offered '$offered', not '--version'"
 fi
 
 # The formatter warns of whatever it does not understand.

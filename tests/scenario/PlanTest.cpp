@@ -320,7 +320,25 @@ TEST_F(PlanTest, WhatTheUserMustMendIsOneLineAndExitCodeTwo) {
     Texts arguments;
     const char* says;
   } kCases[] = {
-      {"no file", {"plan"}, "see orvanta-config plan --help"},
+      {"no file", {"plan"}, "plan: FILE is missing; name a configuration file, or - for"},
+      {"a misspelt option",
+       {"plan", "--machin", "m.json", config},
+       "--machin: is no option of plan; use --machine, or see orvanta-config plan --help"},
+      {"a letter", {"plan", "-v", config}, "-v: is no option of plan; use --verbose, or"},
+      {"an option without its value",
+       {"plan", config, "--machine"},
+       "--machine: lacks its value M"},
+      {"an option twice", {"plan", config, "--html=a", "--html", "b"}, "--html: is given twice"},
+      {"two files", {"plan", config, config}, "is one argument too many for plan; see"},
+      {"a restart count",
+       {"plan", config, "--follow-restarts", "x"},
+       "\"x\" is no number from 0 to"},
+      {"an option alone", {"--bogus"}, "--bogus: is no option before a command; see"},
+      {"a misspelt command", {"chekc", config}, "chekc: is no command; use check, or see"},
+      {"no shell", {"completion"}, "completion: SHELL is missing; name bash, zsh or fish"},
+      {"a word that is none",
+       {"simulate", "--message", "x"},
+       "--message x: is no value that is known; name configure, prep-for-image or update-info"},
       {"absent file", {"plan", Path("none.cfg")}, "none.cfg: cannot be read"},
       {"unknown option", {"plan", config, "--deliver-posted"}, "see orvanta-config plan --help"},
       {"open header", {"plan", Write("b.cfg", "[a]\n x=y\n [b\n")}, "b.cfg:3:2: section header"},
@@ -448,7 +466,7 @@ Waits for the restart, and is planned anew then
        SetDhcp       line 19
   7  Reboot
 Pauses
-  0 s now, 40 s after the restart
+  40 s after the restart
 )");
   expectReport(
       "[Global]\nRebootAfterConfig=False\n[Networking]\nComputerName=B\nWorkgroup=No\n"

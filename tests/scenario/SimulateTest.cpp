@@ -34,7 +34,7 @@ TEST_F(SimulateTest, WhatTheUserMustMendIsOneLineAndExitCodeTwo) {
     Texts arguments;
     const char* says;
   } kCases[] = {
-      {"no command", {}, "subcommand"},
+      {"no command", {}, "the command is missing; see orvanta-config --help"},
       {"unknown command", {"simulat", config}, "simulat: is no command"},
       {"unknown option", {"simulate", config, "--frob"}, "--frob"},
       {"machine from standard input", {"simulate", "-", "--machine", "-"}, "--machine -"},

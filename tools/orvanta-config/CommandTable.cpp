@@ -13,9 +13,10 @@ CommandRow ReadCommand(const CLI::App& app) {
     OptionRow read;
     read.description = option->get_description();
     if (option->get_items_expected_max() > 0) read.value = option->get_type_name();
+    read.isList = option->get_expected_max() > 1;
+    read.isRequired = option->get_required();
     if (option->get_positional()) {
       read.names = {option->get_name(/*positional=*/true)};
-      read.isList = option->get_expected_max() > 1;
       row.positionals.push_back(std::move(read));
       continue;
     }

@@ -16,8 +16,10 @@ struct OptionRow {
   /// What stands for the value: "M.json", or "a|b" for one of a few words. Empty for a flag.
   std::string value;
   std::string description;
-  /// Stands without a name and may be given several times.
+  /// May be given several times.
   bool isList = false;
+  /// The command does nothing without it.
+  bool isRequired = false;
 
   /// The words that the value may be; empty when any text may.
   std::vector<std::string> Choices() const;

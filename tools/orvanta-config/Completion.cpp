@@ -129,19 +129,29 @@ std::string ZshValue(const OptionRow& option) {
 
 std::string ZshScript(const Commands& commands) {
   std::string names;
+  std::string options;
+  for (const OptionRow& option : commands[0].options) {
+    for (const std::string& name : option.names) {
+      options += "    " + Quoted(Escaped(name, ":") + ":" + option.description) + "\n";
+    }
+  }
   std::string cases;
   for (const CommandRow& command : Named(commands)) {
     names += "    " + Quoted(Escaped(command.name, ":") + ":" + command.description) + "\n";
     cases += "    " + command.name + ")\n      _arguments";
     for (const OptionRow& option : command.options) {
       for (const std::string& name : option.names) {
+        // With "=" a value may stand behind a blank too.
         const std::string value = option.value.empty() ? "" : ZshValue(option);
-        cases += " \\\n        " +
-                 Quoted("*" + name + "[" + Escaped(option.description, "[]") + "]" + value);
+        cases += " \\\n        " + Quoted("*" + name + (value.empty() ? "" : "=") + "[" +
+                                          Escaped(option.description, "[]") + "]" + value);
       }
     }
+    std::size_t place = 0;
     for (const OptionRow& positional : command.positionals) {
-      cases += " \\\n        " + Quoted("*" + ZshValue(positional));
+      ++place;
+      cases += " \\\n        " +
+               Quoted((positional.isList ? "*" : std::to_string(place)) + ZshValue(positional));
     }
     cases += " ;;\n";
   }
@@ -150,9 +160,11 @@ std::string ZshScript(const Commands& commands) {
 _orvanta_config() {
   local -a commands=(
 )" + names +
+         "  )\n  local -a options=(\n" + options +
          R"(  )
   if (( CURRENT == 2 )); then
     _describe command commands
+    _describe -o option options
     return
   fi
   local command=$words[2]
@@ -178,20 +190,29 @@ std::string FishValue(const OptionRow& option) {
   return option.TakesFile() ? " -r -F" : " -x";
 }
 
+std::string FishNames(const OptionRow& option) {
+  std::string names;
+  for (const std::string& name : option.names) {
+    names += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
+  }
+  return names;
+}
+
 std::string FishScript(const Commands& commands) {
   const std::string start = "complete -c orvanta-config";
   std::string script = "# Completion of orvanta-config for fish.\n" + start + " -f\n";
+  for (const OptionRow& option : commands[0].options) {
+    script += start + " -n __fish_use_subcommand" + FishNames(option) + " -d " +
+              Quoted(option.description) + "\n";
+  }
   for (const CommandRow& command : Named(commands)) {
     script += start + " -n __fish_use_subcommand -a " + command.name + " -d " +
               Quoted(command.description) + "\n";
     const std::string condition =
         start + " -n " + Quoted("__fish_seen_subcommand_from " + command.name);
     for (const OptionRow& option : command.options) {
-      std::string names;
-      for (const std::string& name : option.names) {
-        names += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
-      }
-      script += condition + names + FishValue(option) + " -d " + Quoted(option.description) + "\n";
+      script += condition + FishNames(option) + FishValue(option) + " -d " +
+                Quoted(option.description) + "\n";
     }
     for (const OptionRow& positional : command.positionals) {
       script += condition + (positional.TakesFile() ? " -F" : FishValue(positional)) + "\n";
@@ -209,7 +230,7 @@ constexpr struct {
 
 CLI::App* AddCompletion(CLI::App& app, CompletionOptions& options) {
   CLI::App* command = app.add_subcommand("completion", "write a script that completes commands");
-  command->add_option("SHELL", options.shell, "the shell")->type_name("bash|zsh|fish");
+  command->add_option("SHELL", options.shell, "the shell")->required()->type_name("bash|zsh|fish");
   command->footer(kFooter);
   return command;
 }

@@ -1,11 +1,13 @@
 #include "tools/orvanta-config/MachineOptions.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <system_error>
 #include <utility>
 
+#include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
 #include "tools/orvanta-config/ToolError.h"
 
@@ -13,6 +15,8 @@ namespace tool {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr std::uint32_t kMostRestarts = 1000;
 
 /// Neither need be there yet.
 bool AreSameFile(const std::string& left, const std::string& right) {
@@ -33,6 +37,17 @@ void AddMachineOptions(CLI::App& command, MachineOptions& options) {
       .add_option("--save-machine", options.saveMachine, "write the machine as it is afterwards")
       ->type_name("OUT.json");
   command.add_flag("--no-color", options.noColor, "no colour (as with NO_COLOR set)");
+}
+
+void LimitRestarts(CLI::Option& option) {
+  const auto check = [](const std::string& text) -> std::string {
+    const bool isNumber =
+        !text.empty() && text.size() <= 4 &&
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (isNumber && util::ParseUnsigned(text) <= kMostRestarts) return {};
+    return "\"" + text + "\" is no number from 0 to " + std::to_string(kMostRestarts);
+  };
+  option.check(CLI::Validator(check, ""))->type_name("N");
 }
 
 simulated::Machine LoadMachine(const MachineOptions& options) {

@@ -10,7 +10,8 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+}  // namespace CLI
 
 namespace tool {
 
@@ -24,6 +25,9 @@ struct MachineOptions {
 
 /// Adds the options to a command; `options` must live until they were parsed.
 void AddMachineOptions(CLI::App& command, MachineOptions& options);
+
+/// Makes the option take a number of restarts, 1000 at most.
+void LimitRestarts(CLI::Option& option);
 
 /// Reads the chosen machine. Throws ToolError.
 simulated::Machine LoadMachine(const MachineOptions& options);

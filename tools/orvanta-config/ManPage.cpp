@@ -54,7 +54,7 @@ std::string Options(const std::vector<OptionRow>& options) {
   return text;
 }
 
-std::string Verbatim(const std::string& text) { return ".PP\n.nf\n" + Plain(text) + "\n.fi\n"; }
+std::string Verbatim(const std::string& text) { return ".nf\n" + Plain(text) + "\n.fi\n"; }
 
 std::string Command(const CommandRow& command) {
   std::string title = Bold("orvanta-config " + command.name) + " [options]";
@@ -66,7 +66,7 @@ std::string Command(const CommandRow& command) {
     text += ".TP\n" + Italic(positional.names[0]) + Value(positional) + "\n" +
             Plain(positional.description) + "\n";
   }
-  return text + Options(command.options) + Verbatim(command.footer);
+  return text + Options(command.options) + ".PP\n" + Verbatim(command.footer);
 }
 
 }  // namespace
@@ -97,7 +97,7 @@ int ManPage(const std::vector<CommandRow>& commands, const Streams& streams) {
       << ".SH ENVIRONMENT\n"
       << ".TP\n.B NO_COLOR\nWhen it is set and not empty, nothing is shown in colour.\n"
       << ".SH EXAMPLES\n"
-      << Verbatim(program.footer);
+      << Verbatim(program.footer.substr(program.footer.find('\n') + 1));
   return kDone;
 }
 

@@ -70,7 +70,7 @@ Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
 CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options) {
   CLI::App* command =
       app.add_subcommand("simulate", "send one message to the library on a simulated machine");
-  command->add_option("FILE", options.file, "configuration file, or - for standard input")
+  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
       ->type_name("");
   AddMachineOptions(*command, options.machine);
   std::vector<std::string> names;
@@ -85,11 +85,8 @@ CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options) {
   AddSetOption(*command, options.set);
   command->add_flag("--deliver-posted", options.deliverPosted,
                     "deliver the messages that the library posts");
-  command
-      ->add_option("--follow-restarts", options.followRestarts,
-                   "restart after \"Reboot\" and send it again, N <= 1000")
-      ->check(CLI::Range(0, 1000).description(""))
-      ->type_name("N");
+  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
+                                     "restart after \"Reboot\" and send it again, N <= 1000"));
   command->add_flag("--verbose", options.verbose, "show the log lines too");
   command->footer(kFooter);
   return command;

@@ -8,6 +8,7 @@
 
 #include "toolbox/ToolboxApi.h"
 #include "tools/orvanta-config/Capture.h"
+#include "tools/orvanta-config/CommandLine.h"
 #include "tools/orvanta-config/CommandTable.h"
 #include "tools/orvanta-config/Completion.h"
 #include "tools/orvanta-config/ManPage.h"
@@ -84,11 +85,8 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   };
 
   int exitCode = kDone;
-  const auto isMeant = [&](const CLI::App* command) { return command->get_name() == arguments[0]; };
-  if (!arguments.empty() && !arguments[0].starts_with('-') &&
-      app.get_subcommands(isMeant).empty()) {
-    return Refuse(arguments[0] + ": is no command; see orvanta-config --help", streams);
-  }
+  const std::string fault = FindCommandLineFault(ReadCommands(app), arguments);
+  if (!fault.empty()) return Refuse(fault, streams);
   try {
     std::reverse(arguments.begin(), arguments.end());
     app.parse(std::move(arguments));

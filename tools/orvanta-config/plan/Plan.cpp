@@ -38,8 +38,11 @@ before and after, and FILE. It is for its owner only to read.
 
 Exit codes:
   0  the plan could be made; with --follow-restarts no run failed, and there is no loop
-  1  the library refuses the file or cannot question the machine; the error is told
-  2  unusable arguments or files, with one line on standard error
+  1  the library refuses a value or cannot question the machine; the error is told
+  2  unusable arguments or files, also an empty one and a header without "]", with one
+     line on standard error
+
+A plan whose run is bound to fail, as for want of an adapter, is a plan: 0.
 
 Examples:
   orvanta-config plan pc.cfg
@@ -52,15 +55,12 @@ Examples:
 
 CLI::App* AddPlan(CLI::App& app, PlanOptions& options) {
   CLI::App* command = app.add_subcommand("plan", "show what a configuration file would do and why");
-  command->add_option("FILE", options.file, "configuration file, or - for standard input")
+  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
       ->type_name("")
       ->required();
   AddMachineOptions(*command, options.machine);
-  command
-      ->add_option("--follow-restarts", options.followRestarts,
-                   "run the plan, restart, and plan again, N <= 1000")
-      ->check(CLI::Range(0, 1000).description(""))
-      ->type_name("N");
+  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
+                                     "run the plan, restart, and plan again, N <= 1000"));
   command->add_option("--html", options.html, "write a page about the plan and its run")
       ->type_name("OUT.html");
   command->add_flag("--verbose", options.verbose, "tell every event and every adapter too");

@@ -49,14 +49,15 @@ ol.queue > li.restart.bad { color: var(--bad); }
 .card.idle { border-left-color: var(--line); }
 li .head { display: flex; flex-wrap: wrap; gap: .1rem .75rem; align-items: baseline; }
 li .head b { min-width: 1.5rem; }
-.from { margin-left: auto; font-size: .9em; }
+.from { font-size: .9em; }
 li ul { margin: .4rem 0 0; padding: 0 0 0 1rem; border-left: 1px solid var(--line); list-style: none; }
 li ul li { padding: .2rem 0; }
 .values { display: inline-block; padding: 0 .4rem; background: var(--code); border-radius: .2rem; }
 .not-needed { color: var(--soft); }
 table { width: 100%; border-collapse: collapse; background: var(--sheet); }
 th, td { padding: .35rem .6rem; border: 1px solid var(--line); text-align: left; vertical-align: top;
-  overflow-wrap: break-word; }
+  overflow-wrap: anywhere; }
+td[data-name="Setting"] { min-width: 9rem; }
 th { color: var(--soft); font-weight: 600; }
 tr.subject td { font-weight: 600; background: var(--code); }
 tr:target, .file li:target { outline: 2px solid var(--now); }
@@ -70,7 +71,7 @@ ol.file { margin: 0; padding: .6rem 0; background: var(--sheet); border: 1px sol
 .file .to { white-space: nowrap; }
 @media (max-width: 40rem) {
   body { padding: .75rem; }
-  .from { margin-left: 0; flex-basis: 100%; }
+  .from { flex-basis: 100%; }
   table, tbody, tr, td { display: block; }
   thead { display: none; }
   tr { border: 1px solid var(--line); border-bottom: 0; }
@@ -117,6 +118,13 @@ std::string Listed(std::string_view text) {
     if (c == ',') listed += "<wbr>";
   }
   return listed;
+}
+
+/// The arrow between two values as one character.
+std::string WithArrow(std::string text) {
+  constexpr std::string_view kTyped = "-&gt; ";
+  const std::size_t arrow = text.find(kTyped);
+  return arrow == text.npos ? text : text.replace(arrow, kTyped.size(), "\u2192 ");
 }
 
 std::string Element(const char* name, const char* className, const std::string& content) {
@@ -266,7 +274,7 @@ class StartSection {
     html += Element("b", "", Shown(command.ShortName()));
     if (!command.description.empty()) html += Element("span", "mono", Listed(command.description));
     const std::string values = ComparisonText(command);
-    if (!values.empty()) html += Element("span", "values mono", Listed(values));
+    if (!values.empty()) html += Element("span", "values mono", WithArrow(Listed(values)));
     std::string from = isInner ? "" : Escaped(SectionOf(plan_, command));
     if (!from.empty()) from += " ";
     if (!command.events.empty()) from += Origin(command);
@@ -289,6 +297,11 @@ class StartSection {
 std::string PauseText(const QueuePlan& plan) {
   const PauseForecast forecast = ForecastPauses(plan);
   if (forecast.nowMs + forecast.laterMs == 0) return {};
+  if (forecast.nowMs == 0) {
+    return Element("p", "soft",
+                   "Pauses: " + DurationText(forecast.laterMs) + " after the restart") +
+           "\n";
+  }
   std::string text = "Pauses: " + DurationText(forecast.nowMs) + " now";
   for (std::size_t i = 0; i < forecast.parts.size(); ++i) {
     text += (i == 0 ? " (" : ", ") + forecast.parts[i];

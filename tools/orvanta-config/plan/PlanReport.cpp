@@ -158,7 +158,9 @@ std::string CameToNothing(const QueuePlan& plan, const Style& style) {
 std::string Pauses(const QueuePlan& plan, const Style& style) {
   const PauseForecast forecast = ForecastPauses(plan);
   if (forecast.nowMs + forecast.laterMs == 0) return {};
-  std::string text = style.Heading("Pauses") + "\n  " + DurationText(forecast.nowMs) + " now";
+  std::string text = style.Heading("Pauses") + "\n  ";
+  if (forecast.nowMs == 0) return text + DurationText(forecast.laterMs) + " after the restart\n";
+  text += DurationText(forecast.nowMs) + " now";
   if (forecast.parts.size() > 1) text += " (" + Joined(forecast.parts, ", ") + ")";
   if (forecast.parts.size() == 1) {
     const std::string& part = forecast.parts.front();
