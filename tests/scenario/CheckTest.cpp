@@ -359,7 +359,7 @@ TEST_F(CheckTest, FilesAreComparedWithEachOther) {
 
 TEST_F(CheckTest, OneFileUnderTwoNamesIsOne) {
   const std::string file = Write("a.cfg", "[Networking]\nComputerName=PC-1\n");
-  EXPECT_EQ(FoundIn({file, fs::relative(file).string()}), Texts{});
+  EXPECT_EQ(FoundIn({file, Path("./a.cfg")}), Texts{});
   std::error_code error;
   fs::create_symlink(file, Path("b.cfg"), error);
   if (error) GTEST_SKIP() << "no links on this system: " << error.message();

@@ -47,6 +47,14 @@ TEST_F(ChildProcessTest, EveryStepMayFailAndNothingStaysOpen) {
   }
 }
 
+TEST_F(ChildProcessTest, OneObjectRunsOneProcessAfterAnother) {
+  CChildProcess child(log_, CChildProcess::kWithoutLimit);
+  for (int runs = 0; runs < 2; ++runs) {
+    EXPECT_EQ(child.ExecuteCmd(nullptr, kAdd, "", "", /*wait=*/true, 1, nullptr), 0);
+    EXPECT_EQ(platform_.InUse().processHandles, 2) << "the process and its thread";
+  }
+}
+
 TEST_F(ChildProcessTest, ARelayThatCannotAttachPutsTheStandardHandlesBack) {
   platform::IProcesses& processes = platform_.Processes();
   const auto before = processes.GetStandardHandle(platform::StandardStream::kOutput);

@@ -244,6 +244,14 @@ TEST_F(SysTest, AddressesAreDottedOrResolved) {
   EXPECT_EQ(ipc::IPv4Address("1host").ToString(), "255.255.255.255");
   EXPECT_EQ(ipc::IPv4Address().ToString(), "0.0.0.0");
   EXPECT_LT(ipc::IPv4Address("9.255.255.255"), ipc::IPv4Address("10.0.0.0"));
+  FailCall("host.start", 1);
+  EXPECT_EQ(ipc::IPv4Address("gate.example").ToString(), "10.0.0.1");
+  EXPECT_EQ(machine_.faults[0].matched, 0U) << "one start serves the process";
+  support::ForgetProcess();
+  for (int tries = 1; tries <= 3; ++tries) {
+    EXPECT_EQ(ipc::IPv4Address("gate.example").ToString(), "10.0.0.1");
+    EXPECT_EQ(machine_.faults[0].matched, tries == 1 ? 1U : 2U) << "a failed start is tried again";
+  }
   const auto error = Caught<ipc::CIPAddressError>([] { ipc::IPv4Address("nowhere.example"); });
   EXPECT_STREQ(error.message, "IPAddress::Connect Name Resolution Error");
   EXPECT_EQ(error.SystemError, 11001U);
