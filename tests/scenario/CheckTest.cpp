@@ -357,6 +357,37 @@ TEST_F(CheckTest, FilesAreComparedWithEachOther) {
   EXPECT_EQ(FoundIn({Path("b.cfg"), Path("c.cfg")}), Texts{"b.cfg C309"});
 }
 
+TEST_F(CheckTest, AValueIsRefusedForWhatIsWrongWithIt) {
+  const std::string adapter = "[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n";
+  const std::string identity = "[Networking]\n";
+  const struct {
+    std::string text;
+    const char* code;
+    const char* says;
+  } kCases[] = {
+      {adapter + "MACAddress=010027123456\n", "C212", "is no address of a single adapter"},
+      {adapter + "MACAddress=000000000000\n", "C212", "is no address of a single adapter"},
+      {identity + "ComputerName=4711\n", "C216", "is made of digits alone"},
+      {identity + "ComputerName=-PC\n", "C216", "a hyphen at its start"},
+      {identity + "ComputerName=PC-\n", "C216", "a hyphen at its end"},
+      {identity + "Workgroup=True\nDomain=SIXTEEN-LETTERS-\n", "C217", "has 16 characters"},
+      {identity + "DNSDomain=corp.example\nDSOrganizationalUnit=ou=Sales\n", "C219",
+       "it is taken for a path"},
+      {"[TCP/IP]\nDHCP=False\nAddress=127.0.0.1\nNetmask=255.0.0.0\n", "C204",
+       "is a loopback address"},
+      {"[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.00\n", "C203",
+       "is read as another mask"},
+      {"[TCP/IP]\nDHCP=False\nAddress=10.0.0.5\nNetmask=0.0.0.0\n", "C205", "it is empty"},
+  };
+  for (const auto& c : kCases) {
+    SCOPED_TRACE(c.text);
+    EXPECT_EQ(Run({"-"}, c.text), 1);
+    const std::size_t code = out_.find(std::string(" [") + c.code + "]");
+    ASSERT_NE(code, std::string::npos) << out_;
+    EXPECT_NE(out_.find(c.says), std::string::npos) << out_;
+  }
+}
+
 TEST_F(CheckTest, OneFileUnderTwoNamesIsOne) {
   const std::string file = Write("a.cfg", "[Networking]\nComputerName=PC-1\n");
   EXPECT_EQ(FoundIn({file, Path("./a.cfg")}), Texts{});
