@@ -124,7 +124,7 @@ std::string Listed(std::string_view text) {
 std::string WithArrow(std::string text) {
   constexpr std::string_view kTyped = "-&gt; ";
   const std::size_t arrow = text.find(kTyped);
-  return arrow == text.npos ? text : text.replace(arrow, kTyped.size(), "\u2192 ");
+  return arrow == std::string::npos ? text : text.replace(arrow, kTyped.size(), "\u2192 ");
 }
 
 std::string Element(const char* name, const char* className, const std::string& content) {
@@ -354,7 +354,9 @@ std::string Starts(const RestartChain& chain) {
 
 std::string NotTrueHtml(const RestartChain& chain) {
   if (chain.notTrue.empty()) return {};
-  std::string html = "<h2 id=\"not-true\">Still not true</h2>\n<ul class=\"plain\">\n";
+  std::string html = R"(<h2 id="not-true">Still not true</h2>
+<ul class="plain">
+)";
   for (const NotTrue& wish : chain.notTrue) {
     html += "<li class=\"card bad\"><div class=\"head\">" + Element("b", "", Shown(wish.what)) +
             Element("span", "mono", Listed(wish.description));
@@ -378,7 +380,7 @@ std::string MachineHtml(const simulated::Machine& before, const simulated::Machi
   for (const Difference& difference : differences) {
     if (difference.subject != subject) {
       subject = difference.subject;
-      html += "<tr class=\"subject\"><td colspan=\"3\">" + Escaped(subject) + "</td></tr>\n";
+      html += R"(<tr class="subject"><td colspan="3">)" + Escaped(subject) + "</td></tr>\n";
     }
     html += Element("tr", "",
                     TableRow({{"Setting", Escaped(difference.setting)},

@@ -59,9 +59,10 @@ class Tree {
   static std::vector<std::string> Lines(const PlannedCommand& command) {
     std::vector<std::string> lines{Printable(command.description)};
     const std::string values = ComparisonText(command);
-    const std::size_t arrow = values.size() > kWidestValues ? values.find(" -> ") : values.npos;
+    const std::size_t arrow =
+        values.size() > kWidestValues ? values.find(" -> ") : std::string::npos;
     lines.push_back(values.substr(0, arrow));
-    if (arrow != values.npos) lines.push_back(values.substr(arrow + 1));
+    if (arrow != std::string::npos) lines.push_back(values.substr(arrow + 1));
     std::erase(lines, "");
     return lines;
   }
@@ -233,12 +234,12 @@ std::string PlanReport(const QueuePlan& plan, const Style& style, bool verbose) 
 
 std::string ChainReport(const RestartChain& chain, const Style& style, bool verbose) {
   std::string text;
-  for (std::size_t i = 0; i < chain.steps.size(); ++i) {
-    const std::uint32_t restarts = chain.steps[i].delivery.restarts;
+  for (const auto& step : chain.steps) {
+    const std::uint32_t restarts = step.delivery.restarts;
     if (restarts > 0)
       text += style.Notice("-- restart " + std::to_string(restarts) + " --") + "\n\n";
-    const std::string result = chain.steps[i].delivery.Result();
-    text += PlanReport(chain.steps[i].plan, style, verbose) + style.Heading("Run") + "\n  reply ";
+    const std::string result = step.delivery.Result();
+    text += PlanReport(step.plan, style, verbose) + style.Heading("Run") + "\n  reply ";
     text += (result == "Reboot"    ? style.Notice(result)
              : result == "Success" ? style.Good(result)
                                    : style.Bad(result.empty() ? "none" : result)) +
