@@ -85,15 +85,17 @@ platform::IWmiServices& Connect(sys::ScopedWmiComInit& connection) {
 
 void ForEachInstance(const std::string& className,
                      const std::function<void(const Record&)>& visit) {
-  const std::runtime_error unlisted("the class " + className + " cannot be listed");
+  const auto unlisted = [&] {
+    return std::runtime_error("the class " + className + " cannot be listed");
+  };
   sys::ScopedWmiComInit connection;
   platform::IWmiServices& services = Connect(connection);
   std::unique_ptr<platform::IWmiRows> rows;
-  if (platform::Failed(services.CreateInstanceEnum(className, &rows)) || !rows) throw unlisted;
+  if (platform::Failed(services.CreateInstanceEnum(className, &rows)) || !rows) throw unlisted();
   for (;;) {
     std::unique_ptr<platform::IWmiObject> object;
     std::uint32_t count = 0;
-    if (platform::Failed(rows->Next(platform::kForever, &object, &count))) throw unlisted;
+    if (platform::Failed(rows->Next(platform::kForever, &object, &count))) throw unlisted();
     if (!object) return;
     visit(Record(*object));
   }

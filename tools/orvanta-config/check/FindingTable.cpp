@@ -74,7 +74,7 @@ constexpr FindingKind kKinds[] = {
     {Code::kBadMask, kError, "C205", "a mask is not contiguous",
      "write a mask whose ones all come first, such as 255.255.255.0"},
     {Code::kGatewayOutside, kError, "C206", "a gateway is outside the adapter's subnets",
-     "give a gateway in a subnet of \"Address\" and \"Netmask\", or mend those"},
+     R"(give a gateway in a subnet of "Address" and "Netmask", or mend those)"},
     {Code::kGatewayIsOwnAddress, kError, "C207", "a gateway is the adapter's own address",
      "give the router's address"},
     {Code::kAddressAndMaskCounts, kError, "C208", "addresses and masks do not match in number",

@@ -273,7 +273,8 @@ void CheckDomain(const Subject& subject) {
   CheckAccount(subject, domain);
   const Entry* const ou = identity.section->Find(Key::kOrganizationalUnit);
   if (ou == nullptr || identity.membership == Identity::Membership::kWorkgroup) return;
-  if (identity.membership == Identity::Membership::kUnchanged && !MemberOf(subject.machine)) {
+  if (identity.membership == Identity::Membership::kUnchanged &&
+      MemberOf(subject.machine) == nullptr) {
     subject.Add(Code::kOuWithoutDomain, *ou,
                 "the machine is in a workgroup: the unit does not count");
   }

@@ -44,6 +44,7 @@ void CheckUnlocated(const Document& document, const Wishes& wishes, Findings& fi
     return adapter.hasLocation || !adapter.mac.empty();
   };
   const Adapter* located = nullptr;
+  // NOLINTNEXTLINE(modernize-loop-convert): clang 14 cannot read the library's reversed views
   for (auto later = wishes.adapters.rbegin(); later != wishes.adapters.rend(); ++later) {
     const Adapter& adapter = *later;
     if (isLocated(adapter)) {
