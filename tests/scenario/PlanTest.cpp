@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/FreshProcess.h"
+#include "tests/support/PlannedRun.h"
 #include "tests/support/ToolTest.h"
 
 namespace {
@@ -171,33 +172,6 @@ TEST_F(PlanTest, TheQueueSaysWhatIsNeededAndWhy) {
   }
 }
 
-/// The commands that a plan runs before the first restart, as the log of a run tells them.
-Texts PlannedRun(const Json& plan) {
-  Texts lines;
-  const auto add = [&](const char* runner, const Json& command) {
-    lines.push_back(std::string(runner) + "(): about to execute class " +
-                    command["class"].get<std::string>() + " (" +
-                    command["description"].get<std::string>() + ")");
-  };
-  for (std::size_t i = 0; i < plan["runs_now"]; ++i) {
-    const Json& command = plan["commands"][i];
-    add("ConfigBuilder::RunConfig", command);
-    for (const Json& inner : command.value("commands", Json::array())) {
-      if (inner["needed"]) add("ConfigureNic::Execute", inner);
-    }
-  }
-  return lines;
-}
-
-Texts ActualRun(const Json& simulation) {
-  Texts lines;
-  for (const Json& line : simulation["log"]) {
-    const std::string text = line["text"];
-    if (text.find("about to execute") != std::string::npos) lines.push_back(text);
-  }
-  return lines;
-}
-
 TEST_F(PlanTest, ThePlanIsWhatTheRunDoes) {
   std::vector<Texts> runs;
   for (const char* name : {"office-pc", "laptop", "server"}) {
@@ -230,8 +204,8 @@ TEST_F(PlanTest, ThePlanIsWhatTheRunDoes) {
       return Json::parse(out_);
     };
     const Json plan = json("plan");
-    EXPECT_EQ(PlannedRun(plan), ActualRun(json("simulate")));
-    EXPECT_FALSE(PlannedRun(plan).empty());
+    EXPECT_EQ(support::PlannedRun(plan), support::ActualRun(json("simulate")));
+    EXPECT_FALSE(support::PlannedRun(plan).empty());
   }
 }
 

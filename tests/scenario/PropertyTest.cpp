@@ -16,9 +16,11 @@
 #include "platform/simulated/Simulation.h"
 #include "tests/support/DeliveryRules.h"
 #include "tests/support/MachineTest.h"
+#include "tests/support/PlannedRun.h"
 #include "tests/support/QueueRules.h"
 #include "tools/orvanta-config/AgentHost.h"
 #include "tools/orvanta-config/Conversation.h"
+#include "tools/orvanta-config/plan/PlanJson.h"
 #include "tools/orvanta-config/plan/QueuePlan.h"
 
 namespace {
@@ -224,22 +226,6 @@ TEST(Property, ASecondRunFindsNothingToDo) {
   EXPECT_GT(settled, kCases / 2) << "most files are to ask for something that can be done";
 }
 
-/// What the log of a run says of each command that the plan lets run before the first restart.
-std::vector<std::string> PlannedLines(const tool::QueuePlan& plan) {
-  std::vector<std::string> lines;
-  const auto add = [&](const char* runner, const tool::PlannedCommand& command) {
-    lines.push_back(std::string(runner) + "(): about to execute class " + command.className + " (" +
-                    command.description + ")");
-  };
-  for (std::size_t i = 0; i < plan.RunsNow(); ++i) {
-    add("ConfigBuilder::RunConfig", plan.commands[i]);
-    for (const tool::PlannedCommand& inner : plan.commands[i].commands) {
-      if (inner.needed) add("ConfigureNic::Execute", inner);
-    }
-  }
-  return lines;
-}
-
 TEST(Property, ThePlanIsWhatTheRunDoes) {
   std::uint32_t finished = 0;
   for (std::uint32_t seed = 1; seed <= kCases; ++seed) {
@@ -249,15 +235,12 @@ TEST(Property, ThePlanIsWhatTheRunDoes) {
     Machine machine = generated.machine;
     machine.PutFile(kFile, generated.file);
     const tool::QueuePlan plan = tool::MakePlan(machine, kFile, kFile, tool::Comparing::kInTurn);
-    std::vector<std::string> planned = PlannedLines(plan);
+    std::vector<std::string> planned = support::PlannedRun(tool::ToJson(plan, /*verbose=*/false));
 
     support::StartFreshProcess();
     const tool::Delivery delivery =
         tool::DeliverInProcess({"Internal", "Configure", {{"Filename", kFile}}}, machine);
-    std::vector<std::string> run;
-    for (const tool::LogLine& line : delivery.log) {
-      if (line.text.find("about to execute class") != std::string::npos) run.push_back(line.text);
-    }
+    const std::vector<std::string> run = support::ActualRun(tool::ToJson(delivery));
     if (delivery.Result() == "Failure") {
       planned.resize(std::min(planned.size(), run.size()));  // it ended early
     } else {
