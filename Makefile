@@ -8,9 +8,9 @@ MUTANTS ?= 60
 FUZZ_TARGETS := $(notdir $(wildcard fuzz/corpus/*))
 # Rounded up: no time at all would mean for ever.
 FUZZ_SHARE = $(shell echo $$((($(FUZZ_SECONDS) + $(words $(FUZZ_TARGETS)) - 1) / $(words $(FUZZ_TARGETS)))))
-PACKAGES := tools/install-packages.sh
+PACKAGES := scripts/install-packages.sh
 VERSION := $(shell sed -nE 's/^project.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
-FOLDERS := bench common fuzz handlers platform tests toolbox tools
+FOLDERS := bench common fuzz handlers platform tests tool toolbox
 SOURCES = $(shell find $(FOLDERS) -name '*.cpp' -o -name '*.h')
 
 .PHONY: demo build build-native build-sanitize build-windows package test test-native test-windows \
@@ -35,7 +35,7 @@ build-windows:
 
 # What is handed out for Windows, in one file.
 package: build-windows
-	tools/package.py build/windows build/package/orvanta-config-$(VERSION).zip
+	scripts/package.py build/windows build/package/orvanta-config-$(VERSION).zip
 
 # The Windows half comes last, so that the last lines tell when it could not run.
 test: test-native
@@ -71,7 +71,7 @@ endif
 
 # Builds the plug-in once more, elsewhere: the bytes must be the same.
 check-rebuild:
-	tools/check_rebuild.sh build/windows/orvanta-config-$(VERSION).X64.dll
+	scripts/check_rebuild.sh build/windows/orvanta-config-$(VERSION).X64.dll
 
 # Searches for inputs that break a target, FUZZ_SECONDS in all; keeps what it learns in build/.
 fuzz: build-sanitize
@@ -93,7 +93,7 @@ bench:
 
 lint: check-format
 	$(PACKAGES) native lint
-	python3 tools/check_layers.py
+	python3 scripts/check_layers.py
 	cmake --preset native
 	cmake --build --preset native -j $(JOBS) --target all_verify_interface_header_sets
 
@@ -108,10 +108,10 @@ format:
 tidy:
 	$(PACKAGES) native tidy
 	cmake --preset native
-	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(common|handlers|platform|toolbox|tools)/'
+	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(common|handlers|platform|toolbox|tool)/'
 	cppcheck --std=c++20 --enable=warning,performance,portability --inline-suppr --quiet -I . \
 	  --suppress=missingInclude -j $(JOBS) --error-exitcode=1 \
-	  common handlers toolbox platform/simulated platform/Platform.cpp tools/orvanta-config
+	  common handlers toolbox platform/simulated platform/Platform.cpp tool
 
 # Which lines the portable tests reach; build/coverage/index.html shows them one by one.
 coverage:
@@ -120,13 +120,13 @@ coverage:
 	  -DCMAKE_CXX_FLAGS=--coverage
 	cmake --build build/coverage -j $(JOBS)
 	ctest --test-dir build/coverage -j $(JOBS) --output-on-failure
-	gcovr --root . --object-directory build/coverage --filter '(common|handlers|toolbox|platform|tools)/' \
+	gcovr --root . --object-directory build/coverage --filter '(common|handlers|toolbox|platform|tool)/' \
 	  --exclude-throw-branches --html-details build/coverage/index.html --txt --sort-uncovered
 
 # Changes the engine, one condition or constant at a time, and tells what no test noticed.
 mutate:
 	$(PACKAGES) native tests
-	tools/mutate.py --count $(MUTANTS)
+	scripts/mutate.py --count $(MUTANTS)
 
 clean:
 	rm -rf build

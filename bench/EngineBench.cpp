@@ -9,7 +9,7 @@
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/Machine.h"
 #include "platform/simulated/SimulatedPlatform.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/DeliveryRules.h"
 #include "tests/support/FreshProcess.h"
-#include "tools/orvanta-config/Conversation.h"
+#include "tool/agent/Conversation.h"
 
 namespace {
 

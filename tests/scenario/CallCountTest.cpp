@@ -11,7 +11,7 @@
 #include "platform/simulated/Machine.h"
 #include "platform/simulated/Simulation.h"
 #include "tests/support/FreshProcess.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 
 namespace {
 

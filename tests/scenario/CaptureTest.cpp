@@ -6,8 +6,8 @@
 #include "platform/IRegistry.h"
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/MachineTest.h"
-#include "tools/orvanta-config/LiveMachine.h"
-#include "tools/orvanta-config/Tool.h"
+#include "tool/Tool.h"
+#include "tool/machine/LiveMachine.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "platform/IRegistry.h"
 #include "tests/support/MachineTest.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 
 namespace {
 

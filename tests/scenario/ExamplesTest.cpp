@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/orvanta-config/Tool.h"
+#include "tool/Tool.h"
 
 namespace {
 

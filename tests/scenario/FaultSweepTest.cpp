@@ -10,7 +10,7 @@
 #include "platform/IRegistry.h"
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/MachineTest.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 
 namespace {
 

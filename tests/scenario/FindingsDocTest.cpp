@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tests/support/ToolTest.h"
-#include "tools/orvanta-config/check/FindingTable.h"
+#include "tool/check/FindingTable.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "tests/support/MachineTest.h"
+#include "tool/agent/Delivery.h"
 #include "toolbox/ToolboxApi.h"
-#include "tools/orvanta-config/Delivery.h"
 
 namespace {
 

@@ -18,10 +18,10 @@
 #include "tests/support/MachineTest.h"
 #include "tests/support/PlannedRun.h"
 #include "tests/support/QueueRules.h"
-#include "tools/orvanta-config/AgentHost.h"
-#include "tools/orvanta-config/Conversation.h"
-#include "tools/orvanta-config/plan/PlanJson.h"
-#include "tools/orvanta-config/plan/QueuePlan.h"
+#include "tool/agent/AgentHost.h"
+#include "tool/agent/Conversation.h"
+#include "tool/plan/PlanJson.h"
+#include "tool/plan/QueuePlan.h"
 
 namespace {
 

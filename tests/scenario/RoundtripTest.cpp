@@ -8,10 +8,10 @@
 
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/MachineTest.h"
-#include "tools/orvanta-config/ImageRestore.h"
-#include "tools/orvanta-config/RestoredSettings.h"
-#include "tools/orvanta-config/Text.h"
-#include "tools/orvanta-config/Tool.h"
+#include "tool/Tool.h"
+#include "tool/io/Text.h"
+#include "tool/roundtrip/ImageRestore.h"
+#include "tool/roundtrip/RestoredSettings.h"
 
 namespace {
 

@@ -20,7 +20,7 @@
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/MachineTest.h"
 #include "tests/support/ToolTest.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 
 namespace {
 

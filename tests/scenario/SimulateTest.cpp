@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "tests/support/ToolTest.h"
-#include "tools/orvanta-config/AgentHost.h"
+#include "tool/agent/AgentHost.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "platform/simulated/Machine.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 
 namespace support {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "tools/orvanta-config/Tool.h"
+#include "tool/Tool.h"
 
 namespace support {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/simulated/MachineFile.h"
-#include "tools/orvanta-config/Tool.h"
+#include "tool/Tool.h"
 // windows.h renames what others declare, so it comes last.
 #include <windows.h>
 

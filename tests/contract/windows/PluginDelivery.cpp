@@ -7,7 +7,7 @@
 #include "platform/simulated/MachineFile.h"
 #include "tests/contract/windows/MirroredCalls.h"
 #include "tests/support/FreshProcess.h"
-#include "tools/orvanta-config/Delivery.h"
+#include "tool/agent/Delivery.h"
 // windows.h renames what others declare, so it comes last.
 #include <windows.h>
 

@@ -1,0 +1,56 @@
+#include "tool/agent/AgentHost.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string_view>
+
+namespace tool {
+namespace {
+
+SentMessage Copy(const char* target, IAgentMessage& message) {
+  // Every message the library can hold was made by this program.
+  const auto& written = static_cast<AgentMessage&>(message).Written();
+  return {target, message.GetType(), message.GetName(), {written.begin(), written.end()}};
+}
+
+/// Finished texts begin with the source path of the line, so they never look like one of these.
+bool HasArguments(std::string_view format) {
+  return format.starts_with("%s:%d ") || format.starts_with("Exception Details: %s:%d");
+}
+
+}  // namespace
+
+void AgentHost::Destroy(const AgentMessage* message) {
+  std::erase_if(created_, [=](const auto& owned) { return owned.get() == message; });
+}
+
+void AgentHost::SendTo(const char* target, IAgentMessage* message) {
+  sent_.push_back(Copy(target, *message));
+}
+
+std::int32_t AgentHost::Post(IAgentMessage* message) {
+  posted_.push_back(Copy("", *message));
+  return 1;
+}
+
+void AgentHost::Log(std::uint32_t level, const char* format, ...) {
+  std::string text = format;
+  if (HasArguments(text)) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::va_list again;
+    va_copy(again, arguments);
+    const int size = std::vsnprintf(nullptr, 0, format, arguments);
+    text.assign(size > 0 ? static_cast<std::size_t>(size) : 0, '\0');
+    std::vsnprintf(text.data(), text.size() + 1, format, again);
+    va_end(again);
+    va_end(arguments);
+  }
+  log_.push_back({level, std::move(text)});
+}
+
+IAgentMessage* AgentHost::CreateMessage() {
+  return created_.emplace_back(std::make_unique<AgentMessage>(*this)).get();
+}
+
+}  // namespace tool

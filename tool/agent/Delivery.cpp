@@ -1,0 +1,139 @@
+#include "tool/agent/Delivery.h"
+
+#include <algorithm>
+#include <exception>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+#include "common/util/Text.h"
+#include "platform/ScopedPlatform.h"
+#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
+#include "platform/simulated/SimulatedPlatform.h"
+
+namespace tool {
+namespace {
+
+using simulated::Json;
+
+Json ToJson(const MessageValue& value) {
+  const auto* number = std::get_if<std::int32_t>(&value.data);
+  return number != nullptr ? Json(*number) : Json(ShownText(value));
+}
+
+Json ToJson(const std::vector<SentMessage>& messages) {
+  Json list = Json::array();
+  for (const SentMessage& message : messages) {
+    Json values = Json::array();
+    for (const MessageValue& value : message.values) {
+      values.push_back(Json::array({value.key, ToJson(value)}));
+    }
+    Json& entry = list.emplace_back(Json::object());
+    if (!message.target.empty()) entry["target"] = message.target;
+    entry["type"] = message.type;
+    entry["name"] = message.name;
+    entry["values"] = std::move(values);
+  }
+  return list;
+}
+
+}  // namespace
+
+std::string ShownText(const MessageValue& value) {
+  if (simulated::NamesSecret(value.key)) return simulated::kHidden;
+  const auto* text = std::get_if<std::string>(&value.data);
+  if (text == nullptr) return std::to_string(std::get<std::int32_t>(value.data));
+  // A comment that is passed on as a value is a whole line of the file.
+  return value.key.empty() ? simulated::RedactedFile(*text) : simulated::RedactedValue(*text);
+}
+
+std::string Delivery::Result() const {
+  const auto result = std::find_if(reply.begin(), reply.end(),
+                                   [](const auto& value) { return value.key == "Result"; });
+  return result != reply.end() ? ShownText(*result) : "";
+}
+
+bool Delivery::Succeeded() const {
+  const std::string result = Result();
+  if (result.empty()) return status != 0 && exception.empty();
+  return result == "Success" || result == "Reboot";
+}
+
+std::string Delivery::Failure() const {
+  if (Succeeded()) return {};
+  if (!exception.empty()) return exception;
+  // A caught error is the second line of its report; one that nobody caught follows its lead.
+  for (const std::string_view lead : {"\n\t", "Exception Details: "}) {
+    for (const LogLine& line : log) {
+      const std::size_t at = line.text.find(lead);
+      if (line.level != 0 || at == std::string::npos) continue;
+      const std::size_t start = at + lead.size();
+      return std::string(util::Trim(line.text.substr(start, line.text.find('\n', start) - start)));
+    }
+  }
+  if (status == 0 && !log.empty()) return log.back().text;
+  std::string codes = "status " + std::to_string(status);
+  for (const MessageValue& value : reply) {
+    if (value.key.starts_with("Status-")) codes += ", " + value.key + " " + ShownText(value);
+  }
+  return codes;
+}
+
+Delivery Hand(const ToolboxApi& library, Request request) {
+  Delivery delivery;
+  delivery.request = std::move(request);
+  AgentHost host;
+  AgentMessage message(delivery.request.type, delivery.request.name, delivery.request.values);
+  try {
+    delivery.status = library.doMagic(&message, &host);
+  } catch (const std::exception& error) {
+    delivery.exception = error.what();
+  }
+  delivery.reply.assign(message.Written().begin(), message.Written().end());
+  delivery.log = host.LogLines();
+  delivery.sent = host.Sent();
+  delivery.posted = host.Posted();
+  delivery.unreleasedMessages = host.Unreleased();
+  return delivery;
+}
+
+std::vector<Json> ShownChanges(const simulated::Machine& machine, std::size_t from) {
+  std::vector<Json> changes;
+  std::transform(machine.journal.begin() + static_cast<std::ptrdiff_t>(from), machine.journal.end(),
+                 std::back_inserter(changes), simulated::Redacted);
+  return changes;
+}
+
+Delivery DeliverInProcess(Request request, simulated::Machine& machine) {
+  const std::size_t journalStart = machine.journal.size();
+  simulated::SimulatedPlatform platform(machine);
+  const platform::ScopedPlatform scope(platform);
+  Delivery delivery = Hand(*GetToolboxAPI(), std::move(request));
+  delivery.changes = ShownChanges(machine, journalStart);
+  delivery.stillInUse = platform.InUse();
+  return delivery;
+}
+
+Json ToJson(const Delivery& delivery) {
+  Json reply = Json::object();
+  for (const MessageValue& value : delivery.reply) reply[value.key] = ToJson(value);
+  Json log = Json::array();
+  for (const LogLine& line : delivery.log) {
+    log.push_back({{"level", line.level}, {"text", simulated::RedactedText(line.text)}});
+  }
+  Json json;
+  json["schema"] = 1;
+  json["status"] = delivery.status;
+  json["reply"] = std::move(reply);
+  json["log"] = std::move(log);
+  json["changes"] = delivery.changes;
+  json["sent"] = ToJson(delivery.sent);
+  json["posted"] = ToJson(delivery.posted);
+  json["restarts"] = delivery.restarts;
+  // Only there when it happened: a library that keeps its promise never lets one pass.
+  if (!delivery.exception.empty()) json["exception"] = delivery.exception;
+  return json;
+}
+
+}  // namespace tool

@@ -1,0 +1,294 @@
+#include "tool/check/Document.h"
+
+#include <algorithm>
+#include <charconv>
+#include <iterator>
+#include <utility>
+
+#include "common/util/Text.h"
+#include "platform/simulated/Secrets.h"
+#include "platform/simulated/Text.h"
+#include "tool/io/Text.h"
+
+namespace tool::check {
+namespace {
+
+using Kind = ConfigFile::Line::Kind;
+
+constexpr std::size_t kNowhere = std::string_view::npos;
+/// Characters of a line that are shown, and how many of them before the caret.
+constexpr std::size_t kLongestExcerpt = 100;
+constexpr std::size_t kBeforeCaret = 40;
+/// So many lines are looked at to find where a value began: no real list is longer.
+constexpr std::uint32_t kLongestChain = 100;
+
+bool IsHeader(Kind kind) { return kind == Kind::kHeader || kind == Kind::kOpenHeader; }
+
+/// The decimal number that the whole text is, as the library writes it.
+std::optional<std::uint32_t> NumberOf(std::string_view text) {
+  std::uint32_t number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
+  if (text.size() > 1 && text[0] == '0') return std::nullopt;
+  return number;
+}
+
+/// What a line without "=" begins with, up to a blank or ":".
+std::string_view LeadOf(std::string_view line) {
+  return line.substr(0, line.find_first_of(" \t:"));
+}
+
+bool IsMiddleOfCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
+
+}  // namespace
+
+std::optional<Match> MatchKey(SectionKind section, std::string_view name) {
+  for (const KnownKey& row : kKnownKeys) {
+    if (row.section != section || name.size() < row.name.size()) continue;
+    if (!row.isNumbered && name.size() != row.name.size()) continue;
+    if (!util::EqualsIgnoringCase(name.substr(0, row.name.size()), row.name)) continue;
+    if (!row.isNumbered) return Match{row.key, 0};
+    if (const auto number = NumberOf(name.substr(row.name.size()))) return Match{row.key, *number};
+  }
+  return std::nullopt;
+}
+
+const Entry* Section::Find(Key key) const {
+  const std::uint32_t place = places[static_cast<std::size_t>(key)];
+  if (place == 0 || entries[place - 1].value.empty()) return nullptr;
+  return &entries[place - 1];
+}
+
+std::string_view Section::Value(Key key) const {
+  const Entry* const entry = Find(key);
+  return entry != nullptr ? entry->FirstLine() : std::string_view();
+}
+
+// ---- Reading ------------------------------------------------------------------------------------
+
+Document::Document(std::string text) : text_(std::move(text)), sections_(1) {
+  file_.ParseLines(text_, &lines_);
+  for (std::uint32_t line = 0; line < lines_.size(); ++line) AddLine(line);
+}
+
+void Document::AddLine(std::uint32_t number) {
+  const Line& line = lines_[number];
+  if (line.section >= sections_.size()) {
+    Section& section = sections_.emplace_back();
+    section.name = file_.SectionOf(line);
+    section.kind = KindOfSection(section.name);
+  }
+  Section& section = sections_[line.section];
+  if (IsHeader(line.kind)) {
+    section.headers.push_back(number);
+    return;
+  }
+  if (line.entry >= homes_.size()) homes_.resize(std::size_t{line.entry} + 1);
+  const Home home = homes_[line.entry];
+  if (home.place == 0) {
+    AddEntry(number, section);
+    return;
+  }
+  Entry& entry = section.entries[home.place - 1];
+  entry.lastLine = number;
+  if (entry.strayLine == 0 && !LooksLikeOther(number)) entry.strayLine = number;
+}
+
+void Document::AddEntry(std::uint32_t number, Section& section) {
+  const Line& line = lines_[number];
+  const ConfigFile::Entry read = file_.EntryOf(line);
+  Entry entry;
+  entry.key = read.key;
+  entry.value = read.value;
+  entry.line = entry.lastLine = number;
+  entry.isComment = line.kind == Kind::kComment;
+  entry.isFound = read.first == line.entry;
+  const auto place = static_cast<std::uint32_t>(section.entries.size() + 1);
+  entry.found = (entry.isFound ? place : homes_[read.first].place) - 1;
+  if (const auto match = MatchKey(section.kind, entry.key)) {
+    entry.known = match->key;
+    entry.number = match->number;
+    if (entry.isFound && !RowOf(match->key).isNumbered) {
+      section.places[static_cast<std::size_t>(match->key)] = place;
+    }
+  }
+  homes_[line.entry] = {line.section, place};
+  section.entries.push_back(entry);
+}
+
+const Section* Document::FindSection(SectionKind kind) const {
+  const auto found = std::find_if(sections_.begin(), sections_.end(),
+                                  [kind](const Section& section) { return section.kind == kind; });
+  return found != sections_.end() ? &*found : nullptr;
+}
+
+// ---- Places of names and values -----------------------------------------------------------------
+
+Item Document::Part(std::size_t begin, std::size_t end) const {
+  const std::string_view whole = std::string_view(text_).substr(begin, end - begin);
+  const std::string_view part = simulated::Trimmed(whole);
+  const std::size_t offset =
+      part.empty() ? begin : static_cast<std::size_t>(part.data() - text_.data());
+  return {part, {offset, part.size()}};
+}
+
+Item Document::ItemOf(std::uint32_t line) const {
+  const std::size_t begin = lines_[line].offset;
+  return Part(begin, std::min(text_.find('\n', begin), text_.size()));
+}
+
+Span Document::KeySpan(const Entry& entry) const {
+  const Item line = ItemOf(entry.line);
+  if (lines_[entry.line].kind != Kind::kEntry || entry.key.empty()) return line.span;
+  return {line.span.offset, entry.key.size()};
+}
+
+Item Document::FirstLineOfValue(std::uint32_t line) const {
+  const Item whole = ItemOf(line);
+  if (lines_[line].kind != Kind::kEntry) return whole;
+  const std::size_t equals = whole.text.find('=');
+  return Part(whole.span.offset + equals + 1, whole.span.offset + whole.span.length);
+}
+
+Span Document::ValueSpan(const Entry& entry) const {
+  const Span span = FirstLineOfValue(entry.line).span;
+  return span.length != 0 ? span : KeySpan(entry);
+}
+
+// The lines that a value was put together from, the last ones of a very long one: a continuation
+// adds to what the last line with a "=" began, be it in another section.
+std::vector<std::uint32_t> Document::Chain(const Entry& entry) const {
+  std::vector<std::uint32_t> chain;
+  for (std::uint32_t line = entry.lastLine;; --line) {
+    const Kind kind = lines_[line].kind;
+    if (!IsHeader(kind)) chain.push_back(line);
+    const bool isRoot = kind == Kind::kEntry || kind == Kind::kComment;
+    if (line == 0 || isRoot || entry.lastLine - line >= kLongestChain) break;
+  }
+  std::reverse(chain.begin(), chain.end());
+  return chain;
+}
+
+std::vector<Item> Document::Items(const Entry& entry) const {
+  std::vector<Item> items;
+  for (const std::uint32_t line : Chain(entry)) {
+    if (LooksLikeOther(line)) continue;
+    const Item value = FirstLineOfValue(line);
+    for (std::size_t start = value.text.find_first_not_of(kListSeparators); start != kNowhere;) {
+      const std::size_t end =
+          std::min(value.text.find_first_of(kListSeparators, start), value.text.size());
+      items.push_back(
+          {value.text.substr(start, end - start), {value.span.offset + start, end - start}});
+      start = value.text.find_first_not_of(kListSeparators, end);
+    }
+  }
+  return items;
+}
+
+std::optional<Key> Document::BrokenKey(std::uint32_t line) const {
+  if (lines_[line].kind != Kind::kContinuation) return std::nullopt;
+  const std::string_view lead = LeadOf(ItemOf(line).text);
+  for (const SectionKind section :
+       {SectionKind::kGlobal, SectionKind::kNetworking, SectionKind::kAdapter}) {
+    if (const auto match = MatchKey(section, lead)) return match->key;
+  }
+  return std::nullopt;
+}
+
+std::string_view Document::BrokenHeader(std::uint32_t line) const {
+  if (lines_[line].kind != Kind::kContinuation) return {};
+  const std::string_view text = ItemOf(line).text;
+  if (!text.ends_with(']')) return {};
+  const std::string_view name = simulated::Trimmed(text.substr(0, text.size() - 1));
+  return KindOfSection(name) != SectionKind::kUnknown ? name : std::string_view();
+}
+
+bool Document::LooksLikePassword(std::uint32_t line) const {
+  if (lines_[line].kind != Kind::kContinuation) return false;
+  const std::string_view text = ItemOf(line).text;
+  const std::string_view lead = LeadOf(text);
+  return lead.size() < text.size() && simulated::NamesSecret(lead);
+}
+
+bool Document::LooksLikeOther(std::uint32_t line) const {
+  return BrokenKey(line) || !BrokenHeader(line).empty() || LooksLikePassword(line);
+}
+
+// ---- Showing ------------------------------------------------------------------------------------
+
+std::size_t Document::LineOf(std::size_t offset) const {
+  if (lineStarts_.empty()) {
+    simulated::SecretLines secrets;
+    for (std::size_t start = 0; start <= text_.size();) {
+      const std::size_t feed = std::min(text_.find('\n', start), text_.size());
+      const std::size_t from =
+          secrets.HiddenFrom(std::string_view(text_).substr(start, feed - start));
+      lineStarts_.push_back(start);
+      hiddenFrom_.push_back(from != kNowhere ? start + from : kNowhere);
+      start = feed + 1;
+    }
+  }
+  const auto behind = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
+  return static_cast<std::size_t>(behind - lineStarts_.begin());
+}
+
+std::string_view Document::Hidden(Span span) const {
+  const std::size_t end = span.offset + span.length;
+  const std::size_t from = std::max(span.offset, hiddenFrom_[LineOf(span.offset) - 1]);
+  return from < end ? std::string_view(text_).substr(from, end - from) : std::string_view();
+}
+
+Item Document::WholeLine(std::size_t line) const {
+  const std::size_t begin = lineStarts_[line - 1];
+  std::size_t end = line < lineStarts_.size() ? lineStarts_[line] - 1 : text_.size();
+  if (end > begin && text_[end - 1] == '\r') --end;
+  return {std::string_view(text_).substr(begin, end - begin), {begin, end - begin}};
+}
+
+Place Document::PlaceOf(Span span) const {
+  const std::size_t line = LineOf(span.offset);
+  const Item whole = WholeLine(line);
+  const std::size_t at = std::min(span.offset - whole.span.offset, whole.span.length);
+  const std::size_t column = 1 + Width(whole.text.substr(0, at));
+  return {line, column, column + Width(whole.text.substr(at, span.length))};
+}
+
+Excerpt Document::ExcerptOf(Span span) const {
+  const std::size_t number = LineOf(span.offset);
+  const Item whole = WholeLine(number);
+  const std::size_t begin = whole.span.offset;
+  std::string line(whole.text);
+  std::size_t from = std::min(span.offset - begin, line.size());
+  std::size_t to = std::min(from + span.length, line.size());
+  const std::size_t secret = hiddenFrom_[number - 1];
+  if (secret != kNowhere) {
+    line.replace(secret - begin, std::string::npos, simulated::kHidden);
+    from = std::min(from, secret - begin);
+    if (to > secret - begin) to = line.size();
+  }
+
+  std::size_t first =
+      from > kBeforeCaret && line.size() > kLongestExcerpt ? from - kBeforeCaret : 0;
+  while (first > 0 && IsMiddleOfCharacter(line[first])) --first;
+  std::size_t last = std::min(line.size(), first + kLongestExcerpt);
+  while (last < line.size() && IsMiddleOfCharacter(line[last])) ++last;
+  to = std::min(to, last);
+  const auto shown = [&line](std::size_t start, std::size_t end) {
+    std::string part = line.substr(start, end - start);
+    std::replace(part.begin(), part.end(), '\t', ' ');
+    return Printable(part);
+  };
+  const std::string before = (first > 0 ? "..." : "") + shown(first, from);
+  const std::string marked = shown(from, to);
+  const std::string after = shown(to, last) + (last < line.size() ? "..." : "");
+  return {before + marked + after, Width(before), std::max<std::size_t>(1, Width(marked))};
+}
+
+std::string Document::ShownKey(const Entry& entry) const {
+  const std::string_view hidden = Hidden(KeySpan(entry));
+  return std::string(
+             entry.key.substr(0, entry.key.size() - std::min(hidden.size(), entry.key.size()))) +
+         (hidden.empty() ? "" : simulated::kHidden);
+}
+
+}  // namespace tool::check

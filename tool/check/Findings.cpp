@@ -1,0 +1,67 @@
+#include "tool/check/Findings.h"
+
+#include <algorithm>
+#include <numeric>
+#include <tuple>
+#include <utility>
+
+namespace tool::check {
+namespace {
+
+constexpr std::size_t kLongestQuote = 60;
+
+std::string HintFor(Code code, std::string hint) {
+  return hint.empty() ? KindOf(code).hint : std::move(hint);
+}
+
+/// The message, or the finding's title when it would repeat what the excerpt hides.
+std::string MessageFor(Code code, const Document& document, Span span, std::string message) {
+  const std::string_view hidden = document.Hidden(span).substr(0, kLongestQuote);
+  const bool tells = !hidden.empty() && message.find(hidden) != std::string::npos;
+  return tells ? KindOf(code).title : std::move(message);
+}
+
+}  // namespace
+
+bool Findings::Counts(Code code) {
+  return ++counts_[static_cast<std::size_t>(KindOf(code).severity)] <= kMostOfSeverity;
+}
+
+void Findings::Add(Code code, const Document& document, Span span, std::string message,
+                   std::string hint) {
+  if (!Counts(code)) return;
+  findings_.push_back({code, MessageFor(code, document, span, std::move(message)),
+                       HintFor(code, std::move(hint)), document.PlaceOf(span),
+                       document.ExcerptOf(span)});
+}
+
+void Findings::Add(Code code, std::string message) {
+  if (Counts(code)) findings_.push_back({code, std::move(message), KindOf(code).hint, {}, {}});
+}
+
+std::vector<Finding> Findings::Take() {
+  const std::size_t all = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0});
+  const std::size_t leftOut = all - findings_.size();
+  if (leftOut > 0) {
+    findings_.push_back({Code::kManyFindings,
+                         std::to_string(leftOut) + " more findings are not shown",
+                         KindOf(Code::kManyFindings).hint,
+                         {},
+                         {}});
+  }
+  SortByPlace(findings_);
+  return std::move(findings_);
+}
+
+void SortByPlace(std::vector<Finding>& findings) {
+  std::stable_sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+    return std::tuple(a.place.line, a.place.column) < std::tuple(b.place.line, b.place.column);
+  });
+}
+
+std::string Quoted(std::string_view text) {
+  const bool isLong = text.size() > kLongestQuote;
+  return "\"" + std::string(text.substr(0, kLongestQuote)) + (isLong ? "..." : "") + "\"";
+}
+
+}  // namespace tool::check

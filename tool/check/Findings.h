@@ -1,0 +1,60 @@
+// What was found in one file, with all that a report shows of it.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tool/check/Document.h"
+#include "tool/check/FindingTable.h"
+
+namespace tool::check {
+
+/// A place elsewhere that a finding is about, too.
+struct RelatedPlace {
+  std::string file;
+  Place place;
+};
+
+struct Finding {
+  Code code;
+  std::string message;
+  std::string hint;
+  Place place;
+  /// Empty when it is about no line.
+  Excerpt excerpt;
+  std::optional<RelatedPlace> related = std::nullopt;
+};
+
+/// Collects the findings of a file, so many of each severity at most.
+class Findings {
+ public:
+  static constexpr std::size_t kMostOfSeverity = 100;
+
+  /// Without a `hint` the one of the table.
+  void Add(Code code, const Document& document, Span span, std::string message,
+           std::string hint = {});
+  /// About the file as a whole.
+  void Add(Code code, std::string message);
+
+  /// All of them in the order of their places.
+  std::vector<Finding> Take();
+
+ private:
+  /// Counts the finding; false when there are too many already.
+  bool Counts(Code code);
+
+  std::vector<Finding> findings_;
+  std::array<std::size_t, 3> counts_{};
+};
+
+/// Findings in one place keep their order.
+void SortByPlace(std::vector<Finding>& findings);
+
+/// A text from a file inside a message: in quotes, and cut when it is long.
+std::string Quoted(std::string_view text);
+
+}  // namespace tool::check

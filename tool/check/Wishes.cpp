@@ -1,0 +1,175 @@
+#include "tool/check/Wishes.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "common/util/Text.h"
+#include "platform/simulated/Text.h"
+
+namespace tool::check {
+namespace {
+
+bool IsTrue(std::string_view value) { return util::EqualsIgnoringCase(value, "true"); }
+bool IsFalse(std::string_view value) { return util::EqualsIgnoringCase(value, "false"); }
+
+std::vector<Address> ReadAddresses(const Document& document, const Section& section, Key key) {
+  std::vector<Address> addresses;
+  if (const Entry* const entry = section.Find(key)) {
+    for (const Item& item : document.Items(*entry)) addresses.push_back(ReadAddress(item));
+  }
+  return addresses;
+}
+
+Route ReadRoute(const Document& document, const Entry& entry) {
+  Route route;
+  route.entry = &entry;
+  route.fields = document.Items(entry);
+  const auto field = [&route](std::size_t index) {
+    return index < route.fields.size() ? ReadAddress(route.fields[index]) : Address{};
+  };
+  route.destination = field(0);
+  route.mask = field(1);
+  route.gateway = field(2);
+  if (route.fields.size() > 4) route.metric = util::ParseUnsigned(route.fields[4].text);
+  return route;
+}
+
+Adapter::Addressing ReadAddressing(const Section& section) {
+  const std::string_view dhcp = section.Value(Key::kDhcp);
+  if (dhcp.empty()) return Adapter::Addressing::kUnchanged;
+  return IsFalse(dhcp) ? Adapter::Addressing::kStatic : Adapter::Addressing::kDhcp;
+}
+
+void ReadNumbered(Document& document, Adapter& adapter) {
+  const Section& section = *adapter.section;
+  const std::string name(section.name);
+  const auto servers = NumberedKeys(document.File(), name, Key::kDnsServer, Key::kDnsServerCount);
+  const auto routes = NumberedKeys(document.File(), name, Key::kRoute, Key::kStaticRouteCount);
+  for (const Entry& entry : section.entries) {
+    if (!entry.known || !RowOf(*entry.known).isNumbered || !entry.isFound) continue;
+    const bool isServer = *entry.known == Key::kDnsServer;
+    const auto& read = isServer ? servers : routes;
+    if (!std::binary_search(read.begin(), read.end(), entry.number)) {
+      adapter.unread.push_back(&entry);
+    } else if (isServer) {
+      adapter.servers.push_back(&entry);
+    } else if (Route route = ReadRoute(document, entry); route.fields.empty()) {
+      adapter.emptyRoutes.push_back(&entry);
+    } else {
+      adapter.routes.push_back(std::move(route));
+    }
+  }
+}
+
+void ReadLocation(Adapter& adapter) {
+  const auto number = [&adapter](Key key) {
+    const Entry* const entry = adapter.section->Find(key);
+    return entry != nullptr ? util::ParseUnsigned(entry->FirstLine()) : sys::PciLocation::kUnknown;
+  };
+  adapter.location = {number(Key::kPciBus), number(Key::kPciDevice), number(Key::kPciFunction)};
+  const auto& [bus, device, function] = adapter.location;
+  constexpr std::uint32_t kUnknown = sys::PciLocation::kUnknown;
+  adapter.hasLocation = bus != kUnknown && device != kUnknown && function != kUnknown;
+  adapter.mac = sys::NormalizedMac(adapter.section->Value(Key::kMacAddress));
+}
+
+Adapter ReadAdapter(Document& document, const Section& section) {
+  Adapter adapter;
+  adapter.section = &section;
+  adapter.addressing = ReadAddressing(section);
+  adapter.addresses = ReadAddresses(document, section, Key::kAddress);
+  adapter.masks = ReadAddresses(document, section, Key::kNetmask);
+  adapter.gateways = ReadAddresses(document, section, Key::kGateway);
+  adapter.dnsFromDhcp = IsTrue(section.Value(Key::kDnsUseDhcp));
+  adapter.setsDns = !adapter.dnsFromDhcp && IsTrue(section.Value(Key::kSetDnsInfo));
+  ReadNumbered(document, adapter);
+  ReadLocation(adapter);
+  return adapter;
+}
+
+Identity ReadIdentity(const Document& document) {
+  Identity identity;
+  identity.section = document.FindSection(SectionKind::kNetworking);
+  if (identity.section == nullptr) return identity;
+  const Section& section = *identity.section;
+  identity.joinFirst = IsTrue(section.Value(Key::kJoinDomainBeforeNameChange));
+  identity.renames = section.Find(Key::kComputerName) != nullptr;
+  const std::string_view workgroup = section.Value(Key::kWorkgroup);
+  if (workgroup.empty()) return identity;
+  const Entry* const domain = section.Find(Key::kDomain);
+  if (IsTrue(workgroup)) {
+    if (domain != nullptr) identity.membership = Identity::Membership::kWorkgroup;
+    identity.membershipName = domain;
+    return identity;
+  }
+  const Entry* const dnsDomain = section.Find(Key::kDnsDomain);
+  identity.membershipName = dnsDomain != nullptr ? dnsDomain : domain;
+  identity.membership = identity.membershipName != nullptr ? Identity::Membership::kDomain
+                                                           : Identity::Membership::kWorkgroup;
+  identity.joinsDomain = identity.membership == Identity::Membership::kDomain;
+  return identity;
+}
+
+}  // namespace
+
+Address ReadAddress(const Item& item) {
+  Address address{item, std::nullopt};
+  if (const auto parts = simulated::ParseIpv4(item.text)) {
+    std::uint32_t bits = 0;
+    for (const std::uint8_t part : *parts) bits = bits << 8 | part;
+    address.bits = bits;
+  }
+  return address;
+}
+
+std::optional<std::uint32_t> PrefixIn(std::string_view text) {
+  const std::string_view number = text.substr(text.rfind('/') + 1);
+  const bool isShort = !number.empty() && number.size() <= 2;
+  if (!isShort || number.find_first_not_of("0123456789") != std::string_view::npos) return {};
+  const std::uint32_t prefix = util::ParseUnsigned(number);
+  return prefix <= 32 ? std::optional(prefix) : std::nullopt;
+}
+
+std::string MaskOf(std::uint32_t prefix) {
+  return Dotted(prefix == 0 ? 0 : ~std::uint32_t{0} << (32 - prefix));
+}
+
+std::string Dotted(std::uint32_t address) {
+  std::string text = std::to_string(address >> 24);
+  for (const int shift : {16, 8, 0}) text += "." + std::to_string(address >> shift & 0xFF);
+  return text;
+}
+
+bool HasKnownSubnets(const Adapter& adapter) {
+  const auto isRead = [](const Address& address) { return address.bits.has_value(); };
+  const auto isMask = [](const Address& mask) { return mask.bits && IsContiguous(*mask.bits); };
+  const auto& addresses = adapter.addresses;
+  const auto& masks = adapter.masks;
+  return adapter.addressing == Adapter::Addressing::kStatic && !addresses.empty() &&
+         addresses.size() == masks.size() &&
+         std::all_of(addresses.begin(), addresses.end(), isRead) &&
+         std::all_of(masks.begin(), masks.end(), isMask);
+}
+
+bool IsInSubnet(std::uint32_t address, const Adapter& adapter) {
+  for (std::size_t i = 0; i < adapter.addresses.size(); ++i) {
+    if (((*adapter.addresses[i].bits ^ address) & *adapter.masks[i].bits) == 0) return true;
+  }
+  return false;
+}
+
+Wishes ReadWishes(Document& document) {
+  Wishes wishes;
+  wishes.identity = ReadIdentity(document);
+  for (const Section& section : document.Sections()) {
+    if (section.kind == SectionKind::kAdapter) {
+      wishes.adapters.push_back(ReadAdapter(document, section));
+    }
+  }
+  if (const Section* const global = document.FindSection(SectionKind::kGlobal)) {
+    wishes.suppressesRestart = IsFalse(global->Value(Key::kRebootAfterConfig));
+  }
+  return wishes;
+}
+
+}  // namespace tool::check

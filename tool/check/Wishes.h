@@ -1,0 +1,105 @@
+// What a configuration file asks for, as the library understands it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "common/sys/NicText.h"
+#include "tool/check/Document.h"
+
+namespace tool::check {
+
+/// An item that is to be an IPv4 address or mask.
+struct Address {
+  Item item;
+  /// The first part of the text in the highest bits; nothing when it is no dotted address.
+  std::optional<std::uint32_t> bits;
+};
+
+Address ReadAddress(const Item& item);
+
+/// The ones of the mask come first.
+inline bool IsContiguous(std::uint32_t mask) { return ((~mask + 1) & ~mask) == 0; }
+
+/// The number of ones behind the last "/" of an address, or that the whole text is: a mask as
+/// others write it. Nothing when there is no such number up to 32.
+std::optional<std::uint32_t> PrefixIn(std::string_view text);
+/// The mask of so many ones, in dotted form.
+std::string MaskOf(std::uint32_t prefix);
+/// An address as people write it; its first part is in the highest bits.
+std::string Dotted(std::uint32_t address);
+
+struct Route {
+  const Entry* entry = nullptr;
+  /// Whatever was given, in the order of the fields; three of them are addresses.
+  std::vector<Item> fields;
+  Address destination;
+  Address mask;
+  Address gateway;
+  std::uint32_t metric = 0;
+};
+
+/// One adapter's section.
+struct Adapter {
+  enum class Addressing : std::uint8_t { kUnchanged, kDhcp, kStatic };
+
+  const Section* section = nullptr;
+  Addressing addressing = Addressing::kUnchanged;
+  // Given, whether they count or not.
+  std::vector<Address> addresses;
+  std::vector<Address> masks;
+  std::vector<Address> gateways;
+  bool dnsFromDhcp = false;
+  bool setsDns = false;
+  /// Numbered keys that are read, in file order.
+  std::vector<const Entry*> servers;
+  std::vector<Route> routes;
+  /// They are counted, but give nothing.
+  std::vector<const Entry*> emptyRoutes;
+  /// Numbered keys that are not read.
+  std::vector<const Entry*> unread;
+  /// Only a location of three known numbers is used.
+  sys::PciLocation location;
+  bool hasLocation = false;
+  /// Without separators; empty when none is given.
+  std::string mac;
+};
+
+/// The addressing is static, and all its addresses and masks can be read.
+bool HasKnownSubnets(const Adapter& adapter);
+/// For an adapter with known subnets.
+bool IsInSubnet(std::uint32_t address, const Adapter& adapter);
+
+/// Section "Networking" and what decides about it.
+struct Identity {
+  enum class Membership : std::uint8_t { kUnchanged, kWorkgroup, kDomain };
+
+  /// Null without the section; then everything else is empty.
+  const Section* section = nullptr;
+  Membership membership = Membership::kUnchanged;
+  /// Of the workgroup or domain; null for the workgroup that is joined by default.
+  const Entry* membershipName = nullptr;
+  bool joinFirst = false;
+  // What changes, as far as the file tells; a machine may know better.
+  bool renames = false;
+  bool joinsDomain = false;
+  /// Known of a machine only.
+  bool leavesDomain = false;
+};
+
+struct Wishes {
+  Identity identity;
+  std::vector<Adapter> adapters;
+  /// The run does not ask for the restart that it needs.
+  bool suppressesRestart = false;
+  /// A machine has told what changes.
+  bool isOfMachine = false;
+};
+
+/// Everything borrows from the document.
+Wishes ReadWishes(Document& document);
+
+}  // namespace tool::check

@@ -1,0 +1,122 @@
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "common/util/Text.h"
+#include "platform/simulated/Text.h"
+#include "tool/check/rules/Rules.h"
+
+namespace tool::check {
+namespace {
+
+using Kind = ConfigFile::Line::Kind;
+
+const char* DefaultName(SectionKind kind) {
+  return std::find_if(std::begin(kKnownSections), std::end(kKnownSections),
+                      [kind](const KnownSection& known) { return known.kind == kind; })
+      ->name.data();
+}
+
+std::optional<std::string_view> NearestSection(std::string_view name) {
+  std::vector<std::string_view> names;
+  for (const KnownSection& known : kKnownSections) names.push_back(known.name);
+  names.push_back(kAdapterMark);
+  return simulated::Nearest(name, names);
+}
+
+/// The name without the number at its end.
+std::string_view WithoutNumber(std::string_view name) {
+  return name.substr(0, name.find_last_not_of("0123456789") + 1);
+}
+
+/// The key that may be meant; a numbered one with a number.
+std::optional<std::string> NearestKey(SectionKind section, std::string_view key) {
+  std::vector<std::string_view> names;
+  for (const KnownKey& row : kKnownKeys) {
+    if (row.section == section) names.push_back(row.name);
+  }
+  const std::string_view name = WithoutNumber(key);
+  const auto nearest = simulated::Nearest(name, names);
+  if (!nearest) return std::nullopt;
+  const bool isNumbered =
+      std::any_of(std::begin(kKnownKeys), std::end(kKnownKeys),
+                  [&](const KnownKey& row) { return row.name == *nearest && row.isNumbered; });
+  if (!isNumbered) return std::string(*nearest);
+  return std::string(*nearest) + std::to_string(util::ParseUnsigned(key.substr(name.size())));
+}
+
+/// The kind of another section in which the key is known.
+std::optional<SectionKind> HomeOf(std::string_view key) {
+  for (const KnownSection& known : kKnownSections) {
+    if (MatchKey(known.kind, key)) return known.kind;
+  }
+  return std::nullopt;
+}
+
+bool HoldsAdapterKeys(const Section& section) {
+  return std::any_of(section.entries.begin(), section.entries.end(), [](const Entry& entry) {
+    return MatchKey(SectionKind::kAdapter, entry.key).has_value();
+  });
+}
+
+bool HasTextAfterHeader(const Document& document, std::uint32_t line) {
+  const std::string_view text = document.ItemOf(line).text;
+  const std::size_t close = text.find(']');
+  return close != std::string_view::npos && close + 1 != text.size() &&
+         KindOfSection(simulated::Trimmed(text.substr(1, close - 1))) != SectionKind::kUnknown;
+}
+
+void CheckUnknownSection(const Document& document, const Section& section, Findings& findings) {
+  if (section.headers.empty() || HasTextAfterHeader(document, section.headers[0])) return;
+  const Span header = document.ItemOf(section.headers[0]).span;
+  const std::string name = Quoted(section.name);
+  if (const auto nearest = NearestSection(WithoutNumber(section.name))) {
+    const bool isAdapter = *nearest == kAdapterMark;
+    const std::string number(section.name.substr(WithoutNumber(section.name).size()));
+    findings.Add(Code::kMisspelledSection, document, header, "section " + name + " is not read",
+                 "did you mean [" + std::string(*nearest) + (isAdapter ? number : "") + "]?");
+  } else if (HoldsAdapterKeys(section)) {
+    findings.Add(Code::kUnreadAdapter, document, header,
+                 "section " + name + " holds an adapter's settings, but is not read");
+  } else {
+    findings.Add(Code::kUnknownSection, document, header, "section " + name + " is not read");
+  }
+}
+
+void CheckUnknownKey(const Document& document, const Section& section, const Entry& entry,
+                     Findings& findings) {
+  const Span key = document.KeySpan(entry);
+  const std::string name = Quoted(document.ShownKey(entry));
+  if (const auto home = HomeOf(entry.key)) {
+    const std::string own = DefaultName(*home);
+    findings.Add(Code::kKeyOfAnotherSection, document, key,
+                 name + " is not read in section " + Quoted(section.name),
+                 "move it to [" + own + "]");
+  } else if (const auto nearest = NearestKey(section.kind, entry.key)) {
+    findings.Add(Code::kMisspelledKey, document, key, name + " is not read",
+                 "did you mean " + *nearest + "?");
+  } else {
+    findings.Add(Code::kUnknownKey, document, key, name + " is not read");
+  }
+}
+
+}  // namespace
+
+void CheckNames(const Document& document, Findings& findings) {
+  for (const Section& section : document.Sections()) {
+    if (section.kind == SectionKind::kUnknown) {
+      CheckUnknownSection(document, section, findings);
+      continue;
+    }
+    if (section.kind == SectionKind::kAgentSettings) continue;
+    for (const Entry& entry : section.entries) {
+      const bool isMade = document.Lines()[entry.line].kind == Kind::kEntry;
+      if (isMade && !entry.known && !entry.key.empty()) {
+        CheckUnknownKey(document, section, entry, findings);
+      }
+    }
+  }
+}
+
+}  // namespace tool::check

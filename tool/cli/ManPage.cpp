@@ -1,0 +1,104 @@
+#include "tool/cli/ManPage.h"
+
+#include <CLI/CLI.hpp>
+#include <ostream>
+#include <sstream>
+
+#include "common/util/Text.h"
+#include "handlers/Version.h"
+#include "tool/io/ToolError.h"
+
+namespace tool {
+namespace {
+
+constexpr char kFooter[] = R"(Exit codes:
+  0  the page was written
+
+Examples:
+  orvanta-config man | man -l -)";
+
+/// A text that the formatter takes as it stands.
+std::string Plain(const std::string& text) {
+  std::string plain;
+  bool startsLine = true;
+  for (const char c : text) {
+    if (startsLine && (c == '.' || c == '\'')) plain += "\\&";
+    startsLine = c == '\n';
+    if (c == '\\') {
+      plain += "\\e";
+    } else if (c == '-') {
+      plain += "\\-";
+    } else {
+      plain += c;
+    }
+  }
+  return plain;
+}
+
+std::string Bold(const std::string& text) { return "\\fB" + Plain(text) + "\\fR"; }
+std::string Italic(const std::string& text) { return "\\fI" + Plain(text) + "\\fR"; }
+
+/// The value's placeholder behind an option's names; words to choose from are typed as they are.
+std::string Value(const OptionRow& option) {
+  if (option.value.empty()) return "";
+  return " " + (option.Choices().empty() ? Italic(option.value) : Plain(option.value));
+}
+
+std::string Options(const std::vector<OptionRow>& options) {
+  std::string text;
+  for (const OptionRow& option : options) {
+    std::string names;
+    for (const std::string& name : option.names) names += (names.empty() ? "" : ", ") + Bold(name);
+    text += ".TP\n" + names + Value(option) + "\n" + Plain(option.description) + "\n";
+  }
+  return text;
+}
+
+std::string Verbatim(const std::string& text) { return ".nf\n" + Plain(text) + "\n.fi\n"; }
+
+std::string Command(const CommandRow& command) {
+  std::string title = Bold("orvanta-config " + command.name) + " [options]";
+  for (const OptionRow& positional : command.positionals) {
+    title += " " + Italic(positional.names[0]) + (positional.isList ? "..." : "");
+  }
+  std::string text = ".SS " + title + "\n" + Plain(command.description) + ".\n";
+  for (const OptionRow& positional : command.positionals) {
+    text += ".TP\n" + Italic(positional.names[0]) + Value(positional) + "\n" +
+            Plain(positional.description) + "\n";
+  }
+  return text + Options(command.options) + ".PP\n" + Verbatim(command.footer);
+}
+
+}  // namespace
+
+CLI::App* AddManPage(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("man", "write the manual page");
+  command->footer(kFooter);
+  return command;
+}
+
+int ManPage(const std::vector<CommandRow>& commands, const Streams& streams) {
+  const CommandRow& program = commands[0];
+  std::ostream& out = streams.out;
+  out << R"(.TH ORVANTA\-CONFIG 1 "" "orvanta\-config )" << version::Text()
+      << "\" \"User commands\"\n"
+      << ".SH NAME\norvanta\\-config \\- rehearse and check a configuration of the client agent\n"
+      << ".SH SYNOPSIS\n.B orvanta\\-config\n"
+      << Italic("COMMAND") << " [options] [" << Italic("FILE") << "...]\n"
+      << ".SH DESCRIPTION\n"
+      << Plain(program.description) << "\n"
+      << Options(program.options) << ".SH COMMANDS\n";
+  for (std::size_t i = 1; i < commands.size(); ++i) out << Command(commands[i]);
+  out << ".SH EXIT STATUS\n"
+      << ".TP\n.B 0\nThe command did what it says, without a failure to report.\n"
+      << ".TP\n.B 1\nA rehearsed run fails, or a finding is an error.\n"
+      << ".TP\n.B 2\nAn argument or a file cannot be used; one line on standard error tells which "
+         "and what to do.\n"
+      << ".SH ENVIRONMENT\n"
+      << ".TP\n.B NO_COLOR\nWhen it is set and not empty, nothing is shown in colour.\n"
+      << ".SH EXAMPLES\n"
+      << Verbatim(program.footer.substr(program.footer.find('\n') + 1));
+  return kDone;
+}
+
+}  // namespace tool

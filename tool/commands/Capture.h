@@ -1,0 +1,21 @@
+// The command `capture`: a machine as a machine file.
+#pragma once
+
+#include "tool/io/Streams.h"
+#include "tool/machine/MachineOptions.h"
+
+namespace CLI {
+class App;
+}
+
+namespace tool {
+
+/// Adds the command with its options; `options` must live until they were parsed.
+CLI::App* AddCapture(CLI::App& app, MachineOptions& options);
+
+/// Writes the machine file: of this computer where it runs Windows and no machine was named, of the
+/// simulated machine otherwise. Returns the exit code; throws ToolError before anything was written
+/// when an option or a file cannot be used.
+int Capture(const MachineOptions& options, const Streams& streams);
+
+}  // namespace tool

@@ -1,0 +1,27 @@
+#include "tool/commands/SetOption.h"
+
+#include <CLI/CLI.hpp>
+
+#include "tool/io/ToolError.h"
+
+namespace tool {
+
+void AddSetOption(CLI::App& command, std::vector<std::string>& texts) {
+  command.add_option("--set", texts, "an extra value of the message; may be repeated")
+      ->type_name("KEY=VALUE")
+      ->allow_extra_args(false);
+}
+
+void AddSetValues(const std::vector<std::string>& texts, AgentMessage::GivenValues& values) {
+  for (const std::string& text : texts) {
+    const std::size_t sign = text.find('=');
+    if (sign == std::string::npos || sign == 0) {
+      throw ToolError("--set " + text, "has no KEY=", "write --set KEY=VALUE");
+    }
+    const std::string key = text.substr(0, sign);
+    std::erase_if(values, [&](const auto& value) { return value.first == key; });
+    values.emplace_back(key, text.substr(sign + 1));
+  }
+}
+
+}  // namespace tool

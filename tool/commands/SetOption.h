@@ -1,0 +1,22 @@
+// The option that gives a message more values.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tool/agent/AgentMessage.h"
+
+namespace CLI {
+class App;
+}
+
+namespace tool {
+
+/// Adds the option to a command; `texts` must live until the options were parsed.
+void AddSetOption(CLI::App& command, std::vector<std::string>& texts);
+
+/// Adds the values of "KEY=VALUE" texts. Of two values with the same key the later one counts, so
+/// that a value which is there already can be replaced. Throws ToolError for a text without a key.
+void AddSetValues(const std::vector<std::string>& texts, AgentMessage::GivenValues& values);
+
+}  // namespace tool

@@ -1,0 +1,137 @@
+#include "tool/commands/Simulate.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <utility>
+
+#include "common/util/Text.h"
+#include "platform/simulated/MachineFile.h"
+#include "tool/agent/Conversation.h"
+#include "tool/check/CheckRemark.h"
+#include "tool/commands/SetOption.h"
+#include "tool/commands/SimulateReport.h"
+#include "tool/io/Files.h"
+#include "tool/io/ToolError.h"
+
+namespace tool {
+namespace {
+
+using simulated::Json;
+using simulated::Machine;
+
+constexpr struct {
+  const char* option;
+  const char* name;
+} kMessages[] = {
+    {"configure", "Configure"}, {"prep-for-image", "PrepForImage"}, {"update-info", "UpdateInfo"}};
+
+constexpr char kFooter[] =
+    R"(FILE is copied onto the simulated machine, and the message's "Filename" names it
+there; your own file stays as it is. Only "configure" must have one.
+
+With --deliver-posted and --follow-restarts together, a message that was answered
+"Reboot" is sent again before the posted messages that still wait.
+
+Exit codes:
+  0  every reply is "Success" or "Reboot", or the message was handled without a
+     result (prep-for-image, update-info, a restore that posts the next message)
+  1  a reply is "Failure", or a message was not handled (status 0)
+  2  unusable arguments or files, with one line on standard error
+
+Examples:
+  orvanta-config simulate first-boot.cfg
+  orvanta-config simulate pc.cfg --machine my-pc.json --follow-restarts 3
+  orvanta-config simulate --message prep-for-image --deliver-posted --json
+  orvanta-config simulate --message update-info --set Auto-Update-Count=3)";
+
+const char* MessageNameOf(const std::string& option) {
+  return std::find_if(std::begin(kMessages), std::end(kMessages),
+                      [&](const auto& message) { return option == message.option; })
+      ->name;
+}
+
+Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
+  const std::vector<Delivery>& deliveries = simulation.conversation.deliveries;
+  Json json = ToJson(deliveries.back());
+  if (options.deliverPosted || options.followRestarts > 0) {
+    Json& earlier = json["earlier"] = Json::array();
+    for (std::size_t i = 0; i + 1 < deliveries.size(); ++i) {
+      earlier.push_back(ToJson(deliveries[i]));
+    }
+  }
+  json["machine"] = simulated::ToJson(simulation.after, /*hideSecrets=*/true);
+  return json;
+}
+
+}  // namespace
+
+CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options) {
+  CLI::App* command =
+      app.add_subcommand("simulate", "send one message to the library on a simulated machine");
+  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
+      ->type_name("");
+  AddMachineOptions(*command, options.machine);
+  std::vector<std::string> names;
+  for (const auto& message : kMessages) names.emplace_back(message.option);
+  // The descriptions and the names of the values say what is allowed, in better words than the
+  // checks would.
+  command->add_option("--message", options.message, "which message (default: configure)")
+      ->check(CLI::IsMember(names).description(""))
+      ->type_name(util::Join(names, "|"));
+  command->add_option("--at", options.at, "FILE's place on the machine (default: C:\\tarvo.cfg)")
+      ->type_name("PATH");
+  AddSetOption(*command, options.set);
+  command->add_flag("--deliver-posted", options.deliverPosted,
+                    "deliver the messages that the library posts");
+  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
+                                     "restart after \"Reboot\" and send it again, N <= 1000"));
+  command->add_flag("--verbose", options.verbose, "show the log lines too");
+  command->footer(kFooter);
+  return command;
+}
+
+int Simulate(const SimulateOptions& options, const Streams& streams) {
+  if (options.file.empty() && options.message == "configure") {
+    throw ToolError("simulate", "FILE is missing",
+                    "name a configuration file, or - for standard input");
+  }
+  if (options.at.empty()) throw ToolError("--at", "is empty", "give a path such as C:\\tarvo.cfg");
+  Request request{"Internal", MessageNameOf(options.message), {}};
+  if (options.message == "configure") request.values.emplace_back("Filename", options.at);
+  AddSetValues(options.set, request.values);
+  Simulation simulation;
+  simulation.machineName = options.machine.machineFile.value_or("built-in example");
+  std::optional<std::string> text;
+  if (!options.file.empty()) text = ReadInput(options.file, streams.in);
+  Machine& machine = simulation.after;
+  machine = LoadMachine(options.machine);
+  if (text) {
+    machine.PutFile(options.at, *text);
+    simulation.file =
+        (options.file == "-" ? "standard input" : options.file) + ", placed as " + options.at;
+    if (options.message == "configure" && !options.machine.json) {
+      simulation.checkRemark = CheckRemark(options.file, *text);
+    }
+  }
+  std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
+  simulation.before = machine;
+
+  simulation.conversation =
+      Converse(std::move(request), {options.deliverPosted, options.followRestarts}, machine);
+
+  if (saved) saved->Commit(simulated::PrintMachine(machine));
+  if (options.machine.json) {
+    // Texts come from the user's files, which may hold any bytes.
+    streams.out << AsJson(options, simulation)
+                       .dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace)
+                << '\n';
+  } else {
+    const Style style(streams.color && !options.machine.noColor);
+    streams.out << SimulateReport(simulation, style, options.verbose);
+  }
+  return simulation.conversation.Succeeded() ? kDone : kFailed;
+}
+
+}  // namespace tool

@@ -1,0 +1,165 @@
+#include "tool/commands/SimulateReport.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include "tool/machine/ChangeText.h"
+#include "tool/machine/MachineDifference.h"
+
+namespace tool {
+namespace {
+
+std::string MessageName(const Request& request) {
+  std::string name = Printable(request.type + "/" + request.name);
+  for (const auto& [key, value] : request.values) {
+    if (key == "Filename") name += ", Filename=" + Printable(value);
+  }
+  return name;
+}
+
+std::string Header(const Simulation& simulation) {
+  std::vector<Row> rows;
+  if (!simulation.file.empty()) rows.push_back({"File", Printable(simulation.file)});
+  if (!simulation.checkRemark.empty()) rows.push_back({"Check", simulation.checkRemark});
+  rows.push_back({"Machine", MachineText(simulation.machineName, simulation.before)});
+  if (simulation.conversation.deliveries.size() == 1) {
+    rows.push_back({"Message", MessageName(simulation.conversation.deliveries.front().request)});
+  }
+  return Rows(rows, "");
+}
+
+std::string Changes(const Delivery& delivery, const Style& style) {
+  if (delivery.changes.empty()) return style.Heading("Changes") + "\n  none\n";
+  std::string text = style.Heading("Changes") + "\n";
+  const std::size_t digits = std::to_string(delivery.changes.size()).size();
+  for (std::size_t i = 0; i < delivery.changes.size(); ++i) {
+    const ChangeText change = Describe(delivery.changes[i]);
+    const std::string number = std::to_string(i + 1);
+    text += "  " + std::string(digits - number.size(), ' ') + number + "  " + change.words;
+    if (!change.refusal.empty()) text += "  " + style.Bad("refused: " + change.refusal);
+    if (!change.note.empty()) text += "  " + style.Notice(change.note);
+    text += "\n";
+  }
+  return text;
+}
+
+std::string Messages(const char* heading, const std::vector<SentMessage>& messages,
+                     const Style& style) {
+  if (messages.empty()) return {};
+  std::string text = style.Heading(heading) + "\n";
+  for (const SentMessage& message : messages) {
+    text += "  " + Printable(message.type + "/" + message.name);
+    if (!message.target.empty()) text += " to " + Printable(message.target);
+    text += "\n";
+    std::vector<Row> rows;
+    for (const MessageValue& value : message.values) {
+      rows.push_back({Printable(value.key), Printable(ShownText(value))});
+    }
+    text += Rows(rows, "    ");
+  }
+  return text;
+}
+
+std::string LogLines(const Delivery& delivery, const Style& style, bool verbose) {
+  std::string text;
+  for (const LogLine& line : delivery.log) {
+    if (!verbose && (delivery.Succeeded() || line.level != 0)) continue;
+    // Reports of a caught error fill several lines, the later ones set off with a tab.
+    std::string shown;
+    for (std::size_t start = 0; start <= line.text.size();) {
+      const std::size_t end = std::min(line.text.find('\n', start), line.text.size());
+      const bool indented = start < end && line.text[start] == '\t';
+      shown += start == 0 ? "" : "\n     ";
+      shown +=
+          (indented ? "  " : "") +
+          Printable(line.text.substr(start + (indented ? 1 : 0), end - start - (indented ? 1 : 0)));
+      start = end + 1;
+    }
+    text += "  " + std::to_string(line.level) + "  " +
+            (line.level == 2 ? style.Dim(shown) : shown) + "\n";
+  }
+  if (text.empty()) return {};
+  return style.Heading(verbose ? "Log" : "Log, level 0 (--verbose shows all of it)") + "\n" + text;
+}
+
+std::string Reply(const Delivery& delivery, const Style& style) {
+  std::vector<Row> rows;
+  for (const MessageValue& value : delivery.reply) {
+    const std::string text = Printable(ShownText(value));
+    const bool result = value.key == "Result";
+    rows.push_back({Printable(value.key), !result                ? text
+                                          : text == "Reboot"     ? style.Notice(text)
+                                          : delivery.Succeeded() ? style.Good(text)
+                                                                 : style.Bad(text)});
+  }
+  const std::string status = std::to_string(delivery.status);
+  rows.push_back({"status", delivery.status == 0 ? style.Bad(status + ", not handled") : status});
+  if (!delivery.exception.empty()) {
+    rows.push_back({"exception", style.Bad(Printable(delivery.exception))});
+  }
+  return style.Heading("Reply") + "\n" + Rows(rows, "  ");
+}
+
+std::string Waiting(const Simulation& simulation, const Style& style) {
+  std::vector<Row> rows;
+  if (simulation.after.pendingComputerName) {
+    rows.push_back({"computer name", Printable(*simulation.after.pendingComputerName)});
+  }
+  const std::string membership = MembershipText(simulation.after.membership);
+  if (membership != MembershipText(simulation.conversation.confirmedMembership)) {
+    rows.push_back({"member of", membership});
+  }
+  if (rows.empty()) return {};
+  return "\n" + style.Heading("Waiting for the restart") + "\n" + Rows(rows, "  ");
+}
+
+std::string MachineTable(const Simulation& simulation, const Style& style) {
+  const std::vector<Difference> all = Differences(simulation.before, simulation.after);
+  std::string text = "\n" + style.Heading("Machine, before -> after") + "\n";
+  if (all.empty()) return text + "  no difference\n";
+  for (auto first = all.begin(); first != all.end();) {
+    const auto last = std::find_if(
+        first, all.end(), [&](const auto& other) { return other.subject != first->subject; });
+    std::size_t settingWidth = 0;
+    std::size_t beforeWidth = 0;
+    for (auto it = first; it != last; ++it) {
+      settingWidth = std::max(settingWidth, Width(it->setting));
+      beforeWidth = std::max(beforeWidth, Width(it->before));
+    }
+    text += "  " + first->subject + "\n";
+    for (; first != last; ++first) {
+      text += "    " + Padded(first->setting, settingWidth) + "  " +
+              style.Dim(Padded(first->before, beforeWidth)) + " -> " + first->after + "\n";
+    }
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string DeliveryReport(const Delivery& delivery, const Style& style, bool verbose) {
+  return Messages("Sent", delivery.sent, style) + Messages("Posted", delivery.posted, style) +
+         LogLines(delivery, style, verbose) + Reply(delivery, style);
+}
+
+std::string SimulateReport(const Simulation& simulation, const Style& style, bool verbose) {
+  std::string text = Header(simulation);
+  const std::size_t count = simulation.conversation.deliveries.size();
+  std::uint32_t restarts = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const Delivery& delivery = simulation.conversation.deliveries[i];
+    text += "\n";
+    if (delivery.restarts != restarts) {
+      restarts = delivery.restarts;
+      text += style.Notice("-- restart " + std::to_string(restarts) + " --") + "\n\n";
+    }
+    if (count > 1) {
+      text += style.Heading("Message " + std::to_string(i + 1) + " of " + std::to_string(count)) +
+              "  " + MessageName(delivery.request) + "\n";
+    }
+    text += Changes(delivery, style) + DeliveryReport(delivery, style, verbose);
+  }
+  return text + Waiting(simulation, style) + MachineTable(simulation, style);
+}
+
+}  // namespace tool

@@ -1,0 +1,295 @@
+#include "tool/machine/LiveMachine.h"
+
+#include <algorithm>
+#include <exception>
+#include <functional>
+#include <map>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+#include <variant>
+
+#include "common/sys/DllProxy.h"
+#include "common/sys/Domain.h"
+#include "common/sys/OsVersion.h"
+#include "common/sys/Registry.h"
+#include "common/sys/Wmi.h"
+#include "common/util/FileUtils.h"
+#include "common/util/Text.h"
+#include "platform/IWmi.h"
+
+namespace tool {
+namespace {
+
+using platform::Variant;
+using simulated::Json;
+using simulated::Machine;
+using simulated::NullableText;
+
+constexpr char kDevices[] = R"(SYSTEM\CurrentControlSet\Enum\)";
+constexpr char kInterfaces[] = R"(SYSTEM\CurrentControlSet\Services\Tcpip\Parameters\Interfaces\)";
+constexpr char kNames[] = R"(SYSTEM\CurrentControlSet\Control\ComputerName\)";
+
+constexpr const char* kAgentFiles[] = {"tarvo.cfg", "restore.cfg"};
+
+/// The services that the library switches, by the names of the service control manager.
+constexpr const char* kServices[] = {"Dhcp", "NetBT", "LmHosts", "NwlnkNb"};
+
+constexpr struct {
+  const char* name;
+  platform::ServiceStart start;
+} kStartModes[] = {{"Boot", platform::ServiceStart::kBoot},
+                   {"System", platform::ServiceStart::kSystem},
+                   {"Auto", platform::ServiceStart::kAutomatic},
+                   {"Manual", platform::ServiceStart::kManual},
+                   {"Disabled", platform::ServiceStart::kDisabled}};
+
+/// One instance of a management class. A property that is not there counts as one without a value.
+class Record {
+ public:
+  explicit Record(platform::IWmiObject& object) : object_(object) {}
+
+  Variant Value(const std::string& property) const {
+    Variant value = platform::Null{};
+    object_.Get(property, &value);
+    return value;
+  }
+  NullableText Text(const std::string& property) const {
+    const Variant value = Value(property);
+    const auto* text = std::get_if<std::string>(&value);
+    return text != nullptr ? NullableText(*text) : std::nullopt;
+  }
+  std::int32_t Number(const std::string& property) const {
+    const Variant value = Value(property);
+    const auto* number = std::get_if<std::int32_t>(&value);
+    return number != nullptr ? *number : 0;
+  }
+  bool Flag(const std::string& property) const {
+    return Value(property) == Variant(platform::kVariantTrue);
+  }
+  std::vector<std::string> List(const std::string& property) const {
+    const Variant value = Value(property);
+    const auto* list = std::get_if<platform::TextArray>(&value);
+    return list != nullptr ? list->items : std::vector<std::string>();
+  }
+
+ private:
+  platform::IWmiObject& object_;
+};
+
+platform::IWmiServices& Connect(sys::ScopedWmiComInit& connection) {
+  connection.Connect();
+  if (connection.Services() == nullptr) throw std::runtime_error("there is no connection");
+  return *connection.Services();
+}
+
+void ForEachInstance(const std::string& className,
+                     const std::function<void(const Record&)>& visit) {
+  const auto unlisted = [&] {
+    return std::runtime_error("the class " + className + " cannot be listed");
+  };
+  sys::ScopedWmiComInit connection;
+  platform::IWmiServices& services = Connect(connection);
+  std::unique_ptr<platform::IWmiRows> rows;
+  if (platform::Failed(services.CreateInstanceEnum(className, &rows)) || !rows) throw unlisted();
+  for (;;) {
+    std::unique_ptr<platform::IWmiObject> object;
+    std::uint32_t count = 0;
+    if (platform::Failed(rows->Next(platform::kForever, &object, &count))) throw unlisted();
+    if (!object) return;
+    visit(Record(*object));
+  }
+}
+
+/// A text below the local machine's root; none when it is not there.
+NullableText RegistryText(const std::string& key, const std::string& name) {
+  try {
+    sys::Registry registry;
+    registry.SetSubkey(key);
+    registry.OpenForReading(/*view64=*/false);
+    std::string text;
+    registry.ReadString(name, &text);
+    return text;
+  } catch (const sys::RegistryError&) {
+    return std::nullopt;
+  }
+}
+
+void ReadNames(Machine& machine) {
+  sys::Wmi::GetComputerName(&machine.computerName);
+  const NullableText next = RegistryText(std::string(kNames) + "ComputerName", "ComputerName");
+  const NullableText now = RegistryText(std::string(kNames) + "ActiveComputerName", "ComputerName");
+  if (next && now && *next != *now) machine.pendingComputerName = next;
+}
+
+void ReadMembership(Machine& machine) {
+  sys::Domain& domain = sys::Domain::Instance();
+  if (!domain.IsDomainMember()) {
+    machine.membership = simulated::WorkgroupMembership{domain.GetWorkgroup()};
+    return;
+  }
+  const simulated::DomainMembership membership{domain.GetDnsDomainName(), domain.GetDomainName(),
+                                               true};
+  machine.membership = membership;
+  simulated::DirectoryDomain& directory = machine.domains.emplace_back();
+  directory.dnsName = membership.dnsName;
+  directory.flatName = membership.flatName;
+  // The directory may be out of reach; the membership is told all the same.
+  const std::string ou = domain.GetOu(/*asDn=*/true);
+  if (membership.dnsName.empty()) return;
+  std::string container = sys::BuildDn(membership.dnsName, ou);
+  if (ou.empty()) {
+    container = "CN=Computers," + container;
+  } else {
+    directory.ous = {container};
+  }
+  directory.computers = {{machine.computerName, "CN=" + machine.computerName + "," + container}};
+}
+
+Json ToJson(const Variant& value) {
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
+  if (const auto* number = std::get_if<std::int32_t>(&value)) return *number;
+  if (std::holds_alternative<platform::RawBool>(value)) {
+    return value == Variant(platform::kVariantTrue);
+  }
+  return nullptr;
+}
+
+void ReadOperatingSystem(Machine& machine) {
+  sys::ScopedWmiComInit connection;
+  const auto record = sys::Wmi::GetWbemClassObject(Connect(connection), "Win32_OperatingSystem");
+  machine.operatingSystem.clear();
+  for (const std::string& name : sys::OsVersion::PropertyNames()) {
+    Variant value;
+    if (!platform::Failed(record->Get(name, &value))) machine.operatingSystem[name] = ToJson(value);
+  }
+}
+
+void ReadAdapters(Machine& machine) {
+  struct Hardware {
+    NullableText pnpDeviceId, type, manufacturer;
+  };
+  std::map<std::int32_t, Hardware> hardware;
+  ForEachInstance("Win32_NetworkAdapter", [&](const Record& record) {
+    hardware[record.Number("Index")] = {record.Text("PNPDeviceID"), record.Text("AdapterType"),
+                                        record.Text("Manufacturer")};
+  });
+  ForEachInstance("Win32_NetworkAdapterConfiguration", [&](const Record& record) {
+    const std::int32_t index = record.Number("Index");
+    const Hardware& device = hardware[index];
+    simulated::Adapter adapter;
+    adapter.index = static_cast<std::uint32_t>(index);
+    adapter.settingId = record.Text("SettingID").value_or("");
+    adapter.ipEnabled = record.Flag("IPEnabled");
+    adapter.pnpDeviceId = device.pnpDeviceId.value_or("");
+    adapter.locationInformation =
+        RegistryText(kDevices + adapter.pnpDeviceId, "LocationInformation");
+    adapter.macAddress = record.Text("MACAddress");
+    adapter.adapterType = device.type;
+    adapter.manufacturer = device.manufacturer;
+    adapter.caption = record.Text("Caption");
+    adapter.dhcpEnabled = record.Flag("DHCPEnabled");
+    adapter.ipAddresses = record.List("IPAddress");
+    adapter.subnetMasks = record.List("IPSubnet");
+    adapter.gateways = record.List("DefaultIPGateway");
+    adapter.dnsServers = record.List("DNSServerSearchOrder");
+    adapter.dnsSuffixes = record.List("DNSDomainSuffixSearchOrder");
+    adapter.dnsDomain = record.Text("DNSDomain");
+    adapter.dnsHostName = record.Text("DNSHostName");
+    adapter.staticDns =
+        !RegistryText(kInterfaces + adapter.settingId, "NameServer").value_or("").empty();
+    machine.adapters.push_back(std::move(adapter));
+  });
+}
+
+void ReadRoutes(Machine& machine) {
+  ForEachInstance("Win32_IP4PersistedRouteTable", [&](const Record& record) {
+    machine.persistentRoutes.push_back(
+        {record.Text("Destination").value_or(""), record.Text("Mask").value_or(""),
+         record.Text("NextHop").value_or(""), record.Number("Metric1")});
+  });
+}
+
+void ReadServices(Machine& machine) {
+  const auto add = [&machine](const Record& record) {
+    const std::string name = record.Text("Name").value_or("");
+    const bool isSwitched =
+        std::any_of(std::begin(kServices), std::end(kServices),
+                    [&](const char* known) { return util::EqualsIgnoringCase(name, known); });
+    if (!isSwitched) return;
+    const std::string mode = record.Text("StartMode").value_or("");
+    const auto start = std::find_if(std::begin(kStartModes), std::end(kStartModes),
+                                    [&](const auto& row) { return row.name == mode; });
+    machine.services.push_back(
+        {name, start != std::end(kStartModes) ? start->start : platform::ServiceStart::kDisabled,
+         record.Text("State") == "Running"});
+  };
+  ForEachInstance("Win32_Service", add);
+  ForEachInstance("Win32_SystemDriver", add);
+}
+
+void ReadFlag(Machine& machine) {
+  std::uint32_t flag = 0;
+  try {
+    sys::Registry registry;
+    registry.SetSubkey(sys::kClientServiceKey);
+    registry.OpenForReading(/*view64=*/false);
+    registry.ReadDWord(sys::kNetworkDisabledValue, &flag);
+  } catch (const sys::RegistryError&) {
+    return;  // networking was not disabled
+  }
+  simulated::RegistryValue value;
+  value.data = flag;
+  machine.registry = {value};
+}
+
+void ReadFiles(Machine& machine) {
+  sys::OsVersion system;
+  system.Query();
+  for (const char* name : kAgentFiles) {
+    simulated::File file{system.SystemFolder() + name, ""};
+    if (!util::FileExists(file.path)) continue;
+    if (!util::ReadWholeFile(file.path, &file.text)) {
+      throw std::runtime_error(file.path + " cannot be read");
+    }
+    machine.files.push_back(std::move(file));
+  }
+}
+
+void ReadLibrary(Machine& machine) {
+  if (sys::CryptoDll().TryLoad()) machine.decrypt.emplace();
+}
+
+constexpr struct {
+  const char* name;
+  void (*read)(Machine& machine);
+} kParts[] = {
+    {"computer name", ReadNames},
+    {"membership", ReadMembership},
+    {"operating system", ReadOperatingSystem},
+    {"adapters", ReadAdapters},
+    {"persistent routes", ReadRoutes},
+    {"services", ReadServices},
+    {"networking flag", ReadFlag},
+    {"agent's files", ReadFiles},
+    {"deciphering library", ReadLibrary},
+};
+
+}  // namespace
+
+CapturedMachine CaptureMachine() {
+  CapturedMachine captured;
+  for (const auto& part : kParts) {
+    try {
+      part.read(captured.machine);
+    } catch (const err::CGeneralError& error) {
+      captured.gaps.push_back(std::string(part.name) + ": " + error.message + " (error " +
+                              std::to_string(error.SystemError) + ")");
+    } catch (const std::exception& error) {
+      captured.gaps.push_back(std::string(part.name) + ": " + error.what());
+    }
+  }
+  return captured;
+}
+
+}  // namespace tool

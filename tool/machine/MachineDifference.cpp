@@ -1,0 +1,162 @@
+#include "tool/machine/MachineDifference.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <unordered_map>
+#include <utility>
+
+#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
+#include "platform/simulated/ServicesPort.h"
+#include "tool/io/Text.h"
+
+namespace tool {
+namespace {
+
+using simulated::Machine;
+
+struct Fact {
+  std::string subject;
+  std::string setting;
+  std::string value;
+  /// Compared with the value but not shown.
+  std::string content;
+};
+
+std::string DataText(const simulated::RegistryValue& value) {
+  const auto* number = std::get_if<std::uint32_t>(&value.data);
+  return number != nullptr ? std::to_string(*number) : std::get<std::string>(value.data);
+}
+
+/// The machine as a flat list, in the order in which it is shown.
+std::vector<Fact> Facts(const Machine& machine) {
+  std::vector<Fact> facts;
+  const auto add = [&](const std::string& subject, const std::string& setting,
+                       const std::string& value, const std::string& content = {}) {
+    facts.push_back({subject, setting, value, content});
+  };
+  add("computer", "name", machine.computerName);
+  add("computer", "name after the restart", machine.pendingComputerName.value_or("-"));
+  add("computer", "member of", MembershipText(machine.membership));
+  for (const simulated::Adapter& adapter : machine.adapters) {
+    const std::string name = AdapterName(adapter);
+    add(name, "DHCP", adapter.dhcpEnabled ? "on" : "off");
+    add(name, "addresses", ListText(Addresses(adapter)));
+    add(name, "gateways", ListText(adapter.gateways));
+    add(name, "DNS servers", ListText(adapter.dnsServers));
+    add(name, "DNS servers set by", adapter.staticDns ? "hand" : "DHCP");
+    add(name, "DNS suffixes", ListText(adapter.dnsSuffixes));
+    add(name, "DNS domain", adapter.dnsDomain.value_or("-"));
+    add(name, "DNS host name", adapter.dnsHostName.value_or("-"));
+  }
+  for (const simulated::PersistentRoute& route : machine.persistentRoutes) {
+    add("persistent routes", RouteText(route), "metric " + std::to_string(route.metric));
+  }
+  for (const simulated::Service& service : machine.services) {
+    add("services", service.name, ServiceText(service));
+  }
+  for (const simulated::RegistryValue& value : machine.registry) {
+    add("registry", value.key + "\\" + value.name,
+        simulated::NamesPassword(value.name) ? "***" : DataText(value));
+  }
+  for (const simulated::File& file : machine.files) {
+    add("files", file.path, std::to_string(file.text.size()) + " bytes", file.text);
+  }
+  for (const simulated::DirectoryDomain& domain : machine.domains) {
+    for (const simulated::Computer& computer : domain.computers) {
+      add("directory " + domain.dnsName, computer.name, computer.dn);
+    }
+  }
+  return facts;
+}
+
+/// Facts by subject and setting; of two alike the later one counts.
+using Index = std::unordered_map<std::string, const Fact*>;
+
+std::string Key(const Fact& fact) { return fact.subject + '\0' + fact.setting; }
+
+Index IndexOf(const std::vector<Fact>& facts) {
+  Index index;
+  for (const Fact& fact : facts) index[Key(fact)] = &fact;
+  return index;
+}
+
+}  // namespace
+
+std::string MembershipText(const simulated::Membership& membership) {
+  if (const auto* workgroup = std::get_if<simulated::WorkgroupMembership>(&membership)) {
+    return "workgroup " + Printable(workgroup->name);
+  }
+  const auto& domain = std::get<simulated::DomainMembership>(membership);
+  return "domain " + Printable(domain.dnsName.empty() ? domain.flatName : domain.dnsName);
+}
+
+std::string MachineText(const std::string& name, const Machine& machine) {
+  const std::size_t adapters = machine.adapters.size();
+  return Printable(name + ": " + machine.computerName) + ", " + MembershipText(machine.membership) +
+         ", " + std::to_string(adapters) + (adapters == 1 ? " adapter" : " adapters");
+}
+
+std::string AdapterName(const simulated::Adapter& adapter) {
+  std::string name = "adapter " + std::to_string(adapter.index);
+  if (!adapter.caption) return name;
+  // The caption repeats the index: "[00000007] Intel(R) PRO/1000 MT Desktop Adapter".
+  const std::size_t end = adapter.caption->starts_with('[') ? adapter.caption->find("] ") : 0;
+  const std::size_t start = end == 0 || end == std::string::npos ? 0 : end + 2;
+  return name + ", " + adapter.caption->substr(start);
+}
+
+std::vector<std::string> Addresses(const simulated::Adapter& adapter) {
+  std::vector<std::string> addresses = adapter.ipAddresses;
+  for (std::size_t i = 0; i < std::min(addresses.size(), adapter.subnetMasks.size()); ++i) {
+    addresses[i] += "/" + adapter.subnetMasks[i];
+  }
+  return addresses;
+}
+
+std::string RouteText(const simulated::PersistentRoute& route) {
+  return route.destination + "/" + route.mask + " via " + route.nextHop;
+}
+
+std::string ServiceText(const simulated::Service& service) {
+  return std::string(simulated::StartName(service.start)) +
+         (service.running ? ", running" : ", stopped");
+}
+
+std::vector<Difference> Differences(const Machine& before, const Machine& after) {
+  const std::vector<Fact> old = Facts(before);
+  const std::vector<Fact> now = Facts(after);
+  const Index oldIndex = IndexOf(old);
+  const Index nowIndex = IndexOf(now);
+
+  std::vector<Difference> differences;
+  const auto add = [&](const Fact& fact, const std::string& was, const std::string& is) {
+    differences.push_back(
+        {Printable(fact.subject), Printable(fact.setting), Printable(was), Printable(is)});
+  };
+  for (const Fact& fact : old) {
+    const auto same = nowIndex.find(Key(fact));
+    if (same == nowIndex.end()) {
+      add(fact, fact.value, "-");
+    } else if (fact.value != same->second->value) {
+      add(fact, fact.value, same->second->value);
+    } else if (fact.content != same->second->content) {
+      add(fact, fact.value, fact.value + ", changed");
+    }
+  }
+  for (const Fact& fact : now) {
+    if (!oldIndex.contains(Key(fact))) add(fact, "-", fact.value);
+  }
+
+  // New settings of a subject belong beside its other ones, in the order of the machine.
+  std::unordered_map<std::string, std::size_t> ranks;
+  for (const auto* facts : {&now, &old}) {
+    for (const Fact& fact : *facts) ranks.try_emplace(Printable(fact.subject), ranks.size());
+  }
+  std::stable_sort(differences.begin(), differences.end(), [&](const auto& a, const auto& b) {
+    return ranks.at(a.subject) < ranks.at(b.subject);
+  });
+  return differences;
+}
+
+}  // namespace tool

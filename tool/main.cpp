@@ -1,0 +1,23 @@
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "tool/Tool.h"
+#include "tool/io/HostSystem.h"
+#include "tool/io/ToolError.h"
+
+int main(int argc, char** argv) {
+  try {
+    tool::UseBinaryStreams();
+    const char* noColor = std::getenv("NO_COLOR");
+    const bool color = tool::IsColorTerminal() && (noColor == nullptr || *noColor == '\0');
+    return tool::RunTool(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
+                         {std::cin, std::cout, std::cerr, color, tool::IsProgressTerminal()});
+  } catch (const std::exception& error) {
+    std::cerr << "orvanta-config: " << error.what()
+              << "; this is a fault of the program, please report it with its files\n";
+    return tool::kUnusable;
+  }
+}

@@ -1,0 +1,115 @@
+#include "tool/plan/Plan.h"
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <ostream>
+#include <vector>
+
+#include "platform/simulated/MachineFile.h"
+#include "tool/check/CheckRemark.h"
+#include "tool/io/Files.h"
+#include "tool/io/ToolError.h"
+#include "tool/machine/MachineDifference.h"
+#include "tool/plan/PlanJson.h"
+#include "tool/plan/PlanPage.h"
+#include "tool/plan/PlanReport.h"
+#include "tool/plan/QueuePlan.h"
+#include "tool/plan/RestartChain.h"
+
+namespace tool {
+namespace {
+
+using simulated::Json;
+
+/// Where the agent's file is.
+constexpr char kPlace[] = R"(C:\tarvo.cfg)";
+
+constexpr char kFooter[] =
+    R"(The plan is the library's own queue for FILE, placed as C:\tarvo.cfg, after its
+analysis: what runs now, what waits for the restart, what was dropped, and why.
+Nothing runs; "simulate" tells what the machine answers.
+
+--follow-restarts runs each plan on the simulated machine, restarts it after "Reboot" and
+plans again, at most N times, until a run ends. It says when a restart would find
+everything as an earlier one did, and what of the file is still not true at the end.
+
+--html writes one page that needs no network: the plan, what its run does, the machine
+before and after, and FILE. It is for its owner only to read.
+
+Exit codes:
+  0  the plan could be made; with --follow-restarts no run failed, and there is no loop
+  1  the library refuses a value or cannot question the machine; the error is told
+  2  unusable arguments or files, also an empty one and a header without "]", with one
+     line on standard error
+
+A plan whose run is bound to fail, as for want of an adapter, is a plan: 0.
+
+Examples:
+  orvanta-config plan pc.cfg
+  orvanta-config plan pc.cfg --machine my-pc.json --verbose
+  orvanta-config plan pc.cfg --machine my-pc.json --follow-restarts 5
+  orvanta-config plan pc.cfg --follow-restarts 5 --html pc.html
+  orvanta-config plan - --json < pc.cfg)";
+
+}  // namespace
+
+CLI::App* AddPlan(CLI::App& app, PlanOptions& options) {
+  CLI::App* command = app.add_subcommand("plan", "show what a configuration file would do and why");
+  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
+      ->type_name("")
+      ->required();
+  AddMachineOptions(*command, options.machine);
+  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
+                                     "run the plan, restart, and plan again, N <= 1000"));
+  command->add_option("--html", options.html, "write a page about the plan and its run")
+      ->type_name("OUT.html");
+  command->add_flag("--verbose", options.verbose, "tell every event and every adapter too");
+  command->footer(kFooter);
+  return command;
+}
+
+int Plan(const PlanOptions& options, const Streams& streams) {
+  const std::string name = options.file == "-" ? "standard input" : options.file;
+  const std::string text = ReadInput(options.file, streams.in);
+  simulated::Machine machine = LoadMachine(options.machine);
+  machine.PutFile(kPlace, text);
+  std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
+  std::optional<PrivateFile> page = OpenOutput("--html", options.html,
+                                               {{options.file, "configuration file"},
+                                                {options.machine.machineFile, "machine file"},
+                                                {options.machine.saveMachine, "saved machine"}});
+  const std::string machineName = options.machine.machineFile.value_or("built-in example");
+
+  std::optional<RestartChain> chain;
+  QueuePlan plan;
+  if (options.followRestarts || page) {
+    chain = FollowRestarts(machine, kPlace, name, options.followRestarts.value_or(0));
+    plan = chain->steps.front().plan;
+  } else {
+    plan = MakePlan(machine, kPlace, name, Comparing::kInTurn);
+  }
+  const bool isShown = page || !options.machine.json;
+  const std::string remark = isShown ? CheckRemark(options.file, text) : "";
+  if (page) page->Commit(PlanPage({name, remark, machineName, machine, *chain}));
+  if (!options.followRestarts) chain.reset();
+
+  if (saved) saved->Commit(simulated::PrintMachine(chain ? chain->after : machine));
+  if (options.machine.json) {
+    const Json json = chain ? ToJson(*chain, options.verbose) : ToJson(plan, options.verbose);
+    // Texts come from the user's files, which may hold any bytes.
+    streams.out << json.dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace)
+                << '\n';
+  } else {
+    const Style style(streams.color && !options.machine.noColor);
+    std::vector<Row> rows{{"File", Printable(name + ", placed as " + kPlace)}};
+    if (!remark.empty()) rows.push_back({"Check", remark});
+    rows.push_back({"Machine", MachineText(machineName, machine)});
+    streams.out << Rows(rows, "") << '\n'
+                << (chain ? ChainReport(*chain, style, options.verbose)
+                          : PlanReport(plan, style, options.verbose));
+  }
+  const bool good = chain ? chain->Succeeded() : !plan.error;
+  return good ? kDone : kFailed;
+}
+
+}  // namespace tool

@@ -1,0 +1,373 @@
+#include "tool/plan/QueuePlan.h"
+
+#include <algorithm>
+#include <iterator>
+#include <unordered_map>
+#include <utility>
+#include <variant>
+
+#include "common/config/ConfigError.h"
+#include "common/config/analyzer/Analysis.h"
+#include "common/config/command/SetDnsSuffix.h"
+#include "common/logging/NullLogSink.h"
+#include "common/proc/ChildProcess.h"
+#include "common/sys/DllProxy.h"
+#include "common/sys/Domain.h"
+#include "common/sys/NicText.h"
+#include "common/sys/OsVersion.h"
+#include "common/sys/Registry.h"
+#include "common/util/ClassName.h"
+#include "common/util/FileUtils.h"
+#include "handlers/internal/ConfigurePlan.h"
+#include "platform/ScopedPlatform.h"
+#include "platform/simulated/SimulatedPlatform.h"
+#include "tool/agent/AgentHost.h"
+#include "tool/agent/AgentMessage.h"
+#include "tool/io/ToolError.h"
+#include "tool/machine/MachineDifference.h"
+
+namespace tool {
+namespace {
+
+using config::EventKind;
+using config::analyzer::Analysis;
+using config::command::Comparison;
+using config::command::ConfigureNic;
+using config::command::IConfigureCommand;
+
+/// By the number of the kind.
+constexpr const char* kKindNames[] = {"COMPUTER_NAME",
+                                      "WORKGROUP",
+                                      "DOMAIN",
+                                      "DOMAIN_USER",
+                                      "DOMAIN_PASSWORD",
+                                      "DOMAIN_OU",
+                                      "NIC",
+                                      "DHCP",
+                                      "STATIC",
+                                      "IP_INTERFACE",
+                                      "IP_ADDRESS",
+                                      "SUBNET_MASK",
+                                      "GATEWAY",
+                                      "DNS_SERVER",
+                                      "DNS_SUFFIX",
+                                      "DNS_DHCP",
+                                      "STATIC_ROUTE",
+                                      "ROUTE_GATEWAY",
+                                      "ROUTE_FOURTH_FIELD",
+                                      "ROUTE_METRIC",
+                                      "NOOP",
+                                      "NIC_MAC_ADDRESS",
+                                      "NIC_PCI_BUS",
+                                      "NIC_PCI_DEVICE",
+                                      "NIC_PCI_FUNCTION",
+                                      "ENABLE_NETWORKING"};
+
+static_assert(std::size(kKindNames) == static_cast<std::size_t>(EventKind::ENABLE_NETWORKING) + 1);
+
+/// Why the builder makes no command of an event that it accepts.
+std::string WhyNothing(EventKind kind) {
+  switch (kind) {
+    case EventKind::DOMAIN:
+      return "the computer belongs to this domain already";
+    case EventKind::DNS_SERVER:
+      return "0.0.0.0 is no server";
+    default:
+      return "no command takes it";
+  }
+}
+
+bool IsAccount(EventKind kind) {
+  return kind == EventKind::DOMAIN_USER || kind == EventKind::DOMAIN_PASSWORD;
+}
+
+/// Keeps the events and which command took each.
+class Recorder final : public IEventListener {
+ public:
+  void Sending(const SourcedEvent& event) override {
+    ends_ = event.phase == config::Event::END;
+    if (ends_) {
+      pending_ = open_.back();
+      open_.pop_back();
+      return;
+    }
+    pending_ = events.size();
+    if (event.phase == config::Event::BEGIN) open_.push_back(events.size());
+    kind_ = event.kind;
+    PlannedEvent& planned = events.emplace_back();
+    planned.kind = kKindNames[static_cast<std::size_t>(event.kind)];
+    planned.opens = event.phase == config::Event::BEGIN;
+    planned.value = IsAccount(event.kind) ? "***" : event.value;
+    planned.section = event.section;
+    planned.key = event.key;
+  }
+
+  void Taken(const IConfigureCommand* taker) override {
+    pending_.reset();
+    if (ends_) return;
+    if (taker != nullptr) {
+      takers[taker].push_back(events.size() - 1);
+    } else if (!events.back().opens) {
+      events.back().cameToNothing = WhyNothing(kind_);
+    }
+  }
+
+  /// The event that was sent and not taken; for the end of a scope the one that began it.
+  std::optional<std::size_t> Refused() const { return pending_; }
+
+  std::vector<PlannedEvent> events;
+  std::unordered_map<const IConfigureCommand*, std::vector<std::size_t>> takers;
+
+ private:
+  EventKind kind_{};
+  bool ends_ = false;
+  std::optional<std::size_t> pending_;
+  /// The scopes that have not ended, as positions in `events`.
+  std::vector<std::size_t> open_;
+};
+
+// ---- Errors -------------------------------------------------------------------------------------
+
+/// The error being handled, as the first of the given classes that it is.
+template <typename Error, typename... Others>
+PlanError Caught() {
+  try {
+    throw;
+  } catch (const Error& error) {
+    constexpr std::size_t kPrefix = sizeof "class";
+    return {util::ClassName(typeid(Error)).substr(kPrefix),
+            error.file,
+            error.line,
+            error.message,
+            error.Value,
+            error.SystemError,
+            std::nullopt};
+  } catch (...) {
+    if constexpr (sizeof...(Others) > 0) return Caught<Others...>();
+    throw;
+  }
+}
+
+PlanError CaughtByTheLibrary() {
+  return Caught<config::ConfigError, ipc::CIPAddressError, sys::CWmiError, sys::DomainError,
+                sys::RegistryError, sys::OsVersionError, sys::CDllProxyError, util::CFileIOError,
+                proc::ChildProcessError, err::CGeneralError>();
+}
+
+[[noreturn]] void ThrowUnloaded(ConfigurePlan& configure, const std::string& text,
+                                const std::string& shownPath) {
+  const ConfigFile::Position place = configure.File().FailurePosition();
+  if (place.line != 0) {
+    throw ToolError(
+        shownPath + ":" + std::to_string(place.line) + ":" + std::to_string(place.column),
+        "section header without \"]\"", "close it, as in [Networking]");
+  }
+  if (text.empty()) {
+    throw ToolError(shownPath, "is empty", "name a configuration file that says something");
+  }
+  throw ToolError(shownPath, "cannot be read on the simulated machine",
+                  "look at the faults in the machine file");
+}
+
+// ---- From the engine's objects to plain data
+// -----------------------------------------------------
+
+std::string LocationText(const sys::PciLocation& location) {
+  if (location.bus == sys::PciLocation::kUnknown) return {};
+  return std::to_string(location.bus) + "/" + std::to_string(location.device) + "/" +
+         std::to_string(location.function);
+}
+
+PlannedCommand Describe(IConfigureCommand& command, const Comparison& comparison,
+                        const Recorder& recorder) {
+  PlannedCommand planned;
+  planned.className = util::ClassName(typeid(command)).substr(sizeof "class");
+  planned.description = command.Describe();
+  planned.needed = comparison.needed;
+  planned.current = comparison.current;
+  planned.wanted = comparison.wanted;
+  planned.pauseMs = command.PauseMs();
+  const auto events = recorder.takers.find(&command);
+  if (events != recorder.takers.end()) planned.events = events->second;
+  return planned;
+}
+
+PlannedBinding DescribeBinding(const ConfigureNic& nic) {
+  PlannedBinding binding;
+  if (nic.Index() != ConfigureNic::kUnset) binding.index = nic.Index();
+  binding.by = nic.HowBound();
+  if (nic.HasPciLocation()) {
+    binding.pciLocation = LocationText({nic.PciBus(), nic.PciDevice(), nic.PciFunction()});
+  }
+  binding.macAddress = nic.MacAddress();
+  return binding;
+}
+
+/// Compares the commands of adapters, in the order of the queue.
+class AdapterComparison {
+ public:
+  AdapterComparison(const config::command::CommandList& commands, Comparing comparing)
+      : comparing_(comparing) {
+    for (const auto& command : commands) {
+      if (const auto* nic = dynamic_cast<const ConfigureNic*>(command.get())) {
+        ++sections_[nic->Index()];
+      }
+    }
+  }
+
+  Comparison Compare(const ConfigureNic& nic, IConfigureCommand& command) const {
+    if (nic.Index() == ConfigureNic::kUnset) return {};
+    Comparison comparison = nic.CompareAdapter(command);
+    if (comparing_ == Comparing::kInTurn && comparison.needed && OthersSee(nic, command)) {
+      try {
+        command.Execute();
+      } catch (const err::CGeneralError&) {
+        // What a machine refuses is for a rehearsal to tell; the plan goes on behind it.
+      }
+    }
+    return comparison;
+  }
+
+ private:
+  /// A later section finds what this one changed on an adapter that they share; suffixes are the
+  /// whole machine's.
+  bool OthersSee(const ConfigureNic& nic, const IConfigureCommand& command) const {
+    return sections_.at(nic.Index()) > 1 ||
+           dynamic_cast<const config::command::SetDnsSuffix*>(&command) != nullptr;
+  }
+
+  Comparing comparing_;
+  std::unordered_map<std::uint32_t, int> sections_;
+};
+
+PlannedCommand DescribeNic(ConfigureNic& nic, const Recorder& recorder,
+                           const AdapterComparison& adapters) {
+  PlannedCommand planned = Describe(nic, {}, recorder);
+  planned.binding = DescribeBinding(nic);
+  for (const auto& command : nic.Commands()) {
+    planned.commands.push_back(Describe(*command, adapters.Compare(nic, *command), recorder));
+  }
+  return planned;
+}
+
+std::vector<PlannedAdapter> DescribeAdapters(const simulated::Machine& machine,
+                                             const sys::NicList& known,
+                                             const std::vector<PlannedCommand>& commands) {
+  std::unordered_map<std::uint32_t, const sys::NicAdapter*> byIndex;
+  for (const sys::NicAdapter* adapter : known.Adapters()) byIndex[adapter->Index()] = adapter;
+  std::unordered_map<std::uint32_t, std::vector<std::size_t>> takers;
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    const auto& binding = commands[i].binding;
+    if (binding && binding->index) takers[*binding->index].push_back(i);
+  }
+  std::vector<PlannedAdapter> adapters;
+  for (const simulated::Adapter& adapter : machine.adapters) {
+    PlannedAdapter& planned = adapters.emplace_back();
+    planned.index = adapter.index;
+    planned.name = AdapterName(adapter);
+    planned.takers = takers[adapter.index];
+    planned.macAddress = adapter.macAddress.value_or("");
+    if (sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci) {
+      planned.pciLocation =
+          LocationText(sys::ParseLocationInformation(adapter.locationInformation.value_or("")));
+    }
+    const auto found = byIndex.find(adapter.index);
+    if (found == byIndex.end()) {
+      planned.refused = "not IP-enabled";
+    } else if (!found->second->IsPci()) {
+      planned.refused = "not on the PCI bus";
+    }
+  }
+  return adapters;
+}
+
+void FindLines(ConfigFile& file, std::vector<PlannedEvent>& events) {
+  for (PlannedEvent& event : events) {
+    if (event.section.empty() && event.key.empty()) continue;
+    event.line = event.key.empty() ? 0 : file.FindPosition(event.section, event.key).line;
+    if (event.line != 0) continue;
+    event.key.clear();
+    event.line = file.FindPosition(event.section).line;
+  }
+}
+
+void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysis,
+                   const Recorder& recorder, Comparing comparing, QueuePlan& plan) {
+  const AdapterComparison adapters(builder.Commands(), comparing);
+  const auto describe = [&](const auto& command) {
+    if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
+      return DescribeNic(*nic, recorder, adapters);
+    }
+    const auto compared = analysis.comparisons.find(command.get());
+    const bool wasCompared = compared != analysis.comparisons.end();
+    return Describe(*command, wasCompared ? compared->second : Comparison(), recorder);
+  };
+  std::transform(builder.Commands().begin(), builder.Commands().end(),
+                 std::back_inserter(plan.commands), describe);
+  std::transform(analysis.dropped.begin(), analysis.dropped.end(), std::back_inserter(plan.dropped),
+                 describe);
+}
+
+/// Plans one "Configure" message. Returns the path of the file to be planned instead when a restore
+/// file took the place of this one.
+std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::string& path,
+                                       const std::string& shownPath, Comparing comparing,
+                                       QueuePlan& plan) {
+  AgentMessage message("Internal", "Configure", {{"Filename", path}});
+  AgentHost host;
+  logging::NullLogSink log;
+  Recorder recorder;
+  ConfigurePlan configure(log, host, recorder);
+  try {
+    const ConfigurePlan::Opening opening = configure.Open(message);
+    if (!host.Posted().empty()) {
+      return std::get<std::string>(host.Posted().back().values.front().data);
+    }
+    if (const simulated::File* file = machine.FindFile(path)) plan.text = file->text;
+    if (opening != ConfigurePlan::Opening::kLoaded) ThrowUnloaded(configure, plan.text, shownPath);
+    plan.restartForbidden = configure.Global().noReboot;
+    configure.Build();
+    const Analysis analysis = configure.Analyze();
+    DescribeQueue(configure.Builder(), analysis, recorder, comparing, plan);
+    if (analysis.adapters != nullptr) {
+      plan.adapters = DescribeAdapters(machine, *analysis.adapters, plan.commands);
+    }
+  } catch (const err::CGeneralError&) {
+    plan.error = CaughtByTheLibrary();
+    plan.error->event = recorder.Refused();
+    plan.commands.clear();
+    plan.dropped.clear();
+  }
+  plan.events = std::move(recorder.events);
+  FindLines(configure.File(), plan.events);
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string PlannedCommand::ShortName() const {
+  const std::size_t colon = className.rfind(':');
+  return colon == std::string::npos ? className : className.substr(colon + 1);
+}
+
+std::size_t QueuePlan::RunsNow() const {
+  const auto restart =
+      std::find_if(commands.begin(), commands.end(),
+                   [](const PlannedCommand& command) { return command.Is("Reboot"); });
+  return static_cast<std::size_t>(restart - commands.begin());
+}
+
+QueuePlan MakePlan(simulated::Machine machine, const std::string& path,
+                   const std::string& shownPath, Comparing comparing) {
+  simulated::SimulatedPlatform platform(machine);
+  const platform::ScopedPlatform scope(platform);
+  QueuePlan plan;
+  if (const auto restore = PlanMessage(machine, path, shownPath, comparing, plan)) {
+    plan.restored = true;
+    // The file is gone from where it was, so there is nothing to hand over a second time.
+    PlanMessage(machine, *restore, "the restore file on the machine", comparing, plan);
+  }
+  return plan;
+}
+
+}  // namespace tool

@@ -1,0 +1,68 @@
+// A configuration file through the restarts that it asks for: planned, run, restarted, planned
+// anew.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/simulated/Machine.h"
+#include "tool/agent/Delivery.h"
+#include "tool/plan/QueuePlan.h"
+
+namespace tool {
+
+/// One start of the machine.
+struct ChainStep {
+  QueuePlan plan;
+  /// The run that followed; of a restore the hand-over's changes come first.
+  Delivery delivery;
+};
+
+enum class ChainEnding : std::uint8_t {
+  kSettled,  ///< a run came to its end
+  kFailed,   ///< a run failed or was not answered
+  kLoops,    ///< a start found machine and queue as an earlier one had found them
+  kLimit,    ///< a restart is due that was not to be followed any more
+};
+
+/// Something that the file asks for and that the machine is not in the end.
+struct NotTrue {
+  std::string section;
+  /// "line 8".
+  std::string lines;
+  /// "SetGateway", or "DNS_SERVER" for an event that no command came of.
+  std::string what;
+  std::string description;
+  std::optional<std::string> current;
+  std::optional<std::string> wanted;
+  std::string reason;
+};
+
+struct RestartChain {
+  /// At least one.
+  std::vector<ChainStep> steps;
+  ChainEnding ending = ChainEnding::kSettled;
+  /// The step that a further start would repeat; of a chain that loops only.
+  std::size_t loopsTo = 0;
+  std::uint32_t restarts = 0;
+  simulated::Machine after;
+  std::vector<NotTrue> notTrue;
+
+  /// It settled, or only stopped at the limit.
+  bool Succeeded() const {
+    return ending == ChainEnding::kSettled || ending == ChainEnding::kLimit;
+  }
+};
+
+/// Sends "Configure" messages that name `path` and restarts the machine after each "Reboot", at
+/// most `most` times. Throws as MakePlan.
+RestartChain FollowRestarts(const simulated::Machine& machine, const std::string& path,
+                            const std::string& shownPath, std::uint32_t most);
+
+/// How it ended, in words: "settled after 1 restart".
+std::string EndingText(const RestartChain& chain);
+
+}  // namespace tool

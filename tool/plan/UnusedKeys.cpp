@@ -1,0 +1,77 @@
+#include "tool/plan/UnusedKeys.h"
+
+#include <algorithm>
+
+#include "common/util/Text.h"
+#include "tool/check/Document.h"
+#include "tool/check/FileCheck.h"
+#include "tool/io/Text.h"
+
+namespace tool {
+namespace {
+
+using check::Document;
+using check::Entry;
+using check::Section;
+
+constexpr std::size_t kMostKeys = 8;
+
+/// The key asks for something by itself when its section is translated.
+bool AsksByItself(const Entry& entry, SectionKind section) {
+  if (!entry.known) return true;
+  if (section != SectionKind::kNetworking && section != SectionKind::kAdapter) return false;
+  switch (RowOf(*entry.known).value) {
+    case ValueKind::kText:
+    case ValueKind::kFlag:
+    case ValueKind::kCipherText:
+    case ValueKind::kCount:
+    case ValueKind::kRecorded:
+      return false;
+    default:
+      return true;
+  }
+}
+
+/// The domain's other name was asked for.
+bool IsRuledByDnsDomain(const Section& section, const Entry& entry) {
+  return entry.known == Key::kDomain && section.Find(Key::kDnsDomain) != nullptr;
+}
+
+}  // namespace
+
+std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
+  std::vector<UnusedKeys> found;
+  if (plan.text.size() > check::kLargestFile) return found;
+  std::set<std::size_t> heard;
+  for (const PlannedEvent& event : plan.events) heard.insert(event.line);
+  const Document document(plan.text);
+  const auto isHeard = [&](const Entry& entry, std::size_t line) {
+    const auto next = heard.lower_bound(line);
+    return next != heard.end() &&
+           *next <= document.PlaceOf(document.ItemOf(entry.lastLine).span).line;
+  };
+  for (const Section& section : document.Sections()) {
+    if (section.kind == SectionKind::kAgentSettings) continue;
+    UnusedKeys unused{std::string(section.name), {}, {}};
+    for (const Entry& entry : section.entries) {
+      if (entry.isComment || entry.key.empty() || util::Trim(entry.value).empty()) continue;
+      if (entry.isFound && !AsksByItself(entry, section.kind)) continue;
+      const std::size_t line = document.PlaceOf(document.KeySpan(entry)).line;
+      if (isHeard(entry, line) || IsRuledByDnsDomain(section, entry)) continue;
+      unused.keys.push_back(document.ShownKey(entry));
+      unused.lines.insert(line);
+    }
+    if (!unused.keys.empty()) found.push_back(std::move(unused));
+  }
+  return found;
+}
+
+std::string UnusedText(const UnusedKeys& unused) {
+  std::vector<std::string> keys = unused.keys;
+  const std::size_t more = keys.size() - std::min(keys.size(), kMostKeys);
+  keys.resize(keys.size() - more);
+  return Printable(util::Join(keys, ", ")) +
+         (more > 0 ? ", and " + std::to_string(more) + " more" : "");
+}
+
+}  // namespace tool

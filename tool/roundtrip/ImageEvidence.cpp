@@ -1,0 +1,156 @@
+#include "tool/roundtrip/ImageEvidence.h"
+
+#include <algorithm>
+#include <string_view>
+
+#include "common/sys/NicInfoWriter.h"
+#include "common/sys/NicText.h"
+#include "common/util/Text.h"
+#include "platform/simulated/Text.h"
+#include "tool/machine/ChangeText.h"
+
+namespace tool {
+namespace {
+
+using simulated::Adapter;
+using simulated::Json;
+
+const Json* FindLast(const std::vector<Json>& changes, const char* call,
+                     const ImageEvidence::Match& matches) {
+  const auto found = std::find_if(changes.rbegin(), changes.rend(), [&](const Json& change) {
+    return change["call"] == call && matches(change);
+  });
+  return found == changes.rend() ? nullptr : &*found;
+}
+
+bool IsPci(const Adapter& adapter) { return sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci; }
+
+/// The first text of an adapter that the capture looks up as a host name and that is none.
+std::optional<std::string> UnknownHost(const simulated::Machine& machine, const Adapter& adapter) {
+  if (!adapter.ipEnabled || !IsPci(adapter)) return std::nullopt;
+  std::vector<std::string> texts;
+  if (!adapter.ipAddresses.empty()) texts.push_back(adapter.ipAddresses.front());
+  texts.insert(texts.end(), adapter.gateways.begin(), adapter.gateways.end());
+  texts.insert(texts.end(), adapter.dnsServers.begin(), adapter.dnsServers.end());
+  for (const std::string& text : texts) {
+    const std::string first = simulated::Folded(text.substr(0, 1));
+    const bool isName = first >= "a" && first <= "z";
+    if (isName && std::none_of(machine.hosts.begin(), machine.hosts.end(), [&](const auto& host) {
+          return simulated::SameText(host.name, text);
+        })) {
+      return text;
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+ImageEvidence::ImageEvidence(const ImageRestore& image) : image_(image) {
+  if (image.captured) file_.Parse(image.captured->text, /*merge=*/false);
+  for (const LogLine& line : image.capture.log) {
+    constexpr std::string_view kRecording = "Adding infor for nic ";
+    const std::size_t at = line.text.find(kRecording);
+    if (at == std::string::npos) continue;
+    order_.push_back(util::ParseUnsigned(line.text.substr(at + kRecording.size())));
+  }
+  for (const Delivery& delivery : image.restore.deliveries) {
+    restoring_.insert(restoring_.end(), delivery.changes.begin(), delivery.changes.end());
+    for (const LogLine& line : delivery.log) {
+      constexpr std::string_view kBefore = " - ";
+      const std::size_t start = line.text.find(kBefore);
+      const std::size_t end = line.text.rfind(", DNS-Use-DHCP = ");
+      if (start == std::string::npos || end == std::string::npos) continue;
+      const std::size_t name = start + kBefore.size();
+      read_.insert(simulated::Folded(line.text.substr(name, end - name)));
+    }
+  }
+}
+
+std::optional<std::string> ImageEvidence::Value(const std::string& section,
+                                                const std::string& key) {
+  const auto value = file_.FindValue(section, key);
+  return value ? std::optional<std::string>(*value) : std::nullopt;
+}
+
+std::optional<int> ImageEvidence::NumberOf(const Adapter& adapter) const {
+  const auto found = std::find(order_.begin(), order_.end(), adapter.index);
+  if (found == order_.end()) return std::nullopt;
+  return static_cast<int>(found - order_.begin());
+}
+
+std::string ImageEvidence::SectionOf(const Adapter& adapter) const {
+  const auto number = NumberOf(adapter);
+  return number && HasSection(*number) ? sys::SectionName(*number) : std::string();
+}
+
+bool ImageEvidence::WasRead(const std::string& section) const {
+  return read_.contains(simulated::Folded(section));
+}
+
+const Json* ImageEvidence::WriteOf(const std::string& section, const std::string& key) const {
+  return FindLast(image_.capture.changes, "file.write", [&](const Json& change) {
+    return change["section"] == section && change["key"] == key;
+  });
+}
+
+const Json* ImageEvidence::LastRestoring(const char* call, const Match& matches) const {
+  return FindLast(restoring_, call, matches);
+}
+
+std::string ImageEvidence::RestoreFailure() const {
+  for (const Delivery& delivery : image_.restore.deliveries) {
+    if (!delivery.Succeeded()) return "Configure failed: " + delivery.Failure();
+  }
+  const bool restarts = image_.restore.deliveries.back().Result() == "Reboot";
+  return restarts ? "Configure still asks for a restart" : "";
+}
+
+std::string ImageEvidence::WhyNotRecorded(const Adapter& adapter) const {
+  const auto number = NumberOf(adapter);
+  if (!number && !image_.capture.Succeeded()) {
+    return "nothing was recorded, for PrepForImage failed: " + CaptureFailure(image_);
+  }
+  if (!adapter.ipEnabled) return "not recorded, for the adapter is not IP-enabled";
+  if (!number) return "not recorded, for PrepForImage did not see the adapter";
+  if (!IsPci(adapter)) {
+    return "not recorded, for the adapter is not on PCI (" + adapter.pnpDeviceId + ")";
+  }
+  const std::string refusal = RefusalOf(WriteOf(sys::SectionName(*number), "DHCP"));
+  return refusal.empty() ? "not recorded" : "recording it was refused: " + refusal;
+}
+
+std::string ImageEvidence::WhyNotRead(const Adapter& adapter) const {
+  if (std::string failure = RestoreFailure(); read_.empty() && !failure.empty()) return failure;
+  std::string reason = "section [" + SectionOf(adapter) + "] is not read back";
+  if (NumberOf(adapter).value_or(0) != 0 && !HasSection(0)) {
+    reason += "; adapter " + std::to_string(order_.front()) + ", which is not recorded, used up [" +
+              sys::SectionName(0) + "]";
+  }
+  return reason;
+}
+
+bool ImageEvidence::HasSection(int number) const {
+  const std::string section = sys::SectionName(number);
+  return FindLast(image_.capture.changes, "file.write", [&](const Json& change) {
+           return change["section"] == section && RefusalOf(&change).empty();
+         }) != nullptr;
+}
+
+std::string RefusalOf(const Json* change) {
+  return change == nullptr ? std::string() : Describe(*change).refusal;
+}
+
+std::string CaptureFailure(const ImageRestore& image) {
+  std::string failure = image.capture.Failure();
+  if (failure.find("Name Resolution") == std::string::npos) return failure;
+  for (const Adapter& adapter : image.before.adapters) {
+    if (const auto name = UnknownHost(image.before, adapter)) {
+      return failure + "; " + *name + " of adapter " + std::to_string(adapter.index) +
+             " is no IPv4 address and no known host";
+    }
+  }
+  return failure;
+}
+
+}  // namespace tool

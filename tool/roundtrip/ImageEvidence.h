@@ -1,0 +1,68 @@
+// What the library recorded of a machine, read back, and did: taken from the captured file, the
+// journal and the log of its messages.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "handlers/internal/ConfigFile.h"
+#include "platform/simulated/Machine.h"
+#include "tool/roundtrip/ImageRestore.h"
+
+namespace tool {
+
+/// Borrows the image, and hands out changes that live as long as both.
+class ImageEvidence {
+ public:
+  using Match = std::function<bool(const simulated::Json& change)>;
+
+  explicit ImageEvidence(const ImageRestore& image);
+  ImageEvidence(const ImageEvidence&) = delete;
+  ImageEvidence& operator=(const ImageEvidence&) = delete;
+
+  /// An entry of the captured file.
+  std::optional<std::string> Value(const std::string& section, const std::string& key);
+
+  /// The adapter's position among those that the capture looked at.
+  std::optional<int> NumberOf(const simulated::Adapter& adapter) const;
+  /// The section that the capture wrote of the adapter; empty when there is none.
+  std::string SectionOf(const simulated::Adapter& adapter) const;
+  /// Configure took the section for one of an adapter.
+  bool WasRead(const std::string& section) const;
+
+  /// The capture's last attempt to write the key; null when there was none.
+  const simulated::Json* WriteOf(const std::string& section, const std::string& key) const;
+  /// Configure's last change of that kind that matches; null when there was none.
+  const simulated::Json* LastRestoring(const char* call, const Match& matches) const;
+
+  /// What ended the restore early; empty when all that was asked for was done.
+  std::string RestoreFailure() const;
+  /// Why the adapter has no section of its own.
+  std::string WhyNotRecorded(const simulated::Adapter& adapter) const;
+  /// Why the adapter's section was not read.
+  std::string WhyNotRead(const simulated::Adapter& adapter) const;
+
+ private:
+  bool HasSection(int number) const;
+
+  const ImageRestore& image_;
+  ConfigFile file_{/*caseSensitive=*/false};
+  /// Indexes of the adapters that the capture looked at.
+  std::vector<std::uint32_t> order_;
+  std::vector<simulated::Json> restoring_;
+  /// Names of sections in lower case.
+  std::unordered_set<std::string> read_;
+};
+
+/// Why the machine refused the change; empty when it did it, or when there is none.
+std::string RefusalOf(const simulated::Json* change);
+
+/// Why the capture failed, with the address that it could not read if that is why; empty when it
+/// succeeded.
+std::string CaptureFailure(const ImageRestore& image);
+
+}  // namespace tool

@@ -1,0 +1,66 @@
+#include "tool/roundtrip/ImageRestore.h"
+
+#include <utility>
+
+#include "handlers/internal/AgentFiles.h"
+#include "platform/ScopedPlatform.h"
+#include "platform/simulated/SimulatedPlatform.h"
+
+namespace tool {
+namespace {
+
+using simulated::Machine;
+
+/// What the deployment leaves in the agent's file when it lays down an image.
+constexpr char kAskForRestore[] = "[Global]\r\nConfig=Restore\r\n";
+/// Far more than a rename and a join need.
+constexpr std::uint32_t kMostRestarts = 10;
+
+/// Where the library looks for its files on this machine; its faults are spared.
+AgentFiles LocateFiles(Machine machine) {
+  machine.faults.clear();
+  simulated::SimulatedPlatform platform(machine);
+  platform::ScopedPlatform scope(platform);
+  return AgentFiles::Locate();
+}
+
+void ClearSettings(Machine& machine) {
+  for (simulated::Adapter& adapter : machine.adapters) {
+    adapter.dhcpEnabled = true;
+    adapter.ipAddresses.clear();
+    adapter.subnetMasks.clear();
+    adapter.gateways.clear();
+    adapter.dnsServers.clear();
+    adapter.dnsSuffixes.clear();
+    adapter.dnsDomain.reset();
+    adapter.staticDns = false;
+  }
+  machine.persistentRoutes.clear();
+  for (simulated::Service& service : machine.services) {
+    if (service.start == platform::ServiceStart::kDisabled) service.running = false;
+  }
+}
+
+}  // namespace
+
+bool ImageRestore::Succeeded() const {
+  return capture.Succeeded() && restore.Succeeded() &&
+         restore.deliveries.back().Result() != "Reboot";
+}
+
+ImageRestore RestoreFromImage(Machine machine) {
+  const AgentFiles files = LocateFiles(machine);
+  ImageRestore image;
+  image.before = machine;
+  image.capture = Deliver({"Internal", "PrepForImage", {}}, machine);
+  if (const simulated::File* file = machine.FindFile(files.restore)) image.captured = *file;
+  ClearSettings(machine);
+  machine.PutFile(files.configuration, kAskForRestore);
+  image.cleared = machine;
+  image.restore = Converse({"Internal", "Configure", {{"Filename", files.configuration}}},
+                           {/*deliverPosted=*/true, kMostRestarts}, machine);
+  image.after = std::move(machine);
+  return image;
+}
+
+}  // namespace tool

@@ -1,0 +1,404 @@
+#include "tool/roundtrip/RestoredSettings.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <utility>
+
+#include "common/sys/Registry.h"
+#include "common/util/Text.h"
+#include "platform/simulated/Text.h"
+#include "tool/machine/MachineDifference.h"
+#include "tool/roundtrip/ImageEvidence.h"
+
+namespace tool {
+namespace {
+
+using simulated::Adapter;
+using simulated::Json;
+using simulated::Machine;
+using Texts = std::vector<std::string>;
+
+// ---- The settings of an adapter -----------------------------------------------------------------
+
+bool HasDhcp(const Adapter& adapter) { return adapter.dhcpEnabled; }
+bool HasDnsFromDhcp(const Adapter& adapter) { return adapter.dhcpEnabled && !adapter.staticDns; }
+bool IsOwn(const Adapter& /*adapter*/) { return false; }
+
+Texts Dhcp(const Adapter& adapter) { return {adapter.dhcpEnabled ? "on" : "off"}; }
+
+/// Link-local addresses come of themselves.
+Texts LastingAddresses(const Adapter& adapter) {
+  Texts addresses = Addresses(adapter);
+  std::erase_if(addresses, [](const auto& text) { return simulated::StartsWith(text, "fe80:"); });
+  return addresses;
+}
+
+Texts Gateways(const Adapter& adapter) { return adapter.gateways; }
+Texts DnsServers(const Adapter& adapter) { return adapter.dnsServers; }
+Texts DnsSuffixes(const Adapter& adapter) { return adapter.dnsSuffixes; }
+
+Texts DnsDomain(const Adapter& adapter) {
+  return adapter.dnsDomain.value_or("").empty() ? Texts() : Texts{*adapter.dnsDomain};
+}
+
+Texts AsSwitch(const Texts& values) {
+  return {util::EqualsIgnoringCase(values[0], "True") ? "on" : "off"};
+}
+Texts AsPair(const Texts& values) {
+  return {values.size() > 1 ? values[0] + "/" + values[1] : values[0]};
+}
+Texts AsList(const Texts& values) { return util::Split(values[0], ","); }
+
+struct AdapterSetting {
+  const char* name;
+  Texts (*value)(const Adapter&);
+  /// DHCP gives the value, so that it is no setting of the machine.
+  bool (*isGiven)(const Adapter&);
+  /// The keys that record it, without the adapter's number.
+  std::array<const char*, 2> keys;
+  bool isNumbered;
+  /// What the values of the keys mean, in the form of `value`.
+  Texts (*recorded)(const Texts&);
+  /// The methods that change it; none for a setting that nothing sets.
+  std::array<const char*, 2> methods;
+  /// The entry that must stand in the section for the record to count.
+  struct {
+    const char* key;
+    const char* value;
+  } condition;
+};
+
+constexpr AdapterSetting kAdapterSettings[] = {
+    {"DHCP", Dhcp, IsOwn, {"DHCP"}, false, AsSwitch, {"EnableDHCP", "EnableStatic"}, {}},
+    {"addresses",
+     LastingAddresses,
+     HasDhcp,
+     {"Address", "Netmask"},
+     false,
+     AsPair,
+     {"EnableDHCP", "EnableStatic"},
+     {"DHCP", "False"}},
+    {"gateways", Gateways, HasDhcp, {"Gateway"}, false, AsList, {"SetGateways"}, {"DHCP", "False"}},
+    {"DNS servers",
+     DnsServers,
+     HasDnsFromDhcp,
+     {"DNS-Server"},
+     true,
+     AsList,
+     {"SetDNSServerSearchOrder"},
+     {"SetDNSInfo", "True"}},
+    {"DNS suffixes",
+     DnsSuffixes,
+     IsOwn,
+     {"DNS-SuffixSearchOrder"},
+     false,
+     AsList,
+     {"SetDNSSuffixSearchOrder"},
+     {"SetDNSInfo", "True"}},
+    {"DNS domain", DnsDomain, HasDhcp, {"DNS-Domain"}, false, AsList, {}, {}},
+};
+
+/// A setting before the capture, on the fresh image, and after the restore.
+struct States {
+  Texts before;
+  Texts cleared;
+  Texts after;
+};
+
+Outcome OutcomeOf(const States& states) {
+  const auto& [before, cleared, after] = states;
+  if (after == before) return before == cleared ? Outcome::kStayed : Outcome::kRestored;
+  return after == cleared && !before.empty() ? Outcome::kLost : Outcome::kChanged;
+}
+
+// ---- Reasons ------------------------------------------------------------------------------------
+
+/// Explains one setting of one adapter.
+class Explanation {
+ public:
+  Explanation(ImageEvidence& evidence, const AdapterSetting& setting, const Adapter& before)
+      : evidence_(evidence),
+        setting_(setting),
+        before_(before),
+        section_(evidence.SectionOf(before)) {
+    if (section_.empty()) return;
+    for (const char* key : setting.keys) {
+      if (key == nullptr) continue;
+      keys_.push_back(key);
+      if (setting.isNumbered) keys_.back() += std::to_string(*evidence.NumberOf(before));
+      const auto value = evidence.Value(section_, keys_.back());
+      if (!value) continue;
+      values_.push_back(*value);
+      entries_.push_back(keys_.back() + "=" + *value);
+    }
+  }
+
+  /// "Address=10.0.0.5, Netmask=255.0.0.0"; empty when the file does not have the keys.
+  std::string Recorded() const { return util::Join(entries_, ", "); }
+
+  std::string Reason() {
+    const std::string record = RecordReason();
+    Texts parts{record, SettingReason(/*recordIsRight=*/record.empty())};
+    std::erase(parts, "");
+    return util::Join(parts, "; ");
+  }
+
+ private:
+  /// How the record differs from the setting.
+  std::string RecordReason() const {
+    const Texts wanted = setting_.value(before_);
+    if (section_.empty()) return evidence_.WhyNotRecorded(before_);
+    const Json* write = evidence_.WriteOf(section_, keys_.front());
+    const std::string refusal = RefusalOf(write);
+    if (!refusal.empty()) return "recording it was refused: " + refusal;
+    if (values_.empty() && wanted.empty()) return {};
+    if (values_.empty()) {
+      return setting_.isNumbered && !before_.staticDns
+                 ? "not recorded, for they are not set by hand"
+                 : "not recorded";
+    }
+    if (write == nullptr) return Recorded() + " was left in the file by an earlier record";
+    const Texts items = setting_.recorded(values_);
+    if (items == wanted) return {};
+    if (wanted.size() > 1 && items == Texts{wanted.front()}) {
+      return "only the first is recorded (" + Recorded() + ")";
+    }
+    if (wanted.size() > 1 && items == Texts{util::Join(wanted, "")}) {
+      return "recorded run together (" + Recorded() + ")";
+    }
+    return "recorded as " + Recorded();
+  }
+
+  /// What was made of the record, where that is not what was to be expected.
+  std::string SettingReason(bool recordIsRight) {
+    const bool wasRead = evidence_.WasRead(section_);
+    if (const Json* call = LastCall()) {
+      const std::string refusal = RefusalOf(call);
+      if (!refusal.empty()) return "setting it was refused: " + refusal;
+      if (!wasRead) return "set by another section of the file";
+      return recordIsRight ? "Configure set it otherwise" : "";
+    }
+    if (values_.empty()) return {};
+    if (!wasRead) return evidence_.WhyNotRead(before_);
+    if (setting_.methods.front() == nullptr) return keys_.front() + " is not read back";
+    const auto& [key, value] = setting_.condition;
+    if (key != nullptr &&
+        !util::EqualsIgnoringCase(evidence_.Value(section_, key).value_or(""), value)) {
+      return std::string("not read back without ") + key + "=" + value;
+    }
+    std::string failure = evidence_.RestoreFailure();
+    if (!failure.empty()) return failure;
+    return "section [" + section_ + "] was not applied to this adapter";
+  }
+
+  /// The last call of one of the setting's methods for this adapter, or for all adapters.
+  const Json* LastCall() const {
+    const std::string own = ".Index=" + std::to_string(before_.index);
+    return evidence_.LastRestoring("wmi.method", [&](const Json& change) {
+      const std::string path = change["path"];
+      if (path.find('.') != std::string::npos && !path.ends_with(own)) return false;
+      return std::any_of(setting_.methods.begin(), setting_.methods.end(), [&](const char* method) {
+        return method != nullptr && change["method"] == method;
+      });
+    });
+  }
+
+  ImageEvidence& evidence_;
+  const AdapterSetting& setting_;
+  const Adapter& before_;
+  std::string section_;
+  Texts keys_;
+  /// The values of those keys that the file has, and the same as "key=value".
+  Texts values_;
+  Texts entries_;
+};
+
+std::string ServiceReason(const ImageEvidence& evidence, const std::string& service) {
+  const auto isIts = [&](const Json& change) {
+    return simulated::SameText(change["service"].get<std::string>(), service);
+  };
+  const Json* change = evidence.LastRestoring("service.start_type", isIts);
+  if (change == nullptr) {
+    std::string failure = evidence.RestoreFailure();
+    if (!failure.empty()) return failure;
+    return "Configure did not find the flag NetworkDisabled";
+  }
+  const std::string refusal = RefusalOf(change);
+  if (!refusal.empty()) return "setting it was refused: " + refusal;
+  const std::string startRefusal = RefusalOf(evidence.LastRestoring("service.start", isIts));
+  return startRefusal.empty()
+             ? "Configure makes it " + change->value("start", "") + ", whatever it was"
+             : "starting it was refused: " + startRefusal;
+}
+
+std::string RouteReason(const ImageEvidence& evidence, const simulated::PersistentRoute& route) {
+  const std::string refusal =
+      RefusalOf(evidence.LastRestoring("process.run", [&](const Json& change) {
+        const std::string command = change["command"];
+        return command.find(" " + route.destination + " ") != std::string::npos;
+      }));
+  return refusal.empty() ? "routes are not recorded" : "setting it was refused: " + refusal;
+}
+
+// ---- The list -----------------------------------------------------------------------------------
+
+Texts RouteValue(const Machine& machine, const std::string& route) {
+  for (const simulated::PersistentRoute& candidate : machine.persistentRoutes) {
+    if (RouteText(candidate) == route) return {"metric " + std::to_string(candidate.metric)};
+  }
+  return {};
+}
+
+Texts FlagValue(const Machine& machine) {
+  for (const simulated::RegistryValue& value : machine.registry) {
+    if (simulated::SameText(value.name, sys::kNetworkDisabledValue) &&
+        simulated::SameText(value.key,
+                            std::string(R"(HKEY_LOCAL_MACHINE\)") + sys::kClientServiceKey)) {
+      return {"set"};
+    }
+  }
+  return {};
+}
+
+bool WasTouched(const ImageRestore& image, const std::string& service) {
+  const auto touches = [&](const Delivery& delivery) {
+    return std::any_of(delivery.changes.begin(), delivery.changes.end(), [&](const Json& change) {
+      return change.contains("service") &&
+             simulated::SameText(change["service"].get<std::string>(), service);
+    });
+  };
+  const auto& restoring = image.restore.deliveries;
+  return touches(image.capture) || std::any_of(restoring.begin(), restoring.end(), touches);
+}
+
+class Listing {
+ public:
+  explicit Listing(const ImageRestore& image) : image_(image), evidence_(image) {}
+
+  std::vector<RestoredSetting> All() {
+    AddComputer();
+    // No message adds or removes an adapter or a service, so all states have them in one order.
+    for (std::size_t i = 0; i < image_.before.adapters.size(); ++i) AddAdapter(i);
+    AddRoutes();
+    for (std::size_t i = 0; i < image_.before.services.size(); ++i) AddService(i);
+    AddFlag();
+    return std::move(settings_);
+  }
+
+ private:
+  /// Null when the machine has the setting neither before nor after. A value that is `given` by
+  /// DHCP is none of its settings. `reason` is asked only when one is needed.
+  RestoredSetting* Add(const std::string& subject, const std::string& setting, States states,
+                       bool given, const auto& reason) {
+    if (states.before.empty() && (states.after.empty() || given)) return nullptr;
+    RestoredSetting& added = settings_.emplace_back();
+    added.subject = subject;
+    added.setting = setting;
+    added.outcome = given ? Outcome::kGiven : OutcomeOf(states);
+    if (!added.IsAsBefore()) added.reason = reason();
+    added.before = std::move(states.before);
+    added.after = std::move(states.after);
+    return &added;
+  }
+
+  /// A setting of the machine as a whole.
+  void Add(const std::string& subject, const std::string& setting, const auto& valueOn,
+           const auto& reason) {
+    Add(subject, setting, {valueOn(image_.before), valueOn(image_.cleared), valueOn(image_.after)},
+        /*given=*/false, reason);
+  }
+
+  void AddComputer() {
+    const auto foreign = [] { return "set by a section that was in the file already"; };
+    Add(
+        "computer", "name",
+        [](const Machine& machine) {
+          return Texts{machine.pendingComputerName.value_or(machine.computerName)};
+        },
+        foreign);
+    Add(
+        "computer", "member of",
+        [](const Machine& machine) { return Texts{MembershipText(machine.membership)}; },
+        [&] {
+          const std::string config = evidence_.Value("Global", "Config").value_or("");
+          return util::EqualsIgnoringCase(config, "RestoreAfterCreate")
+                     ? foreign()
+                     : "the file does not say Config=RestoreAfterCreate";
+        });
+  }
+
+  void AddAdapter(std::size_t position) {
+    const Adapter& before = image_.before.adapters[position];
+    const Adapter& after = image_.after.adapters[position];
+    for (const AdapterSetting& setting : kAdapterSettings) {
+      Explanation explanation(evidence_, setting, before);
+      RestoredSetting* added = Add(
+          AdapterName(before), setting.name,
+          {setting.value(before), setting.value(image_.cleared.adapters[position]),
+           setting.value(after)},
+          setting.isGiven(before) && setting.isGiven(after), [&] { return explanation.Reason(); });
+      if (added == nullptr) continue;
+      added->adapter = before.index;
+      added->recorded = explanation.Recorded();
+    }
+  }
+
+  void AddRoutes() {
+    Texts seen;
+    for (const Machine* machine : {&image_.before, &image_.after}) {
+      for (const simulated::PersistentRoute& route : machine->persistentRoutes) {
+        const std::string text = RouteText(route);
+        if (std::find(seen.begin(), seen.end(), text) != seen.end()) continue;
+        seen.push_back(text);
+        Add(
+            "persistent routes", text,
+            [&](const Machine& state) { return RouteValue(state, text); },
+            [&] { return RouteReason(evidence_, route); });
+      }
+    }
+  }
+
+  void AddService(std::size_t position) {
+    const std::string& name = image_.before.services[position].name;
+    if (!WasTouched(image_, name)) return;
+    Add(
+        "services", name,
+        [&](const Machine& machine) { return Texts{ServiceText(machine.services[position])}; },
+        [&] { return ServiceReason(evidence_, name); });
+  }
+
+  void AddFlag() {
+    Add("registry", sys::kNetworkDisabledValue, FlagValue, [&] {
+      return FlagValue(image_.after).empty() ? "Configure took it" : "Configure did not take it";
+    });
+  }
+
+  const ImageRestore& image_;
+  ImageEvidence evidence_;
+  std::vector<RestoredSetting> settings_;
+};
+
+}  // namespace
+
+std::string_view OutcomeName(Outcome outcome) {
+  switch (outcome) {
+    case Outcome::kStayed:
+      return "stayed";
+    case Outcome::kRestored:
+      return "restored";
+    case Outcome::kGiven:
+      return "given";
+    case Outcome::kLost:
+      return "lost";
+    case Outcome::kChanged:
+      return "changed";
+  }
+  return "";
+}
+
+std::vector<RestoredSetting> RestoredSettings(const ImageRestore& image) {
+  return Listing(image).All();
+}
+
+}  // namespace tool

@@ -1,0 +1,102 @@
+#include "tool/roundtrip/Roundtrip.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/simulated/MachineFile.h"
+#include "platform/simulated/Secrets.h"
+#include "tool/io/ToolError.h"
+#include "tool/roundtrip/ImageRestore.h"
+#include "tool/roundtrip/RestoredSettings.h"
+#include "tool/roundtrip/RoundtripReport.h"
+
+namespace tool {
+namespace {
+
+using simulated::Json;
+
+constexpr char kFooter[] =
+    R"(The machine is prepared for an image, its adapters are put back on DHCP without any
+other setting, and Configure restores them from the captured file, restarts included.
+Addresses, gateways and DNS settings that DHCP gives again count as come back.
+
+Exit codes:
+  0  everything came back
+  1  a setting did not come back, or a message failed
+  2  unusable arguments or files, with one line on standard error
+
+Examples:
+  orvanta-config roundtrip --machine my-pc.json
+  orvanta-config roundtrip --machine my-pc.json --json)";
+
+Json TextOrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
+
+Json AsJson(const RestoredSetting& setting) {
+  return {{"subject", setting.subject},
+          {"adapter", setting.adapter ? Json(*setting.adapter) : Json()},
+          {"setting", setting.setting},
+          {"before", setting.before},
+          {"after", setting.after},
+          {"outcome", OutcomeName(setting.outcome)},
+          {"recorded", TextOrNull(setting.recorded)},
+          {"reason", TextOrNull(setting.reason)}};
+}
+
+Json AsJson(const ImageRestore& image, const std::vector<RestoredSetting>& settings,
+            bool everything) {
+  Json json;
+  json["schema"] = 1;
+  json["everything_came_back"] = everything;
+  Json& list = json["settings"] = Json::array();
+  for (const RestoredSetting& setting : settings) list.push_back(AsJson(setting));
+  Json& captured = json["captured"] = nullptr;
+  if (image.captured) {
+    captured = {{"path", image.captured->path},
+                {"text", simulated::RedactedFile(image.captured->text)}};
+  }
+  json["capture"] = ToJson(image.capture);
+  Json& restore = json["restore"] = Json::array();
+  for (const Delivery& delivery : image.restore.deliveries) restore.push_back(ToJson(delivery));
+  json["machine"] = simulated::ToJson(image.after, /*hideSecrets=*/true);
+  return json;
+}
+
+}  // namespace
+
+CLI::App* AddRoundtrip(CLI::App& app, MachineOptions& options) {
+  CLI::App* command = app.add_subcommand(
+      "roundtrip", "capture a simulated machine's settings and restore them from its image");
+  AddMachineOptions(*command, options);
+  command->footer(kFooter);
+  return command;
+}
+
+int Roundtrip(const MachineOptions& options, const Streams& streams) {
+  simulated::Machine machine = LoadMachine(options);
+  std::optional<PrivateFile> saved = OpenSavedMachine(options);
+
+  const ImageRestore image = RestoreFromImage(std::move(machine));
+  const std::vector<RestoredSetting> settings = RestoredSettings(image);
+
+  if (saved) saved->Commit(simulated::PrintMachine(image.after));
+  const bool everything =
+      image.Succeeded() && std::all_of(settings.begin(), settings.end(),
+                                       [](const auto& setting) { return setting.IsAsBefore(); });
+  if (options.json) {
+    streams.out << AsJson(image, settings, everything)
+                       .dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace)
+                << '\n';
+  } else {
+    const Style style(streams.color && !options.noColor);
+    streams.out << RoundtripReport(options.machineFile.value_or("built-in example"), image,
+                                   settings, style);
+  }
+  return everything ? kDone : kFailed;
+}
+
+}  // namespace tool
