@@ -14,7 +14,7 @@ FOLDERS := bench common fuzz handlers platform tests tool toolbox
 SOURCES = $(shell find $(FOLDERS) -name '*.cpp' -o -name '*.h')
 
 .PHONY: demo build build-native build-sanitize build-windows package test test-native test-windows \
-        run-windows-tests check-rebuild fuzz bench lint check-format format tidy coverage mutate clean
+        run-windows-tests check-rebuild accept fuzz bench lint check-format format tidy coverage mutate clean
 
 # A first look: an example configuration on a simulated computer.
 demo: build-native
@@ -52,6 +52,10 @@ build-sanitize:
 	$(PACKAGES) native tests
 	cmake --preset sanitize
 	cmake --build --preset sanitize -j $(JOBS)
+
+# Rewrites what the stories and the documents show; read the difference before you commit it.
+accept: build-native
+	scripts/stories.py --accept build/native/orvanta-config
 
 test-windows:
 	@if $(PACKAGES) native windows; then \

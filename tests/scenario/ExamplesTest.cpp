@@ -55,17 +55,4 @@ TEST(Examples, DoWhatIsExpectedOfThem) {
   }
 }
 
-TEST(Examples, TheRoundTripIsShownAsItIs) {
-  std::ifstream file("docs/imaging.md");
-  std::stringstream document;
-  document << file.rdbuf();
-  std::istringstream in;
-  std::ostringstream out;
-  std::ostringstream err;
-  EXPECT_EQ(
-      tool::RunTool({"roundtrip", "--machine", kExamples + "imaging.machine.json"}, {in, out, err}),
-      1);
-  EXPECT_NE(document.str().find("```\n" + out.str() + "```\n"), std::string::npos) << out.str();
-}
-
 }  // namespace
