@@ -1,14 +1,20 @@
 #!/usr/bin/env python3
-"""Asks the tests whether they would notice: changes one condition or constant of the engine at a
-time, builds, runs the portable tests, and tells what nobody noticed.
+"""Asks the tests whether they would notice: plants one fault at a time in a copy of the sources,
+builds, runs the portable tests and the stories, and says what nobody noticed.
 
-mutate.py [--count N] [--seed S] [--folder F ...]    tries N changes, drawn with the seed
+mutate.py [--count N] [--seed S] [--skip K] [--folder F ...] [--matrix FILE]
 
-Works on a copy below build/mutants. A change that does not compile does not count.
+Tries N faults, drawn with the seed, after passing over the first K that compile; a fault that does
+not compile does not count. Two copies below build/mutants share the work. --matrix writes, as JSON,
+which test noticed which fault. Each fault costs about half a minute on one core.
 """
 
 import argparse
+import collections
+import concurrent.futures
+import json
 import pathlib
+import queue
 import random
 import re
 import shutil
@@ -16,114 +22,194 @@ import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build/mutants"
-ENGINE = ["common", "handlers", "toolbox"]
-COPIED = ["bench", "cmake", "common", "docs", "examples", "fuzz", "handlers", "platform", "tests",
-          "toolbox", "tool", "CMakeLists.txt", "CMakePresets.json"]
+PRODUCT = ["common", "handlers", "toolbox"]
 TESTS = ["unit", "scenario"]
-LONGEST_TEST = 120  # seconds; a change may make a loop endless
+COPIES = 2
+LONGEST_RUN = 300  # seconds; a fault may make a loop endless
 
-# What is changed into what.
-CHANGES = [
-    (re.compile(r" == "), " != "),
-    (re.compile(r" != "), " == "),
-    (re.compile(r" < "), " <= "),
-    (re.compile(r" > "), " >= "),
-    (re.compile(r" <= "), " < "),
-    (re.compile(r" >= "), " > "),
-    (re.compile(r" && "), " || "),
-    (re.compile(r" \|\| "), " && "),
-    (re.compile(r"\btrue\b"), "false"),
-    (re.compile(r"\bfalse\b"), "true"),
-    (re.compile(r"(?<=[ (])!(?=[a-z])"), ""),
-    (re.compile(r" \+ (?=\d)"), " - "),
-    (re.compile(r"(?<=[ (\[{])(\d+)(?=[;,) \]}])"), lambda number: str(int(number.group(1)) + 1)),
+# What is put in place of what, within a line.
+REPLACED = [
+    ("comparison", re.compile(r" == "), " != "),
+    ("comparison", re.compile(r" != "), " == "),
+    ("limit", re.compile(r" < "), " <= "),
+    ("limit", re.compile(r" > "), " >= "),
+    ("limit", re.compile(r" <= "), " < "),
+    ("limit", re.compile(r" >= "), " > "),
+    ("logic", re.compile(r" && "), " || "),
+    ("logic", re.compile(r" \|\| "), " && "),
+    ("flag", re.compile(r"\btrue\b"), "false"),
+    ("flag", re.compile(r"\bfalse\b"), "true"),
+    ("logic", re.compile(r"(?<=[ (])!(?=[a-z])"), ""),
+    ("constant", re.compile(r" \+ (?=\d)"), " - "),
+    ("constant", re.compile(r"(?<=[ (\[{])(\d+)(?=[;,) \]}])"), lambda m: str(int(m[1]) + 1)),
+    ("condition dropped", re.compile(r"(?<=\bif \()[^;{]*?(?=\) [\w{*])"), "true"),
+    ("condition dropped", re.compile(r" (?:&&|\|\|) [\w.:>!-]+(?:\([\w.:, >-]*\))?(?=[ );])"), ""),
+    ("arguments swapped", re.compile(r"(?<=\()(\w+), (\w+)(?=[,)])"), lambda m: f"{m[2]}, {m[1]}"),
 ]
 TEXT_OR_COMMENT = re.compile(r'R"\(.*?\)"|"(?:[^"\\]|\\.)*"|\'(?:[^\'\\]|\\.)*\'|//.*|/\*.*?\*/')
-NO_CODE = re.compile(r"^\s*(#|//|static_assert|template|using|namespace)")
+NO_CODE = re.compile(r"^\s*(#|//|static_assert|template|using|namespace|case |default:)")
+STATEMENT = re.compile(r"^(\s+)(?!return|break|continue|using|case|default|\})\S.*;$")
+CALL = re.compile(r"^\s+[\w.:>-]+\(.*\);$")
+TABLE_TEXT = re.compile(r'(?<=")\w+(?=")')
+# The line that a log line or an error record names is a mere label.
+LABEL = re.compile(r"kSource|Site\b|^\s+k\w+ = \d+,")
 
 
-def sites(path):
-    """Every (line number, changed line) of a source."""
-    for number, line in enumerate(path.read_text().splitlines()):
+def faults(path):
+    """Every (kind, line number, the lines that replace it and how many they replace) of a source."""
+    lines = path.read_text().splitlines()
+    for number, line in enumerate(lines):
         if NO_CODE.match(line):
             continue
         hidden = TEXT_OR_COMMENT.sub(lambda text: "\0" * len(text.group()), line)
-        for pattern, replacement in CHANGES:
+        is_label = any(LABEL.search(text) for text in lines[max(number - 1, 0):number + 1])
+        for kind, pattern, replacement in REPLACED:
             for match in pattern.finditer(hidden):
+                if kind == "constant" and is_label:
+                    continue
                 new = replacement(match) if callable(replacement) else replacement
-                yield number, line[: match.start()] + new + line[match.end():]
+                changed = line[:match.start()] + new + line[match.end():]
+                if "\0" not in new and changed != line:
+                    yield kind, number, [changed], 1
+        if hidden.lstrip().startswith("{") and not is_label:
+            for match in TABLE_TEXT.finditer(line):
+                yield "table", number, [line[:match.end()] + "x" + line[match.end():]], 1
+        if CALL.match(hidden):
+            yield "call omitted", number, [";"], 1
+        if STATEMENT.match(hidden):
+            for early in ("return;", "return {};"):
+                yield "early return", number, [early, line], 1
+            following = lines[number + 1] if number + 1 < len(lines) else ""
+            if CALL.match(line) and STATEMENT.match(following) and indent(following) == indent(line):
+                yield "swapped", number, [following, line], 2
 
 
-def run(command, seconds):
-    """"" when the command succeeds, else how it ended."""
-    try:
-        done = subprocess.run(command, cwd=WORK / "source", timeout=seconds, check=False,
-                              stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    except subprocess.TimeoutExpired:
-        return "no end"
-    return "" if done.returncode == 0 else "failed"
+def indent(line):
+    return len(line) - len(line.lstrip())
 
 
-def build():
-    return run(["cmake", "--build", WORK / "build", "--target", *TESTS], 900)
+class Copy:
+    """One copy of the project, built and tested on one core."""
 
+    def __init__(self, number):
+        self.source = WORK / str(number) / "source"
+        self.build_folder = WORK / str(number) / "build"
 
-def test():
-    for program in TESTS:
-        ended = run([WORK / f"build/tests/{program}", "--gtest_fail_fast", "--gtest_brief=1",
-                     "--gtest_filter=-Limits*:FaultSweepWith*"], LONGEST_TEST)
-        if ended:
-            return ended
-    return ""
+    def run(self, command, seconds=900):
+        """The exit code and what was printed; None when it did not end."""
+        try:
+            done = subprocess.run(command, cwd=self.source, timeout=seconds, check=False,
+                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
+        except subprocess.TimeoutExpired:
+            return None, ""
+        return done.returncode, done.stdout.decode("utf-8", "replace")
 
+    def build(self):
+        return self.run(["cmake", "--build", self.build_folder, "-j", "1", "--target", *TESTS,
+                         "orvanta-config"])[0] == 0
 
-def prepare():
-    source = WORK / "source"
-    shutil.rmtree(source, ignore_errors=True)
-    source.mkdir(parents=True)
-    for name in COPIED:
-        copy = shutil.copytree if (ROOT / name).is_dir() else shutil.copy2
-        copy(ROOT / name, source / name)
-    configured = run(["cmake", "-S", source, "-B", WORK / "build", "-G", "Ninja", "-DCONFIG_TESTS=ON",
-                      "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0"], 300)
-    if configured or build() or test():
-        raise SystemExit("mutate.py: the tests do not pass before any change")
+    def noticed_by(self):
+        """The names of the tests that fail."""
+        names = set()
+        commands = [[self.build_folder / f"tests/{program}", "--gtest_brief=1"] for program in TESTS]
+        commands.append(["scripts/stories.py", self.build_folder / "orvanta-config"])
+        for command in commands:
+            code, printed = self.run(command, LONGEST_RUN)
+            if code:
+                found = re.findall(r"^\[  FAILED  \] ([\w/.]+)|^--- (\S+)", printed, re.MULTILINE)
+                names.update("".join(pair) for pair in found)
+                names.update([] if found else [f"{command[0].name} ended with {code}"])
+            if code is None:
+                names.add(f"{command[0]} did not end")
+        return names
+
+    def prepare(self):
+        self.source.mkdir(parents=True, exist_ok=True)
+        tracked = subprocess.run(["git", "ls-files", "-z"], cwd=ROOT, check=True, capture_output=True)
+        for name in filter(None, tracked.stdout.decode().split("\0")):
+            target = self.source / name
+            target.parent.mkdir(parents=True, exist_ok=True)
+            if not target.exists() or target.read_bytes() != (ROOT / name).read_bytes():
+                shutil.copy2(ROOT / name, target)
+        self.run(["cmake", "-S", self.source, "-B", self.build_folder, "-G", "Ninja",
+                  "-DCONFIG_TESTS=ON", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w"])
+        if not self.build() or self.noticed_by():
+            raise SystemExit("mutate.py: the tests do not pass before any fault")
+
+    def plant(self, fault):
+        """Who notices the fault; None when it does not compile."""
+        path, kind, number, new, count = fault
+        file = self.source / path
+        original = file.read_text()
+        lines = original.splitlines()
+        lines[number:number + count] = new
+        file.write_text("\n".join(lines) + "\n")
+        try:
+            return self.noticed_by() if self.build() else None
+        finally:
+            file.write_text(original)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("--count", type=int, default=60)
     parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--folder", nargs="*", default=ENGINE)
+    parser.add_argument("--skip", type=int, default=0)
+    parser.add_argument("--folder", nargs="*", default=PRODUCT)
+    parser.add_argument("--matrix", type=pathlib.Path)
     arguments = parser.parse_args()
-    prepare()
-    source = WORK / "source"
-    candidates = [(path, number, line) for folder in arguments.folder
-                  for path in sorted((source / folder).rglob("*.cpp"))
-                  for number, line in sites(path)]
-    random.Random(arguments.seed).shuffle(candidates)
-    killed, survivors = 0, []
-    for path, number, line in candidates:
-        if killed + len(survivors) == arguments.count:
-            break
-        original = path.read_text()
-        lines = original.splitlines()
-        before, lines[number] = lines[number], line
-        path.write_text("\n".join(lines) + "\n")
-        try:
-            if build():
-                continue
-            if test():
-                killed += 1
-            else:
-                survivors.append(f"{path.relative_to(source)}:{number + 1}\n  - {before.strip()}\n"
-                                 f"  + {line.strip()}")
-                print(survivors[-1], flush=True)
-        finally:
-            path.write_text(original)
-    tried = killed + len(survivors)
-    print(f"{len(candidates)} places; {tried} tried, {killed} noticed"
-          f" ({100 * killed // max(tried, 1)} %), {len(survivors)} not")
+    places = [(path.relative_to(ROOT), *fault) for folder in arguments.folder
+              for path in sorted((ROOT / folder).rglob("*.cpp")) for fault in faults(path)]
+    # As many faults of each kind as of any other: calls and constants would drown the rest.
+    kinds = collections.defaultdict(list)
+    generator = random.Random(arguments.seed)
+    generator.shuffle(places)
+    for place in places:
+        kinds[place[1]].append(place)
+    drawn = [kinds[kind][i] for i in range(len(places)) for kind in sorted(kinds)
+             if i < len(kinds[kind])]
+
+    copies = queue.Queue()
+    for number in range(COPIES):
+        copies.put(Copy(number))
+    with concurrent.futures.ThreadPoolExecutor(COPIES) as pool:
+        list(pool.map(Copy.prepare, list(copies.queue)))
+
+        def attempt(fault):
+            copy = copies.get()
+            try:
+                return fault, copy.plant(fault)
+            finally:
+                copies.put(copy)
+
+        matrix, survivors, skipped = {}, 0, 0
+        rest = iter(drawn)
+        running = {pool.submit(attempt, next(rest)) for _ in range(COPIES)}
+        while running and len(matrix) < arguments.count:
+            done, running = concurrent.futures.wait(
+                running, return_when=concurrent.futures.FIRST_COMPLETED)
+            for future in done:
+                running.update(pool.submit(attempt, fault) for fault in [next(rest, None)] if fault)
+                (path, kind, number, new, count), names = future.result()
+                if names is None:
+                    continue
+                if skipped < arguments.skip:
+                    skipped += 1
+                    continue
+                name = f"{path}:{number + 1} {kind}: {' '.join(text.strip() for text in new)}"
+                matrix[name] = sorted(names)
+                if not names:
+                    survivors += 1
+                    print(name, flush=True)
+        for future in running:
+            future.cancel()
+    if arguments.matrix:
+        arguments.matrix.write_text(json.dumps(matrix, indent=1) + "\n")
+    alone = collections.Counter(names[0] for names in matrix.values() if len(names) == 1)
+    for name, faults_alone in alone.most_common():
+        print(f"{faults_alone} noticed by {name} alone")
+    print(f"{len(matrix)} tried, {len(matrix) - survivors} noticed"
+          f" ({100 * (len(matrix) - survivors) // max(len(matrix), 1)} %), {survivors} not")
 
 
 if __name__ == "__main__":
