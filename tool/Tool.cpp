@@ -1,14 +1,12 @@
 #include "tool/Tool.h"
 
-#include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstdint>
-#include <functional>
 #include <ostream>
+#include <utility>
 
 #include "tool/check/Check.h"
+#include "tool/cli/Command.h"
 #include "tool/cli/CommandLine.h"
-#include "tool/cli/CommandTable.h"
 #include "tool/cli/Completion.h"
 #include "tool/cli/ManPage.h"
 #include "tool/commands/Capture.h"
@@ -52,55 +50,39 @@ int Refuse(const std::string& line, const Streams& streams) {
 }  // namespace
 
 int RunTool(std::vector<std::string> arguments, const Streams& streams) {
-  CLI::App app(
-      "Checks a configuration, and rehearses it on a simulated machine before it touches a "
-      "computer.",
-      "orvanta-config");
-  // Otherwise a path that begins with "/" would be taken for an option on Windows.
-  app.allow_windows_style_options(false);
-  app.set_version_flag("--version", Version);
-  app.require_subcommand(1);
-  app.footer(kFooter);
-  struct Command {
-    const CLI::App* app;
-    std::function<int()> run;
+  const Option help{"-h,--help", {}, "", "show this help and exit"};
+  std::vector<Command> commands{
+      {"orvanta-config",
+       "Checks a configuration, and rehearses it on a simulated machine before it touches a "
+       "computer.",
+       kFooter,
+       {help, {kVersionOption, {}, "", "show the version and exit"}}}};
+  const auto add = [&](Command command, std::function<int()> run) {
+    command.options.insert(command.options.begin(), help);
+    command.run = std::move(run);
+    commands.push_back(std::move(command));
   };
-  MachineOptions captureOptions;
-  CheckOptions checkOptions;
-  CompletionOptions completionOptions;
-  PlanOptions planOptions;
-  MachineOptions roundtripOptions;
-  SendOptions sendOptions;
-  SimulateOptions simulateOptions;
-  const Command commands[] = {
-      {AddCheck(app, checkOptions), [&] { return Check(checkOptions, streams); }},
-      {AddPlan(app, planOptions), [&] { return Plan(planOptions, streams); }},
-      {AddSimulate(app, simulateOptions), [&] { return Simulate(simulateOptions, streams); }},
-      {AddRoundtrip(app, roundtripOptions), [&] { return Roundtrip(roundtripOptions, streams); }},
-      {AddCapture(app, captureOptions), [&] { return Capture(captureOptions, streams); }},
-      {AddSend(app, sendOptions), [&] { return Send(sendOptions, streams); }},
-      {AddCompletion(app, completionOptions),
-       [&] { return Completion(completionOptions, ReadCommands(app), streams); }},
-      {AddManPage(app), [&] { return ManPage(ReadCommands(app), streams); }},
-  };
+  MachineOptions capture;
+  CheckOptions check;
+  std::string shell;
+  PlanOptions plan;
+  MachineOptions roundtrip;
+  SendOptions send;
+  SimulateOptions simulate;
+  add(CheckCommand(check), [&] { return Check(check, streams); });
+  add(PlanCommand(plan), [&] { return Plan(plan, streams); });
+  add(SimulateCommand(simulate), [&] { return Simulate(simulate, streams); });
+  add(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
+  add(CaptureCommand(capture), [&] { return Capture(capture, streams); });
+  add(SendCommand(send), [&] { return Send(send, streams); });
+  add(CompletionCommand(shell), [&] { return Completion(shell, commands, streams); });
+  add(ManPageCommand(), [&] { return ManPage(commands, streams); });
 
   int exitCode = kDone;
-  const std::string fault = FindCommandLineFault(ReadCommands(app), arguments);
-  if (!fault.empty()) return Refuse(fault, streams);
   try {
-    std::reverse(arguments.begin(), arguments.end());
-    app.parse(std::move(arguments));
-    for (const Command& command : commands) {
-      if (command.app->parsed()) exitCode = command.run();
-    }
-  } catch (const CLI::ParseError& error) {
-    if (error.get_exit_code() != 0) {
-      const auto parsed = app.get_subcommands();
-      const std::string command = parsed.empty() ? "" : " " + parsed.front()->get_name();
-      return Refuse(std::string(error.what()) + "; see orvanta-config" + command + " --help",
-                    streams);
-    }
-    app.exit(error, streams.out, streams.err);
+    const Command* chosen =
+        ParseCommandLine(commands, Version(), std::move(arguments), streams.out);
+    if (chosen != nullptr) exitCode = chosen->run();
   } catch (const ToolError& error) {
     return Refuse(error.what(), streams);
   }

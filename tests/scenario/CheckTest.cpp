@@ -281,6 +281,7 @@ TEST_F(CheckTest, BadInputIsAFindingOrExitCodeTwo) {
   } kArguments[] = {
       {"no file", {}, "FILE is missing"},
       {"absent file", {large, Path("none.cfg")}, "none.cfg: cannot be read"},
+      {"a name in brackets", {"[none]"}, "[none]: cannot be read"},
       {"empty folder", {Path("empty")}, "holds no file that ends in .cfg"},
       {"pattern without a file", {Path("x*.cfg")}, "fits no file"},
       {"two formats", {large, "--json", "--sarif"}, "--sarif"},

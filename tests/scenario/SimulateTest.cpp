@@ -35,7 +35,7 @@ TEST_F(SimulateTest, WhatTheUserMustMendIsOneLineAndExitCodeTwo) {
     const char* says;
   } kCases[] = {
       {"no command", {}, "the command is missing; see orvanta-config --help"},
-      {"unknown command", {"simulat", config}, "simulat: is no command"},
+      {"unknown command", {"simulat", config}, "simulat: unknown command"},
       {"unknown option", {"simulate", config, "--frob"}, "--frob"},
       {"machine from standard input", {"simulate", "-", "--machine", "-"}, "--machine -"},
       {"machine to standard output",

@@ -1,6 +1,5 @@
 #include "tool/check/Check.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -137,29 +136,23 @@ void Print(const Json& json, std::ostream& out) {
 
 }  // namespace
 
-CLI::App* AddCheck(CLI::App& app, CheckOptions& options) {
-  CLI::App* command = app.add_subcommand("check", "find faults in configuration files");
-  command
-      ->add_option("FILE", options.files,
-                   "configuration files, folders or patterns, or - for standard input")
-      ->type_name("");
-  command
-      ->add_option("--machine", options.machineFile,
-                   "also look for what the files need on this simulated machine")
-      ->type_name("M.json");
-  CLI::Option* const json =
-      command->add_flag("--json", options.json, "one JSON document on standard output");
-  command->add_flag("--sarif", options.sarif, "one SARIF 2.1.0 document, for code-review tools")
-      ->excludes(json);
-  command->add_flag("--no-color", options.noColor, "no colour (as with NO_COLOR set)");
-  command->footer(kFooter);
-  return command;
+Command CheckCommand(CheckOptions& options) {
+  Option sarif{"--sarif", &options.sarif, "", "one SARIF 2.1.0 document, for code-review tools"};
+  sarif.excludes = "--json";
+  return {"check",
+          "find faults in configuration files",
+          kFooter,
+          {{"FILE", &options.files, "",
+            "configuration files, folders or patterns, or - for standard input",
+            /*isRequired=*/true},
+           {"--machine", &options.machineFile, "M.json",
+            "also look for what the files need on this simulated machine"},
+           {"--json", &options.json, "", "one JSON document on standard output"},
+           sarif,
+           NoColorOption(options.noColor)}};
 }
 
 int Check(const CheckOptions& options, const Streams& streams) {
-  if (options.files.empty()) {
-    throw ToolError("check", "FILE is missing", "name configuration files or a folder");
-  }
   const std::vector<Input> inputs = check::FindInputs(options.files);
   std::optional<Machine> machine;
   if (options.machineFile) {

@@ -5,11 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tool/cli/Command.h"
 #include "tool/io/Streams.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
@@ -23,8 +20,8 @@ struct CheckOptions {
   bool noColor = false;
 };
 
-/// Adds the command with its options; `options` must live until they were parsed.
-CLI::App* AddCheck(CLI::App& app, CheckOptions& options);
+/// The command; the parser fills `options`.
+Command CheckCommand(CheckOptions& options);
 
 /// Runs the command and shows its report. Returns the exit code; throws ToolError when an argument
 /// or a file that it names cannot be used.

@@ -1,46 +1,26 @@
 #include "tool/cli/CommandLine.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstddef>
-#include <set>
 #include <string_view>
+#include <utility>
 
 #include "common/util/Text.h"
 #include "platform/simulated/Text.h"
+#include "tool/io/ToolError.h"
 
 namespace tool {
 namespace {
 
-using Names = std::vector<std::string_view>;
-
-const OptionRow* FindOption(const CommandRow& command, std::string_view name) {
-  const auto found =
-      std::find_if(command.options.begin(), command.options.end(), [=](const OptionRow& option) {
-        return std::find(option.names.begin(), option.names.end(), name) != option.names.end();
-      });
-  return found != command.options.end() ? &*found : nullptr;
-}
-
-/// The end of a line: "use --machine, or see orvanta-config plan --help".
-std::string Mend(std::string_view instead, const CommandRow& command) {
-  std::string mend = "; ";
-  if (!instead.empty()) mend += "use " + std::string(instead) + ", or ";
-  mend += "see orvanta-config ";
-  return mend + (command.name == "orvanta-config" ? "" : command.name + " ") + "--help";
-}
-
-/// The option that was likely meant; a letter stands for the first one that begins with it.
-std::string_view NearestOption(const CommandRow& command, std::string_view name) {
-  Names names;
-  for (const OptionRow& option : command.options) {
-    for (const std::string_view known : option.names) {
-      if (!known.starts_with("--")) continue;
-      if (name.size() == 2 && known[2] == name[1]) return known;
-      names.push_back(known);
-    }
+const Option* FindOption(const Command& command, std::string_view name) {
+  for (const Option& option : command.options) {
+    const std::vector<std::string> names = option.Names();
+    if (std::find(names.begin(), names.end(), name) != names.end()) return &option;
   }
-  return name.size() == 2 ? "" : simulated::Nearest(name, names).value_or("");
+  return nullptr;
 }
+
+// ---- Binding ------------------------------------------------------------------------------------
 
 std::string Alternatives(std::vector<std::string> words) {
   const std::string last = words.back();
@@ -48,104 +28,182 @@ std::string Alternatives(std::vector<std::string> words) {
   return util::Join(words, ", ") + " or " + last;
 }
 
-/// Walks over the arguments of one command.
-class Walk {
- public:
-  Walk(const CommandRow& command, const std::vector<std::string>& arguments, std::size_t first)
-      : command_(command), arguments_(arguments), at_(first) {}
+std::string NumberFault(const std::string& text, std::uint32_t most) {
+  const bool isNumber =
+      !text.empty() && text.size() < 10 &&
+      std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+  if (isNumber && util::ParseUnsigned(text) <= most) return {};
+  return "\"" + text + "\" is not a number from 0 to " + std::to_string(most);
+}
 
-  std::string FindFault() {
-    bool optionsEnded = false;
-    for (; at_ < arguments_.size(); ++at_) {
-      const std::string& argument = arguments_[at_];
-      std::string fault;
-      if (optionsEnded || argument.size() < 2 || argument[0] != '-') {
-        fault = TakePositional(argument);
-      } else if (argument == "--") {
-        optionsEnded = true;
-      } else if (argument == "--help" || argument == "-h") {
-        return {};
-      } else {
-        fault = TakeOption(argument);
-      }
-      if (!fault.empty()) return fault;
-    }
-    return FindMissing();
+/// What is wrong with an option's value; empty when nothing is.
+std::string ValueFault(const Command& command, const Option& option, const std::string& text) {
+  if (FindOption(command, text) != nullptr && text.starts_with('-')) {
+    return "lacks its value " + option.value;
   }
-
- private:
-  std::string TakePositional(const std::string& argument) {
-    ++positionals_;
-    const auto& known = command_.positionals;
-    if (positionals_ <= known.size() || (!known.empty() && known.back().isList)) return {};
-    return argument + ": is one argument too many for " + command_.name + Mend("", command_);
-  }
-
-  std::string TakeOption(const std::string& argument) {
-    const std::string name = argument.substr(0, argument.find('='));
-    const OptionRow* const option = FindOption(command_, name);
-    if (option == nullptr) {
-      return name + ": is no option of " + command_.name +
-             Mend(NearestOption(command_, name), command_);
-    }
-    if (option->value.empty()) return {};
-    if (!seen_.insert(option).second && !option->isList) {
-      return name + ": is given twice; name one " + option->value;
-    }
-    std::string value;
-    if (name.size() < argument.size()) {
-      value = argument.substr(name.size() + 1);
-    } else if (at_ + 1 < arguments_.size() && IsValue(arguments_[at_ + 1])) {
-      value = arguments_[++at_];
-    } else {
-      return name + ": lacks its value " + option->value + Mend("", command_);
-    }
-    const std::vector<std::string> choices = option->Choices();
-    if (choices.empty() || std::find(choices.begin(), choices.end(), value) != choices.end()) {
-      return {};
-    }
-    return name + " " + value + ": is no value that is known; name " + Alternatives(choices);
-  }
-
-  static bool IsValue(const std::string& argument) {
-    return argument.size() < 2 || argument[0] != '-';
-  }
-
-  std::string FindMissing() const {
-    for (std::size_t i = positionals_; i < command_.positionals.size(); ++i) {
-      const OptionRow& missing = command_.positionals[i];
-      if (!missing.isRequired) continue;
-      const std::vector<std::string> choices = missing.Choices();
-      return command_.name + ": " + missing.names[0] + " is missing; name " +
-             (choices.empty() ? missing.description : Alternatives(choices));
-    }
+  if (option.most > 0) return NumberFault(text, option.most);
+  const std::vector<std::string> choices = option.Choices();
+  if (choices.empty() || std::find(choices.begin(), choices.end(), text) != choices.end()) {
     return {};
   }
+  return "\"" + text + "\" is not one of " + Alternatives(choices);
+}
 
-  const CommandRow& command_;
-  const std::vector<std::string>& arguments_;
-  std::size_t at_;
-  std::size_t positionals_ = 0;
-  std::set<const OptionRow*> seen_;
-};
+CLI::Option* Bind(CLI::App& app, const Option& option) {
+  const OptionTarget& target = option.target;
+  if (auto* flag = std::get_if<bool*>(&target))
+    return app.add_flag(option.name, **flag, option.description);
+  if (auto* text = std::get_if<std::string*>(&target)) {
+    return app.add_option(option.name, **text, option.description);
+  }
+  if (auto* text = std::get_if<std::optional<std::string>*>(&target)) {
+    return app.add_option(option.name, **text, option.description);
+  }
+  if (auto* number = std::get_if<std::optional<std::uint32_t>*>(&target)) {
+    return app.add_option(option.name, **number, option.description);
+  }
+  CLI::Option* list =
+      app.add_option(option.name, *std::get<std::vector<std::string>*>(target), option.description);
+  // Otherwise a name such as "[a,b]" would be taken for a list of names; so each argument is one
+  // value, and a positional one accepts any number of them.
+  list->allow_extra_args(false);
+  if (option.IsPositional()) {
+    list->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    list->expected(CLI::detail::expected_max_vector_size, CLI::detail::expected_max_vector_size);
+  }
+  return list;
+}
+
+void BindOptions(CLI::App& app, const Command& command, const std::string& version) {
+  app.footer(command.footer);
+  for (const Option& option : command.options) {
+    if (std::holds_alternative<std::monostate>(option.target)) {
+      if (option.name == kVersionOption) {
+        app.set_version_flag(option.name, version, option.description);
+      } else {
+        app.set_help_flag(option.name, option.description);
+      }
+      continue;
+    }
+    CLI::Option* bound = Bind(app, option);
+    if (option.TakesValue()) {
+      bound->type_name(option.value);
+      // The empty description keeps the check out of the help, which shows the placeholder.
+      bound->check(CLI::Validator(
+          [&](const std::string& text) { return ValueFault(command, option, text); }, ""));
+    }
+    bound->required(option.isRequired);
+    if (!option.excludes.empty()) bound->excludes(app.get_option(option.excludes));
+  }
+}
+
+// ---- Faults, in words that name the mend --------------------------------------------------------
+
+/// The end of a line: "use --machine, or see orvanta-config plan --help".
+std::string Mend(std::string_view instead, const Command& command, const Command& program) {
+  std::string mend = "; ";
+  if (!instead.empty()) mend += "use " + std::string(instead) + ", or ";
+  mend += "see orvanta-config ";
+  return mend + (&command == &program ? "" : command.name + " ") + "--help";
+}
+
+/// The option that was likely meant; a letter stands for the first one that begins with it.
+std::string NearestOption(const Command& command, const std::string& name) {
+  std::vector<std::string> names;
+  for (const Option& option : command.options) {
+    for (const std::string& known : option.Names()) {
+      if (!known.starts_with("--")) continue;
+      if (name.size() == 2 && known[2] == name[1]) return known;
+      names.push_back(known);
+    }
+  }
+  if (name.size() == 2) return {};
+  const std::vector<std::string_view> known(names.begin(), names.end());
+  return std::string(simulated::Nearest(name, known).value_or(""));
+}
+
+/// A line about an argument that the parser had no use for.
+std::string ExtraFault(const std::string& argument, const Command& command,
+                       const std::vector<Command>& commands) {
+  const Command& program = commands.front();
+  const bool isProgram = &command == &program;
+  const std::string name = argument.substr(0, argument.find('='));
+  if (argument.size() > 1 && argument.starts_with('-')) {
+    return name + ": unknown option" + (isProgram ? "" : " of " + command.name) +
+           Mend(NearestOption(command, name), command, program);
+  }
+  if (!isProgram) return argument + ": unexpected argument" + Mend("", command, program);
+  std::vector<std::string_view> names;
+  for (std::size_t i = 1; i < commands.size(); ++i) names.push_back(commands[i].name);
+  return argument + ": unknown command" +
+         Mend(simulated::Nearest(argument, names).value_or(""), program, program);
+}
+
+std::string MissingFault(const CLI::App& app, const Command& command, const Command& program) {
+  for (const Option& option : command.options) {
+    if (!option.isRequired || app.get_option(option.name)->count() > 0) continue;
+    const std::vector<std::string> choices = option.Choices();
+    return command.name + ": " + option.name + " is missing; name " +
+           (choices.empty() ? option.description : Alternatives(choices));
+  }
+  return "the command is missing" + Mend("", program, program);
+}
+
+/// One line for the user about what the parser refused.
+std::string Explain(const CLI::ParseError& error, const CLI::App& app,
+                    const std::vector<Command>& commands) {
+  const Command& program = commands.front();
+  if (!app.remaining().empty()) return ExtraFault(app.remaining().front(), program, commands);
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  if (chosen.empty()) return MissingFault(app, program, program);
+  const CLI::App& parsed = *chosen.front();
+  const Command& command =
+      *std::find_if(commands.begin(), commands.end(),
+                    [&](const Command& each) { return each.name == parsed.get_name(); });
+  if (!parsed.remaining().empty()) return ExtraFault(parsed.remaining().front(), command, commands);
+  if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
+    return MissingFault(parsed, command, program);
+  }
+  const std::string text = error.what();
+  const std::string name = text.substr(0, text.find(':'));
+  const Option* option = FindOption(command, name);
+  if (option != nullptr && dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    const bool isRepeated = parsed.get_option(name)->count() > 1;
+    return name + ": " +
+           (isRepeated ? "can be given only once" : "lacks its value " + option->value) +
+           Mend("", command, program);
+  }
+  return text + Mend("", command, program);
+}
 
 }  // namespace
 
-std::string FindCommandLineFault(const std::vector<CommandRow>& commands,
-                                 const std::vector<std::string>& arguments) {
-  const CommandRow& program = commands.front();
-  if (arguments.empty()) return "the command is missing" + Mend("", program);
-  const std::string& first = arguments.front();
-  if (first.starts_with('-')) {
-    if (FindOption(program, first) != nullptr) return {};
-    return first + ": is no option before a command" + Mend(NearestOption(program, first), program);
-  }
-  Names names;
+const Command* ParseCommandLine(const std::vector<Command>& commands, const std::string& version,
+                                std::vector<std::string> arguments, std::ostream& out) {
+  const Command& program = commands.front();
+  CLI::App app(program.description, program.name);
+  // Otherwise a path that begins with "/" would be taken for an option on Windows.
+  app.allow_windows_style_options(false);
+  app.require_subcommand(1);
+  BindOptions(app, program, version);
+  std::vector<const CLI::App*> bound;
   for (std::size_t i = 1; i < commands.size(); ++i) {
-    if (commands[i].name == first) return Walk(commands[i], arguments, 1).FindFault();
-    names.push_back(commands[i].name);
+    CLI::App* command = app.add_subcommand(commands[i].name, commands[i].description);
+    BindOptions(*command, commands[i], version);
+    bound.push_back(command);
   }
-  return first + ": is no command" + Mend(simulated::Nearest(first, names).value_or(""), program);
+  std::reverse(arguments.begin(), arguments.end());
+  try {
+    app.parse(std::move(arguments));
+  } catch (const CLI::Success& answered) {
+    app.exit(answered, out, out);
+    return nullptr;
+  } catch (const CLI::ParseError& error) {
+    throw ToolError(Explain(error, app, commands));
+  }
+  const auto parsed =
+      std::find_if(bound.begin(), bound.end(), [](const CLI::App* each) { return each->parsed(); });
+  return &commands[static_cast<std::size_t>(parsed - bound.begin()) + 1];
 }
 
 }  // namespace tool

@@ -1,17 +1,19 @@
-// What is wrong with a command line, before anything of it is done.
+// The only user of CLI11: binds the commands' options to it and lets it parse.
 #pragma once
 
+#include <iosfwd>
 #include <string>
 #include <vector>
 
-#include "tool/cli/CommandTable.h"
+#include "tool/cli/Command.h"
 
 namespace tool {
 
-/// One line for the user about the first argument that the commands do not take, with the nearest
-/// one that they do; empty when there is none, or when help is asked for before it. `commands` is
-/// what ReadCommands makes.
-std::string FindCommandLineFault(const std::vector<CommandRow>& commands,
-                                 const std::vector<std::string>& arguments);
+/// Stores the arguments' values in the options' targets and returns the command that they name;
+/// null when they ask for help or the version, which is then written to `out`. `commands` begins
+/// with the program itself. Throws ToolError for arguments that no command takes, with the nearest
+/// one that it does.
+const Command* ParseCommandLine(const std::vector<Command>& commands, const std::string& version,
+                                std::vector<std::string> arguments, std::ostream& out);
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "tool/cli/Completion.h"
 
-#include <CLI/CLI.hpp>
 #include <ostream>
 
 #include "common/util/Text.h"
@@ -23,22 +22,22 @@ Examples:
   source <(orvanta-config completion bash)
   orvanta-config completion fish | source)";
 
-using Commands = std::vector<CommandRow>;
+using Commands = std::vector<Command>;
 
 /// The commands without the program itself.
 Commands Named(const Commands& commands) { return {commands.begin() + 1, commands.end()}; }
 
-std::vector<std::string> NamesOf(const std::vector<OptionRow>& options) {
+std::vector<std::string> NamesOf(const std::vector<Option>& options) {
   std::vector<std::string> names;
-  for (const OptionRow& option : options) {
-    names.insert(names.end(), option.names.begin(), option.names.end());
+  for (const Option& option : options) {
+    for (std::string& name : option.Names()) names.push_back(std::move(name));
   }
   return names;
 }
 
 std::vector<std::string> NamesOf(const Commands& commands) {
   std::vector<std::string> names;
-  for (const CommandRow& command : commands) names.push_back(command.name);
+  for (const Command& command : commands) names.push_back(command.name);
   return names;
 }
 
@@ -68,7 +67,7 @@ std::string BashWords(const std::vector<std::string>& words) {
 }
 
 /// What completes a value: words, files or nothing.
-std::string BashValue(const OptionRow& option) {
+std::string BashValue(const Option& option) {
   if (!option.Choices().empty()) return BashWords(option.Choices());
   return option.TakesFile() ? "files=1" : "return";
 }
@@ -78,15 +77,15 @@ std::string BashScript(const Commands& commands) {
   const std::string names = util::Join(NamesOf(named), "|");
   std::string values;
   std::string words;
-  for (const CommandRow& command : named) {
-    for (const OptionRow& option : command.options) {
-      if (option.value.empty()) continue;
-      for (const std::string& name : option.names) {
+  for (const Command& command : named) {
+    for (const Option& option : command.NamedOptions()) {
+      if (!option.TakesValue()) continue;
+      for (const std::string& name : option.Names()) {
         values += "    " + command.name + ":" + name + ") " + BashValue(option) + " ;;\n";
       }
     }
-    words += "    " + command.name + ":-*) " + BashWords(NamesOf(command.options)) + " ;;\n";
-    for (const OptionRow& positional : command.positionals) {
+    words += "    " + command.name + ":-*) " + BashWords(NamesOf(command.NamedOptions())) + " ;;\n";
+    for (const Option& positional : command.Positionals()) {
       words += "    " + command.name + ":*) " + BashValue(positional) + " ;;\n";
     }
   }
@@ -121,8 +120,8 @@ complete -o filenames -F _orvanta_config orvanta-config
 
 // ---- zsh ----------------------------------------------------------------------------------------
 
-std::string ZshValue(const OptionRow& option) {
-  const std::string label = Escaped(option.value.empty() ? option.names[0] : option.value, ":");
+std::string ZshValue(const Option& option) {
+  const std::string label = Escaped(option.value.empty() ? option.name : option.value, ":");
   if (!option.Choices().empty()) return ":" + label + ":(" + Words(option.Choices()) + ")";
   return ":" + label + ":" + (option.TakesFile() ? "_files" : "");
 }
@@ -130,28 +129,28 @@ std::string ZshValue(const OptionRow& option) {
 std::string ZshScript(const Commands& commands) {
   std::string names;
   std::string options;
-  for (const OptionRow& option : commands[0].options) {
-    for (const std::string& name : option.names) {
+  for (const Option& option : commands[0].options) {
+    for (const std::string& name : option.Names()) {
       options += "    " + Quoted(Escaped(name, ":") + ":" + option.description) + "\n";
     }
   }
   std::string cases;
-  for (const CommandRow& command : Named(commands)) {
+  for (const Command& command : Named(commands)) {
     names += "    " + Quoted(Escaped(command.name, ":") + ":" + command.description) + "\n";
     cases += "    " + command.name + ")\n      _arguments";
-    for (const OptionRow& option : command.options) {
-      for (const std::string& name : option.names) {
+    for (const Option& option : command.NamedOptions()) {
+      for (const std::string& name : option.Names()) {
         // With "=" a value may stand behind a blank too.
-        const std::string value = option.value.empty() ? "" : ZshValue(option);
+        const std::string value = option.TakesValue() ? ZshValue(option) : "";
         cases += " \\\n        " + Quoted("*" + name + (value.empty() ? "" : "=") + "[" +
                                           Escaped(option.description, "[]") + "]" + value);
       }
     }
     std::size_t place = 0;
-    for (const OptionRow& positional : command.positionals) {
+    for (const Option& positional : command.Positionals()) {
       ++place;
       cases += " \\\n        " +
-               Quoted((positional.isList ? "*" : std::to_string(place)) + ZshValue(positional));
+               Quoted((positional.IsList() ? "*" : std::to_string(place)) + ZshValue(positional));
     }
     cases += " ;;\n";
   }
@@ -184,15 +183,15 @@ fi
 
 // ---- fish ---------------------------------------------------------------------------------------
 
-std::string FishValue(const OptionRow& option) {
-  if (option.value.empty()) return "";
+std::string FishValue(const Option& option) {
+  if (!option.TakesValue()) return "";
   if (!option.Choices().empty()) return " -x -a " + Quoted(Words(option.Choices()));
   return option.TakesFile() ? " -r -F" : " -x";
 }
 
-std::string FishNames(const OptionRow& option) {
+std::string FishNames(const Option& option) {
   std::string names;
-  for (const std::string& name : option.names) {
+  for (const std::string& name : option.Names()) {
     names += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
   }
   return names;
@@ -201,20 +200,20 @@ std::string FishNames(const OptionRow& option) {
 std::string FishScript(const Commands& commands) {
   const std::string start = "complete -c orvanta-config";
   std::string script = "# Completion of orvanta-config for fish.\n" + start + " -f\n";
-  for (const OptionRow& option : commands[0].options) {
+  for (const Option& option : commands[0].options) {
     script += start + " -n __fish_use_subcommand" + FishNames(option) + " -d " +
               Quoted(option.description) + "\n";
   }
-  for (const CommandRow& command : Named(commands)) {
+  for (const Command& command : Named(commands)) {
     script += start + " -n __fish_use_subcommand -a " + command.name + " -d " +
               Quoted(command.description) + "\n";
     const std::string condition =
         start + " -n " + Quoted("__fish_seen_subcommand_from " + command.name);
-    for (const OptionRow& option : command.options) {
+    for (const Option& option : command.NamedOptions()) {
       script += condition + FishNames(option) + FishValue(option) + " -d " +
                 Quoted(option.description) + "\n";
     }
-    for (const OptionRow& positional : command.positionals) {
+    for (const Option& positional : command.Positionals()) {
       script += condition + (positional.TakesFile() ? " -F" : FishValue(positional)) + "\n";
     }
   }
@@ -228,21 +227,18 @@ constexpr struct {
 
 }  // namespace
 
-CLI::App* AddCompletion(CLI::App& app, CompletionOptions& options) {
-  CLI::App* command = app.add_subcommand("completion", "write a script that completes commands");
-  command->add_option("SHELL", options.shell, "the shell")->required()->type_name("bash|zsh|fish");
-  command->footer(kFooter);
-  return command;
+Command CompletionCommand(std::string& shell) {
+  return {"completion",
+          "write a script that completes commands",
+          kFooter,
+          {{"SHELL", &shell, "bash|zsh|fish", "the shell", /*isRequired=*/true}}};
 }
 
-int Completion(const CompletionOptions& options, const Commands& commands, const Streams& streams) {
+int Completion(const std::string& shell, const Commands& commands, const Streams& streams) {
   for (const auto& row : kShells) {
-    if (options.shell != row.shell) continue;
-    streams.out << row.script(commands);
-    return kDone;
+    if (shell == row.shell) streams.out << row.script(commands);
   }
-  throw ToolError("completion " + options.shell, "is no shell that is known",
-                  "name bash, zsh or fish");
+  return kDone;
 }
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #include "tool/cli/ManPage.h"
 
-#include <CLI/CLI.hpp>
 #include <ostream>
 #include <sstream>
 
@@ -39,16 +38,17 @@ std::string Bold(const std::string& text) { return "\\fB" + Plain(text) + "\\fR"
 std::string Italic(const std::string& text) { return "\\fI" + Plain(text) + "\\fR"; }
 
 /// The value's placeholder behind an option's names; words to choose from are typed as they are.
-std::string Value(const OptionRow& option) {
+std::string Value(const Option& option) {
   if (option.value.empty()) return "";
   return " " + (option.Choices().empty() ? Italic(option.value) : Plain(option.value));
 }
 
-std::string Options(const std::vector<OptionRow>& options) {
+std::string Options(const std::vector<Option>& options) {
   std::string text;
-  for (const OptionRow& option : options) {
+  for (const Option& option : options) {
     std::string names;
-    for (const std::string& name : option.names) names += (names.empty() ? "" : ", ") + Bold(name);
+    for (const std::string& name : option.Names())
+      names += (names.empty() ? "" : ", ") + Bold(name);
     text += ".TP\n" + names + Value(option) + "\n" + Plain(option.description) + "\n";
   }
   return text;
@@ -56,29 +56,25 @@ std::string Options(const std::vector<OptionRow>& options) {
 
 std::string Verbatim(const std::string& text) { return ".nf\n" + Plain(text) + "\n.fi\n"; }
 
-std::string Command(const CommandRow& command) {
+std::string Section(const Command& command) {
   std::string title = Bold("orvanta-config " + command.name) + " [options]";
-  for (const OptionRow& positional : command.positionals) {
-    title += " " + Italic(positional.names[0]) + (positional.isList ? "..." : "");
+  for (const Option& positional : command.Positionals()) {
+    title += " " + Italic(positional.name) + (positional.IsList() ? "..." : "");
   }
   std::string text = ".SS " + title + "\n" + Plain(command.description) + ".\n";
-  for (const OptionRow& positional : command.positionals) {
-    text += ".TP\n" + Italic(positional.names[0]) + Value(positional) + "\n" +
+  for (const Option& positional : command.Positionals()) {
+    text += ".TP\n" + Italic(positional.name) + Value(positional) + "\n" +
             Plain(positional.description) + "\n";
   }
-  return text + Options(command.options) + ".PP\n" + Verbatim(command.footer);
+  return text + Options(command.NamedOptions()) + ".PP\n" + Verbatim(command.footer);
 }
 
 }  // namespace
 
-CLI::App* AddManPage(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("man", "write the manual page");
-  command->footer(kFooter);
-  return command;
-}
+Command ManPageCommand() { return {"man", "write the manual page", kFooter, {}}; }
 
-int ManPage(const std::vector<CommandRow>& commands, const Streams& streams) {
-  const CommandRow& program = commands[0];
+int ManPage(const std::vector<Command>& commands, const Streams& streams) {
+  const Command& program = commands[0];
   std::ostream& out = streams.out;
   out << R"(.TH ORVANTA\-CONFIG 1 "" "orvanta\-config )" << version::Text()
       << "\" \"User commands\"\n"
@@ -88,7 +84,7 @@ int ManPage(const std::vector<CommandRow>& commands, const Streams& streams) {
       << ".SH DESCRIPTION\n"
       << Plain(program.description) << "\n"
       << Options(program.options) << ".SH COMMANDS\n";
-  for (std::size_t i = 1; i < commands.size(); ++i) out << Command(commands[i]);
+  for (std::size_t i = 1; i < commands.size(); ++i) out << Section(commands[i]);
   out << ".SH EXIT STATUS\n"
       << ".TP\n.B 0\nThe command did what it says, without a failure to report.\n"
       << ".TP\n.B 1\nA rehearsed run fails, or a finding is an error.\n"

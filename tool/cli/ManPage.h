@@ -1,16 +1,16 @@
-// The command `man`: the manual page, made of the same table as the help.
+// The command `man`: the manual page.
 #pragma once
 
 #include <vector>
 
-#include "tool/cli/CommandTable.h"
+#include "tool/cli/Command.h"
 #include "tool/io/Streams.h"
 
 namespace tool {
 
-CLI::App* AddManPage(CLI::App& app);
+Command ManPageCommand();
 
 /// Writes the page in the language of man(7). Returns the exit code.
-int ManPage(const std::vector<CommandRow>& commands, const Streams& streams);
+int ManPage(const std::vector<Command>& commands, const Streams& streams);
 
 }  // namespace tool

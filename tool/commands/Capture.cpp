@@ -1,6 +1,5 @@
 #include "tool/commands/Capture.h"
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <ostream>
 
@@ -30,11 +29,8 @@ Examples:
 
 }  // namespace
 
-CLI::App* AddCapture(CLI::App& app, MachineOptions& options) {
-  CLI::App* command = app.add_subcommand("capture", "write a machine as a machine file");
-  AddMachineOptions(*command, options);
-  command->footer(kFooter);
-  return command;
+Command CaptureCommand(MachineOptions& options) {
+  return {"capture", "write a machine as a machine file", kFooter, MachineOptionRows(options)};
 }
 
 int Capture(const MachineOptions& options, const Streams& streams) {

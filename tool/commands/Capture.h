@@ -4,14 +4,10 @@
 #include "tool/io/Streams.h"
 #include "tool/machine/MachineOptions.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tool {
 
-/// Adds the command with its options; `options` must live until they were parsed.
-CLI::App* AddCapture(CLI::App& app, MachineOptions& options);
+/// The command; the parser fills `options`.
+Command CaptureCommand(MachineOptions& options);
 
 /// Writes the machine file: of this computer where it runs Windows and no machine was named, of the
 /// simulated machine otherwise. Returns the exit code; throws ToolError before anything was written

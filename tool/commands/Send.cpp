@@ -1,6 +1,5 @@
 #include "tool/commands/Send.h"
 
-#include <CLI/CLI.hpp>
 #include <ostream>
 #include <utility>
 
@@ -14,6 +13,7 @@
 #include "tool/commands/SimulateReport.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
+#include "tool/machine/MachineOptions.h"
 
 namespace tool {
 namespace {
@@ -53,23 +53,19 @@ const ToolboxApi& LoadPlugin(const std::string& path) {
 
 }  // namespace
 
-CLI::App* AddSend(CLI::App& app, SendOptions& options) {
-  CLI::App* command =
-      app.add_subcommand("send", "hand one message to the plug-in library on this computer");
-  command->add_option("TYPE", options.type, "the message's type, for example Internal")
-      ->required()
-      ->type_name("");
-  command->add_option("NAME", options.name, "the message's name, for example Configure")
-      ->required()
-      ->type_name("");
-  command->add_option("--plugin", options.plugin, "the library (default: the one beside the tool)")
-      ->type_name("PATH");
-  AddSetOption(*command, options.set);
-  command->add_flag("--json", options.json, "one JSON document on standard output");
-  command->add_flag("--verbose", options.verbose, "show the log lines too");
-  command->add_flag("--no-color", options.noColor, "no colour (as with NO_COLOR set)");
-  command->footer(kFooter);
-  return command;
+Command SendCommand(SendOptions& options) {
+  return {"send",
+          "hand one message to the plug-in library on this computer",
+          kFooter,
+          {{"TYPE", &options.type, "", "the message's type, for example Internal",
+            /*isRequired=*/true},
+           {"NAME", &options.name, "", "the message's name, for example Configure",
+            /*isRequired=*/true},
+           {"--plugin", &options.plugin, "PATH", "the library (default: the one beside the tool)"},
+           SetOption(options.set),
+           {"--json", &options.json, "", "one JSON document on standard output"},
+           {"--verbose", &options.verbose, "", "show the log lines too"},
+           NoColorOption(options.noColor)}};
 }
 
 int Send(const SendOptions& options, const Streams& streams) {

@@ -4,11 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tool/cli/Command.h"
 #include "tool/io/Streams.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
@@ -24,8 +21,8 @@ struct SendOptions {
   bool verbose = false;
 };
 
-/// Adds the command with its options; `options` must live until they were parsed.
-CLI::App* AddSend(CLI::App& app, SendOptions& options);
+/// The command; the parser fills `options`.
+Command SendCommand(SendOptions& options);
 
 /// Loads the library, hands it the message and shows what came back. Returns the exit code; throws
 /// ToolError before anything ran when there is no such library here.

@@ -1,15 +1,11 @@
 #include "tool/commands/SetOption.h"
 
-#include <CLI/CLI.hpp>
-
 #include "tool/io/ToolError.h"
 
 namespace tool {
 
-void AddSetOption(CLI::App& command, std::vector<std::string>& texts) {
-  command.add_option("--set", texts, "an extra value of the message; may be repeated")
-      ->type_name("KEY=VALUE")
-      ->allow_extra_args(false);
+Option SetOption(std::vector<std::string>& texts) {
+  return {"--set", &texts, "KEY=VALUE", "an extra value of the message; may be repeated"};
 }
 
 void AddSetValues(const std::vector<std::string>& texts, AgentMessage::GivenValues& values) {

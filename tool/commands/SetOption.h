@@ -5,15 +5,12 @@
 #include <vector>
 
 #include "tool/agent/AgentMessage.h"
-
-namespace CLI {
-class App;
-}
+#include "tool/cli/Command.h"
 
 namespace tool {
 
-/// Adds the option to a command; `texts` must live until the options were parsed.
-void AddSetOption(CLI::App& command, std::vector<std::string>& texts);
+/// The option, which stores its texts in `texts`.
+Option SetOption(std::vector<std::string>& texts);
 
 /// Adds the values of "KEY=VALUE" texts. Of two values with the same key the later one counts, so
 /// that a value which is there already can be replaced. Throws ToolError for a text without a key.

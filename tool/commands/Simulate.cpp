@@ -1,6 +1,5 @@
 #include "tool/commands/Simulate.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <optional>
 #include <ostream>
@@ -55,7 +54,7 @@ const char* MessageNameOf(const std::string& option) {
 Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
   const std::vector<Delivery>& deliveries = simulation.conversation.deliveries;
   Json json = ToJson(deliveries.back());
-  if (options.deliverPosted || options.followRestarts > 0) {
+  if (options.deliverPosted || options.followRestarts.value_or(0) > 0) {
     Json& earlier = json["earlier"] = Json::array();
     for (std::size_t i = 0; i + 1 < deliveries.size(); ++i) {
       earlier.push_back(ToJson(deliveries[i]));
@@ -67,28 +66,25 @@ Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
 
 }  // namespace
 
-CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options) {
-  CLI::App* command =
-      app.add_subcommand("simulate", "send one message to the library on a simulated machine");
-  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
-      ->type_name("");
-  AddMachineOptions(*command, options.machine);
-  std::vector<std::string> names;
-  for (const auto& message : kMessages) names.emplace_back(message.option);
-  // The descriptions and the names of the values say what is allowed, in better words than the
-  // checks would.
-  command->add_option("--message", options.message, "which message (default: configure)")
-      ->check(CLI::IsMember(names).description(""))
-      ->type_name(util::Join(names, "|"));
-  command->add_option("--at", options.at, "FILE's place on the machine (default: C:\\tarvo.cfg)")
-      ->type_name("PATH");
-  AddSetOption(*command, options.set);
-  command->add_flag("--deliver-posted", options.deliverPosted,
-                    "deliver the messages that the library posts");
-  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
-                                     "restart after \"Reboot\" and send it again, N <= 1000"));
-  command->add_flag("--verbose", options.verbose, "show the log lines too");
-  command->footer(kFooter);
+Command SimulateCommand(SimulateOptions& options) {
+  std::vector<std::string> messages;
+  for (const auto& message : kMessages) messages.emplace_back(message.option);
+  Command command{"simulate",
+                  "send one message to the library on a simulated machine",
+                  kFooter,
+                  {{"FILE", &options.file, "", "a configuration file, or - for standard input"}}};
+  command.Add(MachineOptionRows(options.machine));
+  command.Add({
+      {"--message", &options.message, util::Join(messages, "|"),
+       "which message (default: configure)"},
+      {"--at", &options.at, "PATH", "FILE's place on the machine (default: C:\\tarvo.cfg)"},
+      SetOption(options.set),
+      {"--deliver-posted", &options.deliverPosted, "",
+       "deliver the messages that the library posts"},
+      FollowRestartsOption(options.followRestarts,
+                           "restart after \"Reboot\" and send it again, N <= 1000"),
+      {"--verbose", &options.verbose, "", "show the log lines too"},
+  });
   return command;
 }
 
@@ -118,8 +114,8 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
   std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
   simulation.before = machine;
 
-  simulation.conversation =
-      Converse(std::move(request), {options.deliverPosted, options.followRestarts}, machine);
+  simulation.conversation = Converse(
+      std::move(request), {options.deliverPosted, options.followRestarts.value_or(0)}, machine);
 
   if (saved) saved->Commit(simulated::PrintMachine(machine));
   if (options.machine.json) {

@@ -2,15 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tool/io/Streams.h"
 #include "tool/machine/MachineOptions.h"
-
-namespace CLI {
-class App;
-}
 
 namespace tool {
 
@@ -23,12 +20,12 @@ struct SimulateOptions {
   /// "KEY=VALUE" texts as they were given.
   std::vector<std::string> set;
   bool deliverPosted = false;
-  std::uint32_t followRestarts = 0;
+  std::optional<std::uint32_t> followRestarts;
   bool verbose = false;
 };
 
-/// Adds the command with its options; `options` must live until they were parsed.
-CLI::App* AddSimulate(CLI::App& app, SimulateOptions& options);
+/// The command; the parser fills `options`.
+Command SimulateCommand(SimulateOptions& options);
 
 /// Runs the command and shows its report. Returns the exit code; throws ToolError before anything
 /// ran when an option or a file cannot be used.

@@ -1,13 +1,10 @@
 #include "tool/machine/MachineOptions.h"
 
-#include <CLI/CLI.hpp>
-#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <system_error>
 #include <utility>
 
-#include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
 #include "tool/io/ToolError.h"
 
@@ -28,26 +25,21 @@ bool AreSameFile(const std::string& left, const std::string& right) {
 
 }  // namespace
 
-void AddMachineOptions(CLI::App& command, MachineOptions& options) {
-  command
-      .add_option("--machine", options.machineFile, "the simulated machine (default: an example)")
-      ->type_name("M.json");
-  command.add_flag("--json", options.json, "one JSON document on standard output");
-  command
-      .add_option("--save-machine", options.saveMachine, "write the machine as it is afterwards")
-      ->type_name("OUT.json");
-  command.add_flag("--no-color", options.noColor, "no colour (as with NO_COLOR set)");
+std::vector<Option> MachineOptionRows(MachineOptions& options) {
+  return {
+      {"--machine", &options.machineFile, "M.json", "the simulated machine (default: an example)"},
+      {"--json", &options.json, "", "one JSON document on standard output"},
+      {"--save-machine", &options.saveMachine, "OUT.json", "write the machine as it is afterwards"},
+      NoColorOption(options.noColor),
+  };
 }
 
-void LimitRestarts(CLI::Option& option) {
-  const auto check = [](const std::string& text) -> std::string {
-    const bool isNumber =
-        !text.empty() && text.size() <= 4 &&
-        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-    if (isNumber && util::ParseUnsigned(text) <= kMostRestarts) return {};
-    return "\"" + text + "\" is no number from 0 to " + std::to_string(kMostRestarts);
-  };
-  option.check(CLI::Validator(check, ""))->type_name("N");
+Option NoColorOption(bool& noColor) {
+  return {"--no-color", &noColor, "", "no colour (as with NO_COLOR set)"};
+}
+
+Option FollowRestartsOption(std::optional<std::uint32_t>& most, const char* description) {
+  return {"--follow-restarts", &most, "N", description, /*isRequired=*/false, kMostRestarts};
 }
 
 simulated::Machine LoadMachine(const MachineOptions& options) {

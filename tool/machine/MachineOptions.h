@@ -1,17 +1,14 @@
 // The options that every command on a simulated machine shares.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/simulated/Machine.h"
+#include "tool/cli/Command.h"
 #include "tool/io/Files.h"
-
-namespace CLI {
-class App;
-class Option;
-}  // namespace CLI
 
 namespace tool {
 
@@ -23,11 +20,13 @@ struct MachineOptions {
   bool noColor = false;
 };
 
-/// Adds the options to a command; `options` must live until they were parsed.
-void AddMachineOptions(CLI::App& command, MachineOptions& options);
+/// The rows of these options.
+std::vector<Option> MachineOptionRows(MachineOptions& options);
 
-/// Makes the option take a number of restarts, 1000 at most.
-void LimitRestarts(CLI::Option& option);
+Option NoColorOption(bool& noColor);
+
+/// The option that follows a number of restarts, 1000 at most.
+Option FollowRestartsOption(std::optional<std::uint32_t>& most, const char* description);
 
 /// Reads the chosen machine. Throws ToolError.
 simulated::Machine LoadMachine(const MachineOptions& options);

@@ -1,6 +1,5 @@
 #include "tool/plan/Plan.h"
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <ostream>
 #include <vector>
@@ -53,18 +52,17 @@ Examples:
 
 }  // namespace
 
-CLI::App* AddPlan(CLI::App& app, PlanOptions& options) {
-  CLI::App* command = app.add_subcommand("plan", "show what a configuration file would do and why");
-  command->add_option("FILE", options.file, "a configuration file, or - for standard input")
-      ->type_name("")
-      ->required();
-  AddMachineOptions(*command, options.machine);
-  LimitRestarts(*command->add_option("--follow-restarts", options.followRestarts,
-                                     "run the plan, restart, and plan again, N <= 1000"));
-  command->add_option("--html", options.html, "write a page about the plan and its run")
-      ->type_name("OUT.html");
-  command->add_flag("--verbose", options.verbose, "tell every event and every adapter too");
-  command->footer(kFooter);
+Command PlanCommand(PlanOptions& options) {
+  Command command{"plan",
+                  "show what a configuration file would do and why",
+                  kFooter,
+                  {{"FILE", &options.file, "", "a configuration file, or - for standard input",
+                    /*isRequired=*/true}}};
+  command.Add(MachineOptionRows(options.machine));
+  command.Add({FollowRestartsOption(options.followRestarts,
+                                    "run the plan, restart, and plan again, N <= 1000"),
+               {"--html", &options.html, "OUT.html", "write a page about the plan and its run"},
+               {"--verbose", &options.verbose, "", "tell every event and every adapter too"}});
   return command;
 }
 

@@ -8,10 +8,6 @@
 #include "tool/io/Streams.h"
 #include "tool/machine/MachineOptions.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tool {
 
 struct PlanOptions {
@@ -25,8 +21,8 @@ struct PlanOptions {
   std::optional<std::string> html;
 };
 
-/// Adds the command with its options; `options` must live until they were parsed.
-CLI::App* AddPlan(CLI::App& app, PlanOptions& options);
+/// The command; the parser fills `options`.
+Command PlanCommand(PlanOptions& options);
 
 /// Runs the command and shows the plan. Returns the exit code; throws ToolError when an option or a
 /// file cannot be used.

@@ -1,6 +1,5 @@
 #include "tool/roundtrip/Roundtrip.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <optional>
 #include <ostream>
@@ -68,12 +67,9 @@ Json AsJson(const ImageRestore& image, const std::vector<RestoredSetting>& setti
 
 }  // namespace
 
-CLI::App* AddRoundtrip(CLI::App& app, MachineOptions& options) {
-  CLI::App* command = app.add_subcommand(
-      "roundtrip", "capture a simulated machine's settings and restore them from its image");
-  AddMachineOptions(*command, options);
-  command->footer(kFooter);
-  return command;
+Command RoundtripCommand(MachineOptions& options) {
+  return {"roundtrip", "capture a simulated machine's settings and restore them from its image",
+          kFooter, MachineOptionRows(options)};
 }
 
 int Roundtrip(const MachineOptions& options, const Streams& streams) {

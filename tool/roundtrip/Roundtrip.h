@@ -4,14 +4,10 @@
 #include "tool/io/Streams.h"
 #include "tool/machine/MachineOptions.h"
 
-namespace CLI {
-class App;
-}
-
 namespace tool {
 
-/// Adds the command with its options; `options` must live until they were parsed.
-CLI::App* AddRoundtrip(CLI::App& app, MachineOptions& options);
+/// The command; the parser fills `options`.
+Command RoundtripCommand(MachineOptions& options);
 
 /// Runs the command and shows its report. Returns the exit code; throws ToolError before anything
 /// ran when an option or a file cannot be used.
