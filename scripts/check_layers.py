@@ -57,7 +57,7 @@ SCOPED_PLATFORM_BODY = "platform/Platform.cpp"
 
 # Libraries, by the folders that may use them.
 LIBRARIES = {
-    "nlohmann": ["platform/simulated", "tool", "tests", "bench"],
+    "nlohmann": ["platform/simulated", "tool", "tests", "fuzz"],
     "CLI": ["tool/cli"],
     "gtest": ["tests"],
     "gmock": ["tests"],

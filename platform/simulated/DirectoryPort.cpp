@@ -39,9 +39,9 @@ class Container final : public platform::IDirectoryContainer {
     const std::string paths = sourcePath + "\n" + path_;
     const auto refused = simulation_.RefuseCom({.name = "directory.move", .text = paths});
     const HResult result = refused ? *refused : Move(WithoutScheme(sourcePath));
-    Json entry{{"call", "directory.move"}, {"source", sourcePath}, {"destination", path_}};
-    if (platform::Failed(result)) entry["hresult"] = HResultText(result);
-    simulation_.machine.journal.push_back(std::move(entry));
+    Change& change = simulation_.machine.journal.emplace_back(
+        "directory.move", Fields{{"source", sourcePath}, {"destination", path_}});
+    if (platform::Failed(result)) change.fields.emplace_back("hresult", HResultText(result));
     return result;
   }
 

@@ -120,7 +120,7 @@ bool FilesPort::Move(const std::string& source, const std::string& destination) 
   const std::string paths = source + "\n" + destination;
   const auto refused = simulation_.Refuse({.name = "file.move", .text = paths});
   if (!refused && error == kSuccess) simulation_.machine.FindFile(source)->path = destination;
-  return Finish({{"call", "file.move"}, {"source", source}, {"destination", destination}},
+  return Finish({"file.move", {{"source", source}, {"destination", destination}}},
                 refused.value_or(error));
 }
 
@@ -137,7 +137,7 @@ bool FilesPort::Copy(const std::string& source, const std::string& destination, 
     const std::string text = simulation_.machine.FindFile(source)->text;
     simulation_.machine.PutFile(destination, text);
   }
-  return Finish({{"call", "file.copy"}, {"source", source}, {"destination", destination}},
+  return Finish({"file.copy", {{"source", source}, {"destination", destination}}},
                 refused.value_or(error));
 }
 
@@ -149,7 +149,7 @@ bool FilesPort::Erase(const std::string& path) {
     auto& files = simulation_.machine.files;
     files.erase(files.begin() + (file - files.data()));
   }
-  return Finish({{"call", "file.delete"}, {"path", path}}, refused.value_or(error));
+  return Finish({"file.delete", {{"path", path}}}, refused.value_or(error));
 }
 
 bool FilesPort::ModulePath(std::string* path) {
@@ -168,12 +168,9 @@ bool FilesPort::WriteProfileEntry(const std::string& section, const std::string&
     if (simulation_.machine.FindFile(path) == nullptr) simulation_.machine.PutFile(path, "");
     PutEntry(simulation_.machine.FindFile(path)->text, section, key, value);
   }
-  return Finish({{"call", "file.write"},
-                 {"path", path},
-                 {"section", section},
-                 {"key", key},
-                 {"value", value}},
-                refused.value_or(error));
+  return Finish(
+      {"file.write", {{"path", path}, {"section", section}, {"key", key}, {"value", value}}},
+      refused.value_or(error));
 }
 
 bool FilesPort::IsFolder(const std::string& path) const {
@@ -184,8 +181,8 @@ bool FilesPort::IsFolder(const std::string& path) const {
   };
   const Machine& machine = simulation_.machine;
   const auto drive = machine.operatingSystem.find("SystemDrive");
-  const bool isSystemDrive = drive != machine.operatingSystem.end() && drive->second.is_string() &&
-                             FoldedPath(drive->second.get<std::string>()) == folder;
+  const bool isSystemDrive =
+      drive != machine.operatingSystem.end() && FoldedPath(drive->second.Text()) == folder;
   return folder.empty() || isSystemDrive || holds(machine.agentFolder) ||
          std::any_of(machine.files.begin(), machine.files.end(),
                      [&](const File& file) { return holds(FolderOf(file.path)); });
@@ -203,12 +200,12 @@ Win32Error FilesPort::MakeError(const std::string& path) {
   return IsFolder(FolderOf(path)) ? kSuccess : kPathNotFound;
 }
 
-bool FilesPort::Finish(Json entry, Win32Error error) {
+bool FilesPort::Finish(Change change, Win32Error error) {
   if (error != kSuccess) {
-    entry["error"] = error;
+    change.fields.emplace_back("error", error);
     simulation_.lastError = error;
   }
-  simulation_.machine.journal.push_back(std::move(entry));
+  simulation_.machine.journal.push_back(std::move(change));
   return error == kSuccess;
 }
 

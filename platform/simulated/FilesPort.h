@@ -28,7 +28,7 @@ class FilesPort final : public platform::IFiles {
   platform::Win32Error ReadError(const std::string& path);
   platform::Win32Error MakeError(const std::string& path);
   /// Journals a change and tells whether it succeeded.
-  bool Finish(Json entry, platform::Win32Error error);
+  bool Finish(Change change, platform::Win32Error error);
 
   Simulation& simulation_;
 };

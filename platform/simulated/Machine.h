@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <utility>
@@ -13,11 +12,9 @@
 
 #include "platform/IServices.h"
 #include "platform/Types.h"
+#include "platform/simulated/Change.h"
 
 namespace simulated {
-
-/// JSON whose objects keep the order in which their fields were added.
-using Json = nlohmann::ordered_json;
 
 /// A text property that may hold the null value.
 using NullableText = std::optional<std::string>;
@@ -147,7 +144,7 @@ struct Machine {
   Membership membership;
   /// Properties of the operating-system record: null, flag, number or text. What is absent here
   /// does not exist on this machine.
-  std::map<std::string, Json> operatingSystem{{"SystemDrive", "C:"}, {"Version", "10.0.19045"}};
+  std::map<std::string, Value> operatingSystem{{"SystemDrive", "C:"}, {"Version", "10.0.19045"}};
   std::string agentFolder = R"(C:\Program Files\Orvanta\Agent)";
   std::vector<Adapter> adapters;
   std::vector<PersistentRoute> persistentRoutes;
@@ -163,11 +160,9 @@ struct Machine {
   std::map<std::uint64_t, std::vector<std::uint64_t>> userObjects;
   std::vector<Fault> faults;
 
-  /// Calls that changed the machine or paused, in order, whether they succeeded or not. Each is an
-  /// object that starts with "call" and holds the fields of that call; a call that a fault or the
-  /// machine refused holds "hresult" or "error". Arguments are kept as they came: whoever shows
-  /// the journal hides the passwords.
-  std::vector<Json> journal;
+  /// Calls that changed the machine or paused, in order, whether they succeeded or not. Arguments
+  /// are kept as they came: whoever shows the journal hides the passwords.
+  std::vector<Change> journal;
 
   /// Restarts the computer: a pending name takes effect, in the domain's directory too.
   void Restart();

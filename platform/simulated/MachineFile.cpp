@@ -299,8 +299,29 @@ struct PlainTexts {
   }
 };
 
+/// A value of any kind, which is written only.
+template <>
+struct Codec<Fields> {
+  static Json Write(const Fields& fields) {
+    Json object = Json::object();
+    for (const auto& [name, value] : fields) object[name] = Write(value);
+    return object;
+  }
+  static Json Write(const Value& value) {
+    if (const auto* fields = std::get_if<Fields>(&value)) return Write(*fields);
+    return std::visit(
+        []<class Kind>(const Kind& own) -> Json {
+          if constexpr (std::same_as<Kind, Fields>)
+            return nullptr;
+          else
+            return own;
+        },
+        value);
+  }
+};
+
 struct OperatingSystem {
-  using Value = std::map<std::string, Json>;
+  using Properties = std::map<std::string, Value>;
   static constexpr std::string_view kProperties[] = {"BootDevice",
                                                      "BuildNumber",
                                                      "BuildType",
@@ -339,27 +360,36 @@ struct OperatingSystem {
                                                      "Version",
                                                      "WindowsDirectory"};
 
-  static void Read(const Cursor& at, Value& value) {
+  static void Read(const Cursor& at, Properties& properties) {
     RequireObject(at);
-    value.clear();
+    properties.clear();
     for (const auto& [name, json] : at.Value().items()) {
       if (std::find(std::begin(kProperties), std::end(kProperties), name) ==
           std::end(kProperties)) {
         at.Field(name).FailUnknown("property", name, kProperties);
       }
+      const Cursor place = at.Field(name);
+      Value& value = properties[name];
       if (json.is_number()) {
-        std::int64_t number = 0;
-        Codec<std::int64_t>::Read(at.Field(name), number);
+        auto& number = value.emplace<std::int64_t>();
+        Codec<std::int64_t>::Read(place, number);
         if (!std::in_range<std::int32_t>(number) && !std::in_range<std::uint32_t>(number)) {
-          at.Field(name).FailType("a number of 32 bits");
+          place.FailType("a number of 32 bits");
         }
+      } else if (json.is_boolean()) {
+        value = json.get<bool>();
+      } else if (json.is_string()) {
+        value = json.get<std::string>();
       } else if (json.is_structured()) {
-        at.Field(name).FailType("a text, a number, true, false or null");
+        place.FailType("a text, a number, true, false or null");
       }
-      value[name] = json;
     }
   }
-  static Json Write(const Value& value, bool) { return value; }
+  static Json Write(const Properties& properties, bool) {
+    Json object = Json::object();
+    for (const auto& [name, value] : properties) object[name] = Codec<Fields>::Write(value);
+    return object;
+  }
 };
 
 template <>
@@ -584,8 +614,8 @@ Machine ParseMachine(const std::string& text, const std::string& fileName) {
   return machine;
 }
 
-std::string PrintMachine(const Machine& machine) {
-  return ToJson(machine, /*hideSecrets=*/false)
+std::string PrintMachine(const Machine& machine, bool hideSecrets) {
+  return ToJson(machine, hideSecrets)
              .dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace) +
          "\n";
 }
@@ -601,17 +631,9 @@ Json ToJson(const Machine& machine, bool hideSecrets) {
   return document;
 }
 
-Json Redacted(const Json& change) {
-  Json shown = change;
-  if (change.contains("arguments")) {
-    for (auto& [name, value] : shown["arguments"].items()) {
-      if (NamesPassword(name) && value.is_string()) value = kHidden;
-    }
-  }
-  if (change.value("call", "") == "file.write" && NamesSecret(change.value("key", ""))) {
-    shown["value"] = kHidden;
-  }
-  return shown;
+void to_json(Json& entry, const Change& change) {
+  entry = {{"call", change.call}};
+  entry.update(Codec<Fields>::Write(change.fields));
 }
 
 }  // namespace simulated

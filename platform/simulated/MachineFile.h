@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "platform/simulated/Json.h"
 #include "platform/simulated/Machine.h"
 
 namespace simulated {
@@ -20,14 +21,14 @@ class MachineFileError : public std::runtime_error {
 Machine ParseMachine(const std::string& text, const std::string& fileName);
 
 /// The machine file that `ParseMachine` reads back as this machine, secrets included; its journal
-/// is not part of it. Bytes that are no UTF-8 are replaced.
-std::string PrintMachine(const Machine& machine);
+/// is not part of it. Bytes that are no UTF-8 are replaced. With `hideSecrets` passwords of
+/// accounts, deciphered texts and what is secret in files read "***".
+std::string PrintMachine(const Machine& machine, bool hideSecrets = false);
 
-/// The same document. With `hideSecrets` passwords of accounts, deciphered texts and what is
-/// secret in files read "***".
+/// The same document.
 Json ToJson(const Machine& machine, bool hideSecrets);
 
-/// A journal entry as it may be shown: passwords in it read "***".
-Json Redacted(const Json& change);
+/// An entry of the journal, as it is; also what `Json(change)` calls.
+void to_json(Json& entry, const Change& change);
 
 }  // namespace simulated

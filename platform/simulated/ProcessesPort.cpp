@@ -96,13 +96,13 @@ bool ProcessesPort::Spawn(const char* application, char* commandLine, const char
   } else {
     error = ToWin32Error(*fault);
   }
-  Json& change =
-      simulation_.machine.journal.emplace_back(Json{{"call", "process.run"}, {"command", command}});
+  Change& change =
+      simulation_.machine.journal.emplace_back("process.run", Fields{{"command", command}});
   if (!exitCode) {
-    change["error"] = error;
+    change.fields.emplace_back("error", error);
     return simulation_.Fail(error);
   }
-  change["result"] = static_cast<std::int32_t>(*exitCode);
+  change.fields.emplace_back("result", static_cast<std::int32_t>(*exitCode));
   *information = {Make(*exitCode), Make(0), static_cast<std::uint32_t>(nextHandle_),
                   static_cast<std::uint32_t>(nextHandle_ + 2)};
   return true;

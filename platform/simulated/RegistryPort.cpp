@@ -113,8 +113,8 @@ Win32Error RegistryPort::Set(RegistryKey key, const std::string& name, std::uint
   } else if (error == kSuccess) {
     error = kInvalidParameter;
   }
-  Json entry{{"call", "registry.set"}, {"key", path}, {"name", name}};
-  std::visit([&](const auto& content) { entry["data"] = content; }, value.data);
+  Change change{"registry.set", {{"key", path}, {"name", name}}};
+  std::visit([&](const auto& content) { change.fields.emplace_back("data", content); }, value.data);
   const auto refused = simulation_.Refuse({.name = "registry.set", .text = path, .item = name});
   if (!refused && error == kSuccess) {
     auto& values = simulation_.machine.registry;
@@ -126,7 +126,7 @@ Win32Error RegistryPort::Set(RegistryKey key, const std::string& name, std::uint
       found->data = std::move(value.data);
     }
   }
-  return Finish(std::move(entry), refused.value_or(error));
+  return Finish(std::move(change), refused.value_or(error));
 }
 
 Win32Error RegistryPort::Erase(RegistryKey key, const std::string& name) {
@@ -140,8 +140,7 @@ Win32Error RegistryPort::Erase(RegistryKey key, const std::string& name) {
     values.erase(found);
     emptyKeys_.insert(Folded(path));
   }
-  return Finish({{"call", "registry.delete"}, {"key", path}, {"name", name}},
-                refused.value_or(error));
+  return Finish({"registry.delete", {{"key", path}, {"name", name}}}, refused.value_or(error));
 }
 
 Win32Error RegistryPort::Close(RegistryKey key) {
@@ -168,9 +167,9 @@ Win32Error RegistryPort::WritablePath(RegistryKey key, std::string* path) const 
   return (found->second.access & kWriteAccess) == 0 ? kAccessDenied : kSuccess;
 }
 
-Win32Error RegistryPort::Finish(Json entry, Win32Error error) {
-  if (error != kSuccess) entry["error"] = error;
-  simulation_.machine.journal.push_back(std::move(entry));
+Win32Error RegistryPort::Finish(Change change, Win32Error error) {
+  if (error != kSuccess) change.fields.emplace_back("error", error);
+  simulation_.machine.journal.push_back(std::move(change));
   return error;
 }
 

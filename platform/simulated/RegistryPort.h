@@ -41,7 +41,7 @@ class RegistryPort final : public platform::IRegistry {
   /// The path of an open key that may be written to, or why it may not.
   platform::Win32Error WritablePath(platform::RegistryKey key, std::string* path) const;
   /// Journals a change and passes its result on.
-  platform::Win32Error Finish(Json entry, platform::Win32Error error);
+  platform::Win32Error Finish(Change change, platform::Win32Error error);
   bool Exists(const std::string& path);
   std::optional<RegistryValue> Read(const std::string& path, const std::string& name);
 

@@ -95,4 +95,17 @@ std::string RedactedValue(std::string_view value) {
   return RedactedBehind(value, " \t:=");
 }
 
+Change Redacted(Change change) {
+  const bool writesSecret = change.call == "file.write" && NamesSecret(change["key"].Text());
+  for (auto& [name, value] : change.fields) {
+    if (writesSecret && name == "value") value = kHidden;
+    auto* const arguments = std::get_if<Fields>(&value);
+    if (arguments == nullptr) continue;
+    for (auto& [argument, given] : *arguments) {
+      if (NamesPassword(argument) && std::holds_alternative<std::string>(given)) given = kHidden;
+    }
+  }
+  return change;
+}
+
 }  // namespace simulated

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/simulated/Change.h"
+
 namespace simulated {
 
 /// What stands in place of a secret.
@@ -41,5 +43,8 @@ std::string RedactedText(std::string_view text);
 /// A setting's value as it may be shown: the same, and also behind a blank or ":". A value of
 /// several lines is shown as a file's are.
 std::string RedactedValue(std::string_view value);
+
+/// An entry of the journal as it may be shown: passwords in it read "***".
+Change Redacted(Change change);
 
 }  // namespace simulated

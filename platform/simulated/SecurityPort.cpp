@@ -191,9 +191,9 @@ void SecurityPort::CloseDesktop(UserObject desktop) {
 
 bool SecurityPort::Change(CallName name, std::uint64_t handle) {
   const bool failed = simulation_.Fails({.name = name});
-  Json entry{{"call", name.Text()}, {"handle", handle}};
-  if (failed) entry["error"] = simulation_.lastError;
-  simulation_.machine.journal.push_back(std::move(entry));
+  simulated::Change& change = simulation_.machine.journal.emplace_back(
+      std::string(name.Text()), Fields{{"handle", static_cast<std::int64_t>(handle)}});
+  if (failed) change.fields.emplace_back("error", simulation_.lastError);
   return !failed;
 }
 

@@ -49,7 +49,7 @@ bool ServicesPort::SetStartType(ServiceHandle handle, ServiceStart start) {
   Service* service = simulation_.machine.FindService(name);
   const auto refused = simulation_.Refuse({.name = "service.start_type", .service = name});
   if (!refused && service != nullptr) service->start = start;
-  return Finish({{"call", "service.start_type"}, {"service", name}, {"start", StartName(start)}},
+  return Finish({"service.start_type", {{"service", name}, {"start", StartName(start)}}},
                 refused.value_or(service == nullptr ? kInvalidHandle : kSuccess));
 }
 
@@ -66,7 +66,7 @@ bool ServicesPort::Start(ServiceHandle handle) {
   }
   const auto refused = simulation_.Refuse({.name = "service.start", .service = name});
   if (!refused && error == kSuccess) service->running = true;
-  return Finish({{"call", "service.start"}, {"service", name}}, refused.value_or(error));
+  return Finish({"service.start", {{"service", name}}}, refused.value_or(error));
 }
 
 void ServicesPort::Close(ServiceHandle handle) {
@@ -86,9 +86,9 @@ std::string ServicesPort::NameOf(ServiceHandle handle) const {
   return found == open_.end() ? std::string() : found->second;
 }
 
-bool ServicesPort::Finish(Json entry, Win32Error error) {
-  entry["result"] = error;
-  simulation_.machine.journal.push_back(std::move(entry));
+bool ServicesPort::Finish(Change change, Win32Error error) {
+  change.fields.emplace_back("result", error);
+  simulation_.machine.journal.push_back(std::move(change));
   return error == kSuccess || simulation_.Fail(error);
 }
 

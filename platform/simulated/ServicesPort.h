@@ -29,7 +29,7 @@ class ServicesPort final : public platform::IServices {
   /// The name a handle was opened with; empty for the manager and for no handle.
   std::string NameOf(platform::ServiceHandle handle) const;
   /// Journals a change and tells whether it succeeded.
-  bool Finish(Json entry, platform::Win32Error error);
+  bool Finish(Change change, platform::Win32Error error);
 
   Simulation& simulation_;
   std::unordered_map<std::uint64_t, std::string> open_;

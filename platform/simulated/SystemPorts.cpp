@@ -91,7 +91,7 @@ std::optional<std::uint32_t> ParseClassic(std::string_view text) {
 
 void ClockPort::Sleep(std::uint32_t milliseconds) {
   simulation_.Strike({.name = "sleep"});
-  simulation_.machine.journal.push_back({{"call", "sleep"}, {"milliseconds", milliseconds}});
+  simulation_.machine.journal.push_back({"sleep", {{"milliseconds", milliseconds}}});
 }
 
 Win32Error ErrorsPort::LastError() { return simulation_.lastError; }

@@ -113,22 +113,6 @@ class Rows final : public IWmiRows {
   std::size_t next_ = 0;
 };
 
-Json ToJson(const Variant& value) {
-  if (const auto* flag = std::get_if<platform::RawBool>(&value)) {
-    return flag->bits == 0 || flag->bits == -1 ? Json(flag->bits != 0) : Json(flag->bits);
-  }
-  if (const auto* number = std::get_if<std::int32_t>(&value)) return *number;
-  if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  if (const auto* list = std::get_if<platform::TextArray>(&value)) return list->items;
-  return nullptr;
-}
-
-Json ToJson(const Properties& arguments) {
-  Json object = Json::object();
-  for (const auto& [name, value] : arguments) object[name] = ToJson(value);
-  return object;
-}
-
 class Services final : public IWmiServices {
  public:
   explicit Services(Simulation& simulation) : simulation_(simulation), live_(simulation.usage) {}
@@ -188,19 +172,20 @@ class Services final : public IWmiServices {
       ran = false;
     }
 
-    Json entry{{"call", "wmi.method"},
-               {"path", path},
-               {"method", method},
-               {"arguments", arguments == nullptr ? Json::object() : ToJson(*arguments)}};
+    Fields told;
+    if (arguments != nullptr) {
+      for (const auto& [name, value] : *arguments) told.emplace_back(name, ToValue(value));
+    }
+    Change& change = simulation_.machine.journal.emplace_back(
+        "wmi.method", Fields{{"path", path}, {"method", method}, {"arguments", std::move(told)}});
     if (ran) {
-      entry["result"] = returnValue;
+      change.fields.emplace_back("result", returnValue);
       auto answer = std::make_unique<Object>(simulation_);
       answer->properties.emplace_back("ReturnValue", returnValue);
       *result = std::move(answer);
     } else {
-      entry["hresult"] = HResultText(outcome);
+      change.fields.emplace_back("hresult", HResultText(outcome));
     }
-    simulation_.machine.journal.push_back(std::move(entry));
     return outcome;
   }
 

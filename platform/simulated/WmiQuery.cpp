@@ -257,10 +257,12 @@ HResult SelectDriver(Simulation& simulation, const Query& query, std::vector<Pro
   return SelectServices(simulation, query, /*drivers=*/true, rows);
 }
 
-Variant FromJson(const Json& value) {
-  if (value.is_boolean()) return Flag(value.get<bool>());
-  if (value.is_number()) return Number(static_cast<std::uint32_t>(value.get<std::int64_t>()));
-  if (value.is_string()) return value.get<std::string>();
+Variant ToVariant(const Value& value) {
+  if (const auto* flag = std::get_if<bool>(&value)) return Flag(*flag);
+  if (const auto* number = std::get_if<std::int64_t>(&value)) {
+    return Number(static_cast<std::uint32_t>(*number));
+  }
+  if (const auto* text = std::get_if<std::string>(&value)) return *text;
   return platform::Null{};
 }
 
@@ -269,7 +271,7 @@ HResult SelectOperatingSystem(Simulation& simulation, const Query& query,
                               std::vector<Properties>* rows) {
   Properties record;
   for (const auto& [name, value] : simulation.machine.operatingSystem) {
-    record.emplace_back(name, FromJson(value));
+    record.emplace_back(name, ToVariant(value));
   }
   if (query.properties.empty()) {
     rows->push_back(std::move(record));

@@ -1,5 +1,6 @@
 // A machine read back into a machine file.
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 

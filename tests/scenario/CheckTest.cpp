@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <istream>
 #include <mutex>
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <sstream>
 #include <streambuf>

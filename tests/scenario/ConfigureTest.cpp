@@ -1,10 +1,12 @@
 // A configuration file and a machine in; reply, log, changes and machine out.
 #include <algorithm>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
 #include "platform/IRegistry.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 #include "tool/agent/Delivery.h"
 
@@ -44,12 +46,12 @@ class ConfigureTest : public support::MachineTest {
   static Texts Changes(const tool::Delivery& delivery) {
     Texts texts;
     for (const auto& change : delivery.changes) {
-      if (change["call"] == "wmi.method") {
-        texts.push_back(change["method"].get<std::string>() + change["arguments"].dump());
-      } else if (change["call"] == "process.run") {
-        texts.push_back(change["command"]);
+      if (change.call == "wmi.method") {
+        texts.push_back(change["method"].Text() + support::JsonText(change["arguments"]));
+      } else if (change.call == "process.run") {
+        texts.push_back(change["command"].Text());
       } else {
-        texts.push_back(change["call"]);
+        texts.push_back(change.call);
       }
     }
     return texts;

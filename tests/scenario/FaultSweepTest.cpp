@@ -2,6 +2,7 @@
 // that call failing, and then again on the healed machine.
 #include <algorithm>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 #include <string>
@@ -9,6 +10,7 @@
 
 #include "platform/IRegistry.h"
 #include "platform/simulated/MachineFile.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 #include "tool/agent/Delivery.h"
 
@@ -165,8 +167,10 @@ struct Code {
 class FaultSweepWith : public FaultSweep, public testing::WithParamInterface<Code> {};
 
 /// A change that was refused, by a fault or by the machine.
-bool Failed(const Json& change) {
-  return change.contains("error") || change.contains("hresult") || change.value("result", 0) != 0;
+bool Failed(const simulated::Change& change) {
+  const simulated::Value& result = change["result"];
+  return !change["error"].IsNull() || !change["hresult"].IsNull() ||
+         (!result.IsNull() && result != simulated::Value(0));
 }
 
 /// What a failed call leaves with the library.
@@ -180,13 +184,14 @@ simulated::Usage StillInUseAfter(const std::string& call) {
 
 /// Every change that was made is one that the undisturbed story makes as well, or puts the file
 /// away.
-void ExpectStepsOf(const std::vector<Json>& wanted, const std::vector<Json>& changes) {
+void ExpectStepsOf(const std::vector<simulated::Change>& wanted,
+                   const std::vector<simulated::Change>& changes) {
   std::multiset<std::string> left;
-  for (const Json& change : wanted) left.insert(change.dump());
-  for (const Json& change : changes) {
-    if (Failed(change) || change["call"] == "file.move") continue;
-    const auto found = left.find(change.dump());
-    EXPECT_NE(found, left.end()) << change;
+  for (const simulated::Change& change : wanted) left.insert(support::JsonText(change));
+  for (const simulated::Change& change : changes) {
+    if (Failed(change) || change.call == "file.move") continue;
+    const auto found = left.find(support::JsonText(change));
+    EXPECT_NE(found, left.end()) << support::JsonText(change);
     if (found != left.end()) left.erase(found);
   }
 }

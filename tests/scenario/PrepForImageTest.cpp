@@ -26,9 +26,8 @@ class PrepForImageTest : public support::MachineTest {
   static Texts Written(const tool::Delivery& delivery, const std::string& section) {
     Texts texts;
     for (const auto& change : delivery.changes) {
-      if (change["call"] == "file.write" && change["section"] == section) {
-        texts.push_back(change["key"].get<std::string>() + "=" +
-                        change["value"].get<std::string>());
+      if (change.call == "file.write" && change["section"] == section) {
+        texts.push_back(change["key"].Text() + "=" + change["value"].Text());
       }
     }
     return texts;

@@ -2,6 +2,7 @@
 // alone, which a failure names.
 #include <algorithm>
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <random>
 #include <string>
 #include <vector>
@@ -15,6 +16,7 @@
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Simulation.h"
 #include "tests/support/DeliveryRules.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 #include "tests/support/PlannedRun.h"
 #include "tests/support/QueueRules.h"
@@ -25,7 +27,6 @@
 
 namespace {
 
-using simulated::Json;
 using simulated::Machine;
 
 constexpr std::uint32_t kCases = 300;
@@ -191,13 +192,12 @@ std::string Told(std::uint32_t seed, const Case& generated) {
 
 /// What a run does whether it is needed or not: DNS is handed back to DHCP, pauses are made, and
 /// the file is put away.
-bool IsAlwaysDone(const Json& change) {
-  if (change["call"] == "wmi.method") {
+bool IsAlwaysDone(const simulated::Change& change) {
+  if (change.call == "wmi.method") {
     return change["method"] == "SetDNSServerSearchOrder" &&
-           change["arguments"].value("DNSServerSearchOrder", Json()).is_null();
+           change["arguments"]["DNSServerSearchOrder"].IsNull();
   }
-  return change["call"] == "sleep" || change["call"] == "file.move" ||
-         change["call"] == "file.delete";
+  return change.call == "sleep" || change.call == "file.move" || change.call == "file.delete";
 }
 
 TEST(Property, ASecondRunFindsNothingToDo) {
@@ -221,7 +221,9 @@ TEST(Property, ASecondRunFindsNothingToDo) {
     machine.PutFile(kFile, generated.file);
     const tool::Delivery second = tool::DeliverInProcess(request, machine);
     ASSERT_EQ(second.Result(), "Success");
-    for (const Json& change : second.changes) ASSERT_TRUE(IsAlwaysDone(change)) << change;
+    for (const simulated::Change& change : second.changes) {
+      ASSERT_TRUE(IsAlwaysDone(change)) << support::JsonText(change);
+    }
   }
   EXPECT_GT(settled, kCases / 2) << "most files are to ask for something that can be done";
 }

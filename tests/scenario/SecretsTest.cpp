@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -18,6 +19,7 @@
 #include "common/err/GeneralError.h"
 #include "common/sys/Domain.h"
 #include "platform/simulated/MachineFile.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 #include "tests/support/ToolTest.h"
 #include "tool/agent/Delivery.h"
@@ -133,7 +135,9 @@ TEST_F(Secrets, NoCommandTellsItsPassword) {
       } catch (const err::CGeneralError& error) {
         told += std::string(error.file) + error.message;
       }
-      for (const simulated::Json& change : tool::ShownChanges(machine, 0)) told += change.dump();
+      for (const auto& change : tool::ShownChanges(machine, 0)) {
+        told += support::JsonText(change);
+      }
       EXPECT_FALSE(HasPassword(told)) << told;
     });
     EXPECT_GT(tries, 5);
@@ -151,8 +155,8 @@ TEST_F(Secrets, NoMessageTellsThem) {
     EXPECT_FALSE(HasPassword(told)) << told;
     EXPECT_FALSE(HasPassword(simulated::ToJson(machine, /*hideSecrets=*/true).dump()));
     // What a route tool or any other child would be told lies open to every user of the computer.
-    for (const simulated::Json& change : machine.journal) {
-      if (change["call"] == "process.create") EXPECT_FALSE(HasPassword(change.dump()));
+    for (const simulated::Change& change : machine.journal) {
+      if (change.call == "process.run") EXPECT_FALSE(HasPassword(support::JsonText(change)));
     }
   });
   EXPECT_GT(tries, 50);

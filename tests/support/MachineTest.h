@@ -20,13 +20,6 @@ class MachineTest : public testing::Test {
   /// Everything that was taken from the machine must have been given back.
   void TearDown() override { EXPECT_EQ(platform_.InUse(), stillInUse_); }
 
-  /// The journal, one JSON text a change.
-  std::vector<std::string> Journal() const {
-    std::vector<std::string> lines;
-    for (const simulated::Json& change : machine_.journal) lines.push_back(change.dump());
-    return lines;
-  }
-
   /// Makes calls to the machine fail.
   void AddFault(const std::string& call, platform::HResult hresult) {
     simulated::Fault fault;

@@ -2,10 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "platform/simulated/Machine.h"
+#include "platform/simulated/Json.h"
 
 namespace support {
 

@@ -1,5 +1,6 @@
 #include "common/sys/Domain.h"
 #include "common/sys/Wmi.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 
 namespace sys {
@@ -53,15 +54,15 @@ class DomainTest : public support::MachineTest {
   /// User, OU and options of every join and unjoin in the journal.
   Texts Joins() const {
     Texts joins;
-    for (const simulated::Json& change : machine_.journal) {
-      const simulated::Json& arguments = change["arguments"];
-      Texts parts{change["method"].get<std::string>().substr(0, 4)};
-      for (const char* name : {"UserName", "Password", "AccountOU", "FJoinOptions"}) {
-        if (arguments.contains(name)) parts.push_back(arguments[name].dump());
+    for (const simulated::Change& change : machine_.journal) {
+      const simulated::Value& arguments = change["arguments"];
+      Texts parts{change["method"].Text().substr(0, 4)};
+      for (const auto& [name, value] : std::get<simulated::Fields>(arguments)) {
+        if (name != "Name" && name != "FUnjoinOptions") parts.push_back(support::JsonText(value));
       }
       std::string line;
       for (const std::string& part : parts) line += part + " ";
-      joins.push_back(line + change["result"].dump());
+      joins.push_back(line + support::JsonText(change["result"]));
     }
     return joins;
   }
@@ -173,7 +174,7 @@ TEST_F(DomainTest, MovingNamesTheObjectAndItsNewPlace) {
   EXPECT_TRUE(domain_.MoveOu("Sales"));
   EXPECT_TRUE(domain_.MoveOu(""));
   const std::string name = R"({"call":"directory.move","source":"LDAP://CN=PC1,)";
-  EXPECT_EQ(Journal(),
+  EXPECT_EQ(support::JsonTexts(machine_.journal),
             (Texts{name + R"(OU=Europe,OU=Sales,DC=corp,DC=example",)"
                           R"("destination":"LDAP://OU=Sales,DC=corp,DC=example"})",
                    name + R"(OU=Sales,DC=corp,DC=example",)"

@@ -3,11 +3,13 @@
 
 #include <cstddef>
 #include <ctime>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
+#include "tests/support/JsonText.h"
 
 namespace simulated {
 namespace {
@@ -221,18 +223,19 @@ TEST(MachineFile, SecretsAreHiddenAndNothingElse) {
   shown["directory"]["domains"][0]["accounts"][0]["password"] = "s3cret";
   EXPECT_EQ(shown, Json::parse(kFull));
 
-  const char* const kChanges[][2] = {
-      {R"({"call":"wmi.method","arguments":{"Name":"a","UserName":"b","Password":"c"}})",
+  const struct {
+    Change change;
+    const char* shown;
+  } kChanges[] = {
+      {{"wmi.method", {{"arguments", Fields{{"Name", "a"}, {"UserName", "b"}, {"Password", "c"}}}}},
        R"({"call":"wmi.method","arguments":{"Name":"a","UserName":"b","Password":"***"}})"},
-      {R"({"call":"wmi.method","arguments":{"Password":null}})",
+      {{"wmi.method", {{"arguments", Fields{{"Password", nullptr}}}}},
        R"({"call":"wmi.method","arguments":{"Password":null}})"},
-      {R"({"call":"file.write","key":"domainpassword","value":"c"})",
+      {{"file.write", {{"key", "domainpassword"}, {"value", "c"}}},
        R"({"call":"file.write","key":"domainpassword","value":"***"})"},
-      {R"({"call":"file.write","key":"Domain","value":"c"})",
+      {{"file.write", {{"key", "Domain"}, {"value", "c"}}},
        R"({"call":"file.write","key":"Domain","value":"c"})"}};
-  for (const auto& [change, redacted] : kChanges) {
-    EXPECT_EQ(Redacted(Json::parse(change)).dump(), redacted);
-  }
+  for (const auto& c : kChanges) EXPECT_EQ(support::JsonText(Redacted(c.change)), c.shown);
 
   const char* const kTexts[][2] = {
       {"a=1\r\n domainPassword = x=y\r\nz\r\n", "a=1\r\n domainPassword =***\r\n***\r\n"},

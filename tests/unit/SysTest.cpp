@@ -12,6 +12,7 @@
 #include "common/util/CheckHResult.h"
 #include "common/util/FileUtils.h"
 #include "common/util/Text.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 
 namespace {
@@ -206,7 +207,8 @@ TEST_F(SysTest, ParametersAreNullAbsentOrEmptyAsEachMethodWantsThem) {
   sys::Wmi::SetDNSSuffixSearchOrder({});
   sys::Wmi::EnableDHCP(7);
   Texts arguments;
-  for (const auto& change : machine_.journal) arguments.push_back(change["arguments"].dump());
+  for (const auto& change : machine_.journal)
+    arguments.push_back(support::JsonText(change["arguments"]));
   EXPECT_EQ(arguments, (Texts{R"({"Name":"PC2","UserName":null,"Password":null})",
                               R"({"DefaultIPGateway":null})", "{}",
                               R"({"DNSDomainSuffixSearchOrder":[]})", "{}"}));

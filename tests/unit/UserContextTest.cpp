@@ -12,6 +12,7 @@
 #include "common/sys/Sid.h"
 #include "common/sys/UserProfile.h"
 #include "common/util/Text.h"
+#include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 
 namespace {
@@ -71,14 +72,15 @@ class UserContextTest : public support::MachineTest {
 
 TEST_F(UserContextTest, EverythingIsGivenBackInOrder) {
   { const sys::CImpersonation user(log_, Everything()); }
-  EXPECT_EQ(Journal(), (Texts{R"({"call":"security.revert","handle":0})",
-                              R"({"call":"security.unload_profile","handle":50})",
-                              R"({"call":"security.set_station","handle":31})",
-                              R"({"call":"security.set_object","handle":20})",
-                              R"({"call":"security.close","handle":20})",
-                              R"({"call":"security.set_object","handle":30})",
-                              R"({"call":"security.close","handle":30})",
-                              R"({"call":"security.close","handle":7})"}));
+  EXPECT_EQ(support::JsonTexts(machine_.journal),
+            (Texts{R"({"call":"security.revert","handle":0})",
+                   R"({"call":"security.unload_profile","handle":50})",
+                   R"({"call":"security.set_station","handle":31})",
+                   R"({"call":"security.set_object","handle":20})",
+                   R"({"call":"security.close","handle":20})",
+                   R"({"call":"security.set_object","handle":30})",
+                   R"({"call":"security.close","handle":30})",
+                   R"({"call":"security.close","handle":7})"}));
   EXPECT_EQ(machine_.userObjects,
             (decltype(machine_.userObjects){{20, {1, 2}}, {30, {3}}, {31, {4}}}));
   EXPECT_EQ(log_.lines, Texts(3, R"(2 common\sys\DACL:125 CDACL::CopyACL(): Removing a sid!)"));
@@ -225,7 +227,7 @@ TEST_F(UserContextTest, NoFailureStopsTheOthersFromBeingGivenBack) {
     { const sys::CImpersonation user(log_, Everything()); }
     EXPECT_EQ(platform_.InUse(), simulated::Usage{});
     int closed = 0;
-    for (const auto& change : machine_.journal) closed += change["call"] == "security.close";
+    for (const auto& change : machine_.journal) closed += change.call == "security.close";
     EXPECT_EQ(closed, 3);
     // One failed call costs one object its restoration at most, and nobody else's right ever.
     const auto& desktop = machine_.userObjects.at(20);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <iterator>
+#include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
 
@@ -98,8 +99,8 @@ Delivery Hand(const ToolboxApi& library, Request request) {
   return delivery;
 }
 
-std::vector<Json> ShownChanges(const simulated::Machine& machine, std::size_t from) {
-  std::vector<Json> changes;
+std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, std::size_t from) {
+  std::vector<simulated::Change> changes;
   std::transform(machine.journal.begin() + static_cast<std::ptrdiff_t>(from), machine.journal.end(),
                  std::back_inserter(changes), simulated::Redacted);
   return changes;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/simulated/Json.h"
 #include "platform/simulated/Machine.h"
 #include "platform/simulated/Simulation.h"
 #include "tool/agent/AgentHost.h"
@@ -30,7 +31,7 @@ struct Delivery {
   std::vector<MessageValue> reply;
   std::vector<LogLine> log;
   /// This message's part of the journal, passwords hidden.
-  std::vector<simulated::Json> changes;
+  std::vector<simulated::Change> changes;
   std::vector<SentMessage> sent;
   std::vector<SentMessage> posted;
   /// Text of an exception that the library let pass to the agent; empty for none.
@@ -55,7 +56,7 @@ struct Delivery {
 Delivery Hand(const ToolboxApi& library, Request request);
 
 /// The machine's journal from the `from`-th change on, passwords hidden.
-std::vector<simulated::Json> ShownChanges(const simulated::Machine& machine, std::size_t from);
+std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, std::size_t from);
 
 /// Delivers one message to the library that is linked into this program, with `machine` in the
 /// place of this computer.

@@ -7,6 +7,7 @@
 #include <exception>
 #include <filesystem>
 #include <mutex>
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <system_error>
 #include <thread>

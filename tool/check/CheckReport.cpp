@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstddef>
+#include <nlohmann/json.hpp>
 #include <string_view>
 
 namespace tool::check {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/simulated/Machine.h"
+#include "platform/simulated/Json.h"
 #include "tool/check/FileCheck.h"
 #include "tool/io/Text.h"
 

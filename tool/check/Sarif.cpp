@@ -1,5 +1,6 @@
 #include <cctype>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "handlers/Version.h"

@@ -40,10 +40,7 @@ int Capture(const MachineOptions& options, const Streams& streams) {
       live ? CaptureMachine() : CapturedMachine{LoadMachine(options), {}};
   if (saved) saved->Commit(simulated::PrintMachine(captured.machine));
   // Texts of a machine may hold any bytes.
-  streams.out << simulated::ToJson(captured.machine, /*hideSecrets=*/true)
-                     .dump(2, ' ', /*ensure_ascii=*/false,
-                           simulated::Json::error_handler_t::replace)
-              << '\n';
+  streams.out << simulated::PrintMachine(captured.machine, /*hideSecrets=*/true);
   for (const std::string& gap : captured.gaps) {
     streams.err << "orvanta-config: capture: " << Printable(gap) << '\n';
   }

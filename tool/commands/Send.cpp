@@ -1,5 +1,6 @@
 #include "tool/commands/Send.h"
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
 

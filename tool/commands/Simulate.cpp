@@ -1,6 +1,7 @@
 #include "tool/commands/Simulate.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <utility>

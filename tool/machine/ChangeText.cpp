@@ -8,107 +8,99 @@
 namespace tool {
 namespace {
 
-using simulated::Json;
+using simulated::Change;
+using simulated::Value;
 
-std::string Value(const Json& value) {
-  if (value.is_string()) return Printable(value.get_ref<const std::string&>());
-  if (value.is_null()) return "nothing";
-  if (!value.is_array()) {
-    return Printable(value.dump(-1, ' ', false, Json::error_handler_t::replace));
-  }
+std::string ValueText(const Value& value);
+
+/// Named values, for example "(A=1, B=2)".
+std::string FieldsText(const simulated::Fields& fields) {
   std::string list;
-  for (const Json& item : value) list += (list.empty() ? "" : ", ") + Value(item);
-  return list.empty() ? "nothing" : list;
-}
-
-std::string Field(const Json& object, const char* name) {
-  const auto field = object.find(name);
-  return field != object.end() ? Value(*field) : "nothing";
-}
-
-/// The fields after the first `skip` ones, for example "(A=1, B=2)".
-std::string Fields(const Json& object, std::ptrdiff_t skip) {
-  std::string list;
-  for (auto field = std::next(object.begin(), skip); field != object.end(); ++field) {
-    list += (list.empty() ? "" : ", ") + Printable(field.key()) + "=" + Value(*field);
+  for (const auto& [name, value] : fields) {
+    list += (list.empty() ? "" : ", ") + Printable(name) + "=" + ValueText(value);
   }
   return "(" + list + ")";
 }
 
-std::string Adapter(const Json& change) {
-  const std::string path = Field(change, "path");
+std::string ValueText(const Value& value) {
+  if (const auto* flag = std::get_if<bool>(&value)) return *flag ? "true" : "false";
+  if (const auto* number = std::get_if<std::int64_t>(&value)) return std::to_string(*number);
+  if (const auto* text = std::get_if<std::string>(&value)) return Printable(*text);
+  if (const auto* fields = std::get_if<simulated::Fields>(&value)) return FieldsText(*fields);
+  std::string list;
+  if (const auto* items = std::get_if<std::vector<std::string>>(&value)) {
+    for (const std::string& item : *items) list += (list.empty() ? "" : ", ") + Printable(item);
+  }
+  return list.empty() ? "nothing" : list;
+}
+
+std::string Adapter(const Change& change) {
+  const std::string path = ValueText(change["path"]);
   const std::size_t index = path.rfind(".Index=");
   return index == std::string::npos ? path : "adapter " + path.substr(index + 7);
 }
 
-std::string As(const Json& arguments) {
-  const auto user = arguments.find("UserName");
-  return user == arguments.end() || user->is_null() ? "" : " as " + Value(*user);
+std::string As(const Value& arguments) {
+  const Value& user = arguments["UserName"];
+  return user.IsNull() ? "" : " as " + ValueText(user);
 }
 
-std::string Addresses(const Json& arguments) {
-  const Json none = Json::array();
-  const auto list = [&](const char* name) {
-    const auto field = arguments.find(name);
-    return field != arguments.end() && field->is_array() ? *field : none;
-  };
-  const Json addresses = list("IPAddress");
-  const Json masks = list("SubNetMask");
-  if (addresses.size() != masks.size()) return Value(addresses) + " with masks " + Value(masks);
+std::string Addresses(const Value& arguments) {
+  const auto* addresses = std::get_if<std::vector<std::string>>(&arguments["IPAddress"]);
+  const auto* masks = std::get_if<std::vector<std::string>>(&arguments["SubNetMask"]);
+  if (addresses == nullptr || masks == nullptr || addresses->size() != masks->size()) {
+    return ValueText(arguments["IPAddress"]) + " with masks " + ValueText(arguments["SubNetMask"]);
+  }
   std::string text;
-  for (std::size_t i = 0; i < addresses.size(); ++i) {
-    text += (text.empty() ? "" : ", ") + Value(addresses[i]) + "/" + Value(masks[i]);
+  for (std::size_t i = 0; i < addresses->size(); ++i) {
+    text += (text.empty() ? "" : ", ") + Printable((*addresses)[i] + "/" + (*masks)[i]);
   }
   return text.empty() ? "none" : text;
 }
 
-std::string Join(const Json& arguments) {
-  const auto options = arguments.find("FJoinOptions");
-  const bool number = options != arguments.end() && options->is_number_integer();
-  const std::int64_t bits = number ? options->get<std::int64_t>() : 0;
-  const std::string name = Field(arguments, "Name");
+std::string Join(const Value& arguments) {
+  const auto* options = std::get_if<std::int64_t>(&arguments["FJoinOptions"]);
+  const std::int64_t bits = options != nullptr ? *options : 0;
+  const std::string name = ValueText(arguments["Name"]);
   if ((bits & 1) == 0) return "join the workgroup " + name + As(arguments);
   std::string text = "join the domain " + name + As(arguments);
-  const auto unit = arguments.find("AccountOU");
-  if (unit != arguments.end() && !unit->is_null()) text += " in " + Value(*unit);
+  const Value& unit = arguments["AccountOU"];
+  if (!unit.IsNull()) text += " in " + ValueText(unit);
   return (bits & 2) != 0 ? text + ", making the computer account" : text;
 }
 
-std::string Method(const Json& change) {
-  const std::string method = Field(change, "method");
-  const auto given = change.find("arguments");
-  const Json arguments = given != change.end() && given->is_object() ? *given : Json::object();
+std::string Method(const Change& change) {
+  const std::string method = ValueText(change["method"]);
+  const Value& arguments = change["arguments"];
+  const auto argument = [&](const char* name) { return ValueText(arguments[name]); };
   if (method == "EnableDHCP") return Adapter(change) + ": turn DHCP on";
   if (method == "EnableStatic") return Adapter(change) + ": addresses " + Addresses(arguments);
-  if (method == "SetGateways") {
-    return Adapter(change) + ": gateways " + Field(arguments, "DefaultIPGateway");
-  }
+  if (method == "SetGateways")
+    return Adapter(change) + ": gateways " + argument("DefaultIPGateway");
   if (method == "SetDNSServerSearchOrder") {
+    const bool given = !arguments["DNSServerSearchOrder"].IsNull();
     return Adapter(change) + ": DNS servers " +
-           (arguments.contains("DNSServerSearchOrder") ? Field(arguments, "DNSServerSearchOrder")
-                                                       : "from DHCP");
+           (given ? argument("DNSServerSearchOrder") : "from DHCP");
   }
   if (method == "SetDNSSuffixSearchOrder") {
-    return "every adapter: DNS suffixes " + Field(arguments, "DNSDomainSuffixSearchOrder");
+    return "every adapter: DNS suffixes " + argument("DNSDomainSuffixSearchOrder");
   }
-  if (method == "Rename")
-    return "rename the computer to " + Field(arguments, "Name") + As(arguments);
+  if (method == "Rename") return "rename the computer to " + argument("Name") + As(arguments);
   if (method == "JoinDomainOrWorkgroup") return Join(arguments);
   if (method == "UnjoinDomainOrWorkgroup") return "leave the domain" + As(arguments);
-  return method + Fields(arguments, 0) + " on " + Field(change, "path");
+  return method + ValueText(arguments) + " on " + ValueText(change["path"]);
 }
 
-std::string Pause(const Json& change) {
-  const auto time = change.find("milliseconds");
-  if (time == change.end() || !time->is_number_integer()) return "pause";
-  const auto milliseconds = time->get<std::uint64_t>();
-  return milliseconds % 1000 == 0 ? "pause " + std::to_string(milliseconds / 1000) + " s"
-                                  : "pause " + std::to_string(milliseconds) + " ms";
+std::string Pause(const Change& change) {
+  const auto* milliseconds = std::get_if<std::int64_t>(&change["milliseconds"]);
+  if (milliseconds == nullptr) return "pause";
+  return *milliseconds % 1000 == 0 ? "pause " + std::to_string(*milliseconds / 1000) + " s"
+                                   : "pause " + std::to_string(*milliseconds) + " ms";
 }
 
-std::string Words(const Json& change) {
-  const std::string call = Field(change, "call");
-  const auto field = [&](const char* name) { return Field(change, name); };
+std::string Words(const Change& change) {
+  const std::string& call = change.call;
+  const auto field = [&](const char* name) { return ValueText(change[name]); };
   const auto move = [&] { return field("source") + " to " + field("destination"); };
   if (call == "wmi.method") return Method(change);
   if (call == "sleep") return Pause(change);
@@ -129,7 +121,7 @@ std::string Words(const Json& change) {
            field("value");
   }
   if (call == "directory.move") return "directory: move " + move();
-  return call + Fields(change, 1);
+  return call + FieldsText(change.fields);
 }
 
 /// What the usual codes mean; those below 100 are the network methods' own.
@@ -146,40 +138,35 @@ constexpr struct {
                  {1332, "no account for the computer"},
                  {1355, "no such domain"}};
 
-std::string Meaning(const Json& code) {
+std::string CodeText(const Value& code) {
+  std::string text = ValueText(code);
   for (const auto& known : kMeanings) {
-    if (code == known.code) return std::string(" (") + known.meaning + ")";
+    if (code == Value(known.code)) text.append(" (").append(known.meaning).append(")");
   }
-  return {};
+  return text;
 }
 
 /// What an answer says that is no refusal; empty for plain success.
-std::string Note(const Json& change) {
-  const std::string call = Field(change, "call");
-  const std::string result = Field(change, "result");
-  if (call == "wmi.method" && result == "1") return "takes effect at the restart";
+std::string Note(const Change& change) {
+  const std::string result = ValueText(change["result"]);
+  if (change.call == "wmi.method" && result == "1") return "takes effect at the restart";
   // Starting what runs already is refused by the system, and as good.
-  if (call == "service.start" && result == "1056") return "runs already";
+  if (change.call == "service.start" && result == "1056") return "runs already";
   return {};
 }
 
-std::string Refusal(const Json& change) {
-  if (const auto hresult = change.find("hresult"); hresult != change.end()) {
-    return Value(*hresult);
-  }
-  if (const auto error = change.find("error"); error != change.end()) {
-    return "error " + Value(*error) + Meaning(*error);
-  }
-  const auto result = change.find("result");
-  if (result == change.end() || *result == 0) return {};
-  if (!Note(change).empty()) return {};
-  if (Field(change, "call") == "process.run") return "exit code " + Value(*result);
-  return "result " + Value(*result) + Meaning(*result);
+std::string Refusal(const Change& change) {
+  if (const Value& hresult = change["hresult"]; !hresult.IsNull()) return ValueText(hresult);
+  if (const Value& error = change["error"]; !error.IsNull()) return "error " + CodeText(error);
+  const Value& result = change["result"];
+  if (result.IsNull() || result == Value(0) || !Note(change).empty()) return {};
+  if (change.call == "process.run") return "exit code " + ValueText(result);
+  return "result " + CodeText(result);
 }
 
 }  // namespace
 
-ChangeText Describe(const Json& change) {
+ChangeText Describe(const Change& change) {
   ChangeText text{Words(change), Refusal(change), {}};
   if (text.refusal.empty()) text.note = Note(change);
   return text;

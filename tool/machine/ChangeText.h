@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/simulated/Machine.h"
+#include "platform/simulated/Change.h"
 
 namespace tool {
 
@@ -18,6 +18,6 @@ struct ChangeText {
 
 /// Tells one entry of the journal, whose passwords must be hidden already. An entry of an unknown
 /// kind is told by its fields.
-ChangeText Describe(const simulated::Json& change);
+ChangeText Describe(const simulated::Change& change);
 
 }  // namespace tool

@@ -22,7 +22,6 @@ namespace tool {
 namespace {
 
 using platform::Variant;
-using simulated::Json;
 using simulated::Machine;
 using simulated::NullableText;
 
@@ -146,22 +145,14 @@ void ReadMembership(Machine& machine) {
   directory.computers = {{machine.computerName, "CN=" + machine.computerName + "," + container}};
 }
 
-Json ToJson(const Variant& value) {
-  if (const auto* text = std::get_if<std::string>(&value)) return *text;
-  if (const auto* number = std::get_if<std::int32_t>(&value)) return *number;
-  if (std::holds_alternative<platform::RawBool>(value)) {
-    return value == Variant(platform::kVariantTrue);
-  }
-  return nullptr;
-}
-
 void ReadOperatingSystem(Machine& machine) {
   sys::ScopedWmiComInit connection;
   const auto record = sys::Wmi::GetWbemClassObject(Connect(connection), "Win32_OperatingSystem");
   machine.operatingSystem.clear();
   for (const std::string& name : sys::OsVersion::PropertyNames()) {
     Variant value;
-    if (!platform::Failed(record->Get(name, &value))) machine.operatingSystem[name] = ToJson(value);
+    if (!platform::Failed(record->Get(name, &value)))
+      machine.operatingSystem[name] = simulated::ToValue(value);
   }
 }
 

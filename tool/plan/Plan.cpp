@@ -1,5 +1,6 @@
 #include "tool/plan/Plan.h"
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <vector>

@@ -1,5 +1,7 @@
 #include "tool/plan/PlanJson.h"
 
+#include <nlohmann/json.hpp>
+
 #include "platform/simulated/MachineFile.h"
 #include "tool/plan/PlanText.h"
 

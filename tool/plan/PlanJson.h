@@ -1,7 +1,7 @@
 // The JSON of `plan`.
 #pragma once
 
-#include "platform/simulated/Machine.h"
+#include "platform/simulated/Json.h"
 #include "tool/plan/QueuePlan.h"
 #include "tool/plan/RestartChain.h"
 

@@ -321,7 +321,7 @@ std::string RunHtml(const Delivery& delivery) {
                   result.empty() ? "missing" : Shown(result)) +
           ".</p>\n<details><summary>" + Counted(delivery.changes.size(), "change") +
           "</summary>\n<ol>\n";
-  for (const simulated::Json& change : delivery.changes) {
+  for (const simulated::Change& change : delivery.changes) {
     const ChangeText text = Describe(change);
     html += "<li>" + Escaped(text.words);
     if (!text.refusal.empty())

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <unordered_map>
 #include <utility>

@@ -13,12 +13,12 @@ namespace tool {
 namespace {
 
 using simulated::Adapter;
-using simulated::Json;
+using simulated::Change;
 
-const Json* FindLast(const std::vector<Json>& changes, const char* call,
-                     const ImageEvidence::Match& matches) {
-  const auto found = std::find_if(changes.rbegin(), changes.rend(), [&](const Json& change) {
-    return change["call"] == call && matches(change);
+const Change* FindLast(const std::vector<Change>& changes, const char* call,
+                       const ImageEvidence::Match& matches) {
+  const auto found = std::find_if(changes.rbegin(), changes.rend(), [&](const Change& change) {
+    return change.call == call && matches(change);
   });
   return found == changes.rend() ? nullptr : &*found;
 }
@@ -88,13 +88,13 @@ bool ImageEvidence::WasRead(const std::string& section) const {
   return read_.contains(simulated::Folded(section));
 }
 
-const Json* ImageEvidence::WriteOf(const std::string& section, const std::string& key) const {
-  return FindLast(image_.capture.changes, "file.write", [&](const Json& change) {
+const Change* ImageEvidence::WriteOf(const std::string& section, const std::string& key) const {
+  return FindLast(image_.capture.changes, "file.write", [&](const Change& change) {
     return change["section"] == section && change["key"] == key;
   });
 }
 
-const Json* ImageEvidence::LastRestoring(const char* call, const Match& matches) const {
+const Change* ImageEvidence::LastRestoring(const char* call, const Match& matches) const {
   return FindLast(restoring_, call, matches);
 }
 
@@ -132,12 +132,12 @@ std::string ImageEvidence::WhyNotRead(const Adapter& adapter) const {
 
 bool ImageEvidence::HasSection(int number) const {
   const std::string section = sys::SectionName(number);
-  return FindLast(image_.capture.changes, "file.write", [&](const Json& change) {
+  return FindLast(image_.capture.changes, "file.write", [&](const Change& change) {
            return change["section"] == section && RefusalOf(&change).empty();
          }) != nullptr;
 }
 
-std::string RefusalOf(const Json* change) {
+std::string RefusalOf(const Change* change) {
   return change == nullptr ? std::string() : Describe(*change).refusal;
 }
 

@@ -18,7 +18,7 @@ namespace tool {
 /// Borrows the image, and hands out changes that live as long as both.
 class ImageEvidence {
  public:
-  using Match = std::function<bool(const simulated::Json& change)>;
+  using Match = std::function<bool(const simulated::Change& change)>;
 
   explicit ImageEvidence(const ImageRestore& image);
   ImageEvidence(const ImageEvidence&) = delete;
@@ -35,9 +35,9 @@ class ImageEvidence {
   bool WasRead(const std::string& section) const;
 
   /// The capture's last attempt to write the key; null when there was none.
-  const simulated::Json* WriteOf(const std::string& section, const std::string& key) const;
+  const simulated::Change* WriteOf(const std::string& section, const std::string& key) const;
   /// Configure's last change of that kind that matches; null when there was none.
-  const simulated::Json* LastRestoring(const char* call, const Match& matches) const;
+  const simulated::Change* LastRestoring(const char* call, const Match& matches) const;
 
   /// What ended the restore early; empty when all that was asked for was done.
   std::string RestoreFailure() const;
@@ -53,13 +53,13 @@ class ImageEvidence {
   ConfigFile file_{/*caseSensitive=*/false};
   /// Indexes of the adapters that the capture looked at.
   std::vector<std::uint32_t> order_;
-  std::vector<simulated::Json> restoring_;
+  std::vector<simulated::Change> restoring_;
   /// Names of sections in lower case.
   std::unordered_set<std::string> read_;
 };
 
 /// Why the machine refused the change; empty when it did it, or when there is none.
-std::string RefusalOf(const simulated::Json* change);
+std::string RefusalOf(const simulated::Change* change);
 
 /// Why the capture failed, with the address that it could not read if that is why; empty when it
 /// succeeded.

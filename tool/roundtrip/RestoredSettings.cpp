@@ -15,7 +15,7 @@ namespace tool {
 namespace {
 
 using simulated::Adapter;
-using simulated::Json;
+using simulated::Change;
 using simulated::Machine;
 using Texts = std::vector<std::string>;
 
@@ -149,7 +149,7 @@ class Explanation {
   std::string RecordReason() const {
     const Texts wanted = setting_.value(before_);
     if (section_.empty()) return evidence_.WhyNotRecorded(before_);
-    const Json* write = evidence_.WriteOf(section_, keys_.front());
+    const Change* write = evidence_.WriteOf(section_, keys_.front());
     const std::string refusal = RefusalOf(write);
     if (!refusal.empty()) return "recording it was refused: " + refusal;
     if (values_.empty() && wanted.empty()) return {};
@@ -173,7 +173,7 @@ class Explanation {
   /// What was made of the record, where that is not what was to be expected.
   std::string SettingReason(bool recordIsRight) {
     const bool wasRead = evidence_.WasRead(section_);
-    if (const Json* call = LastCall()) {
+    if (const Change* call = LastCall()) {
       const std::string refusal = RefusalOf(call);
       if (!refusal.empty()) return "setting it was refused: " + refusal;
       if (!wasRead) return "set by another section of the file";
@@ -193,10 +193,10 @@ class Explanation {
   }
 
   /// The last call of one of the setting's methods for this adapter, or for all adapters.
-  const Json* LastCall() const {
+  const Change* LastCall() const {
     const std::string own = ".Index=" + std::to_string(before_.index);
-    return evidence_.LastRestoring("wmi.method", [&](const Json& change) {
-      const std::string path = change["path"];
+    return evidence_.LastRestoring("wmi.method", [&](const Change& change) {
+      const std::string& path = change["path"].Text();
       if (path.find('.') != std::string::npos && !path.ends_with(own)) return false;
       return std::any_of(setting_.methods.begin(), setting_.methods.end(), [&](const char* method) {
         return method != nullptr && change["method"] == method;
@@ -215,10 +215,10 @@ class Explanation {
 };
 
 std::string ServiceReason(const ImageEvidence& evidence, const std::string& service) {
-  const auto isIts = [&](const Json& change) {
-    return simulated::SameText(change["service"].get<std::string>(), service);
+  const auto isIts = [&](const Change& change) {
+    return simulated::SameText(change["service"].Text(), service);
   };
-  const Json* change = evidence.LastRestoring("service.start_type", isIts);
+  const Change* change = evidence.LastRestoring("service.start_type", isIts);
   if (change == nullptr) {
     std::string failure = evidence.RestoreFailure();
     if (!failure.empty()) return failure;
@@ -228,15 +228,14 @@ std::string ServiceReason(const ImageEvidence& evidence, const std::string& serv
   if (!refusal.empty()) return "setting it was refused: " + refusal;
   const std::string startRefusal = RefusalOf(evidence.LastRestoring("service.start", isIts));
   return startRefusal.empty()
-             ? "Configure makes it " + change->value("start", "") + ", whatever it was"
+             ? "Configure makes it " + (*change)["start"].Text() + ", whatever it was"
              : "starting it was refused: " + startRefusal;
 }
 
 std::string RouteReason(const ImageEvidence& evidence, const simulated::PersistentRoute& route) {
   const std::string refusal =
-      RefusalOf(evidence.LastRestoring("process.run", [&](const Json& change) {
-        const std::string command = change["command"];
-        return command.find(" " + route.destination + " ") != std::string::npos;
+      RefusalOf(evidence.LastRestoring("process.run", [&](const Change& change) {
+        return change["command"].Text().find(" " + route.destination + " ") != std::string::npos;
       }));
   return refusal.empty() ? "routes are not recorded" : "setting it was refused: " + refusal;
 }
@@ -263,9 +262,8 @@ Texts FlagValue(const Machine& machine) {
 
 bool WasTouched(const ImageRestore& image, const std::string& service) {
   const auto touches = [&](const Delivery& delivery) {
-    return std::any_of(delivery.changes.begin(), delivery.changes.end(), [&](const Json& change) {
-      return change.contains("service") &&
-             simulated::SameText(change["service"].get<std::string>(), service);
+    return std::any_of(delivery.changes.begin(), delivery.changes.end(), [&](const Change& change) {
+      return simulated::SameText(change["service"].Text(), service);
     });
   };
   const auto& restoring = image.restore.deliveries;

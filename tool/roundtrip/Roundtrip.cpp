@@ -1,6 +1,7 @@
 #include "tool/roundtrip/Roundtrip.h"
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <string>

@@ -16,9 +16,9 @@ std::string CaptureText(const ImageRestore& image, const Style& style) {
   const std::string failure = CaptureFailure(image);
   if (!failure.empty()) return style.Bad("PrepForImage failed: " + Printable(failure));
   std::set<std::pair<std::string, std::string>> entries;
-  for (const simulated::Json& change : image.capture.changes) {
-    if (change["call"] != "file.write" || !Describe(change).refusal.empty()) continue;
-    entries.emplace(change["section"], change["key"]);
+  for (const simulated::Change& change : image.capture.changes) {
+    if (change.call != "file.write" || !Describe(change).refusal.empty()) continue;
+    entries.emplace(change["section"].Text(), change["key"].Text());
   }
   if (entries.empty() || !image.captured) return style.Bad("PrepForImage recorded nothing");
   return "PrepForImage wrote " + std::to_string(entries.size()) + " entries into " +
@@ -85,7 +85,7 @@ std::string SettingsTable(const std::vector<RestoredSetting>& settings, const St
 std::string Refused(const ImageRestore& image, const Style& style) {
   std::string text;
   const auto add = [&](const Delivery& delivery) {
-    for (const simulated::Json& change : delivery.changes) {
+    for (const simulated::Change& change : delivery.changes) {
       const ChangeText told = Describe(change);
       if (told.refusal.empty()) continue;
       text += "  " + told.words + "  " + style.Bad("refused: " + told.refusal) + "\n";

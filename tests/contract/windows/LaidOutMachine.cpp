@@ -188,8 +188,8 @@ LaidOutMachine::~LaidOutMachine() {
 void LaidOutMachine::WriteFiles() {
   std::vector<path> folders{path(machine_.agentFolder)};
   const auto drive = machine_.operatingSystem.find("SystemDrive");
-  if (drive != machine_.operatingSystem.end() && drive->second.is_string()) {
-    folders.emplace_back(drive->second.get<std::string>() + "\\");
+  if (drive != machine_.operatingSystem.end() && !drive->second.Text().empty()) {
+    folders.emplace_back(drive->second.Text() + "\\");
   }
   for (const simulated::File& file : machine_.files) {
     folders.push_back(path(file.path).parent_path());

@@ -11,6 +11,8 @@
 // windows.h renames what others declare, so it comes last.
 #include <windows.h>
 
+#include <nlohmann/json.hpp>
+
 namespace {
 
 using simulated::Json;

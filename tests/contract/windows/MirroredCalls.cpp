@@ -326,7 +326,7 @@ BOOL WINAPI OnCreateProcess(LPCSTR application, LPSTR commandLine, LPSECURITY_AT
   const bool expected = Processes().Spawn(
       application, commandLine, static_cast<const char*>(environment), folder, {}, &spawned);
   if (expected) {
-    const auto exitCode = mirror->machine.journal.back()["result"].get<std::int32_t>();
+    const auto exitCode = std::get<std::int64_t>(mirror->machine.journal.back()["result"]);
     SetEnvironmentVariableA(kRouteExitCode,
                             std::to_string(static_cast<std::uint32_t>(exitCode)).c_str());
   }
@@ -699,9 +699,9 @@ std::vector<std::string> StartedCommands(const std::filesystem::path& book) {
 std::vector<std::string> RunCommands(const simulated::Machine& machine, std::size_t from) {
   std::vector<std::string> commands;
   for (std::size_t i = from; i < machine.journal.size(); ++i) {
-    const simulated::Json& change = machine.journal[i];
-    if (change["call"] == "process.run" && change.contains("result")) {
-      commands.push_back(change["command"]);
+    const simulated::Change& change = machine.journal[i];
+    if (change.call == "process.run" && !change["result"].IsNull()) {
+      commands.push_back(change["command"].Text());
     }
   }
   return commands;
