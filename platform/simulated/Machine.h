@@ -155,6 +155,9 @@ struct Machine {
   /// What "LibCrypto.dll" deciphers; without it the library is not installed.
   std::optional<std::map<std::string, std::string>> decrypt;
   std::vector<DirectoryDomain> domains;
+  /// Nothing is deciphered, and no domain is there: not unknown, which runs alike, but known.
+  bool decryptIsNone = false;
+  bool directoryIsNone = false;
   /// The SIDs that window stations and desktops let in, as numbers, by the object's handle. An
   /// object that is absent lets everyone in. Machine files do not hold them.
   std::map<std::uint64_t, std::vector<std::uint64_t>> userObjects;
@@ -174,6 +177,9 @@ struct Machine {
   /// The domain that the computer belongs to, and its account there.
   DirectoryDomain* FindOwnDomain();
   Computer* FindOwnAccount();
+
+  bool KnowsDecrypt() const { return decrypt || decryptIsNone; }
+  bool KnowsDirectory() const { return directoryIsNone || !domains.empty(); }
 
   /// Makes or replaces a file.
   void PutFile(const std::string& path, const std::string& text);

@@ -292,7 +292,7 @@ struct PlainTexts {
     }
   }
   static Json Write(const Value& value, bool hideSecrets) {
-    if (!value) return Discarded();
+    if (!value) return nullptr;
     Json::object_t object;
     for (const auto& [name, text] : *value) object.emplace_back(name, hideSecrets ? kHidden : text);
     return object;
@@ -492,10 +492,11 @@ constexpr auto kFields<Directory> = std::tuple{Plain("domains", &Directory::doma
 struct DirectoryCodec {
   static void Read(const Cursor& at, std::vector<DirectoryDomain>& domains) {
     Directory directory;
-    Codec<Directory>::Read(at, directory);
+    if (!at.Value().is_null()) Codec<Directory>::Read(at, directory);
     domains = std::move(directory.domains);
   }
   static Json Write(const std::vector<DirectoryDomain>& domains, bool hideSecrets) {
+    if (domains.empty()) return nullptr;
     return Codec<Directory>::Write({domains}, hideSecrets);
   }
 };
@@ -583,6 +584,8 @@ void MakeDefaultsUnique(const Cursor& at, std::string_view field, std::string Ad
 }
 
 void Check(const Cursor& at, Machine& machine) {
+  machine.decryptIsNone = at.FindField("decrypt") && !machine.decrypt;
+  machine.directoryIsNone = at.FindField("directory") && machine.domains.empty();
   MakeDefaultsUnique(at, "pnp_device_id", &Adapter::pnpDeviceId, machine.adapters);
   MakeDefaultsUnique(at, "setting_id", &Adapter::settingId, machine.adapters);
   RequireUnique(at, "adapters", "index", machine.adapters,
@@ -623,6 +626,8 @@ std::string PrintMachine(const Machine& machine, bool hideSecrets) {
 Json ToJson(const Machine& machine, bool hideSecrets) {
   Json document{{"schema", kSchema}};
   document.update(Codec<Machine>::Write(machine, hideSecrets));
+  if (!machine.KnowsDecrypt()) document.erase("decrypt");
+  if (!machine.KnowsDirectory()) document.erase("directory");
   for (Json& value : document["registry"]) {
     if (hideSecrets && NamesPassword(value.value("name", "")) && value["data"].is_string()) {
       value["data"] = kHidden;

@@ -407,6 +407,8 @@ TEST_F(CheckTest, AMachineDecidesWhatChanges) {
       R"("flat_name":"CORP","ous":["OU=Sales,DC=corp,DC=example"]}]}})";
   const std::string off = "[Global]\nRebootAfterConfig=False\n[Networking]\n";
   const std::string join = "Workgroup=False\nDomain=CORP\n";
+  const std::string account =
+      "[Networking]\nDomain=CORP\nWorkgroup=False\nDomainUsername=A\nDomainPassword=B\n";
   const struct {
     const char* name;
     std::string text, machine;
@@ -418,7 +420,17 @@ TEST_F(CheckTest, AMachineDecidesWhatChanges) {
       {"the name is there", off + "ComputerName=pc1\n", member, {}},
       {"a new name", off + "ComputerName=PC2\n", member, {"2:19 C301"}},
       {"the domain is joined", off + join, member, {}},
-      {"the join comes", off + join, R"({"schema":1})", {"2:19 C301", "5:8 C512", "5:8 C504"}},
+      {"the join comes", off + join, R"({"schema":1})", {"2:19 C301", "5:8 C512"}},
+      {"a directory without domains",
+       off + join,
+       R"({"schema":1,"directory":null})",
+       {"2:19 C301", "5:8 C512", "5:8 C504"}},
+      {"unknown texts", account, R"({"schema":1,"directory":null})", {"2:8 C504", "4:1 C303"}},
+      {"no texts",
+       account,
+       R"({"schema":1,"decrypt":null})",
+       {"4:1 C303", "4:16 C507"},
+       "does not have LibCrypto.dll"},
       {"an adapter off the bus",
        "[TCP/IP]\nMACAddress=02004C4F4F50\n",
        R"({"schema":1,"adapters":[{"index":1,"pnp_device_id":"ROOT\\NET\\0000",)"

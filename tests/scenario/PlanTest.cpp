@@ -213,6 +213,8 @@ TEST_F(PlanTest, AnErrorOfTheLibraryIsToldWithItsPlace) {
   const std::string deaf =
       Write("deaf.json",
             R"({"schema": 1, "faults": [{"call": "wmi.connect", "hresult": "0x800706BA"}]})");
+  const std::string deafOnce =
+      Write("once.json", R"({"schema": 1, "faults": [{"call": "wmi.connect", "nth": 1}]})");
   const std::string stuck =
       Write("stuck.json", R"({"schema": 1, "files": [{"path": "C:\\restore.cfg",
       "text": "[a]"}], "faults": [{"call": "file.move", "error": 32}]})");
@@ -240,6 +242,11 @@ TEST_F(PlanTest, AnErrorOfTheLibraryIsToldWithItsPlace) {
        {"--machine", deaf},
        R"({"class":"sys::OsVersionError","source":"common\\sys\\OsVersion","line":129,)",
        ""},
+      {"a machine that does not answer once",
+       "[Networking]\nComputerName=A\n",
+       {"--machine", deafOnce, "--follow-restarts", "1"},
+       R"({"class":"sys::OsVersionError","source":"common\\sys\\OsVersion","line":129,)",
+       "Still not true"},
       {"a restore file that cannot be moved",
        "[Global]\nConfig=Restore\n",
        {"--machine", stuck},

@@ -105,6 +105,11 @@ TEST(MachineFile, WhatIsLeftOutTakesItsDefault) {
       "m.json");
   EXPECT_EQ(ToJson(machine, false), Json::parse(kDefaults));
   EXPECT_EQ(ToJson(ParseMachine(R"({"schema": 1})", "m.json"), false), ToJson(Machine{}, false));
+  EXPECT_FALSE(ToJson(Machine{}, false).contains("decrypt"));
+  EXPECT_FALSE(ToJson(Machine{}, false).contains("directory"));
+  const Json none = ToJson(
+      ParseMachine(R"({"schema": 1, "decrypt": null, "directory": {"domains": []}})", "m"), false);
+  EXPECT_TRUE(none.at("decrypt").is_null() && none.at("directory").is_null()) << none;
 }
 
 TEST(MachineFile, DefaultsThatMustBeUniqueGetTheirIndex) {

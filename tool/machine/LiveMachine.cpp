@@ -9,7 +9,6 @@
 #include <utility>
 #include <variant>
 
-#include "common/sys/DllProxy.h"
 #include "common/sys/Domain.h"
 #include "common/sys/OsVersion.h"
 #include "common/sys/Registry.h"
@@ -127,22 +126,8 @@ void ReadMembership(Machine& machine) {
     machine.membership = simulated::WorkgroupMembership{domain.GetWorkgroup()};
     return;
   }
-  const simulated::DomainMembership membership{domain.GetDnsDomainName(), domain.GetDomainName(),
-                                               true};
-  machine.membership = membership;
-  simulated::DirectoryDomain& directory = machine.domains.emplace_back();
-  directory.dnsName = membership.dnsName;
-  directory.flatName = membership.flatName;
-  // The directory may be out of reach; the membership is told all the same.
-  const std::string ou = domain.GetOu(/*asDn=*/true);
-  if (membership.dnsName.empty()) return;
-  std::string container = sys::BuildDn(membership.dnsName, ou);
-  if (ou.empty()) {
-    container = "CN=Computers," + container;
-  } else {
-    directory.ous = {container};
-  }
-  directory.computers = {{machine.computerName, "CN=" + machine.computerName + "," + container}};
+  machine.membership =
+      simulated::DomainMembership{domain.GetDnsDomainName(), domain.GetDomainName(), true};
 }
 
 void ReadOperatingSystem(Machine& machine) {
@@ -158,12 +143,12 @@ void ReadOperatingSystem(Machine& machine) {
 
 void ReadAdapters(Machine& machine) {
   struct Hardware {
-    NullableText pnpDeviceId, type, manufacturer;
+    NullableText pnpDeviceId, type, manufacturer, caption;
   };
   std::map<std::int32_t, Hardware> hardware;
   ForEachInstance("Win32_NetworkAdapter", [&](const Record& record) {
     hardware[record.Number("Index")] = {record.Text("PNPDeviceID"), record.Text("AdapterType"),
-                                        record.Text("Manufacturer")};
+                                        record.Text("Manufacturer"), record.Text("Caption")};
   });
   ForEachInstance("Win32_NetworkAdapterConfiguration", [&](const Record& record) {
     const std::int32_t index = record.Number("Index");
@@ -178,7 +163,7 @@ void ReadAdapters(Machine& machine) {
     adapter.macAddress = record.Text("MACAddress");
     adapter.adapterType = device.type;
     adapter.manufacturer = device.manufacturer;
-    adapter.caption = record.Text("Caption");
+    adapter.caption = device.caption;
     adapter.dhcpEnabled = record.Flag("DHCPEnabled");
     adapter.ipAddresses = record.List("IPAddress");
     adapter.subnetMasks = record.List("IPSubnet");
@@ -247,10 +232,6 @@ void ReadFiles(Machine& machine) {
   }
 }
 
-void ReadLibrary(Machine& machine) {
-  if (sys::CryptoDll().TryLoad()) machine.decrypt.emplace();
-}
-
 constexpr struct {
   const char* name;
   void (*read)(Machine& machine);
@@ -263,7 +244,6 @@ constexpr struct {
     {"services", ReadServices},
     {"networking flag", ReadFlag},
     {"agent's files", ReadFiles},
-    {"deciphering library", ReadLibrary},
 };
 
 }  // namespace

@@ -16,8 +16,8 @@ struct CapturedMachine {
 
 /// Reads the machine behind `platform::Current()`, without changing it: names, membership,
 /// operating system, adapters, persistent routes, the networking services, the library's registry
-/// value and the agent's configuration files. What no machine tells stays empty: accounts, host
-/// names, what can be deciphered.
+/// value and the agent's configuration files. What no machine can tell is left out: the directory,
+/// host names, what can be deciphered.
 CapturedMachine CaptureMachine();
 
 }  // namespace tool

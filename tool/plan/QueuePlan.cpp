@@ -154,7 +154,7 @@ PlanError CaughtByTheLibrary() {
                 proc::ChildProcessError, err::CGeneralError>();
 }
 
-[[noreturn]] void ThrowUnloaded(ConfigurePlan& configure, const std::string& text,
+[[noreturn]] void ThrowUnloaded(ConfigurePlan& configure, bool isEmpty,
                                 const std::string& shownPath) {
   const ConfigFile::Position place = configure.File().FailurePosition();
   if (place.line != 0) {
@@ -162,7 +162,7 @@ PlanError CaughtByTheLibrary() {
         shownPath + ":" + std::to_string(place.line) + ":" + std::to_string(place.column),
         "section header without \"]\"", "close it, as in [Networking]");
   }
-  if (text.empty()) {
+  if (isEmpty) {
     throw ToolError(shownPath, "is empty", "name a configuration file that says something");
   }
   throw ToolError(shownPath, "cannot be read on the simulated machine",
@@ -318,13 +318,17 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
   logging::NullLogSink log;
   Recorder recorder;
   ConfigurePlan configure(log, host, recorder);
+  // Before a call can fail, since the text is needed all the same.
+  const simulated::File* const file = machine.FindFile(path);
+  plan.text = file != nullptr ? file->text : "";
   try {
     const ConfigurePlan::Opening opening = configure.Open(message);
     if (!host.Posted().empty()) {
       return std::get<std::string>(host.Posted().back().values.front().data);
     }
-    if (const simulated::File* file = machine.FindFile(path)) plan.text = file->text;
-    if (opening != ConfigurePlan::Opening::kLoaded) ThrowUnloaded(configure, plan.text, shownPath);
+    if (opening != ConfigurePlan::Opening::kLoaded) {
+      ThrowUnloaded(configure, file != nullptr && plan.text.empty(), shownPath);
+    }
     plan.restartForbidden = configure.Global().noReboot;
     configure.Build();
     const Analysis analysis = configure.Analyze();

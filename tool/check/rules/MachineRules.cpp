@@ -241,7 +241,7 @@ void CheckAccount(const Subject& subject, const DirectoryDomain* domain) {
   const Section& section = *subject.wishes.identity.section;
   const Entry* const user = section.Find(Key::kDomainUsername);
   const Entry* const password = section.Find(Key::kDomainPassword);
-  if (user == nullptr || password == nullptr) return;
+  if (user == nullptr || password == nullptr || !subject.machine.KnowsDecrypt()) return;
   if (!subject.machine.decrypt) {
     subject.Add(Code::kNoDecryption, *user, "the machine does not have LibCrypto.dll");
     return;
@@ -265,7 +265,7 @@ void CheckDomain(const Subject& subject) {
   if (identity.membership == Identity::Membership::kDomain) {
     const Entry& name = *identity.membershipName;
     domain = simulated::FindDomain(subject.machine, std::string(name.FirstLine()));
-    if (domain == nullptr) {
+    if (domain == nullptr && subject.machine.KnowsDirectory()) {
       subject.Add(Code::kNoSuchDomain, name,
                   "the directory has no domain " + Quoted(name.FirstLine()));
     }
