@@ -76,6 +76,10 @@ std::string Padded(std::string_view text, std::size_t width) {
   return padded;
 }
 
+std::string Counted(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 std::string Rows(const std::vector<Row>& rows, const std::string& indent) {
   std::size_t width = 0;
   for (const Row& row : rows) width = std::max(width, Width(row.name));

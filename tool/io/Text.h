@@ -21,6 +21,9 @@ std::size_t Width(std::string_view text);
 /// The text filled up with blanks to `width` characters; longer texts stay as they are.
 std::string Padded(std::string_view text, std::size_t width);
 
+/// "1 command", "3 commands".
+std::string Counted(std::size_t count, const std::string& noun);
+
 struct Row {
   std::string name;
   std::string text;

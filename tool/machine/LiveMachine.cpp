@@ -47,28 +47,23 @@ class Record {
  public:
   explicit Record(platform::IWmiObject& object) : object_(object) {}
 
-  Variant Value(const std::string& property) const {
+  /// None when it is of another type.
+  template <typename Type>
+  std::optional<Type> Get(const std::string& property) const {
     Variant value = platform::Null{};
     object_.Get(property, &value);
-    return value;
+    const auto* const found = std::get_if<Type>(&value);
+    return found != nullptr ? std::optional<Type>(*found) : std::nullopt;
   }
-  NullableText Text(const std::string& property) const {
-    const Variant value = Value(property);
-    const auto* text = std::get_if<std::string>(&value);
-    return text != nullptr ? NullableText(*text) : std::nullopt;
-  }
+  NullableText Text(const std::string& property) const { return Get<std::string>(property); }
   std::int32_t Number(const std::string& property) const {
-    const Variant value = Value(property);
-    const auto* number = std::get_if<std::int32_t>(&value);
-    return number != nullptr ? *number : 0;
+    return Get<std::int32_t>(property).value_or(0);
   }
   bool Flag(const std::string& property) const {
-    return Value(property) == Variant(platform::kVariantTrue);
+    return Get<platform::RawBool>(property) == platform::kVariantTrue;
   }
   std::vector<std::string> List(const std::string& property) const {
-    const Variant value = Value(property);
-    const auto* list = std::get_if<platform::TextArray>(&value);
-    return list != nullptr ? list->items : std::vector<std::string>();
+    return Get<platform::TextArray>(property).value_or(platform::TextArray()).items;
   }
 
  private:

@@ -87,22 +87,11 @@ std::string Escaped(std::string_view text) {
   std::string escaped;
   escaped.reserve(text.size());
   for (const char c : text) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      case '"':
-        escaped += "&quot;";
-        break;
-      default:
-        escaped += c;
-    }
+    escaped += c == '&'   ? "&amp;"
+               : c == '<' ? "&lt;"
+               : c == '>' ? "&gt;"
+               : c == '"' ? "&quot;"
+                          : std::string(1, c);
   }
   return escaped;
 }
@@ -150,22 +139,27 @@ std::string TakerLink(const std::string& taker, const std::string& shown) {
   return "<a href=\"#s1c" + number + "\">" + Escaped(shown) + "</a>";
 }
 
-/// A row of cells; on a narrow page each cell is shown with its column's name.
-std::string TableRow(const std::vector<std::pair<const char*, std::string>>& cells) {
-  std::string row;
-  for (const auto& [name, content] : cells) {
-    row += "<td data-name=\"" + std::string(name) + "\">" + content + "</td>";
+/// Rows of cells; on a narrow page each cell is shown with its column's name. A row of one cell is
+/// a heading across the table.
+std::string Table(const std::vector<const char*>& names,
+                  const std::vector<std::vector<std::string>>& rows) {
+  std::string html = "<table><thead><tr>";
+  for (const char* name : names) html += Element("th", "", name);
+  html += "</tr></thead><tbody>\n";
+  for (const std::vector<std::string>& row : rows) {
+    if (row.size() == 1) {
+      html += "<tr class=\"subject\"><td colspan=\"" + std::to_string(names.size()) + "\">" +
+              row[0] + "</td></tr>\n";
+      continue;
+    }
+    html += "<tr>";
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      html += "<td data-name=\"" + std::string(names[i]) + "\">" + row[i] + "</td>";
+    }
+    html += "</tr>\n";
   }
-  return row;
+  return html + "</tbody></table>\n";
 }
-
-std::string TableHead(const std::vector<const char*>& names) {
-  std::string head;
-  for (const char* name : names) head += Element("th", "", name);
-  return "<table><thead><tr>" + head + "</tr></thead><tbody>\n";
-}
-
-constexpr char kTableEnd[] = "</tbody></table>\n";
 
 /// The commands of one start.
 class StartSection {
@@ -193,24 +187,6 @@ class StartSection {
       html += "</ul>\n";
     }
     return html;
-  }
-
-  std::string CameToNothing() const {
-    std::string html;
-    for (const PlannedEvent& event : plan_.events) {
-      if (event.cameToNothing.empty()) continue;
-      html +=
-          Element("li", "card idle", Shown(EventText(event)) + ": " + Shown(event.cameToNothing)) +
-          "\n";
-    }
-    for (const UnusedKeys& unused : FindUnusedKeys(plan_)) {
-      html += Element("li", "card idle",
-                      Escaped(SectionText(unused.section) + " " + UnusedText(unused)) + ", " +
-                          LineLinks(unused.lines) + ": no event comes of it") +
-              "\n";
-    }
-    return html.empty() ? html
-                        : "<h3>Asks for nothing</h3>\n<ul class=\"plain\">\n" + html + "</ul>\n";
   }
 
  private:
@@ -294,21 +270,15 @@ class StartSection {
   bool goesOn_;
 };
 
-std::string PauseText(const QueuePlan& plan) {
-  const PauseForecast forecast = ForecastPauses(plan);
-  if (forecast.nowMs + forecast.laterMs == 0) return {};
-  if (forecast.nowMs == 0) {
-    return Element("p", "soft",
-                   "Pauses: " + DurationText(forecast.laterMs) + " after the restart") +
-           "\n";
+std::string NothingHtml(const QueuePlan& plan) {
+  std::string items;
+  for (const Unanswered& ask : CameToNothing(plan)) {
+    items += Element("li", "card idle",
+                     Escaped(ask.what) + ", " + LineLinks(ask.lines) + ": " + Shown(ask.reason)) +
+             "\n";
   }
-  std::string text = "Pauses: " + DurationText(forecast.nowMs) + " now";
-  for (std::size_t i = 0; i < forecast.parts.size(); ++i) {
-    text += (i == 0 ? " (" : ", ") + forecast.parts[i];
-  }
-  if (!forecast.parts.empty()) text += ")";
-  if (forecast.laterMs > 0) text += ", " + DurationText(forecast.laterMs) + " after the restart";
-  return Element("p", "soft", Escaped(text)) + "\n";
+  return items.empty() ? items
+                       : "<h3>Asks for nothing</h3>\n<ul class=\"plain\">\n" + items + "</ul>\n";
 }
 
 std::string RunHtml(const Delivery& delivery) {
@@ -346,8 +316,10 @@ std::string Starts(const RestartChain& chain) {
                       "A restore file is pending: it takes the place of this one and is planned.") +
               "\n";
     }
-    html +=
-        section.Queue() + section.CameToNothing() + PauseText(step.plan) + RunHtml(step.delivery);
+    html += section.Queue() + NothingHtml(step.plan);
+    const std::string pauses = PauseText(step.plan);
+    if (!pauses.empty()) html += Element("p", "soft", "Pauses: " + Escaped(pauses)) + "\n";
+    html += RunHtml(step.delivery);
   }
   return html;
 }
@@ -372,58 +344,43 @@ std::string NotTrueHtml(const RestartChain& chain) {
 }
 
 std::string MachineHtml(const simulated::Machine& before, const simulated::Machine& after) {
-  std::string html = "<h2 id=\"machine\">Machine, before and after</h2>\n";
+  const std::string html = "<h2 id=\"machine\">Machine, before and after</h2>\n";
   const std::vector<Difference> differences = Differences(before, after);
   if (differences.empty()) return html + Element("p", "soft", "No difference.") + "\n";
-  html += TableHead({"Setting", "Before", "After"});
+  std::vector<std::vector<std::string>> rows;
   std::string subject;
   for (const Difference& difference : differences) {
-    if (difference.subject != subject) {
-      subject = difference.subject;
-      html += R"(<tr class="subject"><td colspan="3">)" + Escaped(subject) + "</td></tr>\n";
-    }
-    html += Element("tr", "",
-                    TableRow({{"Setting", Escaped(difference.setting)},
-                              {"Before", Listed(difference.before)},
-                              {"After", Listed(difference.after)}})) +
-            "\n";
+    if (difference.subject != subject) rows.push_back({Escaped(difference.subject)});
+    subject = difference.subject;
+    rows.push_back(
+        {Escaped(difference.setting), Listed(difference.before), Listed(difference.after)});
   }
-  return html + kTableEnd;
+  return html + Table({"Setting", "Before", "After"}, rows);
 }
 
 std::string AdaptersHtml(const QueuePlan& plan) {
   if (plan.adapters.empty()) return {};
-  std::string html =
-      "<h2 id=\"adapters\">Adapters</h2>\n" + TableHead({"Adapter", "PCI", "MAC", "Use"});
+  std::vector<std::vector<std::string>> rows;
   for (const PlannedAdapter& adapter : plan.adapters) {
-    html += Element("tr", "",
-                    TableRow({{"Adapter", Shown(adapter.name)},
-                              {"PCI", adapter.pciLocation},
-                              {"MAC", Shown(adapter.macAddress)},
-                              {"Use", Escaped(AdapterFate(plan, adapter))}})) +
-            "\n";
+    rows.push_back({Shown(adapter.name), adapter.pciLocation, Shown(adapter.macAddress),
+                    Escaped(AdapterFate(plan, adapter))});
   }
-  return html + kTableEnd;
+  return "<h2 id=\"adapters\">Adapters</h2>\n" + Table({"Adapter", "PCI", "MAC", "Use"}, rows);
 }
 
 std::string EventsHtml(const QueuePlan& plan) {
   if (plan.events.empty()) return {};
   const std::vector<std::string> takers = TakersOf(plan);
-  std::string html = "<h2 id=\"events\">Events of the file</h2>\n<details><summary>" +
-                     Counted(plan.events.size(), "event") + "</summary>\n" +
-                     TableHead({"Line", "Section", "Key", "Event", "Value", "Command"});
+  std::vector<std::vector<std::string>> rows;
   for (std::size_t i = 0; i < plan.events.size(); ++i) {
     const PlannedEvent& event = plan.events[i];
-    html += Element("tr", "",
-                    TableRow({{"Line", event.line != 0 ? LineLink(event.line) : "registry"},
-                              {"Section", Shown(event.section)},
-                              {"Key", Shown(event.key)},
-                              {"Event", "<code>" + event.kind + "</code>"},
-                              {"Value", Escaped(ShownValue(event))},
-                              {"Command", TakerLink(takers[i], takers[i])}})) +
-            "\n";
+    rows.push_back({event.line != 0 ? LineLink(event.line) : "registry", Shown(event.section),
+                    Shown(event.key), "<code>" + event.kind + "</code>", Escaped(ShownValue(event)),
+                    TakerLink(takers[i], takers[i])});
   }
-  return html + kTableEnd + "</details>\n";
+  return "<h2 id=\"events\">Events of the file</h2>\n<details><summary>" +
+         Counted(plan.events.size(), "event") + "</summary>\n" +
+         Table({"Line", "Section", "Key", "Event", "Value", "Command"}, rows) + "</details>\n";
 }
 
 std::string FileHtml(const QueuePlan& plan, const std::string& name) {

@@ -4,8 +4,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "common/util/Text.h"
 #include "tool/plan/PlanText.h"
-#include "tool/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
@@ -22,12 +22,6 @@ std::size_t WidestName(const std::vector<PlannedCommand>& commands) {
     }
   }
   return width;
-}
-
-std::string Joined(const std::vector<std::string>& pieces, const std::string& separator) {
-  std::string text;
-  for (const std::string& piece : pieces) text += (text.empty() ? "" : separator) + piece;
-  return text;
 }
 
 /// Writes the commands of one plan, their names in one column.
@@ -69,7 +63,7 @@ class Tree {
 
   std::vector<std::string> Binding(std::size_t position) const {
     std::vector<std::string> lines{AdapterText(plan_, position), BindingText(plan_, position)};
-    const std::string passedOver = Joined(PassedOver(plan_, position), ", ");
+    const std::string passedOver = util::Join(PassedOver(plan_, position), ", ");
     if (!passedOver.empty()) lines.push_back("passed over: " + passedOver);
     return lines;
   }
@@ -109,16 +103,10 @@ class Tree {
 
 std::string Restart(const QueuePlan& plan, const Style& style) {
   const std::string text = "  -- " + RestartText(plan) + " --";
-  switch (FateOfRestart(plan)) {
-    case RestartFate::kForbidden:
-      return style.Bad(text);
-    case RestartFate::kNotReached:
-      return style.Dim(text);
-    case RestartFate::kStops:
-    case RestartFate::kNone:
-      break;
-  }
-  return style.Notice(text);
+  const RestartFate fate = FateOfRestart(plan);
+  return fate == RestartFate::kForbidden    ? style.Bad(text)
+         : fate == RestartFate::kNotReached ? style.Dim(text)
+                                            : style.Notice(text);
 }
 
 std::string Queue(const QueuePlan& plan, const Style& style) {
@@ -143,32 +131,10 @@ std::string Queue(const QueuePlan& plan, const Style& style) {
   return text;
 }
 
-std::string CameToNothing(const QueuePlan& plan, const Style& style) {
-  std::string text;
-  for (const PlannedEvent& event : plan.events) {
-    if (event.cameToNothing.empty()) continue;
-    text += "  " + EventText(event) + ": " + event.cameToNothing + "\n";
-  }
-  for (const UnusedKeys& unused : FindUnusedKeys(plan)) {
-    text += "  " + SectionText(unused.section) + " " + UnusedText(unused) + ", " +
-            LinesText(unused.lines) + ": no event comes of it\n";
-  }
-  return text.empty() ? text : style.Heading("Asks for nothing") + "\n" + text;
-}
-
-std::string Pauses(const QueuePlan& plan, const Style& style) {
-  const PauseForecast forecast = ForecastPauses(plan);
-  if (forecast.nowMs + forecast.laterMs == 0) return {};
-  std::string text = style.Heading("Pauses") + "\n  ";
-  if (forecast.nowMs == 0) return text + DurationText(forecast.laterMs) + " after the restart\n";
-  text += DurationText(forecast.nowMs) + " now";
-  if (forecast.parts.size() > 1) text += " (" + Joined(forecast.parts, ", ") + ")";
-  if (forecast.parts.size() == 1) {
-    const std::string& part = forecast.parts.front();
-    text += part.substr(DurationText(forecast.nowMs).size());
-  }
-  if (forecast.laterMs > 0) text += ", " + DurationText(forecast.laterMs) + " after the restart";
-  return text + "\n";
+/// A heading with the lines below it; nothing without lines.
+std::string Block(const char* heading, const std::vector<std::string>& lines, const Style& style) {
+  if (lines.empty()) return {};
+  return style.Heading(heading) + "\n  " + util::Join(lines, "\n  ") + "\n";
 }
 
 std::string Error(const QueuePlan& plan, const Style& style) {
@@ -228,7 +194,13 @@ std::string PlanReport(const QueuePlan& plan, const Style& style, bool verbose) 
     text += "\n\n";
   }
   text += plan.error ? Error(plan, style) : Queue(plan, style);
-  text += CameToNothing(plan, style) + Pauses(plan, style);
+  std::vector<std::string> nothing;
+  for (const auto& [what, lines, reason] : CameToNothing(plan)) {
+    nothing.push_back(what + ", " + LinesText(lines) + ": " + reason);
+  }
+  text += Block("Asks for nothing", nothing, style);
+  const std::string pauses = PauseText(plan);
+  if (!pauses.empty()) text += Block("Pauses", {pauses}, style);
   return verbose ? text + Adapters(plan, style) + Events(plan, style) : text;
 }
 

@@ -7,6 +7,7 @@
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
 #include "tool/io/Text.h"
+#include "tool/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
@@ -61,6 +62,20 @@ const PlannedAdapter* FindAdapter(const QueuePlan& plan, std::uint32_t index) {
   return found != plan.adapters.end() ? &*found : nullptr;
 }
 
+/// The event and where it comes from, without the line.
+std::string Words(const PlannedEvent& event) {
+  const std::string value = ShownValue(event);
+  const std::string words = event.kind + (value.empty() ? "" : " " + value) + " from ";
+  if (event.section.empty()) return words + "registry value NetworkDisabled";
+  return words + SectionText(event.section) + (event.key.empty() ? "" : " " + Printable(event.key));
+}
+
+/// "8 s" or "1500 ms".
+std::string DurationText(std::uint64_t milliseconds) {
+  return milliseconds % 1000 == 0 ? std::to_string(milliseconds / 1000) + " s"
+                                  : std::to_string(milliseconds) + " ms";
+}
+
 }  // namespace
 
 std::string SectionText(const std::string& section) {
@@ -88,13 +103,7 @@ std::string LinesText(const std::set<std::size_t>& lines) {
 }
 
 std::string EventText(const PlannedEvent& event) {
-  std::string text = event.kind;
-  const std::string value = ShownValue(event);
-  if (!value.empty()) text += " " + value;
-  if (event.section.empty()) return text + " from registry value NetworkDisabled";
-  text += " from " + SectionText(event.section);
-  if (!event.key.empty()) text += " " + Printable(event.key);
-  return text + ", line " + std::to_string(event.line);
+  return Words(event) + (event.section.empty() ? "" : ", line " + std::to_string(event.line));
 }
 
 std::string ShownValue(const PlannedEvent& event) {
@@ -237,13 +246,29 @@ PauseForecast ForecastPauses(const QueuePlan& plan) {
   return forecast;
 }
 
-std::string DurationText(std::uint64_t milliseconds) {
-  return milliseconds % 1000 == 0 ? std::to_string(milliseconds / 1000) + " s"
-                                  : std::to_string(milliseconds) + " ms";
+std::string PauseText(const QueuePlan& plan) {
+  const PauseForecast forecast = ForecastPauses(plan);
+  const std::string later = DurationText(forecast.laterMs) + " after the restart";
+  if (forecast.nowMs == 0) return forecast.laterMs == 0 ? "" : later;
+  std::string text = DurationText(forecast.nowMs) + " now";
+  if (forecast.parts.size() > 1) text += " (" + util::Join(forecast.parts, ", ") + ")";
+  if (forecast.parts.size() == 1) {
+    text += forecast.parts.front().substr(DurationText(forecast.nowMs).size());
+  }
+  return forecast.laterMs > 0 ? text + ", " + later : text;
 }
 
-std::string Counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+std::vector<Unanswered> CameToNothing(const QueuePlan& plan) {
+  std::vector<Unanswered> asks;
+  for (const PlannedEvent& event : plan.events) {
+    if (!event.cameToNothing.empty())
+      asks.push_back({Words(event), {event.line}, event.cameToNothing});
+  }
+  for (const UnusedKeys& unused : FindUnusedKeys(plan)) {
+    asks.push_back({SectionText(unused.section) + " " + UnusedText(unused), unused.lines,
+                    "no event comes of it"});
+  }
+  return asks;
 }
 
 }  // namespace tool

@@ -74,10 +74,17 @@ struct PauseForecast {
 };
 PauseForecast ForecastPauses(const QueuePlan& plan);
 
-/// "8 s" or "1500 ms".
-std::string DurationText(std::uint64_t milliseconds);
+/// The same: "48 s now (40 s for 2 static adapters, 8 s between join and rename), 2 s after the
+/// restart"; empty for no pause.
+std::string PauseText(const QueuePlan& plan);
 
-/// "1 command", "3 commands".
-std::string Counted(std::size_t count, const std::string& noun);
+/// Something that the file asks for and no command comes of.
+struct Unanswered {
+  std::string what;
+  std::set<std::size_t> lines;
+  std::string reason;
+};
+/// Safe to print.
+std::vector<Unanswered> CameToNothing(const QueuePlan& plan);
 
 }  // namespace tool

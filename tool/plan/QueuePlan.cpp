@@ -35,35 +35,22 @@ using config::command::Comparison;
 using config::command::ConfigureNic;
 using config::command::IConfigureCommand;
 
-/// By the number of the kind.
-constexpr const char* kKindNames[] = {"COMPUTER_NAME",
-                                      "WORKGROUP",
-                                      "DOMAIN",
-                                      "DOMAIN_USER",
-                                      "DOMAIN_PASSWORD",
-                                      "DOMAIN_OU",
-                                      "NIC",
-                                      "DHCP",
-                                      "STATIC",
-                                      "IP_INTERFACE",
-                                      "IP_ADDRESS",
-                                      "SUBNET_MASK",
-                                      "GATEWAY",
-                                      "DNS_SERVER",
-                                      "DNS_SUFFIX",
-                                      "DNS_DHCP",
-                                      "STATIC_ROUTE",
-                                      "ROUTE_GATEWAY",
-                                      "ROUTE_FOURTH_FIELD",
-                                      "ROUTE_METRIC",
-                                      "NOOP",
-                                      "NIC_MAC_ADDRESS",
-                                      "NIC_PCI_BUS",
-                                      "NIC_PCI_DEVICE",
-                                      "NIC_PCI_FUNCTION",
-                                      "ENABLE_NETWORKING"};
-
-static_assert(std::size(kKindNames) == static_cast<std::size_t>(EventKind::ENABLE_NETWORKING) + 1);
+/// A kind without a name does not compile: the switch has no default.
+const char* NameOf(EventKind kind) {
+  // clang-format off
+#define NAMED(name) case EventKind::name: return #name;
+  switch (kind) {
+    NAMED(COMPUTER_NAME) NAMED(WORKGROUP) NAMED(DOMAIN) NAMED(DOMAIN_USER) NAMED(DOMAIN_PASSWORD)
+    NAMED(DOMAIN_OU) NAMED(NIC) NAMED(DHCP) NAMED(STATIC) NAMED(IP_INTERFACE) NAMED(IP_ADDRESS)
+    NAMED(SUBNET_MASK) NAMED(GATEWAY) NAMED(DNS_SERVER) NAMED(DNS_SUFFIX) NAMED(DNS_DHCP)
+    NAMED(STATIC_ROUTE) NAMED(ROUTE_GATEWAY) NAMED(ROUTE_FOURTH_FIELD) NAMED(ROUTE_METRIC)
+    NAMED(NOOP) NAMED(NIC_MAC_ADDRESS) NAMED(NIC_PCI_BUS) NAMED(NIC_PCI_DEVICE)
+    NAMED(NIC_PCI_FUNCTION) NAMED(ENABLE_NETWORKING)
+  }
+#undef NAMED
+  // clang-format on
+  return "";
+}
 
 /// Why the builder makes no command of an event that it accepts.
 std::string WhyNothing(EventKind kind) {
@@ -95,7 +82,7 @@ class Recorder final : public IEventListener {
     if (event.phase == config::Event::BEGIN) open_.push_back(events.size());
     kind_ = event.kind;
     PlannedEvent& planned = events.emplace_back();
-    planned.kind = kKindNames[static_cast<std::size_t>(event.kind)];
+    planned.kind = NameOf(event.kind);
     planned.opens = event.phase == config::Event::BEGIN;
     planned.value = IsAccount(event.kind) ? "***" : event.value;
     planned.section = event.section;

@@ -11,6 +11,8 @@
 #include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
 #include "tool/agent/Conversation.h"
+#include "tool/io/Text.h"
+#include "tool/machine/MachineDifference.h"
 #include "tool/plan/PlanJson.h"
 #include "tool/plan/PlanText.h"
 #include "tool/plan/UnusedKeys.h"
@@ -58,19 +60,10 @@ std::string FailureText(const Delivery& delivery) {
   return delivery.Failure() + (code.empty() || code == "0" ? "" : ", system error " + code);
 }
 
-std::string Addresses(const simulated::Adapter& adapter) {
-  std::string text;
-  for (std::size_t i = 0; i < adapter.ipAddresses.size(); ++i) {
-    text += (i > 0 ? "," : "") + adapter.ipAddresses[i];
-    if (i < adapter.subnetMasks.size()) text += "/" + adapter.subnetMasks[i];
-  }
-  return text;
-}
-
 /// Collects what a last plan still finds to be done.
-class Reckoning {
+class UnmetSettings {
  public:
-  explicit Reckoning(RestartChain& chain) : chain_(chain) {
+  explicit UnmetSettings(RestartChain& chain) : chain_(chain) {
     for (const ChainStep& step : chain.steps) Learn(step.plan);
   }
 
@@ -160,7 +153,7 @@ class Reckoning {
                              chain_.after.pendingComputerName.value_or("") == *command.wanted;
       Add(plan, command, isPending ? "it waits for a restart" : WhyNeeded(plan, command));
     } else if (adapter != nullptr && command.Is("SetStatic")) {
-      const std::string addresses = Addresses(*adapter);
+      const std::string addresses = util::Join(Addresses(*adapter), ",");
       if (addresses == *command.wanted) return;
       Add(plan, command, "the first address is right already, and no other is compared");
       chain_.notTrue.back().current = addresses;
@@ -219,7 +212,7 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
   Machine end = chain.after;
   end.PutFile(file, chain.steps.back().plan.text);
   const QueuePlan last = MakePlan(std::move(end), file, shownPath, Comparing::kAsItIs);
-  if (!last.error) Reckoning(chain).Take(last);
+  if (!last.error) UnmetSettings(chain).Take(last);
   return chain;
 }
 
