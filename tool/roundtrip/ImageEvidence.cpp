@@ -1,11 +1,10 @@
 #include "tool/roundtrip/ImageEvidence.h"
 
 #include <algorithm>
-#include <string_view>
 
 #include "common/sys/NicInfoWriter.h"
 #include "common/sys/NicText.h"
-#include "common/util/Text.h"
+#include "handlers/internal/ConfigKeys.h"
 #include "platform/simulated/Text.h"
 #include "tool/machine/ChangeText.h"
 
@@ -48,23 +47,11 @@ std::optional<std::string> UnknownHost(const simulated::Machine& machine, const 
 
 ImageEvidence::ImageEvidence(const ImageRestore& image) : image_(image) {
   if (image.captured) file_.Parse(image.captured->text, /*merge=*/false);
-  for (const LogLine& line : image.capture.log) {
-    constexpr std::string_view kRecording = "Adding infor for nic ";
-    const std::size_t at = line.text.find(kRecording);
-    if (at == std::string::npos) continue;
-    order_.push_back(util::ParseUnsigned(line.text.substr(at + kRecording.size())));
-  }
   for (const Delivery& delivery : image.restore.deliveries) {
     restoring_.insert(restoring_.end(), delivery.changes.begin(), delivery.changes.end());
-    for (const LogLine& line : delivery.log) {
-      constexpr std::string_view kBefore = " - ";
-      const std::size_t start = line.text.find(kBefore);
-      const std::size_t end = line.text.rfind(", DNS-Use-DHCP = ");
-      if (start == std::string::npos || end == std::string::npos) continue;
-      const std::size_t name = start + kBefore.size();
-      read_.insert(simulated::Folded(line.text.substr(name, end - name)));
-    }
+    if (delivery.Result() == "Success" || delivery.Result() == "Reboot") wasRead_ = true;
   }
+  if (LastRestoring("wmi.method", [](const simulated::Change& /*change*/) { return true; })) wasRead_ = true;
 }
 
 std::optional<std::string> ImageEvidence::Value(const std::string& section,
@@ -74,9 +61,13 @@ std::optional<std::string> ImageEvidence::Value(const std::string& section,
 }
 
 std::optional<int> ImageEvidence::NumberOf(const Adapter& adapter) const {
-  const auto found = std::find(order_.begin(), order_.end(), adapter.index);
-  if (found == order_.end()) return std::nullopt;
-  return static_cast<int>(found - order_.begin());
+  int number = 0;
+  for (const Adapter& other : image_.before.adapters) {
+    if (!other.ipEnabled) continue;
+    if (other.index == adapter.index) return number;
+    ++number;
+  }
+  return std::nullopt;
 }
 
 std::string ImageEvidence::SectionOf(const Adapter& adapter) const {
@@ -85,7 +76,7 @@ std::string ImageEvidence::SectionOf(const Adapter& adapter) const {
 }
 
 bool ImageEvidence::WasRead(const std::string& section) const {
-  return read_.contains(simulated::Folded(section));
+  return wasRead_ && KindOfSection(section) == SectionKind::kAdapter;
 }
 
 const Change* ImageEvidence::WriteOf(const std::string& section, const std::string& key) const {
@@ -108,23 +99,27 @@ std::string ImageEvidence::RestoreFailure() const {
 
 std::string ImageEvidence::WhyNotRecorded(const Adapter& adapter) const {
   const auto number = NumberOf(adapter);
-  if (!number && !image_.capture.Succeeded()) {
+  const bool wasWritten = WriteOf("Global", "RebootAfterConfig") != nullptr;
+  if (!wasWritten && !image_.capture.Succeeded()) {
     return "nothing was recorded, for PrepForImage failed: " + CaptureFailure(image_);
   }
-  if (!adapter.ipEnabled) return "not recorded, for the adapter is not IP-enabled";
-  if (!number) return "not recorded, for PrepForImage did not see the adapter";
+  if (!number) return "not recorded, for the adapter is not IP-enabled";
   if (!IsPci(adapter)) {
     return "not recorded, for the adapter is not on PCI (" + adapter.pnpDeviceId + ")";
   }
-  const std::string refusal = RefusalOf(WriteOf(sys::SectionName(*number), "DHCP"));
-  return refusal.empty() ? "not recorded" : "recording it was refused: " + refusal;
+  const auto* const write = WriteOf(sys::SectionName(*number), "DHCP");
+  return write == nullptr ? "not recorded, for PrepForImage did not see the adapter"
+                          : "recording it was refused: " + RefusalOf(write);
 }
 
 std::string ImageEvidence::WhyNotRead(const Adapter& adapter) const {
-  if (std::string failure = RestoreFailure(); read_.empty() && !failure.empty()) return failure;
+  if (std::string failure = RestoreFailure(); !wasRead_ && !failure.empty()) return failure;
   std::string reason = "section [" + SectionOf(adapter) + "] is not read back";
   if (NumberOf(adapter).value_or(0) != 0 && !HasSection(0)) {
-    reason += "; adapter " + std::to_string(order_.front()) + ", which is not recorded, used up [" +
+    const auto& all = image_.before.adapters;
+    const auto first =
+        std::find_if(all.begin(), all.end(), [](const Adapter& one) { return one.ipEnabled; });
+    reason += "; adapter " + std::to_string(first->index) + ", which is not recorded, used up [" +
               sys::SectionName(0) + "]";
   }
   return reason;

@@ -1,12 +1,10 @@
-// What the library recorded of a machine, read back, and did: taken from the captured file, the
-// journal and the log of its messages.
+// What the library recorded of a machine, read back, and did: taken from the captured file and the
+// journal of its messages.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "handlers/internal/ConfigFile.h"
@@ -27,7 +25,7 @@ class ImageEvidence {
   /// An entry of the captured file.
   std::optional<std::string> Value(const std::string& section, const std::string& key);
 
-  /// The adapter's position among those that the capture looked at.
+  /// The adapter's position among those that the capture looks at.
   std::optional<int> NumberOf(const simulated::Adapter& adapter) const;
   /// The section that the capture wrote of the adapter; empty when there is none.
   std::string SectionOf(const simulated::Adapter& adapter) const;
@@ -51,11 +49,9 @@ class ImageEvidence {
 
   const ImageRestore& image_;
   ConfigFile file_{/*caseSensitive=*/false};
-  /// Indexes of the adapters that the capture looked at.
-  std::vector<std::uint32_t> order_;
   std::vector<simulated::Change> restoring_;
-  /// Names of sections in lower case.
-  std::unordered_set<std::string> read_;
+  /// Configure came to apply the file's sections.
+  bool wasRead_ = false;
 };
 
 /// Why the machine refused the change; empty when it did it, or when there is none.
