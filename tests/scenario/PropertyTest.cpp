@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <random>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@
 #include "tests/support/QueueRules.h"
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/Conversation.h"
+#include "tool/check/DesiredState.h"
 #include "tool/plan/PlanJson.h"
 #include "tool/plan/QueuePlan.h"
 
@@ -116,7 +118,7 @@ std::string AnyIdentity(Generator& any) {
 
 std::string AnyAddressing(Generator& any) {
   if (any.Percent(20)) return "";
-  if (any.Percent(40)) return "DHCP=True\n";
+  if (any.Percent(40)) return "DHCP=" + any.OneOf({"True", "yes"}) + "\n";
   std::string text = "DHCP=False\nAddress=" + any.Address() + "," + any.Address() +
                      "\nNetmask=255.0.0.0 255.0.0.0\n";
   if (any.Percent(70)) text += "Gateway=" + any.OneOf({"10.0.0.1", "10.0.0.2;10.0.0.1"}) + "\n";
@@ -251,6 +253,67 @@ TEST(Property, ThePlanIsWhatTheRunDoes) {
     ASSERT_EQ(planned, run);
   }
   EXPECT_GT(finished, kCases / 2) << "most files are to ask for something that can be done";
+}
+
+/// The events that `check` takes a file to ask for, but for those of the account and the adapters'
+/// places.
+std::multiset<std::string> DesiredEvents(const tool::check::DesiredState& desired) {
+  using tool::check::DesiredAdapter;
+  std::multiset<std::string> events;
+  const auto add = [&](const char* kind, std::string_view value) {
+    events.insert(kind + (" " + std::string(value)));
+  };
+  const tool::check::Identity& identity = desired.identity;
+  const auto* const name = identity.membershipName;
+  if (identity.IsDomain()) add("DOMAIN", name->FirstLine());
+  if (identity.IsWorkgroup()) add("WORKGROUP", name != nullptr ? name->FirstLine() : "WORKGROUP");
+  if (identity.renames) add("COMPUTER_NAME", identity.Find(Key::kComputerName)->FirstLine());
+  for (const DesiredAdapter& adapter : desired.adapters) {
+    add("NIC", "");
+    if (adapter.addressing == DesiredAdapter::Addressing::kDhcp) add("DHCP", "");
+    if (adapter.dnsFromDhcp) add("DNS_DHCP", "");
+    if (adapter.IsStatic()) {
+      add("STATIC", "");
+      for (const auto& address : adapter.addresses) add("IP_ADDRESS", address.item.text);
+      for (const auto& mask : adapter.masks) add("SUBNET_MASK", mask.item.text);
+      for (const auto& gateway : adapter.gateways) add("GATEWAY", gateway.item.text);
+    }
+    for (const auto* server : adapter.servers) {
+      if (!adapter.setsDns) break;
+      for (const auto& item : desired.document.Items(*server)) add("DNS_SERVER", item.text);
+    }
+    for (const auto& route : adapter.routes) {
+      add("STATIC_ROUTE", "");
+      add("IP_ADDRESS", route.destination.item.text);
+      add("SUBNET_MASK", route.mask.item.text);
+      add("ROUTE_GATEWAY", route.gateway.item.text);
+      add("ROUTE_METRIC", std::to_string(route.metric));
+    }
+  }
+  return events;
+}
+
+TEST(Property, CheckTakesAFileAsTheTranslatorDoes) {
+  const std::set<std::string> kOthers{
+      "DOMAIN_USER",     "DOMAIN_PASSWORD",    "DOMAIN_OU",      "IP_INTERFACE",
+      "DNS_SUFFIX",      "NIC_PCI_BUS",        "NIC_PCI_DEVICE", "NIC_PCI_FUNCTION",
+      "NIC_MAC_ADDRESS", "ROUTE_FOURTH_FIELD", "NOOP",           "ENABLE_NETWORKING"};
+  for (std::uint32_t seed = 1; seed <= kCases; ++seed) {
+    const Case generated(seed);
+    SCOPED_TRACE(Told(seed, generated));
+    support::StartFreshProcess();
+    Machine machine = generated.machine;
+    machine.PutFile(kFile, generated.file);
+    const tool::QueuePlan plan = tool::MakePlan(machine, kFile, kFile, tool::Comparing::kInTurn);
+    if (plan.error) continue;
+    std::multiset<std::string> sent;
+    for (const tool::PlannedEvent& event : plan.events) {
+      if (kOthers.contains(event.kind)) continue;
+      sent.insert(event.kind + " " + (event.opens ? "" : event.value));
+    }
+    tool::check::Document document(generated.file);
+    ASSERT_EQ(DesiredEvents(tool::check::ReadDesiredState(document)), sent);
+  }
 }
 
 TEST(Property, TheAnalysisLosesNothingAndKeepsTheOrder) {

@@ -1,17 +1,11 @@
 #include "tool/check/Check.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
-#include <condition_variable>
-#include <exception>
 #include <filesystem>
-#include <mutex>
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <system_error>
-#include <thread>
-#include <utility>
 
 #include "tool/check/CheckReport.h"
 #include "tool/check/Inputs.h"
@@ -61,68 +55,41 @@ FileReport CheckInput(const Input& input, Machine* machine, std::istream& in) {
   }
 }
 
-/// Checks all files on all cores; with a machine on one, as only one thread may use it.
-class Run {
+/// Tells how far a long check is, on a line that it wipes in the end.
+class Progress {
  public:
-  Run(const std::vector<Input>& inputs, Machine* machine, const Streams& streams)
-      : inputs_(inputs), machine_(machine), streams_(streams), reports_(inputs.size()) {}
+  Progress(const Streams& streams, std::size_t files) : streams_(streams), files_(files) {}
+  ~Progress() {
+    if (isShown_) streams_.err << "\r\x1B[K" << std::flush;
+  }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
 
-  /// In the order of the files. Throws what reading the first unusable one throws.
-  std::vector<FileReport> Finish() {
-    {
-      const std::size_t cores =
-          machine_ != nullptr ? 1 : std::max(1U, std::thread::hardware_concurrency());
-      std::vector<std::jthread> workers;
-      for (std::size_t i = 0; i < std::min(cores, inputs_.size()); ++i) {
-        workers.emplace_back([this] { Work(); });
-      }
-      if (streams_.progress) ShowProgress();
-    }
-    if (fault_) std::rethrow_exception(fault_);
-    return std::move(reports_);
+  void Tell(std::size_t checked) {
+    const auto now = std::chrono::steady_clock::now();
+    if (!streams_.progress || now - told_ < kProgressInterval) return;
+    streams_.err << "\rchecked " << checked << " of " << files_ << " files" << std::flush;
+    told_ = now;
+    isShown_ = true;
   }
 
  private:
-  void Work() {
-    for (std::size_t i = next_++; i < inputs_.size(); i = next_++) {
-      try {
-        reports_[i] = CheckInput(inputs_[i], machine_, streams_.in);
-      } catch (...) {
-        const std::scoped_lock lock(mutex_);
-        if (!fault_ || i < faultAt_) {
-          fault_ = std::current_exception();
-          faultAt_ = i;
-        }
-      }
-      if (++done_ == inputs_.size()) {
-        const std::scoped_lock lock(mutex_);
-        finished_.notify_one();
-      }
-    }
-  }
-
-  void ShowProgress() {
-    bool isShown = false;
-    std::unique_lock lock(mutex_);
-    while (
-        !finished_.wait_for(lock, kProgressInterval, [this] { return done_ == inputs_.size(); })) {
-      streams_.err << "\rchecked " << done_ << " of " << inputs_.size() << " files" << std::flush;
-      isShown = true;
-    }
-    if (isShown) streams_.err << "\r\x1B[K" << std::flush;
-  }
-
-  const std::vector<Input>& inputs_;
-  Machine* const machine_;
   const Streams& streams_;
-  std::vector<FileReport> reports_;
-  std::atomic<std::size_t> next_{0};
-  std::atomic<std::size_t> done_{0};
-  std::mutex mutex_;
-  std::condition_variable finished_;
-  std::exception_ptr fault_;
-  std::size_t faultAt_ = 0;
+  std::size_t files_;
+  std::chrono::steady_clock::time_point told_ = std::chrono::steady_clock::now();
+  bool isShown_ = false;
 };
+
+std::vector<FileReport> CheckAll(const std::vector<Input>& inputs, Machine* machine,
+                                 const Streams& streams) {
+  std::vector<FileReport> reports;
+  Progress progress(streams, inputs.size());
+  for (const Input& input : inputs) {
+    progress.Tell(reports.size());
+    reports.push_back(CheckInput(input, machine, streams.in));
+  }
+  return reports;
+}
 
 bool HasErrors(const FileReport& report) {
   return std::any_of(report.findings.begin(), report.findings.end(), [](const auto& finding) {
@@ -161,7 +128,7 @@ int Check(const CheckOptions& options, const Streams& streams) {
     chosen.machineFile = options.machineFile;
     machine = LoadMachine(chosen);
   }
-  std::vector<FileReport> reports = Run(inputs, machine ? &*machine : nullptr, streams).Finish();
+  std::vector<FileReport> reports = CheckAll(inputs, machine ? &*machine : nullptr, streams);
   check::CheckFleet(reports);
   if (options.json) {
     Print(check::ReportJson(reports), streams.out);

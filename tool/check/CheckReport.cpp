@@ -31,10 +31,6 @@ std::string FindingText(const std::string& file, const Finding& finding, const S
   return text + "  hint: " + Printable(finding.hint) + "\n";
 }
 
-std::string Counted(std::size_t count, const std::string& noun) {
-  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
-
 std::string SumText(const std::vector<FileReport>& reports) {
   std::array<std::size_t, 3> counts{};
   for (const FileReport& report : reports) {

@@ -65,6 +65,10 @@ struct Section {
   /// Place in `entries`, plus 1, of what a look-up of each key finds that is not numbered.
   std::array<std::uint32_t, kKnownKeyCount> places{};
 
+  /// As settings; what the agent gets as it is, is not.
+  bool IsRead() const {
+    return kind != SectionKind::kUnknown && kind != SectionKind::kAgentSettings;
+  }
   /// What a look-up of the key finds, null when it is absent or empty. Not for numbered keys.
   const Entry* Find(Key key) const;
   /// The first line of its value; empty when it is absent.

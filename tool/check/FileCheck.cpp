@@ -19,9 +19,7 @@ bool IsPlainText(std::string_view text) {
 }
 
 FileReport OneFinding(const std::string& file, Code code, const std::string& message) {
-  Findings findings;
-  findings.Add(code, message);
-  return {file, findings.Take(), {}};
+  return {file, {FindingOfFile(code, message)}, {}};
 }
 
 }  // namespace
@@ -32,23 +30,22 @@ FileReport CheckText(const std::string& file, std::string text, simulated::Machi
   if (!IsPlainText(text)) {
     return OneFinding(file, Code::kNoPlainText, "the file is binary or in UTF-16");
   }
-  Findings findings;
-  if (text.starts_with(kByteOrderMark)) {
-    findings.Add(Code::kByteOrderMark,
-                 "the file begins with a byte-order mark, which becomes part of its first line");
-    text.erase(0, kByteOrderMark.size());
-  }
+  const bool hasMark = text.starts_with(kByteOrderMark);
+  if (hasMark) text.erase(0, kByteOrderMark.size());
   Document document(std::move(text));
-  Wishes wishes = ReadWishes(document);
-  if (machine != nullptr) CompareIdentity(wishes, *machine);
-  CheckLines(document, findings);
-  CheckNames(document, findings);
-  CheckValues(document, findings);
-  CheckAdapters(document, wishes, findings);
-  CheckIdentity(document, wishes, findings);
-  CheckSections(document, wishes, findings);
-  if (machine != nullptr) CheckOnMachine(document, wishes, *machine, findings);
-  return {file, findings.Take(), ClaimsOf(document, wishes)};
+  Findings findings(document);
+  if (hasMark) {
+    findings.OfFile(Code::kByteOrderMark,
+                    "the file begins with a byte-order mark, which becomes part of its first line");
+  }
+  DesiredState desired = ReadDesiredState(document);
+  if (machine != nullptr) CompareIdentity(desired, *machine);
+  for (const auto rules :
+       {CheckLines, CheckNames, CheckValues, CheckAdapters, CheckIdentity, CheckSections}) {
+    rules(desired, findings);
+  }
+  if (machine != nullptr) CheckOnMachine(desired, *machine, findings);
+  return {file, findings.Take(), ClaimsOf(desired)};
 }
 
 FileReport Unreadable(const std::string& file, const std::string& reason) {

@@ -28,8 +28,7 @@ struct FileReport {
   std::vector<Claim> claims;
 };
 
-/// Checks a file's content; with a `machine` also against that. Several threads may check at a time
-/// unless there is a machine.
+/// Checks a file's content; with a `machine` also against that.
 FileReport CheckText(const std::string& file, std::string text, simulated::Machine* machine);
 
 /// The report of a file that cannot be read.

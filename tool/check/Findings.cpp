@@ -27,30 +27,50 @@ bool Findings::Counts(Code code) {
   return ++counts_[static_cast<std::size_t>(KindOf(code).severity)] <= kMostOfSeverity;
 }
 
-void Findings::Add(Code code, const Document& document, Span span, std::string message,
-                   std::string hint) {
+void Findings::At(Code code, Span span, std::string message, std::string hint) {
   if (!Counts(code)) return;
-  findings_.push_back({code, MessageFor(code, document, span, std::move(message)),
-                       HintFor(code, std::move(hint)), document.PlaceOf(span),
-                       document.ExcerptOf(span)});
+  findings_.push_back({code, MessageFor(code, document_, span, std::move(message)),
+                       HintFor(code, std::move(hint)), document_.PlaceOf(span),
+                       document_.ExcerptOf(span)});
 }
 
-void Findings::Add(Code code, std::string message) {
-  if (Counts(code)) findings_.push_back({code, std::move(message), KindOf(code).hint, {}, {}});
+void Findings::At(Code code, const Item& item, std::string message, std::string hint) {
+  At(code, item.span, std::move(message), std::move(hint));
+}
+
+void Findings::AtLine(Code code, std::uint32_t line, std::string message, std::string hint) {
+  At(code, document_.ItemOf(line), std::move(message), std::move(hint));
+}
+
+void Findings::AtKey(Code code, const Entry& entry, std::string message, std::string hint) {
+  At(code, document_.KeySpan(entry), std::move(message), std::move(hint));
+}
+
+void Findings::AtValue(Code code, const Entry& entry, std::string message, std::string hint) {
+  At(code, document_.ValueSpan(entry), std::move(message), std::move(hint));
+}
+
+void Findings::AtHeader(Code code, const Section& section, std::string message, std::string hint) {
+  AtLine(code, section.headers[0], std::move(message), std::move(hint));
+}
+
+void Findings::OfFile(Code code, std::string message) {
+  if (Counts(code)) findings_.push_back(FindingOfFile(code, std::move(message)));
 }
 
 std::vector<Finding> Findings::Take() {
   const std::size_t all = std::accumulate(counts_.begin(), counts_.end(), std::size_t{0});
   const std::size_t leftOut = all - findings_.size();
   if (leftOut > 0) {
-    findings_.push_back({Code::kManyFindings,
-                         std::to_string(leftOut) + " more findings are not shown",
-                         KindOf(Code::kManyFindings).hint,
-                         {},
-                         {}});
+    findings_.push_back(FindingOfFile(Code::kManyFindings,
+                                      std::to_string(leftOut) + " more findings are not shown"));
   }
   SortByPlace(findings_);
   return std::move(findings_);
+}
+
+Finding FindingOfFile(Code code, std::string message) {
+  return {code, std::move(message), KindOf(code).hint, {}, {}};
 }
 
 void SortByPlace(std::vector<Finding>& findings) {

@@ -29,16 +29,25 @@ struct Finding {
   std::optional<RelatedPlace> related = std::nullopt;
 };
 
-/// Collects the findings of a file, so many of each severity at most.
+/// Collects the findings of a document, so many of each severity at most.
 class Findings {
  public:
   static constexpr std::size_t kMostOfSeverity = 100;
 
-  /// Without a `hint` the one of the table.
-  void Add(Code code, const Document& document, Span span, std::string message,
-           std::string hint = {});
+  /// The document is borrowed.
+  explicit Findings(const Document& document) : document_(document) {}
+
+  // Each adds a finding about a place; without a `hint` with the one of the table.
+
+  void At(Code code, Span span, std::string message, std::string hint = {});
+  void At(Code code, const Item& item, std::string message, std::string hint = {});
+  void AtLine(Code code, std::uint32_t line, std::string message, std::string hint = {});
+  void AtKey(Code code, const Entry& entry, std::string message, std::string hint = {});
+  void AtValue(Code code, const Entry& entry, std::string message, std::string hint = {});
+  /// At the first header of the section.
+  void AtHeader(Code code, const Section& section, std::string message, std::string hint = {});
   /// About the file as a whole.
-  void Add(Code code, std::string message);
+  void OfFile(Code code, std::string message);
 
   /// All of them in the order of their places.
   std::vector<Finding> Take();
@@ -47,9 +56,13 @@ class Findings {
   /// Counts the finding; false when there are too many already.
   bool Counts(Code code);
 
+  const Document& document_;
   std::vector<Finding> findings_;
   std::array<std::size_t, 3> counts_{};
 };
+
+/// A finding that is about no line.
+Finding FindingOfFile(Code code, std::string message);
 
 /// Findings in one place keep their order.
 void SortByPlace(std::vector<Finding>& findings);

@@ -57,7 +57,7 @@ Json Result(const std::string& file, const Finding& finding) {
   const FindingKind& kind = KindOf(finding.code);
   const Place* const place = finding.excerpt.text.empty() ? nullptr : &finding.place;
   Json result{{"ruleId", kind.id},
-              {"ruleIndex", static_cast<int>(kind.code)},
+              {"ruleIndex", static_cast<int>(finding.code)},
               {"level", TextOf(kind.severity)},
               {"message", {{"text", finding.message + "; " + finding.hint}}},
               {"locations", Json::array({Location(file, place)})}};

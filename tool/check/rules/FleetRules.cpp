@@ -15,23 +15,6 @@ std::string_view NounOf(Code code) {
   return code == Code::kFleetAddress ? "address " : "MAC address ";
 }
 
-class Claims {
- public:
-  explicit Claims(const Document& document) : document_(document) {}
-
-  void Add(Code code, std::string identity, const Span& span, std::string_view text) {
-    const bool isHidden = !document_.Hidden(span).empty();
-    claims_.push_back({code, std::move(identity), isHidden ? simulated::kHidden : std::string(text),
-                       document_.PlaceOf(span), document_.ExcerptOf(span)});
-  }
-
-  std::vector<Claim> Take() { return std::move(claims_); }
-
- private:
-  const Document& document_;
-  std::vector<Claim> claims_;
-};
-
 struct FirstClaim {
   std::size_t report;
   Place place;
@@ -39,29 +22,30 @@ struct FirstClaim {
 
 }  // namespace
 
-std::vector<Claim> ClaimsOf(const Document& document, const Wishes& wishes) {
-  Claims claims(document);
-  if (const Section* const section = wishes.identity.section) {
-    if (const Entry* const name = section->Find(Key::kComputerName)) {
-      std::string identity(name->FirstLine());
-      util::ToUpper(identity);
-      claims.Add(Code::kFleetComputerName, std::move(identity), document.ValueSpan(*name),
-                 name->FirstLine());
-    }
+std::vector<Claim> ClaimsOf(const DesiredState& desired) {
+  const Document& document = desired.document;
+  std::vector<Claim> claims;
+  const auto add = [&](Code code, const std::string& identity, Span span, std::string_view text) {
+    const bool isHidden = !document.Hidden(span).empty();
+    claims.push_back({code, identity, isHidden ? simulated::kHidden : std::string(text),
+                      document.PlaceOf(span), document.ExcerptOf(span)});
+  };
+  if (const Entry* const name = desired.identity.Find(Key::kComputerName)) {
+    std::string identity(name->FirstLine());
+    util::ToUpper(identity);
+    add(Code::kFleetComputerName, identity, document.ValueSpan(*name), name->FirstLine());
   }
-  for (const Adapter& adapter : wishes.adapters) {
+  for (const DesiredAdapter& adapter : desired.adapters) {
     if (!adapter.mac.empty()) {
       const Entry& entry = *adapter.section->Find(Key::kMacAddress);
-      claims.Add(Code::kFleetMacAddress, adapter.mac, document.ValueSpan(entry), entry.FirstLine());
+      add(Code::kFleetMacAddress, adapter.mac, document.ValueSpan(entry), entry.FirstLine());
     }
-    if (adapter.addressing != Adapter::Addressing::kStatic) continue;
-    for (const Address& address : adapter.addresses) {
-      if (!address.bits) continue;
-      claims.Add(Code::kFleetAddress, std::to_string(*address.bits), address.item.span,
-                 address.item.text);
+    if (!adapter.IsStatic()) continue;
+    for (const auto& [item, bits] : adapter.addresses) {
+      if (bits) add(Code::kFleetAddress, std::to_string(*bits), item.span, item.text);
     }
   }
-  return claims.Take();
+  return claims;
 }
 
 void CheckFleet(std::vector<FileReport>& reports) {

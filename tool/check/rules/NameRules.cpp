@@ -69,41 +69,40 @@ bool HasTextAfterHeader(const Document& document, std::uint32_t line) {
 
 void CheckUnknownSection(const Document& document, const Section& section, Findings& findings) {
   if (section.headers.empty() || HasTextAfterHeader(document, section.headers[0])) return;
-  const Span header = document.ItemOf(section.headers[0]).span;
   const std::string name = Quoted(section.name);
   if (const auto nearest = NearestSection(WithoutNumber(section.name))) {
     const bool isAdapter = *nearest == kAdapterMark;
     const std::string number(section.name.substr(WithoutNumber(section.name).size()));
-    findings.Add(Code::kMisspelledSection, document, header, "section " + name + " is not read",
-                 "did you mean [" + std::string(*nearest) + (isAdapter ? number : "") + "]?");
+    findings.AtHeader(Code::kMisspelledSection, section, "section " + name + " is not read",
+                      "did you mean [" + std::string(*nearest) + (isAdapter ? number : "") + "]?");
   } else if (HoldsAdapterKeys(section)) {
-    findings.Add(Code::kUnreadAdapter, document, header,
-                 "section " + name + " holds an adapter's settings, but is not read");
+    findings.AtHeader(Code::kUnreadAdapter, section,
+                      "section " + name + " holds an adapter's settings, but is not read");
   } else {
-    findings.Add(Code::kUnknownSection, document, header, "section " + name + " is not read");
+    findings.AtHeader(Code::kUnknownSection, section, "section " + name + " is not read");
   }
 }
 
 void CheckUnknownKey(const Document& document, const Section& section, const Entry& entry,
                      Findings& findings) {
-  const Span key = document.KeySpan(entry);
   const std::string name = Quoted(document.ShownKey(entry));
   if (const auto home = HomeOf(entry.key)) {
     const std::string own = DefaultName(*home);
-    findings.Add(Code::kKeyOfAnotherSection, document, key,
-                 name + " is not read in section " + Quoted(section.name),
-                 "move it to [" + own + "]");
+    findings.AtKey(Code::kKeyOfAnotherSection, entry,
+                   name + " is not read in section " + Quoted(section.name),
+                   "move it to [" + own + "]");
   } else if (const auto nearest = NearestKey(section.kind, entry.key)) {
-    findings.Add(Code::kMisspelledKey, document, key, name + " is not read",
-                 "did you mean " + *nearest + "?");
+    findings.AtKey(Code::kMisspelledKey, entry, name + " is not read",
+                   "did you mean " + *nearest + "?");
   } else {
-    findings.Add(Code::kUnknownKey, document, key, name + " is not read");
+    findings.AtKey(Code::kUnknownKey, entry, name + " is not read");
   }
 }
 
 }  // namespace
 
-void CheckNames(const Document& document, Findings& findings) {
+void CheckNames(const DesiredState& desired, Findings& findings) {
+  const Document& document = desired.document;
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kUnknown) {
       CheckUnknownSection(document, section, findings);

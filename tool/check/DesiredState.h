@@ -43,8 +43,16 @@ struct Route {
 };
 
 /// One adapter's section.
-struct Adapter {
+struct DesiredAdapter {
   enum class Addressing : std::uint8_t { kUnchanged, kDhcp, kStatic };
+
+  bool IsStatic() const { return addressing == Addressing::kStatic; }
+  /// The addressing is static, and all its addresses and masks can be read.
+  bool HasKnownSubnets() const;
+  /// For an adapter with known subnets.
+  bool IsInSubnet(std::uint32_t address) const;
+  /// The section's name in quotes.
+  std::string Name() const;
 
   const Section* section = nullptr;
   Addressing addressing = Addressing::kUnchanged;
@@ -68,14 +76,14 @@ struct Adapter {
   std::string mac;
 };
 
-/// The addressing is static, and all its addresses and masks can be read.
-bool HasKnownSubnets(const Adapter& adapter);
-/// For an adapter with known subnets.
-bool IsInSubnet(std::uint32_t address, const Adapter& adapter);
-
 /// Section "Networking" and what decides about it.
 struct Identity {
   enum class Membership : std::uint8_t { kUnchanged, kWorkgroup, kDomain };
+
+  /// What the section gives; null when it does not.
+  const Entry* Find(Key key) const { return section != nullptr ? section->Find(key) : nullptr; }
+  bool IsDomain() const { return membership == Membership::kDomain; }
+  bool IsWorkgroup() const { return membership == Membership::kWorkgroup; }
 
   /// Null without the section; then everything else is empty.
   const Section* section = nullptr;
@@ -90,16 +98,17 @@ struct Identity {
   bool leavesDomain = false;
 };
 
-struct Wishes {
+/// Borrows from the document.
+struct DesiredState {
+  const Document& document;
   Identity identity;
-  std::vector<Adapter> adapters;
+  std::vector<DesiredAdapter> adapters;
   /// The run does not ask for the restart that it needs.
   bool suppressesRestart = false;
   /// A machine has told what changes.
   bool isOfMachine = false;
 };
 
-/// Everything borrows from the document.
-Wishes ReadWishes(Document& document);
+DesiredState ReadDesiredState(Document& document);
 
 }  // namespace tool::check

@@ -1,10 +1,11 @@
-#include "tool/check/Wishes.h"
+#include "tool/check/DesiredState.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "common/util/Text.h"
 #include "platform/simulated/Text.h"
+#include "tool/check/Findings.h"
 
 namespace tool::check {
 namespace {
@@ -34,13 +35,13 @@ Route ReadRoute(const Document& document, const Entry& entry) {
   return route;
 }
 
-Adapter::Addressing ReadAddressing(const Section& section) {
+DesiredAdapter::Addressing ReadAddressing(const Section& section) {
   const std::string_view dhcp = section.Value(Key::kDhcp);
-  if (dhcp.empty()) return Adapter::Addressing::kUnchanged;
-  return IsFalse(dhcp) ? Adapter::Addressing::kStatic : Adapter::Addressing::kDhcp;
+  if (dhcp.empty()) return DesiredAdapter::Addressing::kUnchanged;
+  return IsFalse(dhcp) ? DesiredAdapter::Addressing::kStatic : DesiredAdapter::Addressing::kDhcp;
 }
 
-void ReadNumbered(Document& document, Adapter& adapter) {
+void ReadNumbered(Document& document, DesiredAdapter& adapter) {
   const Section& section = *adapter.section;
   const std::string name(section.name);
   const auto servers = NumberedKeys(document.File(), name, Key::kDnsServer, Key::kDnsServerCount);
@@ -61,7 +62,7 @@ void ReadNumbered(Document& document, Adapter& adapter) {
   }
 }
 
-void ReadLocation(Adapter& adapter) {
+void ReadLocation(DesiredAdapter& adapter) {
   const auto number = [&adapter](Key key) {
     const Entry* const entry = adapter.section->Find(key);
     return entry != nullptr ? util::ParseUnsigned(entry->FirstLine()) : sys::PciLocation::kUnknown;
@@ -73,8 +74,8 @@ void ReadLocation(Adapter& adapter) {
   adapter.mac = sys::NormalizedMac(adapter.section->Value(Key::kMacAddress));
 }
 
-Adapter ReadAdapter(Document& document, const Section& section) {
-  Adapter adapter;
+DesiredAdapter ReadAdapter(Document& document, const Section& section) {
+  DesiredAdapter adapter;
   adapter.section = &section;
   adapter.addressing = ReadAddressing(section);
   adapter.addresses = ReadAddresses(document, section, Key::kAddress);
@@ -140,36 +141,34 @@ std::string Dotted(std::uint32_t address) {
   return text;
 }
 
-bool HasKnownSubnets(const Adapter& adapter) {
+bool DesiredAdapter::HasKnownSubnets() const {
   const auto isRead = [](const Address& address) { return address.bits.has_value(); };
   const auto isMask = [](const Address& mask) { return mask.bits && IsContiguous(*mask.bits); };
-  const auto& addresses = adapter.addresses;
-  const auto& masks = adapter.masks;
-  return adapter.addressing == Adapter::Addressing::kStatic && !addresses.empty() &&
-         addresses.size() == masks.size() &&
+  return IsStatic() && !addresses.empty() && addresses.size() == masks.size() &&
          std::all_of(addresses.begin(), addresses.end(), isRead) &&
          std::all_of(masks.begin(), masks.end(), isMask);
 }
 
-bool IsInSubnet(std::uint32_t address, const Adapter& adapter) {
-  for (std::size_t i = 0; i < adapter.addresses.size(); ++i) {
-    if (((*adapter.addresses[i].bits ^ address) & *adapter.masks[i].bits) == 0) return true;
+bool DesiredAdapter::IsInSubnet(std::uint32_t address) const {
+  for (std::size_t i = 0; i < addresses.size(); ++i) {
+    if (((*addresses[i].bits ^ address) & *masks[i].bits) == 0) return true;
   }
   return false;
 }
 
-Wishes ReadWishes(Document& document) {
-  Wishes wishes;
-  wishes.identity = ReadIdentity(document);
+std::string DesiredAdapter::Name() const { return Quoted(section->name); }
+
+DesiredState ReadDesiredState(Document& document) {
+  DesiredState desired{document, ReadIdentity(document), {}};
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kAdapter) {
-      wishes.adapters.push_back(ReadAdapter(document, section));
+      desired.adapters.push_back(ReadAdapter(document, section));
     }
   }
   if (const Section* const global = document.FindSection(SectionKind::kGlobal)) {
-    wishes.suppressesRestart = IsFalse(global->Value(Key::kRebootAfterConfig));
+    desired.suppressesRestart = IsFalse(global->Value(Key::kRebootAfterConfig));
   }
-  return wishes;
+  return desired;
 }
 
 }  // namespace tool::check
