@@ -85,7 +85,6 @@ SPECIAL_FILES = [  # a folder stands for all that lies in it
     "platform/windows/WindowsHeader.h",
     "tests/contract/windows",
     "tests/scenario/SecretsTest.cpp",
-    "tests/scenario/SimulateTest.cpp",
     "tool/cli/Completion.cpp",  # names of another shell's functions
     "tool/io/HostSystem.cpp",
 ]

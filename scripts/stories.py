@@ -11,7 +11,7 @@ those that say "Also through the plug-in." in their description, and no document
 A story is one text file: a description, whose first line says in plain words what it shows, then
 sections. "-- NAME --" opens a file; "-- console --", the last one, holds command lines behind "$ "
 and what they print, with "[exit code N]" where it is not 0. The shell runs them in a folder of their
-own, standard error included. A machine file without "schema" tells what differs from the tool's
+own, with the project's `examples` in it, standard error included. A machine file without "schema" tells what differs from the tool's
 built-in example: objects are merged into it, "adapters" by the index, null takes a field away, and
 anything else replaces what was there.
 
@@ -60,8 +60,9 @@ class Runner:
         program = self.commands / "orvanta-config"
         program.write_text(f'#!/bin/sh\nexec {shlex.join(tool)} "$@"\n')
         program.chmod(0o755)
-        captured = subprocess.run([program, "capture", "--json"], check=True, capture_output=True)
-        self.example = json.loads(captured.stdout)
+        subprocess.run([program, "capture", "--json", "--save-machine", "example.json"], check=True,
+                       cwd=folder, stdout=subprocess.DEVNULL)
+        self.example = json.loads((folder / "example.json").read_text())  # with its passwords
 
     def run(self, line, folder):
         """What one command line prints, and a line for its exit code unless that is 0."""
@@ -104,8 +105,6 @@ class Runner:
 
     def document(self, text, folder):
         """The document with its console blocks as they go now."""
-        (folder / "examples").symlink_to(ROOT / "examples")
-
         def block(match):
             console = re.sub(r"^    ", "", match.group(), flags=re.MULTILINE)
             if "orvanta-config " not in console or "$ make" in console:
@@ -118,6 +117,7 @@ class Runner:
     def now(self, path):
         text = path.read_bytes().decode("utf-8", "surrogateescape")
         with tempfile.TemporaryDirectory() as folder:
+            (pathlib.Path(folder) / "examples").symlink_to(ROOT / "examples")
             run = self.story if path.suffix == ".story" else self.document
             return text, run(text, pathlib.Path(folder))
 

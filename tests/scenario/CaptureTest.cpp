@@ -1,13 +1,11 @@
 // A machine read back into a machine file.
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <sstream>
 #include <string>
 
 #include "platform/IRegistry.h"
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/MachineTest.h"
-#include "tool/Tool.h"
 #include "tool/machine/LiveMachine.h"
 
 namespace {
@@ -94,18 +92,6 @@ TEST_F(CaptureTest, WhatCannotBeReadIsNamedAndTheRestIsKept) {
     ASSERT_EQ(captured.gaps.size(), c.gaps);
     EXPECT_TRUE(captured.gaps[0].starts_with(c.first)) << captured.gaps[0];
   }
-}
-
-TEST(CaptureCommand, WritesASimulatedMachineWhereThereIsNoOther) {
-  const std::vector<std::string> arguments{"capture", "--machine",
-                                           "examples/office-pc.machine.json"};
-  std::istringstream in;
-  std::ostringstream out;
-  std::ostringstream err;
-  EXPECT_EQ(tool::RunTool(arguments, {in, out, err}), 0) << err.str();
-  const Machine machine = simulated::ParseMachine(out.str(), "capture");
-  EXPECT_EQ(machine.computerName, "TEMPLATE");
-  EXPECT_EQ(out.str().find("s3cret"), std::string::npos);
 }
 
 }  // namespace

@@ -13,6 +13,10 @@
 #include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 #include "tool/agent/Delivery.h"
+#include "tool/io/ToolError.h"
+#include "tool/plan/QueuePlan.h"
+#include "tool/roundtrip/ImageRestore.h"
+#include "tool/roundtrip/RestoredSettings.h"
 
 namespace {
 
@@ -308,6 +312,44 @@ TEST_F(FaultSweep, ASuccessThatAnswersNothingHarmsNobody) {
       EXPECT_EQ(delivery.exception, "");
       EXPECT_TRUE(delivery.stillInUse == StillInUseAfter(struck));
     }
+  }
+}
+
+TEST_F(FaultSweep, WhateverFailsInARoundTripTheReasonIsFound) {
+  for (std::uint32_t nth = 1;; ++nth) {
+    support::StartFreshProcess();
+    Machine machine = simulated::ExampleMachine();
+    machine.adapters.front().gateways.push_back("10.0.0.2");
+    machine.persistentRoutes.emplace_back();
+    machine.FailCall(nth, 5);
+    const tool::ImageRestore image = tool::RestoreFromImage(machine);
+    for (const tool::RestoredSetting& setting : tool::RestoredSettings(image)) {
+      EXPECT_EQ(setting.reason.empty(), setting.IsAsBefore()) << nth << " " << setting.setting;
+    }
+    if (image.after.faults.front().matched < nth) break;
+  }
+}
+
+TEST_F(FaultSweep, WhateverFailsThereIsAPlanOrAReason) {
+  std::set<std::string> outcomes;
+  const auto plan = [&](const Story& story, std::uint32_t nth) {
+    SCOPED_TRACE(std::string(story.name) + ", call " + std::to_string(nth));
+    Machine machine = MachineOf(story);
+    machine.FailCall(nth, 5);
+    try {
+      const tool::QueuePlan made = tool::MakePlan(machine, kFile, kFile, tool::Comparing::kInTurn);
+      EXPECT_EQ(made.error.has_value(), made.commands.empty());
+      return made.error ? made.error->className : std::string("plan");
+    } catch (const tool::ToolError&) {
+      return std::string("unusable");
+    }
+  };
+  for (const Story& story : {kStories[0], kStories[1]}) {
+    for (std::uint32_t nth = 1; nth <= 400; ++nth) outcomes.insert(plan(story, nth));
+    EXPECT_EQ(plan(story, 400), "plan") << "the machine is called less often";
+  }
+  for (const char* outcome : {"plan", "unusable", "sys::CWmiError", "sys::OsVersionError"}) {
+    EXPECT_TRUE(outcomes.contains(outcome)) << outcome;
   }
 }
 

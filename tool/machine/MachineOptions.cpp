@@ -19,8 +19,9 @@ constexpr std::uint32_t kMostRestarts = 1000;
 bool AreSameFile(const std::string& left, const std::string& right) {
   std::error_code ignored;
   if (fs::equivalent(left, right, ignored)) return true;
-  const fs::path path = fs::weakly_canonical(left, ignored);
-  return !path.empty() && path == fs::weakly_canonical(right, ignored);
+  // Absolute first: "new" and "./new" differ for good when neither is there.
+  const fs::path path = fs::weakly_canonical(fs::absolute(left, ignored), ignored);
+  return !path.empty() && path == fs::weakly_canonical(fs::absolute(right, ignored), ignored);
 }
 
 }  // namespace

@@ -1,0 +1,38 @@
+When the library refuses a value or cannot question the machine there is no plan, but its error and the line.
+
+-- deaf.json --
+{"schema": 1, "faults": [{"call": "wmi.connect", "hresult": "0x800706BA"}]}
+-- once.json --
+{"schema": 1, "faults": [{"call": "wmi.connect", "nth": 1}]}
+-- stuck.json --
+{"schema": 1, "files": [{"path": "C:\\restore.cfg", "text": "[a]"}], "faults": [{"call": "file.move", "error": 32}]}
+-- try --
+# try LINES [OPTION...]: why there is no plan of LINES
+lines=$1; shift
+echo "$lines" | tr '|' '\n' >pc.cfg; orvanta-config plan pc.cfg "$@" | sed '1,/^$/d'
+-- console --
+$ sh try '[TCP/IP]|DHCP=False||Address=no.where'
+No plan
+  common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
+  ipc::CIPAddressError, value 0, system error 11001
+  at IP_ADDRESS no.where from [TCP/IP] Address, line 4
+$ sh try '[TCP/IP]|Static-Route-Count=1|Route1=1.1.1.1 255.0.0.0 no.where'
+No plan
+  common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
+  ipc::CIPAddressError, value 0, system error 11001
+  at STATIC_ROUTE 1.1.1.1 255.0.0.0 no.where from [TCP/IP] Route1, line 3
+$ sh try '[Networking]|ComputerName=A' --machine deaf.json | sed -n '/^No plan/,/system error/p'
+No plan
+  common\sys\OsVersion:129 - Error thrown from WMI initialization code.
+  sys::OsVersionError, value 1, system error 0
+$ sh try '[Networking]|ComputerName=A' --machine once.json --follow-restarts 1 | sed '/^Still/,$!d'
+Still not true
+  [Networking] line 2  ChangeCompName  Name=A {User=}
+    is TEMPLATE, wanted A
+    the run failed: common\sys\OsVersion:129 - Error thrown from WMI initialization code. (error = 0)
+$ sh try '[Global]|Config=Restore' --machine stuck.json
+No plan
+  common\util\FileUtils:51 - File Move Failed 
+  util::CFileIOError, value 0, system error 32
+$ orvanta-config plan pc.cfg --machine stuck.json --json | tr -s '\n ' ' '
+{ "schema": 1, "commands": [], "dropped": [], "runs_now": 0, "error": { "class": "util::CFileIOError", "source": "common\\util\\FileUtils", "line": 51, "message": "File Move Failed ", "value": 0, "system_error": 32 } } 
