@@ -12,11 +12,13 @@
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
+#include "tool/agent/AgentMessage.h"
 #include "tool/agent/Delivery.h"
 #include "tool/io/ToolError.h"
 #include "tool/plan/QueuePlan.h"
 #include "tool/roundtrip/ImageRestore.h"
 #include "tool/roundtrip/RestoredSettings.h"
+#include "toolbox/ToolboxApi.h"
 
 namespace {
 
@@ -313,6 +315,37 @@ TEST_F(FaultSweep, ASuccessThatAnswersNothingHarmsNobody) {
       EXPECT_TRUE(delivery.stillInUse == StillInUseAfter(struck));
     }
   }
+}
+
+/// Counts the files of a machine when a message is posted.
+class WatchingHost final : public IAgentHost {
+ public:
+  explicit WatchingHost(const Machine& machine) : machine_(machine) {}
+  ~WatchingHost() = default;
+
+  void Reserved0() override {}
+  void SendTo(const char* /*target*/, IAgentMessage* /*message*/) override {}
+  std::int32_t Post(IAgentMessage* /*message*/) override {
+    filesAtPost_ = machine_.files.size();
+    return 1;
+  }
+  void Log(std::uint32_t /*level*/, const char* /*format*/, ...) override {}
+  IAgentMessage* CreateMessage() override { return &message_; }
+
+  std::size_t FilesAtPost() const { return filesAtPost_; }
+
+ private:
+  const Machine& machine_;
+  tool::AgentMessage message_{"", "", {}};
+  std::size_t filesAtPost_ = 0;
+};
+
+TEST_F(FaultSweep, TheMessageOfAnImageIsPostedBeforeTheCopyIsMade) {
+  WatchingHost host(machine_);
+  tool::AgentMessage message("Internal", "PrepForImage", {});
+  EXPECT_EQ(GetToolboxAPI()->doMagic(&message, &host), 1);
+  EXPECT_EQ(host.FilesAtPost(), 1U) << "the restore file alone";
+  EXPECT_EQ(machine_.files.size(), 2U);
 }
 
 TEST_F(FaultSweep, WhateverFailsInARoundTripTheReasonIsFound) {

@@ -25,8 +25,6 @@ $ sh try chekc a.cfg
 chekc: unknown command; use check, or see orvanta-config --help
 $ sh try --bogus
 --bogus: unknown option; see orvanta-config --help
-$ sh try simulate
-simulate: FILE is missing; name a configuration file, or - for standard input
 $ sh try simulate a.cfg --frob
 --frob: unknown option of simulate; use --json, or see orvanta-config simulate --help
 $ sh try simulate none.cfg
@@ -69,8 +67,6 @@ $ sh try plan a.cfg --html --json
 --html: lacks its value OUT.html; see orvanta-config plan --help
 $ sh try plan a.cfg --html=a --html b
 --html: can be given only once; see orvanta-config plan --help
-$ sh try plan a.cfg --deliver-posted
---deliver-posted: unknown option of plan; see orvanta-config plan --help
 $ sh try completion
 completion: SHELL is missing; name bash, zsh or fish
 $ sh try plan b.cfg
@@ -89,8 +85,6 @@ $ sh try plan a.cfg --machine deaf.json --html ./deaf.json
 ./deaf.json: is the machine file itself; write to another file
 $ sh try plan a.cfg --save-machine new --html ./new
 ./new: is the saved machine itself; write to another file
-$ sh try roundtrip --at x
---at: unknown option of roundtrip; see orvanta-config roundtrip --help
 $ echo *; cat a.cfg; orvanta-config --version
 a.cfg b.cfg bad.json deaf.json examples restore.json try
 [Networking]

@@ -52,6 +52,9 @@ $ sh try '/Route0/s/10.0.0.1/10.0.0.9/'
   1  pause 20 s
   2  run route DELETE 10.1.0.0
   3  run route -p ADD 10.1.0.0 mask 255.255.0.0 10.0.0.9 METRIC 5
+$ sh try '' 's/"mask": "0.0.0.0"/"mask": "128.0.0.0"/'  # no default route
+  1  pause 20 s
+  2  run route DELETE 0.0.0.0
 $ sh try '' 's/\(.*\)"10.2.0.0", "mask": "255.255.0.0"/\1"0.0.0.0", "mask": "0.0.0.0"/'  # a second default route
   1  pause 20 s
   2  run route DELETE 0.0.0.0

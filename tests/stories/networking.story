@@ -65,7 +65,7 @@ Machine, before -> after
 $ orvanta-config simulate image.cfg --machine m.json --verbose | grep -e 'leave' -e wrk -e ' join '
   0  internal/Configure:152 Networking was disabled see if we need to go to wrk grp
   0  internal/Configure:160 Looks we are coming after create image, No need to go to wrk grp
-$ orvanta-config simulate image.cfg --machine refusing.json | sed -n '/^Changes/,/pause/p;/^    [DN]/p'
+$ orvanta-config simulate pc.cfg --machine refusing.json | sed -n '/^Changes/,/pause/p;/^    [DN]/p'
 Changes
   1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
   2  service Dhcp: automatic  refused: result 5 (access denied)

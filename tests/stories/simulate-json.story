@@ -35,6 +35,12 @@ $ orvanta-config simulate --message prep-for-image --machine imaging.json --json
 {'call': 'service.start', 'service': 'Dhcp', 'result': 1056}
 {'call': 'sleep', 'milliseconds': 3000}
 {'call': 'file.move', 'source': 'C:\\tarvo.cfg', 'destination': 'C:\\Program Files\\Orvanta\\Agent\\tarvo.cfg'}
+$ orvanta-config simulate examples/laptop.cfg --machine examples/laptop.machine.json --json | python3 fields | tail -n +3
+{'call': 'wmi.method', 'path': 'Win32_ComputerSystem.Name="TEMPLATE"', 'method': 'JoinDomainOrWorkgroup', 'arguments': {'Name': 'corp.example', 'UserName': 'corp.example\\joiner', 'Password': '***', 'AccountOU': 'OU=Europe,OU=Sales,DC=corp,DC=example', 'FJoinOptions': 257}, 'result': 1332}
+{'call': 'sleep', 'milliseconds': 8000}
+{'call': 'wmi.method', 'path': 'Win32_ComputerSystem.Name="TEMPLATE"', 'method': 'Rename', 'arguments': {'Name': 'LAPTOP-118', 'UserName': 'CORP\\joiner', 'Password': '***'}, 'result': 0}
+{'call': 'wmi.method', 'path': 'Win32_NetworkAdapterConfiguration.Index=7', 'method': 'EnableDHCP', 'arguments': {}, 'result': 0}
+{'call': 'wmi.method', 'path': 'Win32_NetworkAdapterConfiguration.Index=7', 'method': 'SetDNSServerSearchOrder', 'arguments': {}, 'result': 0}
 $ orvanta-config simulate examples/server.cfg --machine examples/server.machine.json --json | python3 fields
 schema, status, reply, log, changes, sent, posted, restarts, machine
 {'status': 1, 'reply': {'Schedule-ID': '', 'Task-Sequence-ID': '', 'Result': 'Success'}, 'sent': [], 'posted': [], 'restarts': 0}
