@@ -56,7 +56,7 @@ orvanta-config: empty: holds no file that ends in .cfg; name another folder or a
 orvanta-config: x*.cfg: fits no file; correct the pattern, or name a file or folder
 orvanta-config: --json excludes --sarif; see orvanta-config check --help
 orvanta-config: m.json: cannot be read: No such file or directory; name a file that you can read
-$ truncate -s 100M large.cfg; (head -c 4194305 /dev/zero | tr '\0' x) >long.cfg; head -c 4194304 long.cfg >line.cfg; printf '' >empty.cfg; printf '[Global]\nA=\0\001' >binary.cfg; (printf '[Global]\nScheduleId=1\n'; yes x | head -1000000) >goes-on.cfg
+$ truncate -s 100M large.cfg; (head -c 4194305 /dev/zero | tr '\0' x) >long.cfg; head -c 4194304 long.cfg >line.cfg; printf '' >empty.cfg; printf '[Global]\nA=\0\001' >binary.cfg; (printf '[Global]\nScheduleId=1\n'; yes x | head -200000) >goes-on.cfg
 $ for f in empty binary large long line goes-on; do orvanta-config check $f.cfg; done | grep error:
 empty.cfg:1:1: error: the file is empty [C002]
 binary.cfg:1:1: error: the file is binary or in UTF-16 [C004]
