@@ -35,8 +35,6 @@ site/deep/er/c.cfg C102, 2 files
 site/deep/er/c.cfg C102, 1 files
 $ sh try site/b.cfg "$PWD/site/../site/b.cfg" '*/b*'  # a file named in three ways
 site/b.cfg C102, 2 files
-$ sh try pcs
-pcs/b.cfg C403, pcs/c.cfg C401, pcs/c.cfg C402, 3 files
 $ orvanta-config check pcs/*.cfg | grep 'too'
 pcs/b.cfg:5:12: error: MAC address "08:00:27:00:00:01" is given in pcs/a.cfg:7, too [C403]
 pcs/c.cfg:2:14: error: computer name "pc-1" is given in pcs/a.cfg:2, too [C401]

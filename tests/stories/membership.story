@@ -6,6 +6,8 @@ Three keys decide between a workgroup, a domain and no change of membership.
  "decrypt": {"USER": "joiner", "PASSWORD": "s3cret-plain"}}
 -- member.json --
 {"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP"}}}
+-- bare.json --
+{"decrypt": null}
 -- try --
 # try KEYS [MACHINE]: what a run changes that is asked for KEYS in [Networking], a "|" between the lines
 echo "[Networking]|$1" | tr '|' '\n' | orvanta-config simulate - --machine ${2:-m}.json | sed '1,/^Changes/d;/^Log/,$d;/^Reply/,$d;/ move C:/d'
@@ -33,6 +35,13 @@ $ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=USER|DomainPassw
 $ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=USER|DomainPassword=PASSWORD|DSOrganizationalUnit=Sales'
   1  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example  refused: result 1332 (no account for the computer)
   2  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example, making the computer account
+$ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=OTHER|DomainPassword=PASSWORD|DSOrganizationalUnit=Sales' | head -1  # a text that cannot be deciphered
+  1  join the domain corp.example as corp.example\ in OU=Sales,DC=corp,DC=example  refused: result 1326 (wrong user or password)
+$ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=USER|DomainPassword=PASSWORD|DSOrganizationalUnit=Sales' bare | head -1  # no library to decipher it
+  1  join the domain corp.example as corp.example\ in OU=Sales,DC=corp,DC=example  refused: result 1326 (wrong user or password)
+$ sh try 'Workgroup=True|Domain=W|DSOrganizationalUnit=Sales' member  # no OU in a workgroup
+  1  leave the domain
+  2  join the workgroup W
 $ sh try 'Workgroup=False|Domain=Corp' member
 $ sh try 'Workgroup=False|DNSDomain=Corp.Example' member
 $ printf '[Networking]\nWorkgroup=True\nDomain=W\n' | orvanta-config simulate - --machine member.json --json | sed -n '/"arguments"/,/}/p' | tr -s '\n ' ' '

@@ -7,13 +7,12 @@ Each service is disabled for an image on its own: one that is missing or refuses
 -- refusing.json --
 {"faults": [{"call": "service.start_type", "error": 5}]}
 -- console --
-$ for m in missing closed refusing; do echo "$m:"; orvanta-config simulate --message prep-for-image --machine $m.json --verbose | grep -e '^ *[0-9]*  service' -e ' [FD][a-z]*ed '; done
+$ for m in missing closed refusing; do echo "$m:"; orvanta-config simulate --message prep-for-image --machine $m.json --verbose | grep -e '^ *[0-9]*  service ' -e ' [FD][a-z]*ed '; done
 missing:
   35  service NetBT: disabled
   36  service NwlnkNb: disabled
   2  handlers\internal\PrepForImage:330 Disabled NetBT
   2  handlers\internal\PrepForImage:359 Disabled NetBIOS over NWLink
-  services
 closed:
 refusing:
   35  service Dhcp: disabled  refused: result 5 (access denied)
