@@ -5,7 +5,6 @@
 
 #include "common/err/GeneralError.h"
 #include "common/logging/ILogSink.h"
-#include "common/sys/Domain.h"
 #include "common/util/Wiping.h"
 #include "handlers/IAgentHost.h"
 #include "handlers/IAgentMessage.h"
@@ -96,16 +95,11 @@ std::int32_t Dispatch(IAgentMessage* message, IAgentHost* host) {
   return handler->HandleMessage(message, host);
 }
 
-/// When a message ends, nothing secret of it stays behind; see also the plug-in's heap.
-struct EndOfSecrets {
-  ~EndOfSecrets() {
-    sys::Domain::Instance().ForgetCredentials();
-    util::WipeFreedStack();
-  }
-};
-
 std::int32_t DoMagic(IAgentMessage* message, IAgentHost* host) {
-  const EndOfSecrets end;
+  // When a message ends, nothing secret of it stays behind; see also the plug-in's heap.
+  const struct StackWiper {
+    ~StackWiper() { util::WipeFreedStack(); }
+  } wiper;
   try {
     return Dispatch(message, host);
   } catch (const err::CGeneralError& error) {

@@ -47,22 +47,25 @@ command::IConfigureCommand* ConfigBuilder::ConfigEvent(EventKind kind, Event pha
 }
 
 command::IConfigureCommand* ConfigBuilder::OpenScope(EventKind kind) {
-  if (kind == EventKind::IP_INTERFACE) {
-    scopes_.push_back(std::make_unique<IpInterfaceRule>(*this));
-    return nullptr;
-  }
-  if (kind == EventKind::STATIC_ROUTE) {
-    scopes_.push_back(std::make_unique<StaticRouteRule>(*this));
-    return LastCommand();
-  }
-  command::IConfigureCommand* const nic = AddCommand(std::make_unique<command::ConfigureNic>(log_));
+  const std::size_t before = commands_.size();
   try {
-    scopes_.push_back(std::make_unique<NicRule>(*this));
+    if (kind == EventKind::IP_INTERFACE) {
+      scopes_.push_back(std::make_unique<IpInterfaceRule>(*this));
+      return nullptr;
+    }
+    if (kind == EventKind::NIC) {
+      AddCommand(std::make_unique<command::ConfigureNic>(log_));
+      scopes_.push_back(std::make_unique<NicRule>(*this));
+    } else {
+      scopes_.push_back(std::make_unique<StaticRouteRule>(*this));
+    }
+    return LastCommand();
   } catch (...) {
-    commands_.pop_back();  // an adapter without a scope would collect the next one's settings
+    // An adapter without a scope would collect the next one's settings, and routes without one
+    // would stand for the wish to have none.
+    commands_.resize(before);
     throw;
   }
-  return nic;
 }
 
 void ConfigBuilder::CloseScope() {

@@ -30,6 +30,8 @@ class WinSockManager {
 /// An address and a port that is always 0.
 class IPAddress {
  public:
+  /// 0.0.0.0, without a call to the machine.
+  IPAddress() = default;
   /// A text that starts with a letter is a host name and is resolved: throws CIPAddressError when
   /// that fails. Any other text is read as a dotted address; one that is none becomes
   /// 255.255.255.255.
@@ -40,13 +42,13 @@ class IPAddress {
   std::uint16_t Port() const { return 0; }
 
  private:
-  std::uint32_t bits_;
+  std::uint32_t bits_ = 0;
 };
 
 /// Ordered as the dotted texts read, part by part.
 class IPv4Address : public IPAddress {
  public:
-  explicit IPv4Address(const std::string& text = "0.0.0.0") : IPAddress(text) {}
+  using IPAddress::IPAddress;
 
   /// Dotted decimal form.
   std::string ToString() const;

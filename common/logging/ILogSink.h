@@ -1,4 +1,5 @@
-// Where log lines go. A line opens with its module's path and line number ("%s:%d ").
+// Where log lines go. A line opens with its module's path and line number ("%s:%d "); the engine's
+// "about to execute" and "NIC index" lines do not.
 #pragma once
 
 #include <cstdint>

@@ -178,8 +178,10 @@ void Domain::Refresh() {
     isMember_ = true;
     dnsDomainName_ = dnsName;
   }
-  if (!isMember_) {
-    // A domain that was left must not be taken for the current one.
+  if (isMember_) {
+    workgroup_.clear();  // a workgroup that was left must not be taken for the current one
+  } else {
+    // Nor must a domain that was left.
     domainName_.clear();
     dnsDomainName_.clear();
     // Deliberate: the policy stays open when the workstation service does not answer.

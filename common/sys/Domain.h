@@ -39,6 +39,7 @@ class Domain {
   std::string GetDnsDomainName();
   /// The flat (NetBIOS) name.
   std::string GetDomainName();
+  /// Empty for a member.
   std::string GetWorkgroup();
   /// The OU of the computer's account, as a path or (with `asDn`) as "OU=Europe,OU=Sales"; what it
   /// was last when the machine is no member. Throws DomainError.

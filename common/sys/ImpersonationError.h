@@ -30,8 +30,8 @@ class CImpersonationError final : public err::CGeneralError {
 /// Throws by value what the call that has just failed left as the last error.
 [[noreturn]] void ThrowImpersonationError(const err::Site& site);
 
-/// Throws a pointer to a record of the thread, which nobody deletes; it lasts until the thread runs
-/// out of memory again.
+/// Throws a pointer to the one record of the process, which nobody deletes; it lasts until memory
+/// runs out again.
 [[noreturn]] void ThrowOutOfMemory(const err::Site& site);
 
 /// The result of `body`. An error that leaves it is told the operation's name and goes on.

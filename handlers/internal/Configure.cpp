@@ -3,6 +3,7 @@
 #include <string>
 
 #include "common/config/ConfigError.h"
+#include "common/sys/Domain.h"
 #include "common/util/FileUtils.h"
 #include "common/util/Text.h"
 
@@ -37,9 +38,15 @@ std::int32_t StatusCode(const err::CGeneralError& error) {
   return static_cast<std::int32_t>(error.SystemError);
 }
 
+/// The account belongs to this message: its commands set it, and other messages may run meanwhile.
+struct AccountOfTheMessage {
+  ~AccountOfTheMessage() { sys::Domain::Instance().ForgetCredentials(); }
+};
+
 }  // namespace
 
 std::int32_t Configure::HandleMessage(IAgentMessage* message, IAgentHost* host) {
+  const AccountOfTheMessage account;
   NullEventListener listener;
   ConfigurePlan plan(*this, *host, listener);
   switch (plan.Open(*message)) {

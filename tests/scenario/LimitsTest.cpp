@@ -1,9 +1,16 @@
-// Files and values of any size end in bounded time, with an answer like any other.
+// Files and values of any size end in bounded time, with an answer like any other, and messages at
+// the same time leave each other alone.
 #include <ctime>
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
+#include <utility>
 
+#include "common/sys/Domain.h"
 #include "handlers/internal/ConfigFile.h"
+#include "platform/IWmi.h"
 #include "tests/support/DeliveryRules.h"
 #include "tests/support/MachineTest.h"
 
@@ -50,6 +57,75 @@ TEST(Limits, ReadingTakesNoLongerThanTheTextIs) {
            entry = file.GetNextEntry(&key, &value)) {
       }
     }
+  }
+}
+
+/// A machine on which something happens whenever a thread enters an apartment.
+class Interrupted final : public platform::IPlatform, platform::IWmi {
+ public:
+  /// Borrows `inner`.
+  Interrupted(platform::IPlatform& inner, std::function<void()> interruption)
+      : inner_(inner), interruption_(std::move(interruption)) {}
+  platform::IClock& Clock() override { return inner_.Clock(); }
+  platform::IDirectory& Directory() override { return inner_.Directory(); }
+  platform::IErrors& Errors() override { return inner_.Errors(); }
+  platform::IFiles& Files() override { return inner_.Files(); }
+  platform::ILibraries& Libraries() override { return inner_.Libraries(); }
+  platform::IProcesses& Processes() override { return inner_.Processes(); }
+  platform::IRegistry& Registry() override { return inner_.Registry(); }
+  platform::IResolver& Resolver() override { return inner_.Resolver(); }
+  platform::ISecurity& Security() override { return inner_.Security(); }
+  platform::IServices& Services() override { return inner_.Services(); }
+  platform::IWmi& Wmi() override { return *this; }
+
+ private:
+  platform::HResult EnterApartment() override {
+    interruption_();
+    return inner_.Wmi().EnterApartment();
+  }
+  void LeaveApartment() override { inner_.Wmi().LeaveApartment(); }
+  platform::HResult SecureProcess() override { return inner_.Wmi().SecureProcess(); }
+  platform::HResult MakeLocator(std::unique_ptr<platform::IWmiLocator>* locator) override {
+    return inner_.Wmi().MakeLocator(locator);
+  }
+
+  platform::IPlatform& inner_;
+  std::function<void()> interruption_;
+};
+
+class ConcurrentMessages : public support::MachineTest {};
+
+TEST_F(ConcurrentMessages, LeaveARunningJoinItsAccountWhichEndsWithItsOwnMessage) {
+  const ToolboxApi& library = *GetToolboxAPI();
+  const auto interrupt = [&] {
+    if (machine_.journal.size() != 1) return;  // between the first attempt and the next
+    std::thread([&] {
+      EXPECT_EQ(tool::Hand(library, {"Internal", "UpdateInfo", {}}).status, 2);
+      EXPECT_EQ(tool::Hand(library, {"Event", "Configure", {}}).status, 0);
+    }).join();
+  };
+  for (const std::string password : {"s3cret", "wrong"}) {
+    SCOPED_TRACE(password);
+    support::StartFreshProcess();
+    machine_ = simulated::ExampleMachine();
+    machine_.decrypt = {{"CU", "joiner"}, {"CP", password}};
+    machine_.PutFile(kFile,
+                     "[Networking]\nWorkgroup=False\nDNSDomain=corp.example\nDomainUsername=CU\n"
+                     "DomainPassword=CP\nDSOrganizationalUnit=Sales\n");
+    AddFault("file.move", -1);  // an error that is answered no more
+    Interrupted interrupted(platform_, interrupt);
+    const platform::ScopedPlatform scope(interrupted);
+    const tool::Delivery delivery =
+        tool::Hand(library, {"Internal", "Configure", {{"Filename", kFile}}});
+    EXPECT_EQ(delivery.status, password == "wrong" ? 0 : 1);
+    ASSERT_GE(machine_.journal.size(), 2U);
+    for (const std::size_t attempt : {0U, 1U}) {
+      EXPECT_EQ(machine_.journal[attempt]["arguments"]["Password"].Text(), password);
+    }
+    machine_.membership = simulated::WorkgroupMembership{"W"};
+    sys::Domain::Instance().JoinWorkgroup("V");
+    EXPECT_TRUE(machine_.journal.back()["arguments"]["Password"].IsNull());
+    EXPECT_TRUE(machine_.journal.back()["arguments"]["UserName"].IsNull());
   }
 }
 

@@ -323,18 +323,20 @@ TEST_F(BuilderTest, AMembersWorkgroupNeedsARestart) {
   EXPECT_EQ(Queue(builder), "JoinWorkgroup(Workgroup=W {User=});Reboot();");
 }
 
-TEST_F(BuilderTest, AFailedQuestionLeavesWholeCommands) {
+TEST_F(BuilderTest, AFailedQuestionLeavesWholeCommandsAndCanBeAskedAgain) {
+  machine_.persistentRoutes = {{"0.0.0.0", "0.0.0.0", "10.0.0.1", 1}};
   ConfigBuilder builder(log_);
   Send(builder, {Value(COMPUTER_NAME, "template"), Value(ENABLE_NETWORKING, "false"),
                  Begin(STATIC_ROUTE), End()});
   simulated::Fault fault;
-  fault.call = "wmi.query";
-  fault.contains = "PersistedRoute";
+  fault.call = "wmi.next";
+  fault.nth = 3;  // the computer's name, the default route, the end of the routes
   fault.hresult = -1;
   machine_.faults = {fault};
   EXPECT_THROW(builder.Analyze(), sys::CWmiError);
   machine_.faults.clear();
   EXPECT_EQ(Queue(builder), "EnableNetworking();SetStaticRoute();");
+  EXPECT_FALSE(builder.LastCommand()->IsNeeded()) << "the default route stays";
 }
 
 TEST_F(BuilderTest, OneStaticAddressPausesTheAdapter) {

@@ -77,6 +77,7 @@ TEST_F(DomainTest, MembershipIsReadAfresh) {
   EXPECT_TRUE(domain_.IsDomainMember());
   EXPECT_EQ(domain_.GetDnsDomainName(), "corp.example");
   EXPECT_EQ(domain_.GetDomainName(), "CORP");
+  EXPECT_EQ(domain_.GetWorkgroup(), "") << "the workgroup was left";
   EXPECT_EQ(domain_.GetOu(/*asDn=*/false), "Sales/Europe");
   EXPECT_EQ(domain_.GetOu(/*asDn=*/true), "OU=Europe,OU=Sales");
   machine_.membership = simulated::DomainMembership{"", "OLD", true};

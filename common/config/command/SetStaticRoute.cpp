@@ -35,6 +35,15 @@ void SortAndUnite(std::vector<sys::RouteRecord>& routes) {
   routes.erase(std::unique(routes.begin(), routes.end()), routes.end());
 }
 
+/// The routes of `from`, in order, that `without` does not hold.
+std::vector<sys::RouteRecord> Difference(const std::vector<sys::RouteRecord>& from,
+                                         const std::vector<sys::RouteRecord>& without) {
+  std::vector<sys::RouteRecord> rest;
+  std::set_difference(from.begin(), from.end(), without.begin(), without.end(),
+                      std::back_inserter(rest));
+  return rest;
+}
+
 /// "10.1.0.0/255.255.0.0 via 10.0.0.1 metric 1", with commas between routes.
 std::string ToText(const std::vector<sys::RouteRecord>& routes) {
   std::string text;
@@ -51,16 +60,18 @@ std::string ToText(const std::vector<sys::RouteRecord>& routes) {
 
 void SetStaticRoute::Plan() {
   if (planned_) return;
-  sys::Wmi::GetStaticRoutes(&existing_);
+  // Nothing of an attempt that fails is kept.
+  std::vector<sys::RouteRecord> existing;
+  sys::Wmi::GetStaticRoutes(&existing);
   // Deliberate: the first default route only; a second one is deleted like any other.
-  const auto defaultRoute = std::find_if(existing_.begin(), existing_.end(), IsDefaultRoute);
-  if (defaultRoute != existing_.end()) existing_.erase(defaultRoute);
-  SortAndUnite(existing_);
+  const auto defaultRoute = std::find_if(existing.begin(), existing.end(), IsDefaultRoute);
+  if (defaultRoute != existing.end()) existing.erase(defaultRoute);
+  SortAndUnite(existing);
   SortAndUnite(wanted_);
-  std::set_difference(existing_.begin(), existing_.end(), wanted_.begin(), wanted_.end(),
-                      std::back_inserter(toDelete_));
-  std::set_difference(wanted_.begin(), wanted_.end(), existing_.begin(), existing_.end(),
-                      std::back_inserter(toAdd_));
+  std::vector<sys::RouteRecord> toDelete = Difference(existing, wanted_);
+  toAdd_ = Difference(wanted_, existing);
+  toDelete_ = std::move(toDelete);
+  existing_ = std::move(existing);
   planned_ = true;
 }
 
