@@ -10,7 +10,7 @@ FUZZ_TARGETS := $(notdir $(wildcard fuzz/corpus/*))
 FUZZ_SHARE = $(shell echo $$((($(FUZZ_SECONDS) + $(words $(FUZZ_TARGETS)) - 1) / $(words $(FUZZ_TARGETS)))))
 PACKAGES := scripts/install-packages.sh
 VERSION := $(shell sed -nE 's/^project.* VERSION ([0-9.]+).*/\1/p' CMakeLists.txt)
-FOLDERS := bench common fuzz handlers platform tests tool toolbox
+FOLDERS := base bench common fuzz handlers platform tests tool toolbox
 SOURCES = $(shell find $(FOLDERS) -name '*.cpp' -o -name '*.h')
 
 .PHONY: demo build build-native build-sanitize build-windows package test test-native test-windows \
@@ -112,10 +112,10 @@ format:
 tidy:
 	$(PACKAGES) native tidy
 	cmake --preset native
-	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(common|handlers|platform|toolbox|tool)/'
+	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(base|common|handlers|platform|toolbox|tool)/'
 	cppcheck --std=c++20 --enable=warning,performance,portability --inline-suppr --quiet -I . \
 	  --suppress=missingInclude -j $(JOBS) --error-exitcode=1 \
-	  common handlers toolbox platform/simulated platform/Platform.cpp tool
+	  base common handlers toolbox platform/simulated platform/Platform.cpp tool
 
 # Which lines the portable tests reach; build/coverage/index.html shows them one by one.
 coverage:
@@ -124,7 +124,7 @@ coverage:
 	  -DCMAKE_CXX_FLAGS=--coverage
 	cmake --build build/coverage -j $(JOBS)
 	ctest --test-dir build/coverage -j $(JOBS) --output-on-failure
-	gcovr --root . --object-directory build/coverage --filter '(common|handlers|toolbox|platform|tool)/' \
+	gcovr --root . --object-directory build/coverage --filter '(base|common|handlers|toolbox|platform|tool)/' \
 	  --exclude-throw-branches --html-details build/coverage/index.html --txt --sort-uncovered
 
 # Changes the engine, one condition or constant at a time, and tells what no test noticed.

@@ -7,10 +7,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "common/ipc/IpAddress.h"
 #include "common/sys/Domain.h"
 #include "common/sys/NicText.h"
-#include "common/util/Text.h"
 #include "fuzz/Check.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/SimulatedPlatform.h"
@@ -23,7 +24,7 @@ std::optional<ipc::IPv4Address> Read(const std::string& text) {
     return ipc::IPv4Address(text);
   } catch (const ipc::CIPAddressError&) {
     // Only what starts with a letter is looked up.
-    Check(simulated::Folded(text).front() >= 'a' && simulated::Folded(text).front() <= 'z');
+    Check(base::Folded(text).front() >= 'a' && base::Folded(text).front() <= 'z');
     return std::nullopt;
   }
 }
@@ -52,7 +53,7 @@ void CheckNames(const std::string& domain, const std::string& ou) {
   const bool isPlainPath = ou.find_first_of(",=") == std::string::npos;
   const bool isPlainDomain = domain.find("OU=") == std::string::npos;
   // A path comes back but for stray separators.
-  if (isPlainPath && isPlainDomain) Check(path == util::Join(util::Split(ou, "/"), "/"));
+  if (isPlainPath && isPlainDomain) Check(path == base::Join(base::Split(ou, "/"), "/"));
 }
 
 void CheckAdapterTexts(const std::string& text) {

@@ -7,11 +7,12 @@
 #include <sstream>
 #include <string>
 
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "common/config/ConfigBuilder.h"
 #include "common/config/ConfigError.h"
 #include "common/ipc/IpAddress.h"
 #include "common/logging/NullLogSink.h"
-#include "common/util/Text.h"
 #include "fuzz/Check.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/SimulatedPlatform.h"
@@ -84,9 +85,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (builder.Commands().empty()) Join(machine);
       } else if (line.starts_with("option ")) {
         builder.SetOption(ConfigBuilder::kJoinDomainBeforeNameChange, line.substr(7));
-        joinFirst = util::EqualsIgnoringCase(line.substr(7), "true");
+        joinFirst = base::SameText(line.substr(7), "true");
       } else if (line.starts_with("fault ")) {
-        machine.FailCall(util::ParseUnsigned(line.substr(6)), /*error=*/5);
+        machine.FailCall(base::ParseUnsigned(line.substr(6)), /*error=*/5);
       } else {
         Send(builder, line, HasFaults(machine));
       }

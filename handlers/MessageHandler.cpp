@@ -4,7 +4,7 @@
 #include <new>
 #include <string>
 
-#include "common/util/Text.h"
+#include "common/util/Format.h"
 
 OwnedMessage NewMessage(IAgentHost& host) {
   OwnedMessage message(host.CreateMessage());

@@ -5,19 +5,14 @@
 #include <cstdint>
 #include <string>
 
+#include "base/Services.h"
+
 namespace platform {
 
 /// An open service control manager or service.
 enum class ServiceHandle : std::uint64_t { kNone = 0 };
 
-/// Start types by their system numbers.
-enum class ServiceStart : std::uint32_t {
-  kBoot = 0,
-  kSystem = 1,
-  kAutomatic = 2,
-  kManual = 3,
-  kDisabled = 4
-};
+using base::ServiceStart;
 
 class IServices {
  public:

@@ -11,7 +11,7 @@ import re
 import sys
 import tempfile
 
-UTIL_LEVEL = ["common/err", "common/logging", "common/lang"]
+UTIL_LEVEL = ["base", "common/err", "common/logging", "common/lang"]
 SYS_LEVEL = ["common/ipc", "common/util", *UTIL_LEVEL]
 CONFIG_LEVEL = ["common/proc", "common/sys", *SYS_LEVEL]
 HANDLER_LEVEL = ["common/config", *CONFIG_LEVEL]
@@ -25,9 +25,10 @@ EVERYTHING = [*PROGRAM_LEVEL, "tool", "tool/commands", *COMMAND_ROOMS]
 
 # Folder (with all below it, unless these stand here too): the other folders it may include.
 ALLOWED = {
-    "common/err": [],
-    "common/logging": [],
-    "common/lang": [],
+    "base": [],
+    "common/err": ["base"],
+    "common/logging": ["base"],
+    "common/lang": ["base"],
     "common/util": [*UTIL_LEVEL, "platform"],
     "common/ipc": ["common/util", *UTIL_LEVEL, "platform"],
     "common/sys": [*SYS_LEVEL, "platform"],
@@ -35,9 +36,9 @@ ALLOWED = {
     "common/config": CONFIG_LEVEL,
     "handlers": HANDLER_LEVEL,
     "toolbox": PRODUCT_LEVEL,
-    "platform": [],
-    "platform/simulated": ["platform"],
-    "platform/windows": ["platform"],
+    "platform": ["base"],
+    "platform/simulated": ["base", "platform"],
+    "platform/windows": ["base", "platform"],
     "tool": [*PROGRAM_LEVEL, "tool/commands", *COMMAND_ROOMS],
     "tool/io": PROGRAM_LEVEL,
     "tool/agent": [*PROGRAM_LEVEL, "tool/io"],
@@ -51,7 +52,7 @@ ALLOWED = {
     "fuzz": [*EVERYTHING, "tests"],
     "bench": [*EVERYTHING, "tests"],
 }
-PRODUCT = ("common", "handlers", "toolbox", "platform")
+PRODUCT = ("base", "common", "handlers", "toolbox", "platform")
 HEADER_BARRED_FROM_PRODUCT = "platform/ScopedPlatform.h"  # but for its own body
 SCOPED_PLATFORM_BODY = "platform/Platform.cpp"
 
@@ -170,6 +171,7 @@ VIOLATIONS = [
     ("common/sys/Wmi.cpp", '#include "platform/windows/Com.h"', "may not include platform/windows"),
     ("platform/windows/Port.cpp", '#include "common/err/Error.h"', "may not include common/err"),
     ("platform/IWmi.h", '#include "common/err/Error.h"', "may not include common/err"),
+    ("base/Text.h", '#include "common/err/Error.h"', "may not include common/err"),
     ("tool/main.cpp", '#include "tests/Support.h"', "may not include tests"),
     ("tool/check/Check.cpp", '#include "tool/plan/Plan.h"', "may not include tool/plan"),
     ("handlers/Handler.cpp", '#include "platform/ScopedPlatform.h"', "may not include platform"),
@@ -199,6 +201,8 @@ LAWFUL = {
     "platform/Platform.cpp": '#include "platform/ScopedPlatform.h"',
     "platform/ScopedPlatform.h": "",
     "platform/windows/Com.h": '#include <windows.h>\n#include "platform/IWmi.h"',
+    "base/Text.h": "#include <string>",
+    "platform/simulated/Port.cpp": '#include "base/Text.h"',
     "tool/plan/Plan.h": "",
     "tests/Support.h": '#include <gtest/gtest.h>\n#include "platform/windows/Com.h"',
 }

@@ -16,6 +16,6 @@ headers=(-fmsc-version=0 -fgnuc-version=12.2 -D__MINGW32__ -D__MINGW64__ -D__STR
 warnings=(-Werror -Wall -Wextra -Wpedantic -Wconversion -Wgnu -Wmicrosoft -Wshadow
   -Wsign-conversion)
 
-find common handlers toolbox platform -path platform/simulated -prune -o -name '*.cpp' -print0 |
+find base common handlers toolbox platform -path platform/simulated -prune -o -name '*.cpp' -print0 |
   xargs -0 -n 4 -P "$(nproc)" \
     clang++ -fsyntax-only "${target[@]}" "${headers[@]}" "${warnings[@]}" -I .

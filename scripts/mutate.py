@@ -22,7 +22,7 @@ import subprocess
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build/mutants"
-PRODUCT = ["common", "handlers", "toolbox"]
+PRODUCT = ["base", "common", "handlers", "toolbox"]
 TESTS = ["unit", "scenario"]
 COPIES = 2
 LONGEST_RUN = 300  # seconds; a fault may make a loop endless

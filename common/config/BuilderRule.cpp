@@ -4,6 +4,8 @@
 #include <typeinfo>
 #include <utility>
 
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "common/config/ConfigBuilder.h"
 #include "common/config/ConfigError.h"
 #include "common/config/command/ChangeCompName.h"
@@ -16,7 +18,6 @@
 #include "common/config/command/SetDnsSuffix.h"
 #include "common/config/command/SetGateway.h"
 #include "common/sys/Domain.h"
-#include "common/util/Text.h"
 
 namespace config {
 namespace {
@@ -121,7 +122,7 @@ IConfigureCommand* DefaultRule::HandleEvent(EventKind kind, const std::string& v
       return nullptr;
     case EventKind::ENABLE_NETWORKING:
       return builder_.AddCommand(std::make_unique<command::EnableNetworking>(
-          /*leaveDomain=*/util::EqualsIgnoringCase(value, "True")));
+          /*leaveDomain=*/base::SameText(value, "True")));
     default:
       Throw(kRefusedByDefault, kNotAccepted);
   }
@@ -133,8 +134,8 @@ command::DomainCommand* DefaultRule::LastIdentity() const {
 
 IConfigureCommand* DefaultRule::AddJoinDomain(const std::string& domain) {
   sys::Domain& current = sys::Domain::Instance();
-  if (current.IsDomainMember() && (util::EqualsIgnoringCase(domain, current.GetDnsDomainName()) ||
-                                   util::EqualsIgnoringCase(domain, current.GetDomainName()))) {
+  if (current.IsDomainMember() && (base::SameText(domain, current.GetDnsDomainName()) ||
+                                   base::SameText(domain, current.GetDomainName()))) {
     return nullptr;
   }
   return builder_.AddCommand(std::make_unique<command::JoinDomain>(domain));
@@ -158,13 +159,13 @@ IConfigureCommand* NicRule::HandleEvent(EventKind kind, const std::string& value
       nic_.SetMacAddress(value);
       return &nic_;
     case EventKind::NIC_PCI_BUS:
-      nic_.SetPciBus(util::ParseUnsigned(value));
+      nic_.SetPciBus(base::ParseUnsigned(value));
       return &nic_;
     case EventKind::NIC_PCI_DEVICE:
-      nic_.SetPciDevice(util::ParseUnsigned(value));
+      nic_.SetPciDevice(base::ParseUnsigned(value));
       return &nic_;
     case EventKind::NIC_PCI_FUNCTION:
-      nic_.SetPciFunction(util::ParseUnsigned(value));
+      nic_.SetPciFunction(base::ParseUnsigned(value));
       return &nic_;
     case EventKind::DHCP:
       Add(std::make_unique<command::SetDhcp>());
@@ -231,7 +232,7 @@ IConfigureCommand* StaticRouteRule::HandleEvent(EventKind kind, const std::strin
     case EventKind::ROUTE_FOURTH_FIELD:
       return &routes_;  // accepted and never used
     case EventKind::ROUTE_METRIC:
-      metric_ = util::ParseUnsigned(value);
+      metric_ = base::ParseUnsigned(value);
       return &routes_;
     default:
       Throw(kRefusedByStaticRoute, kNotAccepted);

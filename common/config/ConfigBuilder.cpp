@@ -3,12 +3,12 @@
 #include <typeinfo>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "common/config/ConfigError.h"
 #include "common/config/analyzer/Factory.h"
 #include "common/config/command/ConfigureNic.h"
 #include "common/config/command/Reboot.h"
 #include "common/util/ClassName.h"
-#include "common/util/Text.h"
 
 namespace config {
 namespace {
@@ -32,7 +32,7 @@ ConfigBuilder::ConfigBuilder(logging::ILogSink& log) : log_(log) {
 
 void ConfigBuilder::SetOption(std::uint32_t option, const std::string& value) {
   if (option == kJoinDomainBeforeNameChange) {
-    joinDomainBeforeNameChange_ = util::EqualsIgnoringCase(value, "true");
+    joinDomainBeforeNameChange_ = base::SameText(value, "true");
   }
 }
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <vector>
 
+#include "base/Pieces.h"
 #include "common/sys/Wmi.h"
 #include "common/util/LastError.h"
-#include "common/util/Text.h"
 #include "common/util/Wiping.h"
 #include "platform/IDirectory.h"
 #include "platform/IPlatform.h"
@@ -79,17 +79,17 @@ class Policy {
 /// "DC=corp,DC=local" for "corp.local".
 std::string DomainDn(std::string_view domain) {
   if (domain.find("DC=") != std::string_view::npos) return std::string(domain);
-  std::vector<std::string> pieces = util::Split(domain, ".");
+  std::vector<std::string> pieces = base::Split(domain, ".");
   for (std::string& piece : pieces) piece.insert(0, "DC=");
-  return util::Join(pieces, ",");
+  return base::Join(pieces, ",");
 }
 
 /// "OU=Europe,OU=Sales" for "Sales/Europe".
 std::string OuDn(std::string_view path) {
-  std::vector<std::string> pieces = util::Split(path, "/");
+  std::vector<std::string> pieces = base::Split(path, "/");
   for (std::string& piece : pieces) piece.insert(0, "OU=");
   std::reverse(pieces.begin(), pieces.end());
-  return util::Join(pieces, ",");
+  return base::Join(pieces, ",");
 }
 
 /// "LDAP://" and the parts that are present, with commas between them.
@@ -98,7 +98,7 @@ std::string LdapPath(const std::vector<std::string>& parts) {
   for (const std::string& part : parts) {
     if (!part.empty()) present.push_back(part);
   }
-  return "LDAP://" + util::Join(present, ",");
+  return "LDAP://" + base::Join(present, ",");
 }
 
 std::string DefaultContainer(const std::string& ou) { return ou.empty() ? "CN=Computers" : ""; }

@@ -5,7 +5,7 @@
 #include <optional>
 #include <system_error>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
 
 namespace sys {
 namespace {
@@ -69,7 +69,7 @@ std::string_view DescriptionOf(std::string_view caption) {
 std::string NormalizedMac(std::string_view address) {
   std::string digits(address);
   std::erase_if(digits, [](char c) { return c == ':' || c == '-'; });
-  util::ToUpper(digits);
+  base::ToUpper(digits);
   return digits;
 }
 

@@ -1,9 +1,12 @@
 #include "common/sys/OsVersion.h"
 
+#include <cstddef>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <variant>
 
+#include "base/OperatingSystem.h"
 #include "common/sys/Wmi.h"
 #include "common/util/LastError.h"
 
@@ -20,51 +23,48 @@ constexpr err::Site kNoClassObject{kSource, "Class object not valid, cannot cont
 using Field = std::variant<std::string OsVersion::*, bool OsVersion::*, std::uint8_t OsVersion::*,
                            std::uint16_t OsVersion::*, std::uint32_t OsVersion::*>;
 
-struct Property {
-  const char* name;
-  Field field;
-};
-
-const Property kProperties[] = {
-    {"BootDevice", &OsVersion::BootDevice},
-    {"BuildNumber", &OsVersion::BuildNumber},
-    {"BuildType", &OsVersion::BuildType},
-    {"CodeSet", &OsVersion::CodeSet},
-    {"CountryCode", &OsVersion::CountryCode},
-    {"CSDVersion", &OsVersion::CSDVersion},
-    {"Debug", &OsVersion::Debug},
-    {"Description", &OsVersion::Description},
-    {"Distributed", &OsVersion::Distributed},
-    {"EncryptionLevel", &OsVersion::EncryptionLevel},
-    {"Locale", &OsVersion::Locale},
-    {"Manufacturer", &OsVersion::Manufacturer},
-    {"MaxNumberOfProcesses", &OsVersion::MaxNumberOfProcesses},
-    {"Name", &OsVersion::Name},
-    {"NumberOfLicensedUsers", &OsVersion::NumberOfLicensedUsers},
-    {"NumberOfProcesses", &OsVersion::NumberOfProcesses},
-    {"NumberOfUsers", &OsVersion::NumberOfUsers},
-    {"OperatingSystemSKU", &OsVersion::OperatingSystemSKU},
-    {"Organization", &OsVersion::Organization},
-    {"OSArchitecture", &OsVersion::OSArchitecture},
-    {"OSLanguage", &OsVersion::OSLanguage},
-    {"OSProductSuite", &OsVersion::OSProductSuite},
-    {"OtherTypeDescription", &OsVersion::OtherTypeDescription},
-    {"Primary", &OsVersion::Primary},
-    {"ProductType", &OsVersion::ProductType},
-    {"QuantumLength", &OsVersion::QuantumLength},
-    {"QuantumType", &OsVersion::QuantumType},
-    {"RegisteredUser", &OsVersion::RegisteredUser},
-    {"SerialNumber", &OsVersion::SerialNumber},
+/// The fields, in the order of the properties.
+constexpr Field kFields[] = {
+    &OsVersion::BootDevice,
+    &OsVersion::BuildNumber,
+    &OsVersion::BuildType,
+    &OsVersion::CodeSet,
+    &OsVersion::CountryCode,
+    &OsVersion::CSDVersion,
+    &OsVersion::Debug,
+    &OsVersion::Description,
+    &OsVersion::Distributed,
+    &OsVersion::EncryptionLevel,
+    &OsVersion::Locale,
+    &OsVersion::Manufacturer,
+    &OsVersion::MaxNumberOfProcesses,
+    &OsVersion::Name,
+    &OsVersion::NumberOfLicensedUsers,
+    &OsVersion::NumberOfProcesses,
+    &OsVersion::NumberOfUsers,
+    &OsVersion::OperatingSystemSKU,
+    &OsVersion::Organization,
+    &OsVersion::OSArchitecture,
+    &OsVersion::OSLanguage,
+    &OsVersion::OSProductSuite,
+    &OsVersion::OtherTypeDescription,
+    &OsVersion::Primary,
+    &OsVersion::ProductType,
+    &OsVersion::QuantumLength,
+    &OsVersion::QuantumType,
+    &OsVersion::RegisteredUser,
+    &OsVersion::SerialNumber,
     // Deliberate: both service-pack numbers land in the minor field, the minor one last.
-    {"ServicePackMajorVersion", &OsVersion::ServicePackMinorVersion},
-    {"ServicePackMinorVersion", &OsVersion::ServicePackMinorVersion},
-    {"SuiteMask", &OsVersion::SuiteMask},
-    {"SystemDevice", &OsVersion::SystemDevice},
-    {"SystemDirectory", &OsVersion::SystemDirectory},
-    {"SystemDrive", &OsVersion::SystemDrive},
-    {"Version", &OsVersion::Version},
-    {"WindowsDirectory", &OsVersion::WindowsDirectory},
+    &OsVersion::ServicePackMinorVersion,
+    &OsVersion::ServicePackMinorVersion,
+    &OsVersion::SuiteMask,
+    &OsVersion::SystemDevice,
+    &OsVersion::SystemDirectory,
+    &OsVersion::SystemDrive,
+    &OsVersion::Version,
+    &OsVersion::WindowsDirectory,
 };
+static_assert(std::size(kFields) == std::size(base::kSystemProperties));
 
 [[noreturn]] void Throw(const err::Site& site, std::uint32_t systemError) {
   throw OsVersionError{site, /*value=*/1, systemError};
@@ -89,7 +89,7 @@ std::unique_ptr<platform::IWmiObject> FetchInstance(platform::IWmiServices& serv
 }
 
 /// None when the property cannot be read.
-std::optional<platform::Variant> Read(platform::IWmiObject& instance, const char* property) {
+std::optional<platform::Variant> Read(platform::IWmiObject& instance, const std::string& property) {
   try {
     return Wmi::GetVariant(instance, property);
   } catch (...) {
@@ -127,23 +127,20 @@ void OsVersion::Query() {
   Connect(connection);
   if (connection.Services() == nullptr) Throw(kNoNamespace, util::LastError());
   const std::unique_ptr<platform::IWmiObject> instance = FetchInstance(*connection.Services());
-  for (const Property& property : kProperties) {
-    const std::optional<platform::Variant> value = Read(*instance, property.name);
+  for (std::size_t i = 0; i < std::size(kFields); ++i) {
+    const auto value = Read(*instance, std::string(base::kSystemProperties[i]));
     if (!value || std::holds_alternative<platform::Null>(*value)) continue;
-    std::visit(Store(*this, *value), property.field);
+    std::visit(Store(*this, *value), kFields[i]);
   }
 }
 
-std::vector<std::string> OsVersion::PropertyNames() {
-  std::vector<std::string> names;
-  for (const Property& property : kProperties) names.emplace_back(property.name);
-  return names;
-}
+void OsVersion::GetSystemDrive(std::string* drive) const { *drive = SystemDrive; }
 
 std::string OsVersion::SystemFolder() const {
-  const bool ends =
-      !SystemDrive.empty() && (SystemDrive.back() == '\\' || SystemDrive.back() == '/');
-  return ends ? SystemDrive : SystemDrive + "\\";
+  std::string folder;
+  GetSystemDrive(&folder);
+  if (!folder.ends_with('\\') && !folder.ends_with('/')) folder += '\\';
+  return folder;
 }
 
 }  // namespace sys

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "common/err/GeneralError.h"
 
@@ -40,9 +39,7 @@ struct OsVersion {
   /// Fills the fields from WMI. Throws OsVersionError when there is no connection or no instance.
   void Query();
 
-  /// The names of all properties, in the order of the fields.
-  static std::vector<std::string> PropertyNames();
-
+  void GetSystemDrive(std::string* drive) const;
   /// The system drive as WMI reports it, with a "\" at its end unless it has one (or a "/").
   std::string SystemFolder() const;
 };

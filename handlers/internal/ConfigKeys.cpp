@@ -1,19 +1,19 @@
 #include "handlers/internal/ConfigKeys.h"
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
 
 SectionKind KindOfSection(std::string_view name) {
   for (const KnownSection& known : kKnownSections) {
-    if (util::EqualsIgnoringCase(name, known.name)) return known.kind;
+    if (base::SameText(name, known.name)) return known.kind;
   }
-  return util::ContainsIgnoringCase(name, kAdapterMark) ? SectionKind::kAdapter
-                                                        : SectionKind::kUnknown;
+  return base::Contains(name, kAdapterMark) ? SectionKind::kAdapter : SectionKind::kUnknown;
 }
 
 std::vector<std::size_t> NumberedKeys(ConfigFile& file, std::string_view section, Key numbered,
                                       Key count) {
   const std::size_t wanted =
-      util::ParseUnsigned(file.FindValue(section, NameOf(count)).value_or(std::string_view()));
+      base::ParseUnsigned(file.FindValue(section, NameOf(count)).value_or(std::string_view()));
   // Numbering may start at 0 or at 1. A section cannot hold more numbers than it has entries, so a
   // huge count costs nothing.
   const std::size_t entries = file.EntryCount(section);

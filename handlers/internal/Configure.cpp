@@ -2,10 +2,10 @@
 
 #include <string>
 
+#include "base/LetterCase.h"
 #include "common/config/ConfigError.h"
 #include "common/sys/Domain.h"
 #include "common/util/FileUtils.h"
-#include "common/util/Text.h"
 
 namespace {
 
@@ -22,7 +22,7 @@ enum Line : int { kConfigError = 581, kGeneralError = 607 };
 void MoveToAgentFolder(const std::string& path) {
   const std::string destination = util::ExecutableFolder() + "\\" + util::FileName(path);
   // A file that is there already must not be deleted to make room for itself.
-  if (util::EqualsIgnoringCase(path, destination)) return;
+  if (base::SameText(path, destination)) return;
   if (util::FileExists(destination)) util::Delete(destination);
   util::Move(path, destination);
 }

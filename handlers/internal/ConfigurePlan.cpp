@@ -4,9 +4,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "common/sys/Registry.h"
 #include "common/util/FileUtils.h"
-#include "common/util/Text.h"
 #include "handlers/internal/ConfigKeys.h"
 #include "handlers/internal/SectionTranslator.h"
 
@@ -32,8 +32,8 @@ std::string GlobalValue(ConfigFile& file, Key key) {
 }
 
 ConfigurePlan::GlobalSettings ReadGlobal(ConfigFile& file) {
-  return {util::EqualsIgnoringCase(GlobalValue(file, Key::kRebootAfterConfig), "false"),
-          util::EqualsIgnoringCase(GlobalValue(file, Key::kConfig), "RestoreAfterCreate"),
+  return {base::SameText(GlobalValue(file, Key::kRebootAfterConfig), "false"),
+          base::SameText(GlobalValue(file, Key::kConfig), "RestoreAfterCreate"),
           GlobalValue(file, Key::kScheduleId), GlobalValue(file, Key::kTaskSequence)};
 }
 
@@ -41,7 +41,7 @@ bool RestoreIsPending(const AgentFiles& files) {
   if (!util::FileExists(files.configuration)) return false;
   ConfigFile file(/*caseSensitive=*/false);
   if (file.Load(files.configuration, /*merge=*/false) != ConfigFile::kSuccess) return false;
-  return util::EqualsIgnoringCase(GlobalValue(file, Key::kConfig), "Restore") &&
+  return base::SameText(GlobalValue(file, Key::kConfig), "Restore") &&
          util::FileExists(files.restore);
 }
 

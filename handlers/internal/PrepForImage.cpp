@@ -1,5 +1,9 @@
 #include "handlers/internal/PrepForImage.h"
 
+#include <cstddef>
+#include <iterator>
+
+#include "base/Services.h"
 #include "common/sys/NicAdapter.h"
 #include "common/sys/NicInfoWriter.h"
 #include "common/sys/NicList.h"
@@ -25,18 +29,18 @@ enum Line : int {
   kAddingNic = 163,
 };
 
-/// The services in the order in which they are disabled, with the lines that tell it.
+/// How the log tells that a service is disabled, in the order of `base::kNetworkServices`.
 constexpr struct {
-  const char* name;
   const char* shown;
   int line;
   int failedLine;
 } kServices[] = {
-    {"Dhcp", "DHCP", 312, 317},
-    {"NetBT", "NetBT", 330, 333},
-    {"LmHosts", "LMHOST", 344, 349},
-    {"NwlnkNb", "NetBIOS over NWLink", 359, 364},
+    {"DHCP", 312, 317},
+    {"NetBT", 330, 333},
+    {"LMHOST", 344, 349},
+    {"NetBIOS over NWLink", 359, 364},
 };
+static_assert(std::size(kServices) == std::size(base::kNetworkServices));
 
 void MarkNetworkDisabled() {
   sys::Registry key;
@@ -95,8 +99,9 @@ void PrepForImage::Prepare(IAgentHost& host) {
 void PrepForImage::DisableServices() {
   sys::ServiceManager manager;
   if (!manager.IsOpen()) return;
-  for (const auto& row : kServices) {
-    sys::Service service = manager.Open(row.name);
+  for (std::size_t i = 0; i < std::size(kServices); ++i) {
+    const auto& row = kServices[i];
+    sys::Service service = manager.Open(base::kNetworkServices[i].name);
     if (!service.IsOpen()) continue;
     // Deliberate: told before it is tried, so that a refused change tells both.
     Log(logging::kDetail, "%s:%d Disabled %s", kPath, row.line, row.shown);

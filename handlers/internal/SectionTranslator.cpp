@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "common/sys/DllProxy.h"
-#include "common/util/Text.h"
 #include "handlers/MessageHandler.h"
 
 namespace {
@@ -18,7 +19,7 @@ constexpr int kSetDnsInfoLine = 412;
 constexpr int kDnsServerCountLine = 419;
 constexpr int kDnsServerLine = 430;
 
-bool IsTrue(std::string_view value) { return util::EqualsIgnoringCase(value, "true"); }
+bool IsTrue(std::string_view value) { return base::SameText(value, "true"); }
 
 }  // namespace
 
@@ -138,7 +139,7 @@ void SectionTranslator::TranslateAdapter() {
 void SectionTranslator::SendAddressing() {
   const std::string dhcp = Value(Key::kDhcp);
   if (dhcp.empty()) return;
-  if (!util::EqualsIgnoringCase(dhcp, "False")) {
+  if (!base::SameText(dhcp, "False")) {
     Send(EventKind::DHCP, Key::kDhcp, "");
     return;
   }
@@ -199,7 +200,7 @@ std::string SectionTranslator::Value(KeyName key) {
 }
 
 std::vector<std::string> SectionTranslator::List(KeyName key) {
-  return util::Split(file_.FindValue(section_, key.text).value_or(std::string_view()),
+  return base::Split(file_.FindValue(section_, key.text).value_or(std::string_view()),
                      kListSeparators);
 }
 

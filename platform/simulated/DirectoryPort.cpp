@@ -3,9 +3,9 @@
 #include <cstring>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/DirectoryTree.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
@@ -27,7 +27,7 @@ NtStatus ToStatus(const Fault& fault) {
 }
 
 std::string WithoutScheme(const std::string& path) {
-  return StartsWith(path, kScheme) ? path.substr(kScheme.size()) : path;
+  return base::StartsWith(path, kScheme) ? path.substr(kScheme.size()) : path;
 }
 
 class Container final : public platform::IDirectoryContainer {

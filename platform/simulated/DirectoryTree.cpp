@@ -2,17 +2,18 @@
 
 #include <algorithm>
 
-#include "platform/simulated/Text.h"
+#include "base/LetterCase.h"
 
 namespace simulated {
 namespace {
 
 bool IsNameOf(const DirectoryDomain& domain, std::string_view name) {
-  return !name.empty() && (SameText(domain.dnsName, name) || SameText(domain.flatName, name));
+  return !name.empty() &&
+         (base::SameText(domain.dnsName, name) || base::SameText(domain.flatName, name));
 }
 
 bool EndsWith(std::string_view text, std::string_view end) {
-  return text.size() >= end.size() && SameText(text.substr(text.size() - end.size()), end);
+  return text.size() >= end.size() && base::SameText(text.substr(text.size() - end.size()), end);
 }
 
 template <class Predicate>
@@ -29,7 +30,7 @@ DirectoryDomain* FindDomain(Machine& machine, const std::string& name) {
 
 DirectoryDomain* FindDomainOf(Machine& machine, const std::string& dn) {
   return FindDomainIf(machine, [&](const auto& domain) {
-    return SameText(dn, DomainDn(domain)) || EndsWith(dn, "," + DomainDn(domain));
+    return base::SameText(dn, DomainDn(domain)) || EndsWith(dn, "," + DomainDn(domain));
   });
 }
 
@@ -44,10 +45,10 @@ std::string DomainDn(const DirectoryDomain& domain) {
 std::optional<std::string> FindContainer(const DirectoryDomain& domain, const std::string& dn) {
   const std::string root = DomainDn(domain);
   for (const std::string& container : {root, "CN=Computers," + root}) {
-    if (SameText(container, dn)) return container;
+    if (base::SameText(container, dn)) return container;
   }
   const auto found = std::find_if(domain.ous.begin(), domain.ous.end(),
-                                  [&](const std::string& ou) { return SameText(ou, dn); });
+                                  [&](const std::string& ou) { return base::SameText(ou, dn); });
   if (found == domain.ous.end()) return std::nullopt;
   return *found;
 }
@@ -55,7 +56,7 @@ std::optional<std::string> FindContainer(const DirectoryDomain& domain, const st
 Computer* FindComputer(DirectoryDomain& domain, const std::string& nameOrDn) {
   const auto found =
       std::find_if(domain.computers.begin(), domain.computers.end(), [&](const Computer& computer) {
-        return SameText(computer.name, nameOrDn) || SameText(computer.dn, nameOrDn);
+        return base::SameText(computer.name, nameOrDn) || base::SameText(computer.dn, nameOrDn);
       });
   return found == domain.computers.end() ? nullptr : &*found;
 }
@@ -66,7 +67,7 @@ bool IsAccount(const DirectoryDomain& domain, const std::string& user,
   if (backslash != std::string::npos && !IsNameOf(domain, user.substr(0, backslash))) return false;
   const std::string bare = backslash == std::string::npos ? user : user.substr(backslash + 1);
   return std::any_of(domain.accounts.begin(), domain.accounts.end(), [&](const Account& account) {
-    return SameText(account.user, bare) && account.password == password;
+    return base::SameText(account.user, bare) && account.password == password;
   });
 }
 

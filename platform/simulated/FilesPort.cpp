@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
 
@@ -29,7 +31,7 @@ Line LineAt(const std::string& text, std::size_t start) {
 }
 
 std::string_view ContentOf(const std::string& text, const Line& line) {
-  return Trimmed(std::string_view(text).substr(line.start, line.contentEnd - line.start));
+  return base::Trimmed(std::string_view(text).substr(line.start, line.contentEnd - line.start));
 }
 
 /// The start of the first header line at or after `from`; npos when there is none.
@@ -48,7 +50,7 @@ std::size_t FindHeader(const std::string& text, std::size_t from) {
 bool IsHeaderOf(const std::string& text, std::size_t header, std::string_view section) {
   const std::size_t name = text.find_first_not_of(" \t", text.find('[', header) + 1);
   if (name == std::string::npos) return false;
-  if (!SameText(std::string_view(text).substr(name, section.size()), section)) return false;
+  if (!base::SameText(std::string_view(text).substr(name, section.size()), section)) return false;
   const std::size_t end = text.find_first_not_of(" \t", name + section.size());
   return end != std::string::npos && text[end] == ']';
 }
@@ -73,8 +75,9 @@ void PutEntry(std::string& text, const std::string& section, const std::string& 
     const Line line = LineAt(text, at);
     const std::string_view content = ContentOf(text, line);
     const std::size_t equals = content.find('=');
-    if (equals != std::string_view::npos && SameText(Trimmed(content.substr(0, equals)), key)) {
-      const std::string entry = std::string(Trimmed(content.substr(0, equals))) + "=" + value;
+    if (equals != std::string_view::npos &&
+        base::SameText(base::Trimmed(content.substr(0, equals)), key)) {
+      const std::string entry = std::string(base::Trimmed(content.substr(0, equals))) + "=" + value;
       text.replace(line.start, line.contentEnd - line.start, entry);
       return;
     }

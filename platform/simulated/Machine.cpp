@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/DirectoryTree.h"
 #include "platform/simulated/Text.h"
 
@@ -33,7 +34,8 @@ Adapter* Machine::FindAdapter(std::uint32_t index) {
 }
 
 Service* Machine::FindService(const std::string& name) {
-  return FindIn(services, [&](const Service& service) { return SameText(service.name, name); });
+  return FindIn(services,
+                [&](const Service& service) { return base::SameText(service.name, name); });
 }
 
 File* Machine::FindFile(const std::string& path) {

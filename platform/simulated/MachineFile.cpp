@@ -10,6 +10,9 @@
 #include <unordered_set>
 #include <utility>
 
+#include "base/LetterCase.h"
+#include "base/OperatingSystem.h"
+#include "base/Services.h"
 #include "platform/IRegistry.h"
 #include "platform/simulated/JsonDocument.h"
 #include "platform/simulated/Secrets.h"
@@ -206,7 +209,7 @@ struct HResultCodec {
     const auto text = at.Value().get<std::string>();
     std::uint32_t digits = 0;
     const char* const end = text.data() + text.size();
-    const bool isHexadecimal = text.size() > 2 && text.size() <= 10 && StartsWith(text, "0x");
+    const bool isHexadecimal = text.size() > 2 && text.size() <= 10 && base::StartsWith(text, "0x");
     if (!isHexadecimal || std::from_chars(text.data() + 2, end, digits, 16).ptr != end) {
       at.Fail(std::string("no result code; write ") + kForm);
     }
@@ -218,16 +221,15 @@ struct HResultCodec {
 };
 
 /// Reads one of a few names as the value that belongs to it.
-template <class Value, std::size_t kCount>
-void ReadName(const Cursor& at, const std::pair<std::string_view, Value> (&names)[kCount],
-              const std::string& what, Value& value) {
+template <class Row, std::size_t kCount, class Value>
+void ReadName(const Cursor& at, const Row (&names)[kCount], const std::string& what, Value& value) {
   std::string text;
   Codec<std::string>::Read(at, text);
   std::array<std::string_view, kCount> known;
   for (std::size_t i = 0; i < kCount; ++i) {
-    known[i] = names[i].first;
+    known[i] = names[i].name;
     if (known[i] != text) continue;
-    value = names[i].second;
+    value = names[i].value;
     return;
   }
   at.FailUnknown(what, text, known);
@@ -236,31 +238,28 @@ void ReadName(const Cursor& at, const std::pair<std::string_view, Value> (&names
 template <>
 struct Codec<platform::ServiceStart> {
   static void Read(const Cursor& at, platform::ServiceStart& value) {
-    using Start = platform::ServiceStart;
-    static constexpr std::pair<std::string_view, Start> kStarts[] = {
-        {"boot", Start::kBoot},
-        {"system", Start::kSystem},
-        {"automatic", Start::kAutomatic},
-        {"manual", Start::kManual},
-        {"disabled", Start::kDisabled}};
-    ReadName(at, kStarts, "start type", value);
+    ReadName(at, base::kStartTypes, "start type", value);
   }
-  static Json Write(platform::ServiceStart value, bool) { return StartName(value); }
+  static Json Write(platform::ServiceStart value, bool) {
+    return std::string(base::TypeOf(value).name);
+  }
 };
 
 struct RegistryType {
-  static constexpr std::pair<std::string_view, std::uint32_t> kTypes[] = {
-      {"REG_DWORD", platform::kRegDWord},
-      {"REG_SZ", platform::kRegSz},
-      {"REG_EXPAND_SZ", platform::kRegExpandSz}};
+  static constexpr struct {
+    std::string_view name;
+    std::uint32_t value;
+  } kTypes[] = {{"REG_DWORD", platform::kRegDWord},
+                {"REG_SZ", platform::kRegSz},
+                {"REG_EXPAND_SZ", platform::kRegExpandSz}};
 
   static void Read(const Cursor& at, std::uint32_t& value) {
     ReadName(at, kTypes, "registry type", value);
   }
   static Json Write(std::uint32_t value, bool) {
     const auto* found = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                     [=](const auto& type) { return type.second == value; });
-    return std::string(found->first);
+                                     [=](const auto& type) { return type.value == value; });
+    return std::string(found->name);
   }
 };
 
@@ -322,51 +321,14 @@ struct Codec<Fields> {
 
 struct OperatingSystem {
   using Properties = std::map<std::string, Value>;
-  static constexpr std::string_view kProperties[] = {"BootDevice",
-                                                     "BuildNumber",
-                                                     "BuildType",
-                                                     "CodeSet",
-                                                     "CountryCode",
-                                                     "CSDVersion",
-                                                     "Debug",
-                                                     "Description",
-                                                     "Distributed",
-                                                     "EncryptionLevel",
-                                                     "Locale",
-                                                     "Manufacturer",
-                                                     "MaxNumberOfProcesses",
-                                                     "Name",
-                                                     "NumberOfLicensedUsers",
-                                                     "NumberOfProcesses",
-                                                     "NumberOfUsers",
-                                                     "OperatingSystemSKU",
-                                                     "Organization",
-                                                     "OSArchitecture",
-                                                     "OSLanguage",
-                                                     "OSProductSuite",
-                                                     "OtherTypeDescription",
-                                                     "Primary",
-                                                     "ProductType",
-                                                     "QuantumLength",
-                                                     "QuantumType",
-                                                     "RegisteredUser",
-                                                     "SerialNumber",
-                                                     "ServicePackMajorVersion",
-                                                     "ServicePackMinorVersion",
-                                                     "SuiteMask",
-                                                     "SystemDevice",
-                                                     "SystemDirectory",
-                                                     "SystemDrive",
-                                                     "Version",
-                                                     "WindowsDirectory"};
 
   static void Read(const Cursor& at, Properties& properties) {
     RequireObject(at);
     properties.clear();
     for (const auto& [name, json] : at.Value().items()) {
-      if (std::find(std::begin(kProperties), std::end(kProperties), name) ==
-          std::end(kProperties)) {
-        at.Field(name).FailUnknown("property", name, kProperties);
+      const auto& known = base::kSystemProperties;
+      if (std::find(std::begin(known), std::end(known), name) == std::end(known)) {
+        at.Field(name).FailUnknown("property", name, known);
       }
       const Cursor place = at.Field(name);
       Value& value = properties[name];
@@ -537,7 +499,7 @@ void Check(const Cursor& at, RegistryValue& value) {
     at.Field("data").FailType(wantsNumber ? "a number, as type REG_DWORD says"
                                           : "a text, as the type says");
   }
-  if (!StartsWith(value.key, "HKEY_")) {
+  if (!base::StartsWith(value.key, "HKEY_")) {
     at.Fail("key names no root; begin it with HKEY_LOCAL_MACHINE\\");
   }
 }
@@ -591,13 +553,14 @@ void Check(const Cursor& at, Machine& machine) {
   RequireUnique(at, "adapters", "index", machine.adapters,
                 [](const Adapter& adapter) { return std::to_string(adapter.index); });
   RequireUnique(at, "services", "name", machine.services,
-                [](const Service& service) { return Folded(service.name); });
-  RequireUnique(at, "registry", "name", machine.registry,
-                [](const RegistryValue& value) { return Folded(value.key + '\0' + value.name); });
+                [](const Service& service) { return base::Folded(service.name); });
+  RequireUnique(at, "registry", "name", machine.registry, [](const RegistryValue& value) {
+    return base::Folded(value.key + '\0' + value.name);
+  });
   RequireUnique(at, "files", "path", machine.files,
                 [](const File& file) { return FoldedPath(file.path); });
   RequireUnique(at, "hosts", "name", machine.hosts,
-                [](const Host& host) { return Folded(host.name); });
+                [](const Host& host) { return base::Folded(host.name); });
 }
 
 }  // namespace

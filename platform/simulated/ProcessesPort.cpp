@@ -5,6 +5,7 @@
 #include <sstream>
 #include <vector>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
 
@@ -24,7 +25,7 @@ bool IsRouteAddress(const std::string& text) {
 
 std::uint32_t DeleteRoutes(std::vector<PersistentRoute>& routes, const std::string& destination) {
   const auto removed = std::erase_if(routes, [&](const PersistentRoute& route) {
-    return SameText(route.destination, destination);
+    return base::SameText(route.destination, destination);
   });
   return removed == 0 ? 1 : 0;
 }
@@ -50,7 +51,7 @@ std::optional<std::uint32_t> Run(Machine& machine, const std::string& command) {
   std::vector<std::string> words;
   for (std::string word; stream >> word;) words.push_back(word);
   const auto is = [&](std::size_t at, std::string_view text) {
-    return at < words.size() && SameText(words[at], text);
+    return at < words.size() && base::SameText(words[at], text);
   };
   if (!is(0, "route") && !is(0, "route.exe")) return std::nullopt;
   if (words.size() == 3 && is(1, "DELETE")) {

@@ -4,8 +4,9 @@
 #include <cstring>
 #include <utility>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
@@ -26,21 +27,15 @@ constexpr std::string_view kInterfaces =
 // Rights that allow writing values: set value, generic write, generic all, maximum allowed.
 constexpr std::uint32_t kWriteAccess = 0x52000002;
 
-std::string Joined(const std::vector<std::string>& items) {
-  std::string joined;
-  for (const std::string& item : items) joined += (joined.empty() ? "" : ",") + item;
-  return joined;
-}
-
 /// True when `path` is `key` or a key above it.
 bool IsAtOrAbove(std::string_view path, std::string_view key) {
-  return StartsWith(key, path) && (key.size() == path.size() || key[path.size()] == '\\');
+  return base::StartsWith(key, path) && (key.size() == path.size() || key[path.size()] == '\\');
 }
 
 auto FindValue(std::vector<RegistryValue>& values, const std::string& path,
                const std::string& name) {
   return std::find_if(values.begin(), values.end(), [&](const RegistryValue& value) {
-    return SameText(value.key, path) && SameText(value.name, name);
+    return base::SameText(value.key, path) && base::SameText(value.name, name);
   });
 }
 
@@ -66,7 +61,7 @@ Win32Error RegistryPort::OpenOrCreate(RegistryKey root, const std::string& subke
   if (!rootPath) return kInvalidHandle;
   if (!Exists(path)) {
     if (!create) return kFileNotFound;
-    emptyKeys_.insert(Folded(path));
+    emptyKeys_.insert(base::Folded(path));
   }
   nextHandle_ += 4;
   open_.emplace(nextHandle_, OpenKey{std::move(path), access});
@@ -138,7 +133,7 @@ Win32Error RegistryPort::Erase(RegistryKey key, const std::string& name) {
   const auto refused = simulation_.Refuse({.name = "registry.delete", .text = path, .item = name});
   if (!refused && error == kSuccess) {
     values.erase(found);
-    emptyKeys_.insert(Folded(path));
+    emptyKeys_.insert(base::Folded(path));
   }
   return Finish({"registry.delete", {{"key", path}, {"name", name}}}, refused.value_or(error));
 }
@@ -174,10 +169,10 @@ Win32Error RegistryPort::Finish(Change change, Win32Error error) {
 }
 
 bool RegistryPort::Exists(const std::string& path) {
-  if (path.find('\\') == std::string::npos || emptyKeys_.contains(Folded(path))) return true;
-  if (StartsWith(path, kDevices)) {
+  if (path.find('\\') == std::string::npos || emptyKeys_.contains(base::Folded(path))) return true;
+  if (base::StartsWith(path, kDevices)) {
     if (simulation_.AdapterByPnpId(path.substr(kDevices.size())) != nullptr) return true;
-  } else if (StartsWith(path, kInterfaces)) {
+  } else if (base::StartsWith(path, kInterfaces)) {
     if (simulation_.AdapterBySettingId(path.substr(kInterfaces.size())) != nullptr) return true;
   } else if (IsAtOrAbove(path, kDevices) || IsAtOrAbove(path, kInterfaces)) {
     return true;
@@ -192,17 +187,18 @@ std::optional<RegistryValue> RegistryPort::Read(const std::string& path, const s
   auto& values = simulation_.machine.registry;
   const auto found = FindValue(values, path, name);
   if (found != values.end()) return *found;
-  if (StartsWith(path, kDevices) && SameText(name, "LocationInformation")) {
+  if (base::StartsWith(path, kDevices) && base::SameText(name, "LocationInformation")) {
     const Adapter* adapter = simulation_.AdapterByPnpId(path.substr(kDevices.size()));
     if (adapter != nullptr && adapter->locationInformation) {
       return RegistryValue{path, name, platform::kRegSz, *adapter->locationInformation};
     }
   }
-  if (StartsWith(path, kInterfaces) && SameText(name, "NameServer")) {
+  if (base::StartsWith(path, kInterfaces) && base::SameText(name, "NameServer")) {
     const Adapter* adapter = simulation_.AdapterBySettingId(path.substr(kInterfaces.size()));
     if (adapter != nullptr) {
-      return RegistryValue{path, name, platform::kRegSz,
-                           adapter->staticDns ? Joined(adapter->dnsServers) : std::string()};
+      return RegistryValue{
+          path, name, platform::kRegSz,
+          adapter->staticDns ? base::Join(adapter->dnsServers, ",") : std::string()};
     }
   }
   return std::nullopt;

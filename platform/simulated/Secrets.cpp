@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "platform/simulated/Text.h"
 
 namespace simulated {
@@ -14,7 +16,7 @@ constexpr std::string_view kNames[] = {"DomainUsername", "DomainPassword"};
 /// Where the first of the words stands.
 std::size_t WordIn(std::string_view text) {
   std::size_t first = kNowhere;
-  for (const std::string_view word : kWords) first = std::min(first, Find(text, word));
+  for (const std::string_view word : kWords) first = std::min(first, base::Find(text, word));
   return first;
 }
 
@@ -38,7 +40,7 @@ bool NamesPassword(std::string_view name) { return WordIn(name) != kNowhere; }
 bool NamesSecret(std::string_view name) { return NamesPassword(name) || Nearest(name, kNames); }
 
 std::size_t SecretLines::HiddenFrom(std::string_view line) {
-  const std::string_view content = Trimmed(line);
+  const std::string_view content = base::Trimmed(line);
   if (content.empty()) return kNowhere;
   const std::size_t from = Judge(content);
   if (from >= content.size()) return kNowhere;
@@ -57,10 +59,10 @@ std::size_t SecretLines::Judge(std::string_view line) {
   if (!isComment && isTail && goesOn_) return 0;
 
   // A comment may be an entry that somebody took out.
-  const std::string_view entry = Trimmed(line.substr(isComment ? 1 : 0));
+  const std::string_view entry = base::Trimmed(line.substr(isComment ? 1 : 0));
   const std::size_t start = line.size() - entry.size();
   const std::size_t lead = LeadEnd(entry);
-  const std::string_view key = Trimmed(line.substr(start, equals - start));
+  const std::string_view key = base::Trimmed(line.substr(start, equals - start));
   const bool isNamed = NamesSecret(entry.substr(0, lead));
   goesOn_ = isNamed || NamesPassword(line) || (equals != kNowhere && NamesSecret(key));
   if (!goesOn_) return kNowhere;

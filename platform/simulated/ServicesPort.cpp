@@ -10,22 +10,6 @@ using platform::ServiceHandle;
 using platform::ServiceStart;
 using platform::Win32Error;
 
-const char* StartName(ServiceStart start) {
-  switch (start) {
-    case ServiceStart::kBoot:
-      return "boot";
-    case ServiceStart::kSystem:
-      return "system";
-    case ServiceStart::kAutomatic:
-      return "automatic";
-    case ServiceStart::kManual:
-      return "manual";
-    case ServiceStart::kDisabled:
-      return "disabled";
-  }
-  return "";
-}
-
 ServiceHandle ServicesPort::OpenManager() {
   if (simulation_.Fails({.name = "service.open_manager"})) return ServiceHandle::kNone;
   return Remember("");
@@ -49,7 +33,7 @@ bool ServicesPort::SetStartType(ServiceHandle handle, ServiceStart start) {
   Service* service = simulation_.machine.FindService(name);
   const auto refused = simulation_.Refuse({.name = "service.start_type", .service = name});
   if (!refused && service != nullptr) service->start = start;
-  return Finish({"service.start_type", {{"service", name}, {"start", StartName(start)}}},
+  return Finish({"service.start_type", {{"service", name}, {"start", base::TypeOf(start).name}}},
                 refused.value_or(service == nullptr ? kInvalidHandle : kSuccess));
 }
 

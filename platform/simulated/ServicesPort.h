@@ -10,9 +10,6 @@
 
 namespace simulated {
 
-/// The name of a start type in the journal and in machine files.
-const char* StartName(platform::ServiceStart start);
-
 class ServicesPort final : public platform::IServices {
  public:
   explicit ServicesPort(Simulation& simulation) : simulation_(simulation) {}

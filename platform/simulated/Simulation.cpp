@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
 
@@ -10,12 +11,12 @@ namespace simulated {
 namespace {
 
 bool Allows(const NullableText& matcher, std::string_view text) {
-  return !matcher || SameText(*matcher, text);
+  return !matcher || base::SameText(*matcher, text);
 }
 
 bool Matches(const Fault& fault, const Call& call) {
   return (fault.call == "*" || fault.call == call.name.Text()) &&
-         (!fault.contains || Find(call.text, *fault.contains) != std::string_view::npos) &&
+         (!fault.contains || base::Find(call.text, *fault.contains) != std::string_view::npos) &&
          Allows(fault.method, call.method) && Allows(fault.service, call.service) &&
          Allows(fault.name, call.item) && (!fault.index || fault.index == IndexIn(call.text));
 }
@@ -86,13 +87,13 @@ Adapter* Simulation::AdapterByIndex(std::uint32_t index) {
 }
 
 Adapter* Simulation::AdapterByPnpId(const std::string& pnpDeviceId) {
-  return LookUp(byPnpId_, Folded(pnpDeviceId),
-                [](const Adapter& adapter) { return Folded(adapter.pnpDeviceId); });
+  return LookUp(byPnpId_, base::Folded(pnpDeviceId),
+                [](const Adapter& adapter) { return base::Folded(adapter.pnpDeviceId); });
 }
 
 Adapter* Simulation::AdapterBySettingId(const std::string& settingId) {
-  return LookUp(bySettingId_, Folded(settingId),
-                [](const Adapter& adapter) { return Folded(adapter.settingId); });
+  return LookUp(bySettingId_, base::Folded(settingId),
+                [](const Adapter& adapter) { return base::Folded(adapter.settingId); });
 }
 
 template <class Key, class KeyOf>
@@ -112,7 +113,7 @@ Adapter* Simulation::LookUp(Positions<Key>& positions, const Key& key, KeyOf key
 
 std::optional<std::uint32_t> IndexIn(std::string_view text) {
   constexpr std::string_view kIndex = "Index=";
-  const std::size_t at = Find(text, kIndex);
+  const std::size_t at = base::Find(text, kIndex);
   if (at == std::string_view::npos) return std::nullopt;
   return ParseIndex(text.substr(at + kIndex.size()));
 }

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <limits>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
 
@@ -115,7 +116,7 @@ LibraryHandle LibrariesPort::Load(const std::string& fileName) {
   if (simulation_.Fails({.name = "library.load", .text = fileName, .item = fileName})) {
     return LibraryHandle::kNone;
   }
-  if (simulation_.machine.decrypt && SameText(fileName, "LibCrypto.dll")) return kCrypto;
+  if (simulation_.machine.decrypt && base::SameText(fileName, "LibCrypto.dll")) return kCrypto;
   simulation_.lastError = kModuleNotFound;
   return LibraryHandle::kNone;
 }
@@ -140,7 +141,7 @@ Win32Error ResolverPort::Start() {
 bool ResolverPort::LookUpHost(const std::string& name, std::uint32_t* address) {
   if (simulation_.Fails({.name = "host.resolve", .text = name, .item = name})) return false;
   for (const Host& host : simulation_.machine.hosts) {
-    if (!SameText(host.name, name)) continue;
+    if (!base::SameText(host.name, name)) continue;
     const auto bytes = ParseIpv4(host.address);
     if (!bytes) break;
     *address = InNetworkOrder(*bytes);

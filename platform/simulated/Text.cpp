@@ -7,14 +7,10 @@
 #include <utility>
 #include <vector>
 
+#include "base/LetterCase.h"
+
 namespace simulated {
 namespace {
-
-char Fold(char letter) {
-  return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-bool SameLetter(char left, char right) { return Fold(left) == Fold(right); }
 
 /// A longer name is no misspelling of anything.
 constexpr std::size_t kLongestMisspelling = 60;
@@ -26,7 +22,7 @@ std::size_t Distance(std::string_view left, std::string_view right) {
   for (std::size_t i = 0; i < left.size(); ++i) {
     std::size_t diagonal = std::exchange(row[0], i + 1);
     for (std::size_t j = 0; j < right.size(); ++j) {
-      const std::size_t replaced = diagonal + (SameLetter(left[i], right[j]) ? 0 : 1);
+      const std::size_t replaced = diagonal + (left[i] == right[j] ? 0 : 1);
       diagonal = row[j + 1];
       row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
     }
@@ -36,53 +32,24 @@ std::size_t Distance(std::string_view left, std::string_view right) {
 
 }  // namespace
 
-std::string Folded(std::string_view text) {
-  std::string folded(text);
-  std::transform(folded.begin(), folded.end(), folded.begin(), Fold);
-  return folded;
-}
-
 std::string FoldedPath(std::string_view path) {
-  std::string folded = Folded(path);
+  std::string folded = base::Folded(path);
   std::replace(folded.begin(), folded.end(), '/', '\\');
   while (!folded.empty() && folded.back() == '\\') folded.pop_back();
   return folded;
 }
 
-bool SameText(std::string_view left, std::string_view right) {
-  // Nearly all texts that are the same are so letter by letter.
-  if (left.size() != right.size()) return false;
-  return left == right || std::equal(left.begin(), left.end(), right.begin(), SameLetter);
-}
-
-bool StartsWith(std::string_view text, std::string_view start) {
-  return SameText(text.substr(0, start.size()), start);
-}
-
-std::size_t Find(std::string_view text, std::string_view part, std::size_t from) {
-  if (from > text.size()) return std::string_view::npos;
-  const auto begin = text.begin() + static_cast<std::ptrdiff_t>(from);
-  const auto found = std::search(begin, text.end(), part.begin(), part.end(), SameLetter);
-  if (found == text.end() && !part.empty()) return std::string_view::npos;
-  return static_cast<std::size_t>(found - text.begin());
-}
-
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(" \t\r");
-  if (first == std::string_view::npos) return {};
-  return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 std::optional<std::string_view> Nearest(std::string_view name,
                                         std::span<const std::string_view> known) {
   if (name.size() > kLongestMisspelling) return std::nullopt;
+  const std::string folded = base::Folded(name);
   std::optional<std::string_view> nearest;
   // A name that shares hardly a letter is no help.
   std::size_t limit = 2 + name.size() / 5;
   for (const std::string_view one : known) {
     // The lengths alone may tell that it is too far.
     if (one.size() > name.size() + limit || name.size() > one.size() + limit) continue;
-    const std::size_t distance = Distance(one, name);
+    const std::size_t distance = Distance(base::Folded(one), folded);
     if (distance > limit || (nearest && distance == limit)) continue;
     limit = distance;
     nearest = one;

@@ -1,4 +1,4 @@
-// Comparing and reading texts the way the simulated computer does: without regard to ASCII case.
+// Paths, numbers and misspelled names as the simulated computer reads them.
 #pragma once
 
 #include <array>
@@ -10,16 +10,8 @@
 
 namespace simulated {
 
-/// `text` with its ASCII letters in lower case.
-std::string Folded(std::string_view text);
 /// `path` in the one form that all its spellings share.
 std::string FoldedPath(std::string_view path);
-bool SameText(std::string_view left, std::string_view right);
-bool StartsWith(std::string_view text, std::string_view start);
-/// Where `part` stands first in `text` at or after `from`; npos when it does not.
-std::size_t Find(std::string_view text, std::string_view part, std::size_t from = 0);
-/// `text` without blanks, tabs and carriage returns at its ends.
-std::string_view Trimmed(std::string_view text);
 
 /// The one of `known` that `name` is likely to be a misspelling of; letter case does not count.
 std::optional<std::string_view> Nearest(std::string_view name,

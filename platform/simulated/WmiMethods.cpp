@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/DirectoryTree.h"
 #include "platform/simulated/Text.h"
@@ -186,11 +187,11 @@ HResult FindTarget(Simulation& simulation, const WmiMethod& method, std::string_
     case WmiTarget::kClass:
       return key.empty() ? platform::kOk : kWmiInvalidPath;
     case WmiTarget::kComputer:
-      if (!StartsWith(key, "Name=")) return kWmiInvalidPath;
-      return SameText(key, "Name=\"" + simulation.machine.computerName + "\"") ? platform::kOk
-                                                                               : kWmiNotFound;
+      if (!base::StartsWith(key, "Name=")) return kWmiInvalidPath;
+      return base::SameText(key, "Name=\"" + simulation.machine.computerName + "\"") ? platform::kOk
+                                                                                     : kWmiNotFound;
     case WmiTarget::kAdapter: {
-      const auto index = StartsWith(key, "Index=") ? IndexIn(key) : std::nullopt;
+      const auto index = base::StartsWith(key, "Index=") ? IndexIn(key) : std::nullopt;
       if (!index) return kWmiInvalidPath;
       *adapter = simulation.AdapterByIndex(*index);
       return *adapter == nullptr ? kWmiNotFound : platform::kOk;
@@ -204,7 +205,7 @@ HResult FindTarget(Simulation& simulation, const WmiMethod& method, std::string_
 const WmiMethod* FindMethod(std::string_view className, std::string_view method) {
   const auto found =
       std::find_if(std::begin(kMethods), std::end(kMethods), [&](const WmiMethod& known) {
-        return SameText(known.className, className) && SameText(known.name, method);
+        return base::SameText(known.className, className) && base::SameText(known.name, method);
       });
   return found == std::end(kMethods) ? nullptr : found;
 }

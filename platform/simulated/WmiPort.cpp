@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Text.h"
 #include "platform/simulated/WmiClasses.h"
 
 namespace simulated {
@@ -40,7 +40,7 @@ class Object final : public IWmiObject {
     if (const auto failure = simulation_.RefuseCom({.name = "wmi.put", .item = property})) {
       return *failure;
     }
-    const auto same = [&](const auto& entry) { return SameText(entry.first, property); };
+    const auto same = [&](const auto& entry) { return base::SameText(entry.first, property); };
     if (!IsParameter(property) && FindProperty(properties, property) == nullptr) {
       return kWmiNotFound;
     }
@@ -81,7 +81,7 @@ class Object final : public IWmiObject {
  private:
   bool IsParameter(std::string_view name) const {
     return std::any_of(parameters.begin(), parameters.end(),
-                       [&](std::string_view parameter) { return SameText(parameter, name); });
+                       [&](std::string_view parameter) { return base::SameText(parameter, name); });
   }
 
   Simulation& simulation_;
@@ -208,7 +208,7 @@ class Locator final : public platform::IWmiLocator {
     if (const auto failure = simulation_.RefuseCom({.name = "wmi.connect", .text = nameSpace})) {
       return *failure;
     }
-    if (!SameText(nameSpace, kNameSpace)) return kWmiInvalidNamespace;
+    if (!base::SameText(nameSpace, kNameSpace)) return kWmiInvalidNamespace;
     *services = std::make_unique<Services>(simulation_);
     return platform::kOk;
   }

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "base/LetterCase.h"
+#include "base/Services.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
 #include "platform/simulated/WmiClasses.h"
@@ -60,30 +62,17 @@ constexpr Column<PersistentRoute> kPersistedRoute[] = {
     {"NextHop", [](const PersistentRoute& r) -> Variant { return r.nextHop; }},
     {"Metric1", [](const PersistentRoute& r) -> Variant { return r.metric; }}};
 
-Variant StartMode(const Service& service) {
-  switch (service.start) {
-    case platform::ServiceStart::kBoot:
-      return "Boot";
-    case platform::ServiceStart::kSystem:
-      return "System";
-    case platform::ServiceStart::kAutomatic:
-      return "Auto";
-    case platform::ServiceStart::kManual:
-      return "Manual";
-    case platform::ServiceStart::kDisabled:
-      break;
-  }
-  return "Disabled";
-}
-
 /// The services whose program is a driver; they are instances of a class of their own.
 bool IsDriver(const Service& service) {
-  return SameText(service.name, "NetBT") || SameText(service.name, "NwlnkNb");
+  return std::any_of(std::begin(base::kNetworkServices), std::end(base::kNetworkServices),
+                     [&](const auto& known) {
+                       return known.isDriver && base::SameText(service.name, known.name);
+                     });
 }
 
 constexpr Column<Service> kService[] = {
     {"Name", [](const Service& s) -> Variant { return s.name; }},
-    {"StartMode", StartMode},
+    {"StartMode", [](const Service& s) -> Variant { return base::TypeOf(s.start).mode; }},
     {"State", [](const Service& s) -> Variant { return s.running ? "Running" : "Stopped"; }}};
 
 struct Condition {
@@ -146,7 +135,7 @@ class QueryReader {
 
  private:
   bool Accept(std::string_view token) {
-    const bool accepted = next_ < tokens_.size() && SameText(tokens_[next_], token);
+    const bool accepted = next_ < tokens_.size() && base::SameText(tokens_[next_], token);
     if (accepted) ++next_;
     return accepted;
   }
@@ -174,14 +163,14 @@ class QueryReader {
 
 bool Equals(const Variant& value, std::string_view literal) {
   if (const auto* flag = std::get_if<platform::RawBool>(&value)) {
-    return SameText(literal, flag->bits == platform::kVariantTrue.bits ? "true" : "false");
+    return base::SameText(literal, flag->bits == platform::kVariantTrue.bits ? "true" : "false");
   }
   if (const auto* number = std::get_if<std::int32_t>(&value)) {
     return ParseIndex(literal) == static_cast<std::uint32_t>(*number);
   }
   const auto* text = std::get_if<std::string>(&value);
   return text != nullptr && literal.size() >= 2 &&
-         SameText(literal.substr(1, literal.size() - 2), *text);
+         base::SameText(literal.substr(1, literal.size() - 2), *text);
 }
 
 template <class Row>
@@ -189,7 +178,7 @@ HResult Select(const Query& query, std::span<const Column<Row>> table, std::span
                std::vector<Properties>* result) {
   const auto find = [&](std::string_view name) {
     const auto found = std::find_if(table.begin(), table.end(), [&](const auto& column) {
-      return SameText(column.name, name);
+      return base::SameText(column.name, name);
     });
     return found == table.end() ? nullptr : &*found;
   };
@@ -220,7 +209,7 @@ HResult SelectComputer(Simulation& simulation, const Query& query, std::vector<P
 
 /// The adapters a query can concern: one of them when it asks for an index, else all.
 std::span<const Adapter> Candidates(Simulation& simulation, const Query& query) {
-  if (!query.condition || !SameText(query.condition->property, "Index")) {
+  if (!query.condition || !base::SameText(query.condition->property, "Index")) {
     return simulation.machine.adapters;
   }
   const auto index = ParseIndex(query.condition->literal);
@@ -305,7 +294,7 @@ constexpr struct {
 
 HResult Run(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
   for (const auto& known : kClasses) {
-    if (SameText(known.name, query.className)) return known.select(simulation, query, rows);
+    if (base::SameText(known.name, query.className)) return known.select(simulation, query, rows);
   }
   return kWmiInvalidClass;
 }
@@ -314,7 +303,7 @@ HResult Run(Simulation& simulation, const Query& query, std::vector<Properties>*
 
 const Variant* FindProperty(const Properties& properties, std::string_view name) {
   for (const auto& [known, value] : properties) {
-    if (SameText(known, name)) return &value;
+    if (base::SameText(known, name)) return &value;
   }
   return nullptr;
 }
@@ -331,7 +320,7 @@ HResult ListInstances(Simulation& simulation, const std::string& className,
 
 bool IsWmiClass(std::string_view name) {
   return std::any_of(std::begin(kClasses), std::end(kClasses),
-                     [&](const auto& known) { return SameText(known.name, name); });
+                     [&](const auto& known) { return base::SameText(known.name, name); });
 }
 
 }  // namespace simulated

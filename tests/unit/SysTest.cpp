@@ -4,6 +4,9 @@
 #include <functional>
 #include <stdexcept>
 
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "common/ipc/IpAddress.h"
 #include "common/sys/DllProxy.h"
 #include "common/sys/OsVersion.h"
@@ -11,7 +14,8 @@
 #include "common/sys/Wmi.h"
 #include "common/util/CheckHResult.h"
 #include "common/util/FileUtils.h"
-#include "common/util/Text.h"
+#include "common/util/Format.h"
+#include "handlers/internal/FoldedText.h"
 #include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 
@@ -281,20 +285,31 @@ TEST_F(SysTest, FailedResultsBecomeReadable) {
 }
 
 TEST(TextTest, SplitsTrimsAndParses) {
-  EXPECT_EQ(util::Split(" a,;b\n\nc ", ",; \n"), (Texts{"a", "b", "c"}));
-  EXPECT_EQ(util::Split("", ","), Texts{});
-  EXPECT_EQ(util::Trim(" \t a b\t"), "a b");
-  EXPECT_EQ(util::Trim(" \t"), "");
-  EXPECT_EQ(util::ParseUnsigned("12abc"), 12U);
-  EXPECT_EQ(util::ParseUnsigned("-1"), 0U);
-  EXPECT_EQ(util::ParseUnsigned("99999999999"), 4294967295U);
+  EXPECT_EQ(base::Split(" a,;b\n\nc ", ",; \n"), (Texts{"a", "b", "c"}));
+  EXPECT_EQ(base::Split("", ","), Texts{});
+  EXPECT_EQ(base::Trimmed(" \t a b\t"), "a b");
+  EXPECT_EQ(base::Trimmed(" \t"), "");
+  EXPECT_EQ(base::ParseUnsigned("12abc"), 12U);
+  EXPECT_EQ(base::ParseUnsigned("-1"), 0U);
+  EXPECT_EQ(base::ParseUnsigned("99999999999"), 4294967295U);
   EXPECT_EQ(util::Format("%s-%03d", "x", 7), "x-007");
   EXPECT_EQ(util::Format("%s", ""), "");
   std::string text = "aZ\xE4";
-  util::ToUpper(text);
+  base::ToUpper(text);
   EXPECT_EQ(text, "AZ\xE4");
-  EXPECT_TRUE(util::ContainsIgnoringCase("MyNicEntry2", "nicentry"));
-  EXPECT_FALSE(util::ContainsIgnoringCase("Nic", "NicEntry"));
+  EXPECT_TRUE(base::Contains("MyNicEntry2", "nicentry"));
+  EXPECT_FALSE(base::Contains("Nic", "NicEntry"));
+}
+
+TEST(TextTest, TheReaderFoldsWordsAsEverybodyFoldsLetters) {
+  for (int a = 0; a < 256; ++a) {
+    for (int b = 0; b < 256; ++b) {
+      const std::string left(8, static_cast<char>(a));
+      const std::string right(8, static_cast<char>(b));
+      ASSERT_EQ(SameText(left, right, /*caseSensitive=*/false), base::SameText(left, right))
+          << a << " and " << b;
+    }
+  }
 }
 
 }  // namespace

@@ -11,7 +11,7 @@
 #include "common/sys/SecurityDescriptor.h"
 #include "common/sys/Sid.h"
 #include "common/sys/UserProfile.h"
-#include "common/util/Text.h"
+#include "common/util/Format.h"
 #include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
 

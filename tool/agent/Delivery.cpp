@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/Pieces.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
@@ -70,7 +70,8 @@ std::string Delivery::Failure() const {
       const std::size_t at = line.text.find(lead);
       if (line.level != 0 || at == std::string::npos) continue;
       const std::size_t start = at + lead.size();
-      return std::string(util::Trim(line.text.substr(start, line.text.find('\n', start) - start)));
+      return std::string(
+          base::Trimmed(line.text.substr(start, line.text.find('\n', start) - start)));
     }
   }
   if (status == 0 && !log.empty()) return log.back().text;

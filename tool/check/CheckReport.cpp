@@ -5,6 +5,8 @@
 #include <nlohmann/json.hpp>
 #include <string_view>
 
+#include "base/Numbers.h"
+
 namespace tool::check {
 namespace {
 
@@ -41,10 +43,10 @@ std::string SumText(const std::vector<FileReport>& reports) {
   std::string sums;
   for (const Severity severity : {Severity::kError, Severity::kWarning, Severity::kNote}) {
     const std::size_t count = counts[static_cast<std::size_t>(severity)];
-    if (count > 0) sums += (sums.empty() ? "" : ", ") + Counted(count, TextOf(severity));
+    if (count > 0) sums += (sums.empty() ? "" : ", ") + base::Counted(count, TextOf(severity));
   }
-  return Counted(reports.size(), "file") + " checked: " + (sums.empty() ? "nothing found" : sums) +
-         "\n";
+  return base::Counted(reports.size(), "file") +
+         " checked: " + (sums.empty() ? "nothing found" : sums) + "\n";
 }
 
 }  // namespace

@@ -3,15 +3,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "platform/simulated/Text.h"
 #include "tool/check/Findings.h"
 
 namespace tool::check {
 namespace {
 
-bool IsTrue(std::string_view value) { return util::EqualsIgnoringCase(value, "true"); }
-bool IsFalse(std::string_view value) { return util::EqualsIgnoringCase(value, "false"); }
+bool IsTrue(std::string_view value) { return base::SameText(value, "true"); }
+bool IsFalse(std::string_view value) { return base::SameText(value, "false"); }
 
 std::vector<Address> ReadAddresses(const Document& document, const Section& section, Key key) {
   std::vector<Address> addresses;
@@ -31,7 +32,7 @@ Route ReadRoute(const Document& document, const Entry& entry) {
   route.destination = field(0);
   route.mask = field(1);
   route.gateway = field(2);
-  if (route.fields.size() > 4) route.metric = util::ParseUnsigned(route.fields[4].text);
+  if (route.fields.size() > 4) route.metric = base::ParseUnsigned(route.fields[4].text);
   return route;
 }
 
@@ -65,7 +66,7 @@ void ReadNumbered(Document& document, DesiredAdapter& adapter) {
 void ReadLocation(DesiredAdapter& adapter) {
   const auto number = [&adapter](Key key) {
     const Entry* const entry = adapter.section->Find(key);
-    return entry != nullptr ? util::ParseUnsigned(entry->FirstLine()) : sys::PciLocation::kUnknown;
+    return entry != nullptr ? base::ParseUnsigned(entry->FirstLine()) : sys::PciLocation::kUnknown;
   };
   adapter.location = {number(Key::kPciBus), number(Key::kPciDevice), number(Key::kPciFunction)};
   const auto& [bus, device, function] = adapter.location;
@@ -127,7 +128,7 @@ std::optional<std::uint32_t> PrefixIn(std::string_view text) {
   const std::string_view number = text.substr(text.rfind('/') + 1);
   const bool isShort = !number.empty() && number.size() <= 2;
   if (!isShort || number.find_first_not_of("0123456789") != std::string_view::npos) return {};
-  const std::uint32_t prefix = util::ParseUnsigned(number);
+  const std::uint32_t prefix = base::ParseUnsigned(number);
   return prefix <= 32 ? std::optional(prefix) : std::nullopt;
 }
 

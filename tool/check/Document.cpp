@@ -5,9 +5,10 @@
 #include <iterator>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
+#include "base/Utf8.h"
 #include "platform/simulated/Secrets.h"
-#include "platform/simulated/Text.h"
 #include "tool/io/Text.h"
 
 namespace tool::check {
@@ -38,15 +39,13 @@ std::string_view LeadOf(std::string_view line) {
   return line.substr(0, line.find_first_of(" \t:"));
 }
 
-bool IsMiddleOfCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
 }  // namespace
 
 std::optional<Match> MatchKey(SectionKind section, std::string_view name) {
   for (const KnownKey& row : kKnownKeys) {
     if (row.section != section || name.size() < row.name.size()) continue;
     if (!row.isNumbered && name.size() != row.name.size()) continue;
-    if (!util::EqualsIgnoringCase(name.substr(0, row.name.size()), row.name)) continue;
+    if (!base::SameText(name.substr(0, row.name.size()), row.name)) continue;
     if (!row.isNumbered) return Match{row.key, 0};
     if (const auto number = NumberOf(name.substr(row.name.size()))) return Match{row.key, *number};
   }
@@ -126,7 +125,7 @@ const Section* Document::FindSection(SectionKind kind) const {
 
 Item Document::Part(std::size_t begin, std::size_t end) const {
   const std::string_view whole = std::string_view(text_).substr(begin, end - begin);
-  const std::string_view part = simulated::Trimmed(whole);
+  const std::string_view part = base::Trimmed(whole);
   const std::size_t offset =
       part.empty() ? begin : static_cast<std::size_t>(part.data() - text_.data());
   return {part, {offset, part.size()}};
@@ -199,7 +198,7 @@ std::string_view Document::BrokenHeader(std::uint32_t line) const {
   if (lines_[line].kind != Kind::kContinuation) return {};
   const std::string_view text = ItemOf(line).text;
   if (!text.ends_with(']')) return {};
-  const std::string_view name = simulated::Trimmed(text.substr(0, text.size() - 1));
+  const std::string_view name = base::Trimmed(text.substr(0, text.size() - 1));
   return KindOfSection(name) != SectionKind::kUnknown ? name : std::string_view();
 }
 
@@ -249,8 +248,8 @@ Place Document::PlaceOf(Span span) const {
   const std::size_t line = LineOf(span.offset);
   const Item whole = WholeLine(line);
   const std::size_t at = std::min(span.offset - whole.span.offset, whole.span.length);
-  const std::size_t column = 1 + Width(whole.text.substr(0, at));
-  return {line, column, column + Width(whole.text.substr(at, span.length))};
+  const std::size_t column = 1 + base::Width(whole.text.substr(0, at));
+  return {line, column, column + base::Width(whole.text.substr(at, span.length))};
 }
 
 Excerpt Document::ExcerptOf(Span span) const {
@@ -269,9 +268,9 @@ Excerpt Document::ExcerptOf(Span span) const {
 
   std::size_t first =
       from > kBeforeCaret && line.size() > kLongestExcerpt ? from - kBeforeCaret : 0;
-  while (first > 0 && IsMiddleOfCharacter(line[first])) --first;
+  while (first > 0 && base::IsMiddleOfCharacter(line[first])) --first;
   std::size_t last = std::min(line.size(), first + kLongestExcerpt);
-  while (last < line.size() && IsMiddleOfCharacter(line[last])) ++last;
+  while (last < line.size() && base::IsMiddleOfCharacter(line[last])) ++last;
   to = std::min(to, last);
   const auto shown = [&line](std::size_t start, std::size_t end) {
     std::string part = line.substr(start, end - start);
@@ -281,7 +280,8 @@ Excerpt Document::ExcerptOf(Span span) const {
   const std::string before = (first > 0 ? "..." : "") + shown(first, from);
   const std::string marked = shown(from, to);
   const std::string after = shown(to, last) + (last < line.size() ? "..." : "");
-  return {before + marked + after, Width(before), std::max<std::size_t>(1, Width(marked))};
+  return {before + marked + after, base::Width(before),
+          std::max<std::size_t>(1, base::Width(marked))};
 }
 
 std::string Document::ShownKey(const Entry& entry) const {

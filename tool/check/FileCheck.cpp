@@ -3,7 +3,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/simulated/Text.h"
 #include "tool/check/rules/FleetRules.h"
 #include "tool/check/rules/MachineRules.h"
 #include "tool/check/rules/Rules.h"

@@ -7,7 +7,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
 #include "tool/io/ToolError.h"
 
 namespace tool::check {
@@ -21,7 +21,7 @@ constexpr std::string_view kEnding = ".cfg";
 bool IsPattern(std::string_view text) { return text.find_first_of("*?") != std::string_view::npos; }
 
 bool SameLetter(char a, char b) {
-  return util::EqualsIgnoringCase(std::string_view(&a, 1), std::string_view(&b, 1));
+  return base::SameText(std::string_view(&a, 1), std::string_view(&b, 1));
 }
 
 /// Whether a name fits a pattern of "*" and "?".
@@ -112,7 +112,7 @@ class Search {
 
  private:
   static bool EndsAsConfiguration(const fs::path& path) {
-    return util::EqualsIgnoringCase(path.extension().string(), kEnding);
+    return base::SameText(path.extension().string(), kEnding);
   }
 
   /// Links to folders are not followed, so that no search runs in circles.

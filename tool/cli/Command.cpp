@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
-#include "common/util/Text.h"
+#include "base/Pieces.h"
 
 namespace tool {
 
-std::vector<std::string> Option::Names() const { return util::Split(name, ","); }
+std::vector<std::string> Option::Names() const { return base::Split(name, ","); }
 
 bool Option::TakesValue() const {
   return !std::holds_alternative<std::monostate>(target) && !std::holds_alternative<bool*>(target);
@@ -15,7 +15,7 @@ bool Option::TakesValue() const {
 
 std::vector<std::string> Option::Choices() const {
   if (value.find('|') == std::string::npos) return {};
-  return util::Split(value, "|");
+  return base::Split(value, "|");
 }
 
 bool Option::TakesFile() const { return value.find('.') != std::string::npos || name == "FILE"; }

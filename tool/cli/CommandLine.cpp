@@ -5,7 +5,8 @@
 #include <string_view>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "platform/simulated/Text.h"
 #include "tool/io/ToolError.h"
 
@@ -25,14 +26,14 @@ const Option* FindOption(const Command& command, std::string_view name) {
 std::string Alternatives(std::vector<std::string> words) {
   const std::string last = words.back();
   words.pop_back();
-  return util::Join(words, ", ") + " or " + last;
+  return base::Join(words, ", ") + " or " + last;
 }
 
 std::string NumberFault(const std::string& text, std::uint32_t most) {
   const bool isNumber =
       !text.empty() && text.size() < 10 &&
       std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-  if (isNumber && util::ParseUnsigned(text) <= most) return {};
+  if (isNumber && base::ParseUnsigned(text) <= most) return {};
   return "\"" + text + "\" is not a number from 0 to " + std::to_string(most);
 }
 

@@ -2,7 +2,7 @@
 
 #include <ostream>
 
-#include "common/util/Text.h"
+#include "base/Pieces.h"
 #include "tool/io/ToolError.h"
 
 namespace tool {
@@ -41,7 +41,7 @@ std::vector<std::string> NamesOf(const Commands& commands) {
   return names;
 }
 
-std::string Words(const std::vector<std::string>& words) { return util::Join(words, " "); }
+std::string Words(const std::vector<std::string>& words) { return base::Join(words, " "); }
 
 /// A text with a backslash before each of the letters.
 std::string Escaped(const std::string& text, std::string_view letters) {
@@ -74,7 +74,7 @@ std::string BashValue(const Option& option) {
 
 std::string BashScript(const Commands& commands) {
   const Commands named = Named(commands);
-  const std::string names = util::Join(NamesOf(named), "|");
+  const std::string names = base::Join(NamesOf(named), "|");
   std::string values;
   std::string words;
   for (const Command& command : named) {

@@ -3,7 +3,6 @@
 #include <ostream>
 #include <sstream>
 
-#include "common/util/Text.h"
 #include "handlers/Version.h"
 #include "tool/io/ToolError.h"
 

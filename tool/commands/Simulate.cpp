@@ -6,7 +6,7 @@
 #include <ostream>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/Pieces.h"
 #include "platform/simulated/MachineFile.h"
 #include "tool/agent/Conversation.h"
 #include "tool/check/CheckRemark.h"
@@ -76,7 +76,7 @@ Command SimulateCommand(SimulateOptions& options) {
                   {{"FILE", &options.file, "", "a configuration file, or - for standard input"}}};
   command.Add(MachineOptionRows(options.machine));
   command.Add({
-      {"--message", &options.message, util::Join(messages, "|"),
+      {"--message", &options.message, base::Join(messages, "|"),
        "which message (default: configure)"},
       {"--at", &options.at, "PATH", "FILE's place on the machine (default: C:\\tarvo.cfg)"},
       SetOption(options.set),

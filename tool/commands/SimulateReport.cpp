@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/Utf8.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
 
@@ -123,8 +124,8 @@ std::string MachineTable(const Simulation& simulation, const Style& style) {
     std::size_t settingWidth = 0;
     std::size_t beforeWidth = 0;
     for (auto it = first; it != last; ++it) {
-      settingWidth = std::max(settingWidth, Width(it->setting));
-      beforeWidth = std::max(beforeWidth, Width(it->before));
+      settingWidth = std::max(settingWidth, base::Width(it->setting));
+      beforeWidth = std::max(beforeWidth, base::Width(it->before));
     }
     text += "  " + first->subject + "\n";
     for (; first != last; ++first) {

@@ -12,17 +12,8 @@ namespace tool {
 /// stays on its line and cannot steer the terminal.
 std::string Printable(std::string_view text);
 
-/// The text with U+FFFD in the place of each byte that is no part of an UTF-8 character.
-std::string ValidUtf8(std::string_view text);
-
-/// Characters of an UTF-8 text.
-std::size_t Width(std::string_view text);
-
 /// The text filled up with blanks to `width` characters; longer texts stay as they are.
 std::string Padded(std::string_view text, std::size_t width);
-
-/// "1 command", "3 commands".
-std::string Counted(std::size_t count, const std::string& noun);
 
 struct Row {
   std::string name;

@@ -9,12 +9,14 @@
 #include <utility>
 #include <variant>
 
+#include "base/LetterCase.h"
+#include "base/OperatingSystem.h"
+#include "base/Services.h"
 #include "common/sys/Domain.h"
 #include "common/sys/OsVersion.h"
 #include "common/sys/Registry.h"
 #include "common/sys/Wmi.h"
 #include "common/util/FileUtils.h"
-#include "common/util/Text.h"
 #include "platform/IWmi.h"
 
 namespace tool {
@@ -29,18 +31,6 @@ constexpr char kInterfaces[] = R"(SYSTEM\CurrentControlSet\Services\Tcpip\Parame
 constexpr char kNames[] = R"(SYSTEM\CurrentControlSet\Control\ComputerName\)";
 
 constexpr const char* kAgentFiles[] = {"tarvo.cfg", "restore.cfg"};
-
-/// The services that the library switches, by the names of the service control manager.
-constexpr const char* kServices[] = {"Dhcp", "NetBT", "LmHosts", "NwlnkNb"};
-
-constexpr struct {
-  const char* name;
-  platform::ServiceStart start;
-} kStartModes[] = {{"Boot", platform::ServiceStart::kBoot},
-                   {"System", platform::ServiceStart::kSystem},
-                   {"Auto", platform::ServiceStart::kAutomatic},
-                   {"Manual", platform::ServiceStart::kManual},
-                   {"Disabled", platform::ServiceStart::kDisabled}};
 
 /// One instance of a management class. A property that is not there counts as one without a value.
 class Record {
@@ -129,7 +119,8 @@ void ReadOperatingSystem(Machine& machine) {
   sys::ScopedWmiComInit connection;
   const auto record = sys::Wmi::GetWbemClassObject(Connect(connection), "Win32_OperatingSystem");
   machine.operatingSystem.clear();
-  for (const std::string& name : sys::OsVersion::PropertyNames()) {
+  for (const std::string_view property : base::kSystemProperties) {
+    const std::string name(property);
     Variant value;
     if (!platform::Failed(record->Get(name, &value)))
       machine.operatingSystem[name] = simulated::ToValue(value);
@@ -185,14 +176,16 @@ void ReadServices(Machine& machine) {
   const auto add = [&machine](const Record& record) {
     const std::string name = record.Text("Name").value_or("");
     const bool isSwitched =
-        std::any_of(std::begin(kServices), std::end(kServices),
-                    [&](const char* known) { return util::EqualsIgnoringCase(name, known); });
+        std::any_of(std::begin(base::kNetworkServices), std::end(base::kNetworkServices),
+                    [&](const auto& known) { return base::SameText(name, known.name); });
     if (!isSwitched) return;
     const std::string mode = record.Text("StartMode").value_or("");
-    const auto start = std::find_if(std::begin(kStartModes), std::end(kStartModes),
-                                    [&](const auto& row) { return row.name == mode; });
+    const auto* const type =
+        std::find_if(std::begin(base::kStartTypes), std::end(base::kStartTypes),
+                     [&](const auto& row) { return row.mode == mode; });
     machine.services.push_back(
-        {name, start != std::end(kStartModes) ? start->start : platform::ServiceStart::kDisabled,
+        {name,
+         type != std::end(base::kStartTypes) ? type->value : platform::ServiceStart::kDisabled,
          record.Text("State") == "Running"});
   };
   ForEachInstance("Win32_Service", add);

@@ -5,9 +5,10 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/Numbers.h"
+#include "base/Services.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
-#include "platform/simulated/ServicesPort.h"
 #include "tool/io/Text.h"
 
 namespace tool {
@@ -92,9 +93,8 @@ std::string MembershipText(const simulated::Membership& membership) {
 }
 
 std::string MachineText(const std::string& name, const Machine& machine) {
-  const std::size_t adapters = machine.adapters.size();
   return Printable(name + ": " + machine.computerName) + ", " + MembershipText(machine.membership) +
-         ", " + std::to_string(adapters) + (adapters == 1 ? " adapter" : " adapters");
+         ", " + base::Counted(machine.adapters.size(), "adapter");
 }
 
 std::string AdapterName(const simulated::Adapter& adapter) {
@@ -119,7 +119,7 @@ std::string RouteText(const simulated::PersistentRoute& route) {
 }
 
 std::string ServiceText(const simulated::Service& service) {
-  return std::string(simulated::StartName(service.start)) +
+  return std::string(base::TypeOf(service.start).name) +
          (service.running ? ", running" : ", stopped");
 }
 

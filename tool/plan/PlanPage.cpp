@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/Numbers.h"
+#include "base/Utf8.h"
 #include "platform/simulated/Secrets.h"
 #include "tool/io/Text.h"
 #include "tool/machine/ChangeText.h"
@@ -289,7 +291,7 @@ std::string RunHtml(const Delivery& delivery) {
                   : result == "Success" ? "good"
                                         : "bad",
                   result.empty() ? "missing" : Shown(result)) +
-          ".</p>\n<details><summary>" + Counted(delivery.changes.size(), "change") +
+          ".</p>\n<details><summary>" + base::Counted(delivery.changes.size(), "change") +
           "</summary>\n<ol>\n";
   for (const simulated::Change& change : delivery.changes) {
     const ChangeText text = Describe(change);
@@ -379,7 +381,7 @@ std::string EventsHtml(const QueuePlan& plan) {
                     TakerLink(takers[i], takers[i])});
   }
   return "<h2 id=\"events\">Events of the file</h2>\n<details><summary>" +
-         Counted(plan.events.size(), "event") + "</summary>\n" +
+         base::Counted(plan.events.size(), "event") + "</summary>\n" +
          Table({"Line", "Section", "Key", "Event", "Value", "Command"}, rows) + "</details>\n";
 }
 
@@ -462,7 +464,7 @@ std::string PlanPage(const PlanPageInput& input) {
       FileHtml(first, first.restored ? "The restore file" : input.fileName) +
       "</main>\n</body>\n</html>\n";
   // Files are in ANSI as a rule, and the page is not.
-  return ValidUtf8(page);
+  return base::ValidUtf8(page);
 }
 
 }  // namespace tool

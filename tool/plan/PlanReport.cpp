@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "common/util/Text.h"
+#include "base/Pieces.h"
 #include "tool/plan/PlanText.h"
 
 namespace tool {
@@ -63,7 +63,7 @@ class Tree {
 
   std::vector<std::string> Binding(std::size_t position) const {
     std::vector<std::string> lines{AdapterText(plan_, position), BindingText(plan_, position)};
-    const std::string passedOver = util::Join(PassedOver(plan_, position), ", ");
+    const std::string passedOver = base::Join(PassedOver(plan_, position), ", ");
     if (!passedOver.empty()) lines.push_back("passed over: " + passedOver);
     return lines;
   }
@@ -134,7 +134,7 @@ std::string Queue(const QueuePlan& plan, const Style& style) {
 /// A heading with the lines below it; nothing without lines.
 std::string Block(const char* heading, const std::vector<std::string>& lines, const Style& style) {
   if (lines.empty()) return {};
-  return style.Heading(heading) + "\n  " + util::Join(lines, "\n  ") + "\n";
+  return style.Heading(heading) + "\n  " + base::Join(lines, "\n  ") + "\n";
 }
 
 std::string Error(const QueuePlan& plan, const Style& style) {

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "common/sys/NicText.h"
-#include "common/util/Text.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
 #include "tool/io/Text.h"
@@ -119,7 +121,7 @@ std::string ComparisonText(const PlannedCommand& command) {
   if (!command.current) return "-> " + wanted + (command.needed ? ", whatever it is now" : "");
   const std::string current = OrNone(*command.current);
   if (command.needed) return current + " -> " + wanted;
-  if (util::EqualsIgnoringCase(current, wanted)) return "not needed: " + current + " already";
+  if (base::SameText(current, wanted)) return "not needed: " + current + " already";
   return "not needed: is " + current + ", wanted " + wanted;
 }
 
@@ -240,8 +242,8 @@ PauseForecast ForecastPauses(const QueuePlan& plan) {
     }
   }
   if (adapters > 0) {
-    forecast.parts.insert(forecast.parts.begin(),
-                          DurationText(adapterMs) + " for " + Counted(adapters, "static adapter"));
+    forecast.parts.insert(forecast.parts.begin(), DurationText(adapterMs) + " for " +
+                                                      base::Counted(adapters, "static adapter"));
   }
   return forecast;
 }
@@ -251,7 +253,7 @@ std::string PauseText(const QueuePlan& plan) {
   const std::string later = DurationText(forecast.laterMs) + " after the restart";
   if (forecast.nowMs == 0) return forecast.laterMs == 0 ? "" : later;
   std::string text = DurationText(forecast.nowMs) + " now";
-  if (forecast.parts.size() > 1) text += " (" + util::Join(forecast.parts, ", ") + ")";
+  if (forecast.parts.size() > 1) text += " (" + base::Join(forecast.parts, ", ") + ")";
   if (forecast.parts.size() == 1) {
     text += forecast.parts.front().substr(DurationText(forecast.nowMs).size());
   }

@@ -8,10 +8,11 @@
 #include <unordered_map>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "platform/simulated/MachineFile.h"
 #include "tool/agent/Conversation.h"
-#include "tool/io/Text.h"
 #include "tool/machine/MachineDifference.h"
 #include "tool/plan/PlanJson.h"
 #include "tool/plan/PlanText.h"
@@ -153,11 +154,11 @@ class UnmetSettings {
                              chain_.after.pendingComputerName.value_or("") == *command.wanted;
       Add(plan, command, isPending ? "it waits for a restart" : WhyNeeded(plan, command));
     } else if (adapter != nullptr && command.Is("SetStatic")) {
-      const std::string addresses = util::Join(Addresses(*adapter), ",");
+      const std::string addresses = base::Join(Addresses(*adapter), ",");
       if (addresses == *command.wanted) return;
       Add(plan, command, "the first address is right already, and no other is compared");
       chain_.notTrue.back().current = addresses;
-    } else if (!util::EqualsIgnoringCase(*command.current, *command.wanted)) {
+    } else if (!base::SameText(*command.current, *command.wanted)) {
       Add(plan, command, "the computer belongs to no domain");
     }
   }
@@ -217,7 +218,7 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
 }
 
 std::string EndingText(const RestartChain& chain) {
-  const std::string restarts = Counted(chain.restarts, "restart");
+  const std::string restarts = base::Counted(chain.restarts, "restart");
   switch (chain.ending) {
     case ChainEnding::kSettled:
       return "settled after " + restarts +

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/util/Text.h"
+#include "base/Pieces.h"
 #include "tool/check/Document.h"
 #include "tool/check/FileCheck.h"
 #include "tool/io/Text.h"
@@ -54,7 +54,7 @@ std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
     if (section.kind == SectionKind::kAgentSettings) continue;
     UnusedKeys unused{std::string(section.name), {}, {}};
     for (const Entry& entry : section.entries) {
-      if (entry.isComment || entry.key.empty() || util::Trim(entry.value).empty()) continue;
+      if (entry.isComment || entry.key.empty() || base::Trimmed(entry.value).empty()) continue;
       if (entry.isFound && !AsksByItself(entry, section.kind)) continue;
       const std::size_t line = document.PlaceOf(document.KeySpan(entry)).line;
       if (isHeard(entry, line) || IsRuledByDnsDomain(section, entry)) continue;
@@ -70,7 +70,7 @@ std::string UnusedText(const UnusedKeys& unused) {
   std::vector<std::string> keys = unused.keys;
   const std::size_t more = keys.size() - std::min(keys.size(), kMostKeys);
   keys.resize(keys.size() - more);
-  return Printable(util::Join(keys, ", ")) +
+  return Printable(base::Join(keys, ", ")) +
          (more > 0 ? ", and " + std::to_string(more) + " more" : "");
 }
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "base/LetterCase.h"
 #include "common/sys/NicInfoWriter.h"
 #include "common/sys/NicText.h"
 #include "handlers/internal/ConfigKeys.h"
-#include "platform/simulated/Text.h"
 #include "tool/machine/ChangeText.h"
 
 namespace tool {
@@ -32,11 +32,10 @@ std::optional<std::string> UnknownHost(const simulated::Machine& machine, const 
   texts.insert(texts.end(), adapter.gateways.begin(), adapter.gateways.end());
   texts.insert(texts.end(), adapter.dnsServers.begin(), adapter.dnsServers.end());
   for (const std::string& text : texts) {
-    const std::string first = simulated::Folded(text.substr(0, 1));
+    const std::string first = base::Folded(text.substr(0, 1));
     const bool isName = first >= "a" && first <= "z";
-    if (isName && std::none_of(machine.hosts.begin(), machine.hosts.end(), [&](const auto& host) {
-          return simulated::SameText(host.name, text);
-        })) {
+    if (isName && std::none_of(machine.hosts.begin(), machine.hosts.end(),
+                               [&](const auto& host) { return base::SameText(host.name, text); })) {
       return text;
     }
   }
@@ -51,7 +50,8 @@ ImageEvidence::ImageEvidence(const ImageRestore& image) : image_(image) {
     restoring_.insert(restoring_.end(), delivery.changes.begin(), delivery.changes.end());
     if (delivery.Result() == "Success" || delivery.Result() == "Reboot") wasRead_ = true;
   }
-  if (LastRestoring("wmi.method", [](const simulated::Change& /*change*/) { return true; })) wasRead_ = true;
+  if (LastRestoring("wmi.method", [](const simulated::Change& /*change*/) { return true; }))
+    wasRead_ = true;
 }
 
 std::optional<std::string> ImageEvidence::Value(const std::string& section,

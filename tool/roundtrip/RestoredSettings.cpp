@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "common/sys/Registry.h"
-#include "common/util/Text.h"
-#include "platform/simulated/Text.h"
 #include "tool/machine/MachineDifference.h"
 #include "tool/roundtrip/ImageEvidence.h"
 
@@ -30,7 +30,7 @@ Texts Dhcp(const Adapter& adapter) { return {adapter.dhcpEnabled ? "on" : "off"}
 /// Link-local addresses come of themselves.
 Texts LastingAddresses(const Adapter& adapter) {
   Texts addresses = Addresses(adapter);
-  std::erase_if(addresses, [](const auto& text) { return simulated::StartsWith(text, "fe80:"); });
+  std::erase_if(addresses, [](const auto& text) { return base::StartsWith(text, "fe80:"); });
   return addresses;
 }
 
@@ -42,13 +42,11 @@ Texts DnsDomain(const Adapter& adapter) {
   return adapter.dnsDomain.value_or("").empty() ? Texts() : Texts{*adapter.dnsDomain};
 }
 
-Texts AsSwitch(const Texts& values) {
-  return {util::EqualsIgnoringCase(values[0], "True") ? "on" : "off"};
-}
+Texts AsSwitch(const Texts& values) { return {base::SameText(values[0], "True") ? "on" : "off"}; }
 Texts AsPair(const Texts& values) {
   return {values.size() > 1 ? values[0] + "/" + values[1] : values[0]};
 }
-Texts AsList(const Texts& values) { return util::Split(values[0], ","); }
+Texts AsList(const Texts& values) { return base::Split(values[0], ","); }
 
 struct AdapterSetting {
   const char* name;
@@ -135,13 +133,13 @@ class Explanation {
   }
 
   /// "Address=10.0.0.5, Netmask=255.0.0.0"; empty when the file does not have the keys.
-  std::string Recorded() const { return util::Join(entries_, ", "); }
+  std::string Recorded() const { return base::Join(entries_, ", "); }
 
   std::string Reason() {
     const std::string record = RecordReason();
     Texts parts{record, SettingReason(/*recordIsRight=*/record.empty())};
     std::erase(parts, "");
-    return util::Join(parts, "; ");
+    return base::Join(parts, "; ");
   }
 
  private:
@@ -164,7 +162,7 @@ class Explanation {
     if (wanted.size() > 1 && items == Texts{wanted.front()}) {
       return "only the first is recorded (" + Recorded() + ")";
     }
-    if (wanted.size() > 1 && items == Texts{util::Join(wanted, "")}) {
+    if (wanted.size() > 1 && items == Texts{base::Join(wanted, "")}) {
       return "recorded run together (" + Recorded() + ")";
     }
     return "recorded as " + Recorded();
@@ -183,8 +181,7 @@ class Explanation {
     if (!wasRead) return evidence_.WhyNotRead(before_);
     if (setting_.methods.front() == nullptr) return keys_.front() + " is not read back";
     const auto& [key, value] = setting_.condition;
-    if (key != nullptr &&
-        !util::EqualsIgnoringCase(evidence_.Value(section_, key).value_or(""), value)) {
+    if (key != nullptr && !base::SameText(evidence_.Value(section_, key).value_or(""), value)) {
       return std::string("not read back without ") + key + "=" + value;
     }
     std::string failure = evidence_.RestoreFailure();
@@ -216,7 +213,7 @@ class Explanation {
 
 std::string ServiceReason(const ImageEvidence& evidence, const std::string& service) {
   const auto isIts = [&](const Change& change) {
-    return simulated::SameText(change["service"].Text(), service);
+    return base::SameText(change["service"].Text(), service);
   };
   const Change* change = evidence.LastRestoring("service.start_type", isIts);
   if (change == nullptr) {
@@ -251,9 +248,8 @@ Texts RouteValue(const Machine& machine, const std::string& route) {
 
 Texts FlagValue(const Machine& machine) {
   for (const simulated::RegistryValue& value : machine.registry) {
-    if (simulated::SameText(value.name, sys::kNetworkDisabledValue) &&
-        simulated::SameText(value.key,
-                            std::string(R"(HKEY_LOCAL_MACHINE\)") + sys::kClientServiceKey)) {
+    if (base::SameText(value.name, sys::kNetworkDisabledValue) &&
+        base::SameText(value.key, std::string(R"(HKEY_LOCAL_MACHINE\)") + sys::kClientServiceKey)) {
       return {"set"};
     }
   }
@@ -263,7 +259,7 @@ Texts FlagValue(const Machine& machine) {
 bool WasTouched(const ImageRestore& image, const std::string& service) {
   const auto touches = [&](const Delivery& delivery) {
     return std::any_of(delivery.changes.begin(), delivery.changes.end(), [&](const Change& change) {
-      return simulated::SameText(change["service"].Text(), service);
+      return base::SameText(change["service"].Text(), service);
     });
   };
   const auto& restoring = image.restore.deliveries;
@@ -320,7 +316,7 @@ class Listing {
         [](const Machine& machine) { return Texts{MembershipText(machine.membership)}; },
         [&] {
           const std::string config = evidence_.Value("Global", "Config").value_or("");
-          return util::EqualsIgnoringCase(config, "RestoreAfterCreate")
+          return base::SameText(config, "RestoreAfterCreate")
                      ? foreign()
                      : "the file does not say Config=RestoreAfterCreate";
         });

@@ -5,6 +5,7 @@
 #include <set>
 #include <utility>
 
+#include "base/Utf8.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
 #include "tool/roundtrip/ImageEvidence.h"
@@ -65,7 +66,8 @@ std::string SettingsTable(const std::vector<RestoredSetting>& settings, const St
     const auto last = std::find_if(
         first, settings.end(), [&](const auto& other) { return other.subject != first->subject; });
     std::size_t nameWidth = 0;
-    for (auto it = first; it != last; ++it) nameWidth = std::max(nameWidth, Width(it->setting));
+    for (auto it = first; it != last; ++it)
+      nameWidth = std::max(nameWidth, base::Width(it->setting));
     text += "  " + Printable(first->subject) + "\n";
     for (; first != last; ++first) {
       const std::string outcome = Padded(OutcomeName(first->outcome), outcomeWidth);

@@ -1,8 +1,8 @@
 #include "common/config/command/ChangeCompName.h"
 
+#include "base/LetterCase.h"
 #include "common/config/ConfigError.h"
 #include "common/sys/Wmi.h"
-#include "common/util/Text.h"
 
 namespace config::command {
 namespace {
@@ -22,7 +22,7 @@ Comparison ChangeCompName::Compare() {
   if (name_.empty()) return {.needed = false};
   std::string current;
   sys::Wmi::GetComputerName(&current);
-  return {!util::EqualsIgnoringCase(name_, current), current, name_};
+  return {!base::SameText(name_, current), current, name_};
 }
 
 std::string ChangeCompName::Describe() { return "Name=" + name_ + " {User=" + User() + "}"; }

@@ -1,5 +1,6 @@
 #include "common/config/command/EnableNetworking.h"
 
+#include "base/Services.h"
 #include "common/sys/Domain.h"
 #include "common/sys/Pause.h"
 #include "common/sys/Services.h"
@@ -9,23 +10,13 @@ namespace {
 
 constexpr std::uint32_t kSettlingMs = 3000;
 
-constexpr struct {
-  const char* name;
-  sys::ServiceStart start;
-} kServices[] = {
-    {"Dhcp", sys::ServiceStart::kAutomatic},
-    {"NetBT", sys::ServiceStart::kSystem},
-    {"LmHosts", sys::ServiceStart::kAutomatic},
-    {"NwlnkNb", sys::ServiceStart::kAutomatic},
-};
-
 void EnableServices() {
   sys::ServiceManager manager;
   if (!manager.IsOpen()) return;
-  for (const auto& row : kServices) {
-    sys::Service service = manager.Open(row.name);
+  for (const base::NetworkService& known : base::kNetworkServices) {
+    sys::Service service = manager.Open(known.name);
     if (!service.IsOpen()) continue;
-    service.SetStartType(row.start);
+    service.SetStartType(known.start);
     service.Start();  // one that runs already refuses, which is as good
   }
 }

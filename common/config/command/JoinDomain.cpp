@@ -1,7 +1,7 @@
 #include "common/config/command/JoinDomain.h"
 
+#include "base/LetterCase.h"
 #include "common/sys/Domain.h"
-#include "common/util/Text.h"
 
 namespace config::command {
 
@@ -18,8 +18,8 @@ Comparison JoinDomain::Compare() {
   sys::Domain& domain = sys::Domain::Instance();
   const std::string dns = byDns ? domain.GetDnsDomainName() : "";
   const std::string windows = byWindows ? domain.GetDomainName() : "";
-  const bool same = (byDns && util::EqualsIgnoringCase(dnsDomain_, dns)) ||
-                    (byWindows && util::EqualsIgnoringCase(windowsDomain_, windows));
+  const bool same = (byDns && base::SameText(dnsDomain_, dns)) ||
+                    (byWindows && base::SameText(windowsDomain_, windows));
   return {!same, byDns ? dns : windows, byDns ? dnsDomain_ : windowsDomain_};
 }
 

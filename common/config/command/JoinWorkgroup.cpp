@@ -1,7 +1,7 @@
 #include "common/config/command/JoinWorkgroup.h"
 
+#include "base/LetterCase.h"
 #include "common/sys/Domain.h"
-#include "common/util/Text.h"
 
 namespace config::command {
 
@@ -14,7 +14,7 @@ void JoinWorkgroup::Execute() {
 Comparison JoinWorkgroup::Compare() {
   if (workgroup_.empty()) return {.needed = false};
   const std::string current = sys::Domain::Instance().GetWorkgroup();
-  return {!util::EqualsIgnoringCase(workgroup_, current), current, workgroup_};
+  return {!base::SameText(workgroup_, current), current, workgroup_};
 }
 
 std::string JoinWorkgroup::Describe() {

@@ -1,7 +1,7 @@
 #include "common/config/command/MoveOu.h"
 
+#include "base/LetterCase.h"
 #include "common/sys/Domain.h"
-#include "common/util/Text.h"
 
 namespace config::command {
 
@@ -19,7 +19,7 @@ Comparison MoveOu::Compare() {
   const std::string dnsDomain = domain.GetDnsDomainName();
   const std::string current = sys::BuildDn(dnsDomain, domain.GetOu(/*asDn=*/false));
   const std::string wanted = sys::BuildDn(dnsDomain, ou_);
-  return {!util::EqualsIgnoringCase(wanted, current), current, wanted};
+  return {!base::SameText(wanted, current), current, wanted};
 }
 
 std::string MoveOu::Describe() { return "OU=" + ou_; }

@@ -1,7 +1,7 @@
 #include "common/config/command/SetDnsSuffix.h"
 
+#include "base/Pieces.h"
 #include "common/sys/Wmi.h"
-#include "common/util/Text.h"
 
 namespace config::command {
 namespace {
@@ -16,9 +16,9 @@ Comparison SetDnsSuffix::Compare() {
   std::vector<ipc::IPv4Address> servers;
   std::vector<std::string> current;
   sys::Wmi::GetDnsServersAndSuffixes(Index(), &servers, &current);
-  return {current != suffixes_, util::Join(current, ","), util::Join(suffixes_, ",")};
+  return {current != suffixes_, base::Join(current, ","), base::Join(suffixes_, ",")};
 }
 
-std::string SetDnsSuffix::Describe() { return "DNS Suffixes=" + util::Join(suffixes_, ","); }
+std::string SetDnsSuffix::Describe() { return "DNS Suffixes=" + base::Join(suffixes_, ","); }
 
 }  // namespace config::command

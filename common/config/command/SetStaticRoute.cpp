@@ -6,7 +6,7 @@
 #include "common/config/ConfigError.h"
 #include "common/logging/NullLogSink.h"
 #include "common/proc/ChildProcess.h"
-#include "common/util/Text.h"
+#include "common/util/Format.h"
 
 namespace config::command {
 namespace {

@@ -1,7 +1,7 @@
 #include "common/config/command/Sleep.h"
 
 #include "common/sys/Pause.h"
-#include "common/util/Text.h"
+#include "common/util/Format.h"
 
 namespace config::command {
 

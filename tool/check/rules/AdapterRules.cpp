@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "common/util/Text.h"
+#include "base/Numbers.h"
 #include "tool/check/rules/Rules.h"
 
 namespace tool::check {
@@ -125,7 +125,7 @@ void CheckCounts(const DesiredAdapter& adapter, Findings& findings) {
   for (const auto& row : kCounts) {
     const Entry* const count = adapter.section->Find(row.count);
     if (count == nullptr || !Counts(adapter, row.numbered)) continue;
-    const std::uint32_t wanted = util::ParseUnsigned(count->FirstLine());
+    const std::uint32_t wanted = base::ParseUnsigned(count->FirstLine());
     const auto isUnread = [&row](const Entry* entry) { return entry->known == row.numbered; };
     const auto& unread = adapter.unread;
     // Keys beyond a gap have a finding of their own.

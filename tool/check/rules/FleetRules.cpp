@@ -4,7 +4,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
 #include "platform/simulated/Secrets.h"
 
 namespace tool::check {
@@ -32,7 +32,7 @@ std::vector<Claim> ClaimsOf(const DesiredState& desired) {
   };
   if (const Entry* const name = desired.identity.Find(Key::kComputerName)) {
     std::string identity(name->FirstLine());
-    util::ToUpper(identity);
+    base::ToUpper(identity);
     add(Code::kFleetComputerName, identity, document.ValueSpan(*name), name->FirstLine());
   }
   for (const DesiredAdapter& adapter : desired.adapters) {

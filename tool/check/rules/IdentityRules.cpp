@@ -2,7 +2,7 @@
 #include <string>
 #include <string_view>
 
-#include "common/util/Text.h"
+#include "base/LetterCase.h"
 #include "platform/simulated/Text.h"
 #include "tool/check/rules/Rules.h"
 
@@ -30,7 +30,7 @@ void CheckMembership(const DesiredState& desired, Findings& findings) {
     // A name without dots is the same domain's short one.
     const std::string_view name = domain->FirstLine();
     const std::string_view joined = desired.identity.membershipName->FirstLine();
-    if (name.find('.') == std::string_view::npos || util::EqualsIgnoringCase(name, joined)) return;
+    if (name.find('.') == std::string_view::npos || base::SameText(name, joined)) return;
     findings.AtValue(Code::kDomainTwice, *domain,
                      Quoted(name) + " is not joined: DNSDomain names " + Quoted(joined));
   }
@@ -41,7 +41,7 @@ void CheckWorkgroupName(const DesiredState& desired, Findings& findings) {
   const Entry* const workgroup = desired.identity.membershipName;
   if (computer == nullptr || workgroup == nullptr) return;
   if (!desired.identity.IsWorkgroup()) return;
-  if (!util::EqualsIgnoringCase(computer->FirstLine(), workgroup->FirstLine())) return;
+  if (!base::SameText(computer->FirstLine(), workgroup->FirstLine())) return;
   findings.AtValue(Code::kNameTwice, *computer,
                    Quoted(computer->FirstLine()) + " is the name of the workgroup, too");
 }

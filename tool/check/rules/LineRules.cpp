@@ -2,8 +2,7 @@
 #include <string>
 #include <utility>
 
-#include "common/util/Text.h"
-#include "platform/simulated/Text.h"
+#include "base/Pieces.h"
 #include "tool/check/rules/Rules.h"
 
 namespace tool::check {
@@ -23,8 +22,8 @@ struct HeaderText {
 
 HeaderText Split(const Item& line) {
   const std::size_t close = line.text.find(']');
-  const std::string_view rest = simulated::Trimmed(line.text.substr(close + 1));
-  return {simulated::Trimmed(line.text.substr(1, close - 1)),
+  const std::string_view rest = base::Trimmed(line.text.substr(close + 1));
+  return {base::Trimmed(line.text.substr(1, close - 1)),
           {rest, {line.span.offset + line.text.size() - rest.size(), rest.size()}}};
 }
 
@@ -79,7 +78,7 @@ struct Reading {
 bool IsListLine(const Document& document, std::uint32_t line) {
   const std::string_view text = document.ItemOf(line).text;
   const SectionKind kind = document.Sections()[document.Lines()[line].section].kind;
-  const auto match = MatchKey(kind, simulated::Trimmed(text.substr(0, text.find('='))));
+  const auto match = MatchKey(kind, base::Trimmed(text.substr(0, text.find('='))));
   return match && IsList(RowOf(match->key).value);
 }
 

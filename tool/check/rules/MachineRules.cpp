@@ -11,18 +11,17 @@
 #include <utility>
 #include <variant>
 
+#include "base/LetterCase.h"
 #include "common/config/analyzer/AdapterBinding.h"
 #include "common/config/command/ConfigureNic.h"
 #include "common/err/GeneralError.h"
 #include "common/logging/NullLogSink.h"
 #include "common/sys/Domain.h"
 #include "common/sys/NicList.h"
-#include "common/util/Text.h"
 #include "platform/IResolver.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/DirectoryTree.h"
 #include "platform/simulated/SimulatedPlatform.h"
-#include "platform/simulated/Text.h"
 
 namespace tool::check {
 namespace {
@@ -271,14 +270,14 @@ void CompareIdentity(DesiredState& desired, const Machine& machine) {
   Identity& identity = desired.identity;
   if (identity.section == nullptr) return;
   const std::string_view name = identity.section->Value(Key::kComputerName);
-  identity.renames = !name.empty() && !util::EqualsIgnoringCase(name, machine.computerName);
+  identity.renames = !name.empty() && !base::SameText(name, machine.computerName);
   const simulated::DomainMembership* const current = MemberOf(machine);
   if (current == nullptr) return;
   identity.leavesDomain = identity.IsWorkgroup();
   if (!identity.joinsDomain) return;
   const std::string_view domain = identity.membershipName->FirstLine();
-  identity.joinsDomain = !util::EqualsIgnoringCase(domain, current->dnsName) &&
-                         !util::EqualsIgnoringCase(domain, current->flatName);
+  identity.joinsDomain =
+      !base::SameText(domain, current->dnsName) && !base::SameText(domain, current->flatName);
 }
 
 void CheckOnMachine(const DesiredState& desired, Machine& machine, Findings& findings) {

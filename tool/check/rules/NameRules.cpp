@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "common/util/Text.h"
+#include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "platform/simulated/Text.h"
 #include "tool/check/rules/Rules.h"
 
@@ -43,7 +44,7 @@ std::optional<std::string> NearestKey(SectionKind section, std::string_view key)
       std::any_of(std::begin(kKnownKeys), std::end(kKnownKeys),
                   [&](const KnownKey& row) { return row.name == *nearest && row.isNumbered; });
   if (!isNumbered) return std::string(*nearest);
-  return std::string(*nearest) + std::to_string(util::ParseUnsigned(key.substr(name.size())));
+  return std::string(*nearest) + std::to_string(base::ParseUnsigned(key.substr(name.size())));
 }
 
 /// The kind of another section in which the key is known.
@@ -64,7 +65,7 @@ bool HasTextAfterHeader(const Document& document, std::uint32_t line) {
   const std::string_view text = document.ItemOf(line).text;
   const std::size_t close = text.find(']');
   return close != std::string_view::npos && close + 1 != text.size() &&
-         KindOfSection(simulated::Trimmed(text.substr(1, close - 1))) != SectionKind::kUnknown;
+         KindOfSection(base::Trimmed(text.substr(1, close - 1))) != SectionKind::kUnknown;
 }
 
 void CheckUnknownSection(const Document& document, const Section& section, Findings& findings) {

@@ -4,10 +4,10 @@
 #include <string>
 #include <utility>
 
-#include "common/util/Text.h"
-#include "platform/simulated/Text.h"
+#include "base/LetterCase.h"
+#include "base/Numbers.h"
+#include "base/Utf8.h"
 #include "tool/check/rules/Rules.h"
-#include "tool/io/Text.h"
 
 namespace tool::check {
 namespace {
@@ -44,8 +44,7 @@ struct Value {
 // ---- Flags and numbers --------------------------------------------------------------------------
 
 void CheckFlag(const Value& value) {
-  if (util::EqualsIgnoringCase(value.text, "true") ||
-      util::EqualsIgnoringCase(value.text, "false")) {
+  if (base::SameText(value.text, "true") || base::SameText(value.text, "false")) {
     return;
   }
   // Whatever is not the one word counts as the other.
@@ -56,8 +55,7 @@ void CheckFlag(const Value& value) {
 }
 
 void CheckMode(const Value& value) {
-  if (util::EqualsIgnoringCase(value.text, "Restore") ||
-      util::EqualsIgnoringCase(value.text, "RestoreAfterCreate")) {
+  if (base::SameText(value.text, "Restore") || base::SameText(value.text, "RestoreAfterCreate")) {
     return;
   }
   value.Add(Code::kUnknownMode, "asks for nothing");
@@ -72,11 +70,11 @@ void CheckNumber(const Value& value, std::uint32_t largest) {
   const bool isNumber = std::all_of(value.text.begin(), value.text.end(), IsDigit);
   value.Add(Code::kNoNumber, isNumber ? "is larger than " + std::to_string(largest)
                                       : "is no decimal number and counts as " +
-                                            std::to_string(util::ParseUnsigned(value.text)));
+                                            std::to_string(base::ParseUnsigned(value.text)));
 }
 
 void CheckPciNumber(const Value& value) {
-  if (util::ParseUnsigned(value.text) == sys::PciLocation::kUnknown) return;
+  if (base::ParseUnsigned(value.text) == sys::PciLocation::kUnknown) return;
   constexpr std::uint32_t kLargest[] = {/*bus*/ 255, /*device*/ 31, /*function*/ 7};
   CheckNumber(value, kLargest[static_cast<std::size_t>(*value.entry.known) -
                               static_cast<std::size_t>(Key::kPciBus)]);
@@ -137,7 +135,7 @@ bool IsDomainName(std::string_view name) {
 void CheckDomainName(const Value& value) {
   // "Domain" names a workgroup when "Workgroup" is true.
   const bool isWorkgroup = *value.entry.known == Key::kDomain &&
-                           util::EqualsIgnoringCase(value.section.Value(Key::kWorkgroup), "true");
+                           base::SameText(value.section.Value(Key::kWorkgroup), "true");
   if (!isWorkgroup) {
     if (!IsDomainName(value.text)) {
       value.Add(Code::kBadDomainName, "is no domain name");
@@ -336,7 +334,7 @@ void CheckEncoding(const Value& value) {
   if (!matters || value.entry.known == Key::kDescription) return;
   const bool isAscii =
       std::all_of(value.text.begin(), value.text.end(), [](char c) { return (c & 0x80) == 0; });
-  if (isAscii || ValidUtf8(value.text) != value.text) return;
+  if (isAscii || !base::IsUtf8(value.text)) return;
   value.findings.AtValue(Code::kUtf8Text, value.entry,
                          "the letters beyond ASCII are in UTF-8 and are read as others");
 }
@@ -346,7 +344,7 @@ bool IsRecordedOnly(const Value& value) {
   const Key key = *value.entry.known;
   if (key != Key::kAddress && key != Key::kNetmask && key != Key::kGateway) return false;
   const std::string_view dhcp = value.section.Value(Key::kDhcp);
-  return !dhcp.empty() && !util::EqualsIgnoringCase(dhcp, "false");
+  return !dhcp.empty() && !base::SameText(dhcp, "false");
 }
 
 }  // namespace

@@ -1,0 +1,47 @@
+// What `Win32_OperatingSystem` tells of the system.
+#pragma once
+
+#include <string_view>
+
+namespace base {
+
+/// The properties that are read, in the order in which they are.
+inline constexpr std::string_view kSystemProperties[] = {"BootDevice",
+                                                         "BuildNumber",
+                                                         "BuildType",
+                                                         "CodeSet",
+                                                         "CountryCode",
+                                                         "CSDVersion",
+                                                         "Debug",
+                                                         "Description",
+                                                         "Distributed",
+                                                         "EncryptionLevel",
+                                                         "Locale",
+                                                         "Manufacturer",
+                                                         "MaxNumberOfProcesses",
+                                                         "Name",
+                                                         "NumberOfLicensedUsers",
+                                                         "NumberOfProcesses",
+                                                         "NumberOfUsers",
+                                                         "OperatingSystemSKU",
+                                                         "Organization",
+                                                         "OSArchitecture",
+                                                         "OSLanguage",
+                                                         "OSProductSuite",
+                                                         "OtherTypeDescription",
+                                                         "Primary",
+                                                         "ProductType",
+                                                         "QuantumLength",
+                                                         "QuantumType",
+                                                         "RegisteredUser",
+                                                         "SerialNumber",
+                                                         "ServicePackMajorVersion",
+                                                         "ServicePackMinorVersion",
+                                                         "SuiteMask",
+                                                         "SystemDevice",
+                                                         "SystemDirectory",
+                                                         "SystemDrive",
+                                                         "Version",
+                                                         "WindowsDirectory"};
+
+}  // namespace base

@@ -1,0 +1,13 @@
+// printf into a text.
+#pragma once
+
+#include <cstdarg>
+#include <string>
+
+namespace util {
+
+/// Empty when the formatter fails.
+std::string Format(const char* format, ...);
+std::string FormatArguments(const char* format, std::va_list arguments);
+
+}  // namespace util
