@@ -104,8 +104,7 @@ void WalkG(benchmark::State& state, GTraverseType order) {
 }
 #endif
 
-// Children per inner node: two trees, one flat collection; a chain is beyond what GLib's recursion
-// can follow.
+// Children per inner node: two trees, one flat collection.
 const bool kRegistered = [] {
   const auto add = [](const char* name, auto function, auto... arguments) {
     return benchmark::RegisterBenchmark(name, function, arguments...)
@@ -120,7 +119,6 @@ const bool kRegistered = [] {
     add("tree breadth-first/GNode", WalkG, G_LEVEL_ORDER)->Arg(width);
 #endif
   }
-  add("tree depth-first, a chain/orvanta", DepthFirst)->Arg(1);
   return true;
 }();
 

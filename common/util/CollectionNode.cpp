@@ -1,6 +1,5 @@
 #include "common/util/CollectionNode.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "common/util/CompositeIterator.h"
@@ -8,26 +7,8 @@
 namespace util {
 
 CollectionNode::~CollectionNode() {
-  // Goes down to childless nodes first, so that no destructor has anything left to destroy, and
-  // allocates nothing. What has been entered is reversed: the first child then goes from the back.
-  CollectionNode* node = this;
-  std::reverse(children_.begin(), children_.end());
-  for (;;) {
-    if (node->children_.empty()) {
-      if (node == this) return;
-      node = node->CompositeNode::getParent()->asCollection();
-      node->children_.pop_back();
-      continue;
-    }
-    CollectionNode* const last = node->children_.back()->asCollection();
-    if (last == nullptr || last->isEmpty()) {
-      node->children_.pop_back();
-    } else {
-      last->CompositeNode::setParent(node);
-      std::reverse(last->children_.begin(), last->children_.end());
-      node = last;
-    }
-  }
+  // A vector may destroy its elements in any order.
+  for (std::unique_ptr<CompositeNode>& child : children_) child.reset();
 }
 
 void CollectionNode::add(CompositeNode* child) { add(std::unique_ptr<CompositeNode>(child)); }

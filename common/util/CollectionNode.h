@@ -13,8 +13,7 @@ class CollectionNode : public CompositeNode {
  public:
   using Children = std::vector<std::unique_ptr<CompositeNode>>;
 
-  /// Destroys the children from the first to the last, each with its own subtree. The stack does
-  /// not grow with the depth of the tree, and no memory is needed.
+  /// Destroys the children from the first to the last, each with its own subtree.
   ~CollectionNode() override;
 
   /// Takes the child behind the present ones and becomes its parent.

@@ -23,9 +23,6 @@ class abstract_composite_iterator {
 
   virtual ~abstract_composite_iterator() = default;
 
-  /// True when a subtree is finished before the next sibling, false when nodes come by level.
-  virtual bool isDepthFirst() const = 0;
-
   /// The current node; null at the end.
   CompositeNode* operator*() const { return current_; }
 
@@ -54,6 +51,11 @@ class abstract_composite_iterator {
   virtual void addFrame(const Frame& frame) = 0;
   virtual bool noFramesLeft() const = 0;
 
+ public:
+  /// True when a subtree is finished before the next sibling, false when nodes come by level.
+  virtual bool isDepthFirst() const = 0;
+
+ protected:
   /// One step of `self`; at the end it stays there. Knowing the final class, it calls the frame
   /// operations directly.
   template <typename Self>
