@@ -89,8 +89,10 @@ command::IConfigureCommand* ConfigBuilder::LastCommand() const {
   return commands_.empty() ? nullptr : commands_.back().get();
 }
 
-analyzer::Analysis ConfigBuilder::Analyze() {
-  return analyzer::Factory::Instance().GetAnalyzer(&joinDomainBeforeNameChange_).Analyze(commands_);
+void ConfigBuilder::Analyze(analyzer::Analysis* analysis) {
+  analyzer::Factory::Instance()
+      .GetAnalyzer(&joinDomainBeforeNameChange_)
+      .Analyze(commands_, analysis);
 }
 
 bool ConfigBuilder::RunConfig(bool* reboot) {

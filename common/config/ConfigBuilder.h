@@ -42,8 +42,9 @@ class ConfigBuilder {
   const command::CommandList& Commands() const { return commands_; }
 
   /// Drops what is not needed, binds adapters, orders the queue and adds the restart it needs.
-  /// Throws what the questions to the machine throw, the queue then being partly edited.
-  analyzer::Analysis Analyze();
+  /// Keeps what it found in `analysis` unless that is null. Throws what the questions to the
+  /// machine throw, the queue then being partly edited.
+  void Analyze(analyzer::Analysis* analysis = nullptr);
 
   /// Runs the queue. True when every command ran, `*reboot` being false then; false when the run
   /// stopped at a restart, `*reboot` being true. Throws what a command throws: commands before it

@@ -127,9 +127,9 @@ void ConfigurePlan::SendEnableNetworking() {
   listener_.Taken(builder_.ConfigEvent(event.kind, event.phase, event.value));
 }
 
-config::analyzer::Analysis ConfigurePlan::Analyze() {
+void ConfigurePlan::Analyze(config::analyzer::Analysis* analysis) {
   log_.Log(logging::kFailure,
            "%s:%d Configure::HandleMessage(): about to call Analyze() and RunConfig()", kPath,
            kRun);
-  return builder_.Analyze();
+  builder_.Analyze(analysis);
 }

@@ -43,7 +43,7 @@ class ConfigurePlan {
   /// Tells the builder what the file asks for. Throws what the builder throws.
   void Build();
   /// Throws as ConfigBuilder::Analyze.
-  config::analyzer::Analysis Analyze();
+  void Analyze(config::analyzer::Analysis* analysis = nullptr);
 
   /// The message's "Filename".
   const std::string& Path() const { return path_; }

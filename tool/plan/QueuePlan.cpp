@@ -318,7 +318,8 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     }
     plan.restartForbidden = configure.Global().noReboot;
     configure.Build();
-    const Analysis analysis = configure.Analyze();
+    Analysis analysis;
+    configure.Analyze(&analysis);
     DescribeQueue(configure.Builder(), analysis, recorder, comparing, plan);
     if (analysis.adapters != nullptr) {
       plan.adapters = DescribeAdapters(machine, *analysis.adapters, plan.commands);

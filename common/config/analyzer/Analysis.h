@@ -1,4 +1,5 @@
-// What an analysis found out on its way, for whoever explains the queue that it left.
+// What an analysis found on its way, for whoever explains the queue it left; the agent does not ask
+// for it.
 #pragma once
 
 #include <memory>

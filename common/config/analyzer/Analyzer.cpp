@@ -1,6 +1,7 @@
 #include "common/config/analyzer/Analyzer.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <typeinfo>
 #include <utility>
@@ -15,35 +16,42 @@
 namespace config::analyzer {
 namespace {
 
-bool NeedsRestart(const std::unique_ptr<command::IConfigureCommand>& command) {
-  const command::IConfigureCommand& candidate = *command;
-  const std::type_info& type = typeid(candidate);
-  if (type == typeid(command::ChangeCompName) || type == typeid(command::JoinDomain)) return true;
-  return type == typeid(command::JoinWorkgroup) && sys::Domain::Instance().IsDomainMember();
+/// One by one: when a question to the machine throws, the queue still holds whole commands.
+void DropUnneeded(command::CommandList& commands, Analysis* analysis) {
+  for (auto command = commands.begin(); command != commands.end();) {
+    bool needed = false;
+    if (analysis == nullptr) {
+      needed = (*command)->IsNeeded();
+    } else {
+      needed =
+          analysis->comparisons.emplace(command->get(), (*command)->Compare()).first->second.needed;
+      if (!needed) analysis->dropped.push_back(std::move(*command));
+    }
+    command = needed ? std::next(command) : commands.erase(command);
+  }
 }
 
 }  // namespace
 
-Analysis Analyzer::Analyze(command::CommandList& commands) {
-  Analysis analysis;
-  // One by one: when a question to the machine throws, the queue still holds whole commands.
-  for (auto command = commands.begin(); command != commands.end();) {
-    command::Comparison comparison = (*command)->Compare();
-    const bool needed = comparison.needed;
-    analysis.comparisons.emplace(command->get(), std::move(comparison));
-    if (needed) {
-      ++command;
-    } else {
-      analysis.dropped.push_back(std::move(*command));
-      command = commands.erase(command);
-    }
-  }
-  analysis.adapters = BindAdapters(commands);
+void Analyzer::Analyze(command::CommandList& commands, Analysis* analysis) {
+  Prepare(commands);
+  DropUnneeded(commands, analysis);
+  std::unique_ptr<sys::NicList> adapters = BindAdapters(commands);
+  if (analysis != nullptr) analysis->adapters = std::move(adapters);
   Reorder(commands);
-  if (std::any_of(commands.begin(), commands.end(), NeedsRestart)) {
+  if (std::any_of(commands.begin(), commands.end(),
+                  [this](const auto& command) { return NeedsRestart(*command); })) {
     commands.push_back(std::make_unique<command::Reboot>());
   }
-  return analysis;
+  Finish(commands);
+}
+
+bool Analyzer::NeedsRestart(const command::IConfigureCommand& command) {
+  bool needed = false;
+  if (NeedsReboot(command, &needed)) return needed;
+  const std::type_info& type = typeid(command);
+  if (type == typeid(command::ChangeCompName) || type == typeid(command::JoinDomain)) return true;
+  return type == typeid(command::JoinWorkgroup) && sys::Domain::Instance().IsDomainMember();
 }
 
 }  // namespace config::analyzer

@@ -8,15 +8,28 @@ namespace config::analyzer {
 
 class Analyzer {
  public:
-  virtual ~Analyzer() = default;
-
-  /// Drops the commands that are not needed, binds every ConfigureNic to an adapter (or to none),
-  /// lets `Reorder` edit the queue, and appends one Reboot when a command needs a restart. Throws
-  /// what the questions to the machine throw, the queue then being partly edited.
-  Analysis Analyze(command::CommandList& commands);
+  // The interface, in the order of its slots.
 
   /// This analyzer's own editing of the queue.
   virtual void Reorder(command::CommandList& commands) = 0;
+  /// Hooks before and after everything else, which no analyzer uses.
+  virtual void Prepare(command::CommandList& /*commands*/) {}
+  virtual void Finish(command::CommandList& /*commands*/) {}
+  /// True when this analyzer decides whether the command needs a restart; `*needed` is then its
+  /// decision. No analyzer does.
+  virtual bool NeedsReboot(const command::IConfigureCommand& /*command*/, bool* /*needed*/) {
+    return false;
+  }
+  virtual ~Analyzer() = default;
+
+  /// Drops the commands that are not needed, binds every ConfigureNic to an adapter (or to none),
+  /// lets `Reorder` edit the queue, and appends one Reboot when a command needs a restart. Keeps
+  /// what it found in `analysis` unless that is null. Throws what the questions to the machine
+  /// throw, the queue then being partly edited.
+  void Analyze(command::CommandList& commands, Analysis* analysis = nullptr);
+
+ private:
+  bool NeedsRestart(const command::IConfigureCommand& command);
 };
 
 }  // namespace config::analyzer

@@ -3,8 +3,11 @@
 namespace config::analyzer {
 
 Factory& Factory::Instance() {
-  static WindowsVistaFactory factory;
-  return factory;
+  static struct {
+    DefaultFactory spare;
+    WindowsVistaFactory inUse;
+  } factories;
+  return factories.inUse;
 }
 
 Analyzer& WindowsVistaFactory::GetAnalyzer(const bool* joinDomainBeforeNameChange) {

@@ -10,14 +10,14 @@ namespace config::analyzer {
 
 class Factory {
  public:
-  virtual ~Factory() = default;
-
-  /// The process's factory, made on first use: a WindowsVistaFactory on every version of Windows.
-  static Factory& Instance();
-
   /// The analyzer for a queue, owned by the factory. It reads the flag, which is borrowed, when it
   /// runs.
   virtual Analyzer& GetAnalyzer(const bool* joinDomainBeforeNameChange) = 0;
+  virtual ~Factory() = default;
+
+  /// The process's factory, made on first use: a WindowsVistaFactory on every version of Windows. A
+  /// DefaultFactory is made beside it and never used.
+  static Factory& Instance();
 };
 
 /// Hands out the analyzer without an ordering of its own.
@@ -29,7 +29,8 @@ class DefaultFactory final : public Factory {
   DefaultAnalyzer analyzer_;
 };
 
-/// Pauses after static addressing, then the order of join and rename.
+/// Pauses after static addressing, then the order of join and rename. Holds its analyzers by value
+/// and not by pointers filled on first use, so that asking for one cannot fail.
 class WindowsVistaFactory final : public Factory {
  public:
   Analyzer& GetAnalyzer(const bool* joinDomainBeforeNameChange) override;

@@ -18,11 +18,12 @@ void ChangeCompName::Execute() {
   }
 }
 
-Comparison ChangeCompName::Compare() {
-  if (name_.empty()) return {.needed = false};
+bool ChangeCompName::Differs(Comparison* comparison) {
+  if (name_.empty()) return false;
   std::string current;
   sys::Wmi::GetComputerName(&current);
-  return {!base::SameText(name_, current), current, name_};
+  if (comparison != nullptr) comparison->Set(current, name_);
+  return !base::SameText(name_, current);
 }
 
 std::string ChangeCompName::Describe() { return "Name=" + name_ + " {User=" + User() + "}"; }

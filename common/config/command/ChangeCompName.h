@@ -12,7 +12,7 @@ class ChangeCompName final : public DomainCommand {
   /// Throws ConfigError (value 4) unless the computer answers 0 or 1.
   void Execute() override;
   /// Not needed for an empty name and for the current one in whatever letter case.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "Name=PC1 {User=jdoe}".
   std::string Describe() override;
 

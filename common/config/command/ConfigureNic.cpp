@@ -26,15 +26,20 @@ void ConfigureNic::Execute() {
            index_);
   for (const auto& owned : commands_) {
     IConfigureCommand& command = *owned;
-    if (!CompareAdapter(command).needed) continue;
+    TellIndex(command);
+    if (!command.IsNeeded()) continue;
     log_.Log(logging::kDetail, "ConfigureNic::Execute(): about to execute %s (%s)",
              util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
     command.Execute();
   }
 }
 
-Comparison ConfigureNic::CompareAdapter(IConfigureCommand& command) const {
+void ConfigureNic::TellIndex(IConfigureCommand& command) const {
   if (auto* nicCommand = dynamic_cast<NicCommand*>(&command)) nicCommand->SetIndex(index_);
+}
+
+Comparison ConfigureNic::CompareAdapter(IConfigureCommand& command) const {
+  TellIndex(command);
   return command.Compare();
 }
 

@@ -52,6 +52,8 @@ class ConfigureNic final : public IConfigureCommand {
   std::uint32_t PauseMs() const override;
 
  private:
+  void TellIndex(IConfigureCommand& command) const;
+
   std::uint32_t pciBus_ = kUnset;
   std::uint32_t pciDevice_ = kUnset;
   std::uint32_t pciFunction_ = kUnset;

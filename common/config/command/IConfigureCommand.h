@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace config::command {
@@ -16,20 +17,40 @@ struct Comparison {
   /// What was read; nothing when the answer needed no reading.
   std::optional<std::string> current = {};
   std::optional<std::string> wanted = {};
+
+  void Set(std::string read, std::string aim) {
+    current = std::move(read);
+    wanted = std::move(aim);
+  }
 };
 
 class IConfigureCommand {
  public:
-  virtual ~IConfigureCommand() = default;
+  // The interface, in the order of its slots.
+
   /// Carries the command out. Throws ConfigError when the machine refuses, or the error of the
   /// layer that failed.
   virtual void Execute() = 0;
-  /// Reads the machine afresh. Unless a command says otherwise it is always needed and compares
-  /// nothing. Throws the error of the layer that failed; never tells a password.
-  virtual Comparison Compare() { return {}; }
-  bool IsNeeded() { return Compare().needed; }
+  /// A hook that no command uses and nobody calls.
+  virtual void Hook() {}
+  /// Reads the machine afresh; false when it already is as the command would make it. Throws the
+  /// error of the layer that failed.
+  virtual bool IsNeeded() { return Differs(nullptr); }
   /// The command's settings for the log; never a password.
   virtual std::string Describe() = 0;
+  virtual ~IConfigureCommand() = default;
+
+  // For whoever explains a queue.
+
+  /// The answer of `IsNeeded`; when `comparison` is not null, also the values it came from, never a
+  /// password. Unless a command overrides it, it is always needed and compares nothing.
+  virtual bool Differs(Comparison* /*comparison*/) { return true; }
+  /// `Differs` with the values.
+  Comparison Compare() {
+    Comparison comparison;
+    comparison.needed = Differs(&comparison);
+    return comparison;
+  }
   /// How long `Execute` waits on purpose.
   virtual std::uint32_t PauseMs() const { return 0; }
 };

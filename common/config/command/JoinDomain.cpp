@@ -11,16 +11,17 @@ void JoinDomain::Execute() {
   domain.JoinDomainAndOu(dnsDomain_, ou_, joinBeforeRename_);
 }
 
-Comparison JoinDomain::Compare() {
+bool JoinDomain::Differs(Comparison* comparison) {
   const bool byDns = !dnsDomain_.empty();
   const bool byWindows = !windowsDomain_.empty();
-  if (!byDns && !byWindows) return {.needed = false};
+  if (!byDns && !byWindows) return false;
   sys::Domain& domain = sys::Domain::Instance();
   const std::string dns = byDns ? domain.GetDnsDomainName() : "";
   const std::string windows = byWindows ? domain.GetDomainName() : "";
-  const bool same = (byDns && base::SameText(dnsDomain_, dns)) ||
-                    (byWindows && base::SameText(windowsDomain_, windows));
-  return {!same, byDns ? dns : windows, byDns ? dnsDomain_ : windowsDomain_};
+  if (comparison != nullptr)
+    comparison->Set(byDns ? dns : windows, byDns ? dnsDomain_ : windowsDomain_);
+  return !(byDns && base::SameText(dnsDomain_, dns)) &&
+         !(byWindows && base::SameText(windowsDomain_, windows));
 }
 
 std::string JoinDomain::Describe() {

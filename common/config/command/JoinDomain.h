@@ -17,7 +17,7 @@ class JoinDomain final : public DomainCommand {
   /// Throws sys::DomainError or sys::CWmiError.
   void Execute() override;
   /// Not needed for an empty domain and for the current one in whatever letter case.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "DNS Domain=corp.example, Windows Domain= {User=jdoe}".
   std::string Describe() override;
 

@@ -11,10 +11,11 @@ void JoinWorkgroup::Execute() {
   domain.JoinWorkgroup(workgroup_);
 }
 
-Comparison JoinWorkgroup::Compare() {
-  if (workgroup_.empty()) return {.needed = false};
+bool JoinWorkgroup::Differs(Comparison* comparison) {
+  if (workgroup_.empty()) return false;
   const std::string current = sys::Domain::Instance().GetWorkgroup();
-  return {!base::SameText(workgroup_, current), current, workgroup_};
+  if (comparison != nullptr) comparison->Set(current, workgroup_);
+  return !base::SameText(workgroup_, current);
 }
 
 std::string JoinWorkgroup::Describe() {

@@ -12,7 +12,7 @@ class JoinWorkgroup final : public DomainCommand {
   /// Throws sys::DomainError or sys::CWmiError.
   void Execute() override;
   /// Not needed for an empty name and for the current workgroup in whatever letter case.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "Workgroup=WORKGROUP {User=jdoe}".
   std::string Describe() override;
 

@@ -11,15 +11,19 @@ void MoveOu::Execute() {
   domain.MoveOu(ou_);
 }
 
-Comparison MoveOu::Compare() {
+bool MoveOu::Differs(Comparison* comparison) {
   sys::Domain& domain = sys::Domain::Instance();
-  if (!domain.IsDomainMember()) return {false, "no domain", ou_};
-  if (User().empty() && ou_.empty()) return {.needed = false};
+  if (!domain.IsDomainMember()) {
+    if (comparison != nullptr) comparison->Set("no domain", ou_);
+    return false;
+  }
+  if (User().empty() && ou_.empty()) return false;
   domain.SetCredentials(User(), Password());  // reading the current OU may need them
   const std::string dnsDomain = domain.GetDnsDomainName();
   const std::string current = sys::BuildDn(dnsDomain, domain.GetOu(/*asDn=*/false));
   const std::string wanted = sys::BuildDn(dnsDomain, ou_);
-  return {!base::SameText(wanted, current), current, wanted};
+  if (comparison != nullptr) comparison->Set(current, wanted);
+  return !base::SameText(wanted, current);
 }
 
 std::string MoveOu::Describe() { return "OU=" + ou_; }

@@ -13,7 +13,7 @@ class MoveOu final : public DomainCommand {
   void Execute() override;
   /// Not needed on a workgroup machine, without user and OU, and when the account is in the OU
   /// already.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "OU=Sales/Europe".
   std::string Describe() override;
 

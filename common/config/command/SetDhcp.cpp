@@ -11,10 +11,11 @@ constexpr err::Site kFailed{"SetDhcp", "Configuring DHCP failed", 48};
 
 void SetDhcp::Execute() { RequireDone(sys::Wmi::EnableDHCP(Index()), kFailed); }
 
-Comparison SetDhcp::Compare() {
+bool SetDhcp::Differs(Comparison* comparison) {
   bool enabled = false;
   sys::Wmi::IsDhcpEnabled(Index(), &enabled);
-  return {!enabled, enabled ? "dhcp" : "static", "dhcp"};
+  if (comparison != nullptr) comparison->Set(enabled ? "dhcp" : "static", "dhcp");
+  return !enabled;
 }
 
 std::string SetDhcp::Describe() { return {}; }

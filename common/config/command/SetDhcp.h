@@ -11,7 +11,7 @@ class SetDhcp final : public NicCommand {
   /// Throws ConfigError (value 4) unless the adapter answers 0 or 1.
   void Execute() override;
   /// Not needed when the adapter already uses DHCP.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// Empty.
   std::string Describe() override;
 };

@@ -17,12 +17,16 @@ void SetDns::Execute() {
               mode_ == Mode::kDhcp ? kDhcpFailed : kFailed);
 }
 
-Comparison SetDns::Compare() {
-  if (mode_ == Mode::kDhcp) return {.wanted = "dhcp"};
+bool SetDns::Differs(Comparison* comparison) {
+  if (mode_ == Mode::kDhcp) {
+    if (comparison != nullptr) comparison->wanted = "dhcp";
+    return true;
+  }
   std::vector<ipc::IPv4Address> current;
   std::vector<std::string> suffixes;
   sys::Wmi::GetDnsServersAndSuffixes(Index(), &current, &suffixes);
-  return {current != servers_, ipc::Join(current), ipc::Join(servers_)};
+  if (comparison != nullptr) comparison->Set(ipc::Join(current), ipc::Join(servers_));
+  return current != servers_;
 }
 
 std::string SetDns::Describe() {

@@ -22,7 +22,7 @@ class SetDns final : public NicCommand {
   void Execute() override;
   /// Not needed when the adapter has exactly these servers in this order; always needed in DHCP
   /// mode.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "DNS Servers=10.0.0.1,10.0.0.2" or "DNS via DHCP".
   std::string Describe() override;
 

@@ -12,11 +12,12 @@ constexpr err::Site kFailed{"SetDnsSuffix", "Configuring DNS suffixes failed", 5
 
 void SetDnsSuffix::Execute() { RequireDone(sys::Wmi::SetDNSSuffixSearchOrder(suffixes_), kFailed); }
 
-Comparison SetDnsSuffix::Compare() {
+bool SetDnsSuffix::Differs(Comparison* comparison) {
   std::vector<ipc::IPv4Address> servers;
   std::vector<std::string> current;
   sys::Wmi::GetDnsServersAndSuffixes(Index(), &servers, &current);
-  return {current != suffixes_, base::Join(current, ","), base::Join(suffixes_, ",")};
+  if (comparison != nullptr) comparison->Set(base::Join(current, ","), base::Join(suffixes_, ","));
+  return current != suffixes_;
 }
 
 std::string SetDnsSuffix::Describe() { return "DNS Suffixes=" + base::Join(suffixes_, ","); }

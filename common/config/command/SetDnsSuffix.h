@@ -15,7 +15,7 @@ class SetDnsSuffix final : public NicCommand {
   /// Throws ConfigError (value 4) unless the machine answers 0 or 1.
   void Execute() override;
   /// Not needed when the adapter has exactly these suffixes, letter by letter, in this order.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "DNS Suffixes=a.example,b.example".
   std::string Describe() override;
 

@@ -11,10 +11,11 @@ constexpr err::Site kFailed{"SetGateway", "Configuring gateways failed", 52};
 
 void SetGateway::Execute() { RequireDone(sys::Wmi::SetGateways(Index(), gateways_), kFailed); }
 
-Comparison SetGateway::Compare() {
+bool SetGateway::Differs(Comparison* comparison) {
   std::vector<ipc::IPv4Address> current;
   sys::Wmi::GetGateways(Index(), &current);
-  return {current != gateways_, ipc::Join(current), ipc::Join(gateways_)};
+  if (comparison != nullptr) comparison->Set(ipc::Join(current), ipc::Join(gateways_));
+  return current != gateways_;
 }
 
 std::string SetGateway::Describe() { return "Gateways=" + ipc::Join(gateways_); }

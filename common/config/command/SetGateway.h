@@ -16,7 +16,7 @@ class SetGateway final : public NicCommand {
   /// Throws ConfigError (value 4) unless the adapter answers 0 or 1.
   void Execute() override;
   /// Not needed when the adapter has exactly these gateways in this order.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "Gateways=10.0.0.1,10.0.0.2".
   std::string Describe() override;
 

@@ -20,17 +20,21 @@ void SetStatic::Execute() {
   RequireDone(sys::Wmi::EnableStatic(Index(), addresses_, masks_), kFailed);
 }
 
-Comparison SetStatic::Compare() {
-  if (addresses_.empty() || masks_.empty()) return {.wanted = Wanted()};
+bool SetStatic::Differs(Comparison* comparison) {
+  if (comparison != nullptr) comparison->wanted = Wanted();
+  if (addresses_.empty() || masks_.empty()) return true;
   bool dhcp = false;
   sys::Wmi::IsDhcpEnabled(Index(), &dhcp);
-  if (dhcp) return {true, "dhcp", Wanted()};
+  if (dhcp) {
+    if (comparison != nullptr) comparison->current = "dhcp";
+    return true;
+  }
   ipc::IPv4Address address;
   ipc::IPv4Address mask;
   sys::Wmi::GetIpAddressAndMask(Index(), &address, &mask);
+  if (comparison != nullptr) comparison->current = address.ToString() + "/" + mask.ToString();
   // Deliberate: further addresses and masks never make the command needed.
-  return {address != addresses_.front() || mask != masks_.front(),
-          address.ToString() + "/" + mask.ToString(), Wanted()};
+  return address != addresses_.front() || mask != masks_.front();
 }
 
 std::string SetStatic::Wanted() const {

@@ -20,7 +20,7 @@ class SetStatic final : public NicCommand {
   void Execute() override;
   /// Needed when DHCP is on or the adapter's first address or mask is another one; also when a list
   /// is empty, so that running the command tells it.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// "IP and Subnet Masks: {ip=10.0.0.5,mask=255.0.0.0}", one group a pair.
   std::string Describe() override;
 

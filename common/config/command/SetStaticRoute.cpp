@@ -71,13 +71,19 @@ void SetStaticRoute::Plan() {
   std::vector<sys::RouteRecord> toDelete = Difference(existing, wanted_);
   toAdd_ = Difference(wanted_, existing);
   toDelete_ = std::move(toDelete);
-  existing_ = std::move(existing);
   planned_ = true;
 }
 
-Comparison SetStaticRoute::Compare() {
+bool SetStaticRoute::Differs(Comparison* comparison) {
   Plan();
-  return {!toAdd_.empty() || !toDelete_.empty(), ToText(existing_), ToText(wanted_)};
+  if (comparison != nullptr) {
+    const std::vector<sys::RouteRecord> stays = Difference(wanted_, toAdd_);
+    std::vector<sys::RouteRecord> existing;
+    std::merge(stays.begin(), stays.end(), toDelete_.begin(), toDelete_.end(),
+               std::back_inserter(existing));
+    comparison->Set(ToText(existing), ToText(wanted_));
+  }
+  return !toAdd_.empty() || !toDelete_.empty();
 }
 
 std::string SetStaticRoute::Describe() {

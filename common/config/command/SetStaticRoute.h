@@ -19,7 +19,7 @@ class SetStaticRoute final : public IConfigureCommand {
   /// first run that does not end with 0; earlier changes stay.
   void Execute() override;
   /// Not needed when nothing is to be deleted or added.
-  Comparison Compare() override;
+  bool Differs(Comparison* comparison) override;
   /// Empty.
   std::string Describe() override;
 
@@ -27,7 +27,6 @@ class SetStaticRoute final : public IConfigureCommand {
   void Plan();
 
   std::vector<sys::RouteRecord> wanted_;
-  std::vector<sys::RouteRecord> existing_;  // without the default route that stays
   std::vector<sys::RouteRecord> toAdd_;
   std::vector<sys::RouteRecord> toDelete_;
   bool planned_ = false;
