@@ -22,6 +22,9 @@ class IFiles {
   virtual bool Copy(const std::string& source, const std::string& destination,
                     bool failIfExists) = 0;
   virtual bool Erase(const std::string& path) = 0;
+  /// Whether two paths, however they are written, name one existing file. False when one of them
+  /// cannot be looked at; `*same` then keeps its value.
+  virtual bool SameFile(const std::string& first, const std::string& second, bool* same) = 0;
   /// Full path of the running executable: the agent's, not this library's.
   virtual bool ModulePath(std::string* path) = 0;
   /// Writes one entry of a sectioned file in place, keeping everything else

@@ -16,6 +16,7 @@ constexpr err::Site kCopyFailed{kSource, "Failed to copy file ", 63};
 constexpr err::Site kTargetMissing{kSource, "Delete failed - target does not exist", 74};
 constexpr err::Site kDeleteFailed{kSource, "Delete failed ", 79};
 constexpr err::Site kNoModulePath{kSource, "Cannot find the agent's folder ", 90};
+constexpr err::Site kNotCompared{kSource, "Cannot compare two files ", 97};
 
 platform::IFiles& Files() { return platform::Current().Files(); }
 
@@ -43,6 +44,12 @@ void Copy(const std::string& source, const std::string& destination, bool overwr
 void Delete(const std::string& path) {
   if (!FileExists(path)) Throw(kTargetMissing);
   if (!Files().Erase(path)) Throw(kDeleteFailed);
+}
+
+bool SameFile(const std::string& first, const std::string& second) {
+  bool same = false;
+  if (!Files().SameFile(first, second, &same)) Throw(kNotCompared);
+  return same;
 }
 
 bool ReadWholeFile(const std::string& path, std::string* content) {

@@ -24,6 +24,10 @@ void Copy(const std::string& source, const std::string& destination, bool overwr
 /// Throws CFileIOError when `path` does not exist as a file or the system refuses.
 void Delete(const std::string& path);
 
+/// Whether two paths, however they are written, name one file. Throws CFileIOError when one of them
+/// cannot be looked at.
+bool SameFile(const std::string& first, const std::string& second);
+
 /// False when the file cannot be opened or not be read in full. Throws std::bad_alloc when memory
 /// runs out.
 bool ReadWholeFile(const std::string& path, std::string* content);

@@ -2,7 +2,6 @@
 
 #include <string>
 
-#include "base/LetterCase.h"
 #include "common/config/ConfigError.h"
 #include "common/sys/Domain.h"
 #include "common/util/FileUtils.h"
@@ -21,9 +20,11 @@ enum Line : int { kConfigError = 581, kGeneralError = 607 };
 
 void MoveToAgentFolder(const std::string& path) {
   const std::string destination = util::ExecutableFolder() + "\\" + util::FileName(path);
-  // A file that is there already must not be deleted to make room for itself.
-  if (base::SameText(path, destination)) return;
-  if (util::FileExists(destination)) util::Delete(destination);
+  if (util::FileExists(destination)) {
+    // A file that is there already must not be deleted to make room for itself.
+    if (util::SameFile(path, destination)) return;
+    util::Delete(destination);
+  }
   util::Move(path, destination);
 }
 

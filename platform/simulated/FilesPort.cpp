@@ -155,6 +155,16 @@ bool FilesPort::Erase(const std::string& path) {
   return Finish({"file.delete", {{"path", path}}}, refused.value_or(error));
 }
 
+bool FilesPort::SameFile(const std::string& first, const std::string& second, bool* same) {
+  const std::string paths = first + "\n" + second;
+  if (simulation_.Fails({.name = "file.same", .text = paths})) return false;
+  for (const std::string& path : {first, second}) {
+    if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
+  }
+  *same = FoldedPath(first) == FoldedPath(second);
+  return true;
+}
+
 bool FilesPort::ModulePath(std::string* path) {
   if (simulation_.Fails({.name = "file.module"})) return false;
   *path = simulation_.machine.agentFolder;

@@ -18,6 +18,7 @@ class FilesPort final : public platform::IFiles {
   bool Move(const std::string& source, const std::string& destination) override;
   bool Copy(const std::string& source, const std::string& destination, bool failIfExists) override;
   bool Erase(const std::string& path) override;
+  bool SameFile(const std::string& first, const std::string& second, bool* same) override;
   bool ModulePath(std::string* path) override;
   bool WriteProfileEntry(const std::string& section, const std::string& key,
                          const std::string& value, const std::string& path) override;

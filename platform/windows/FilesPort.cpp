@@ -15,6 +15,21 @@ static_assert(kDirectoryAttribute == FILE_ATTRIBUTE_DIRECTORY);
 constexpr std::size_t kReadChunk = std::size_t{1} << 24;
 constexpr DWORD kLongestPath = 32768;
 
+/// Where a file lies. The handle comes along: a file keeps its index only while it is open.
+struct Identity {
+  KernelHandle file;
+  BY_HANDLE_FILE_INFORMATION place{};
+};
+
+bool Identify(const std::string& path, Identity* identity) {
+  const HANDLE handle = ::CreateFileA(path.c_str(), /*dwDesiredAccess=*/0,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  identity->file.reset(handle);
+  return ::GetFileInformationByHandle(handle, &identity->place) != FALSE;
+}
+
 class FilesPort final : public IFiles {
  public:
   std::uint32_t Attributes(const std::string& path) override {
@@ -59,6 +74,16 @@ class FilesPort final : public IFiles {
   }
 
   bool Erase(const std::string& path) override { return ::DeleteFileA(path.c_str()) != FALSE; }
+
+  bool SameFile(const std::string& first, const std::string& second, bool* same) override {
+    Identity one;
+    Identity other;
+    if (!Identify(first, &one) || !Identify(second, &other)) return false;
+    *same = one.place.dwVolumeSerialNumber == other.place.dwVolumeSerialNumber &&
+            one.place.nFileIndexHigh == other.place.nFileIndexHigh &&
+            one.place.nFileIndexLow == other.place.nFileIndexLow;
+    return true;
+  }
 
   bool ModulePath(std::string* path) override {
     std::string buffer(kLongestPath, '\0');

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -182,6 +183,19 @@ TEST_F(FilesContract, CopiesAndMovesRespectWhatStandsInTheWay) {
   EXPECT_TRUE(files.Move(first, second));
   EXPECT_EQ(Entries(second), "[S]\nk=new\n");
   ExpectFailure(files.Attributes(first) != kNoAttributes, kFileNotFound);
+}
+
+TEST_F(FilesContract, OneFileHasManySpellings) {
+  ASSERT_TRUE(files.WriteProfileEntry("S", "k", "v", first));
+  std::string spelled = first;
+  std::replace(spelled.begin(), spelled.end(), '\\', '/');
+  std::transform(spelled.begin(), spelled.end(), spelled.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  bool same = false;
+  ExpectFailure(files.SameFile(first, second, &same), kFileNotFound);
+  EXPECT_TRUE(files.SameFile(first, spelled, &same) && same) << spelled;
+  EXPECT_TRUE(files.Copy(first, second, false));
+  EXPECT_TRUE(files.SameFile(first, second, &same) && !same) << "equal content is not enough";
 }
 
 TEST_F(PortContract, ServicesThatDoNotExistCannotBeOpened) {

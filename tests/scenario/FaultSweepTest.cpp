@@ -50,6 +50,7 @@ const Story kStories[] = {
      "Route0=10.1.0.0 255.255.0.0 10.0.0.1 0 3\n[NicEntry2]\nDHCP=True\n",
      [](Machine& machine) {
        machine.persistentRoutes = {{"10.9.0.0", "255.255.0.0", "10.0.0.1", 1}};
+       machine.PutFile(R"(C:\Program Files\Orvanta\Agent\tarvo.cfg)", "of an earlier run");
      }},
     {"rename and join", "Configure",
      "[Networking]\nWorkgroup=False\nDNSDomain=corp.example\nDSOrganizationalUnit=Sales/Europe\n"

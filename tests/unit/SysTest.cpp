@@ -231,6 +231,7 @@ TEST_F(SysTest, FilesTellWhatStandsInTheWay) {
       {"Source file does not exist ", [] { util::Move("C:\\none", "C:\\c"); }},
       {"Failed to copy file ", [] { util::Copy("C:\\a", "C:\\b", /*overwrite=*/false); }},
       {"Delete failed - target does not exist", [] { util::Delete("C:\\"); }},
+      {"Cannot compare two files ", [] { util::SameFile("C:\\a", "C:\\none"); }},
   };
   for (const auto& c : kCases) {
     EXPECT_STREQ(Caught<util::CFileIOError>(c.operation).message, c.message);
