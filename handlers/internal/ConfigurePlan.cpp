@@ -8,6 +8,7 @@
 #include "common/sys/Registry.h"
 #include "common/util/FileUtils.h"
 #include "handlers/internal/ConfigKeys.h"
+#include "handlers/internal/NetworkDisabledFlag.h"
 #include "handlers/internal/SectionTranslator.h"
 
 namespace {
@@ -40,24 +41,18 @@ ConfigurePlan::GlobalSettings ReadGlobal(ConfigFile& file) {
 bool RestoreIsPending(const AgentFiles& files) {
   if (!util::FileExists(files.configuration)) return false;
   ConfigFile file(/*caseSensitive=*/false);
-  if (file.Load(files.configuration, /*merge=*/false) != ConfigFile::kSuccess) return false;
+  // Deliberate: whatever the load answers; a damaged file must not hide a restore that waits.
+  file.Load(files.configuration, /*merge=*/false);
   return base::SameText(GlobalValue(file, Key::kConfig), "Restore") &&
          util::FileExists(files.restore);
 }
 
-/// Reads and clears the flag that the preparation of an image leaves. False when it is not there or
-/// not to be had.
-bool TakeNetworkDisabledFlag() {
+/// Puts a flag that was taken back for the next message.
+void ReturnNetworkDisabledFlag() {
   try {
-    sys::Registry key;
-    key.SetSubkey(sys::kClientServiceKey);
-    key.Open(/*create=*/false, /*readOnly=*/false, /*view64=*/false);
-    bool disabled = false;
-    key.ReadBool(sys::kNetworkDisabledValue, &disabled);
-    key.DeleteValue(sys::kNetworkDisabledValue);
-    return disabled;
+    SetNetworkDisabledFlag();
   } catch (const sys::RegistryError&) {
-    return false;
+    // Deliberate: nothing that this message could answer would bring the flag back.
   }
 }
 
@@ -85,6 +80,7 @@ ConfigurePlan::Opening ConfigurePlan::Open(IAgentMessage& message) {
     // Half-understood settings are never applied; the file stays for whoever looks into it.
     log_.Log(logging::kFailure, "%s:%d Configure::HandleMessage(): cannot load %s (code %d)", kPath,
              kNotLoadedLine, path_.c_str(), static_cast<int>(loaded_));
+    if (networkDisabled_) ReturnNetworkDisabledFlag();
     return Opening::kNotLoaded;
   }
   global_ = ReadGlobal(file_);

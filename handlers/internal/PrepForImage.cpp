@@ -7,11 +7,11 @@
 #include "common/sys/NicAdapter.h"
 #include "common/sys/NicInfoWriter.h"
 #include "common/sys/NicList.h"
-#include "common/sys/Registry.h"
 #include "common/sys/Services.h"
 #include "common/util/FileUtils.h"
 #include "common/util/LastError.h"
 #include "handlers/internal/AgentFiles.h"
+#include "handlers/internal/NetworkDisabledFlag.h"
 
 namespace {
 
@@ -42,11 +42,15 @@ constexpr struct {
 };
 static_assert(std::size(kServices) == std::size(base::kNetworkServices));
 
-void MarkNetworkDisabled() {
-  sys::Registry key;
-  key.SetSubkey(sys::kClientServiceKey);
-  key.Open(/*create=*/true, /*readOnly=*/false, /*view64=*/false);
-  key.WriteBool(sys::kNetworkDisabledValue, true);
+/// What section "Global" of the file gets: the values of a message of the host.
+sys::Entries GlobalEntries(IAgentMessage& message) {
+  message.SetValue("Config", "RestoreAfterCreate");
+  message.SetValue("RebootAfterConfig", "True");
+  sys::Entries entries;
+  for (const char* key : {"Config", "RebootAfterConfig"}) {
+    if (const char* value = message.GetValue(key)) entries[key] = value;
+  }
+  return entries;
 }
 
 }  // namespace
@@ -54,7 +58,7 @@ void MarkNetworkDisabled() {
 std::int32_t PrepForImage::HandleMessage(IAgentMessage* /*message*/, IAgentHost* host) {
   try {
     Prepare(*host);
-    MarkNetworkDisabled();
+    SetNetworkDisabledFlag();
     DisableServices();
     return kPrepared;
   } catch (const err::CGeneralError& error) {
@@ -73,12 +77,14 @@ std::int32_t PrepForImage::HandleMessage(IAgentMessage* /*message*/, IAgentHost*
 
 void PrepForImage::Prepare(IAgentHost& host) {
   const AgentFiles files = AgentFiles::Locate();
+  OwnedMessage global = NewMessage(host);
+  const sys::Entries entries = GlobalEntries(*global);
   sys::NicList nics;
   for (const sys::NicAdapter* nic : nics.Adapters()) {
     Log(logging::kDetail, "%s:%d Adding infor for nic %d", kPath, kAddingNic, nic->Index());
   }
-  sys::WriteNicInfo({{"Config", "RestoreAfterCreate"}, {"RebootAfterConfig", "True"}}, nics,
-                    files.restore);
+  sys::WriteNicInfo(entries, nics, files.restore);
+  global.reset();
 
   const OwnedMessage message = NewMessage(host);
   Log(logging::kProgress, "%s:%d Invoke Config Handler", kPath, kInvokeConfigure);

@@ -2,6 +2,7 @@
 // that call failing, and then again on the healed machine.
 #include <algorithm>
 #include <cstdio>
+#include <deque>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
@@ -189,14 +190,14 @@ simulated::Usage StillInUseAfter(const std::string& call) {
   return usage;
 }
 
-/// Every change that was made is one that the undisturbed story makes as well, or puts the file
-/// away.
+/// Every change that was made is one that the undisturbed story makes as well, puts the file away,
+/// or puts the mark of disabled networking back.
 void ExpectStepsOf(const std::vector<simulated::Change>& wanted,
                    const std::vector<simulated::Change>& changes) {
   std::multiset<std::string> left;
   for (const simulated::Change& change : wanted) left.insert(support::JsonText(change));
   for (const simulated::Change& change : changes) {
-    if (Failed(change) || change.call == "file.move") continue;
+    if (Failed(change) || change.call == "file.move" || change.call == "registry.set") continue;
     const auto found = left.find(support::JsonText(change));
     EXPECT_NE(found, left.end()) << support::JsonText(change);
     if (found != left.end()) left.erase(found);
@@ -321,7 +322,8 @@ TEST_F(FaultSweep, ASuccessThatAnswersNothingHarmsNobody) {
 /// Counts the files of a machine when a message is posted.
 class WatchingHost final : public IAgentHost {
  public:
-  explicit WatchingHost(const Machine& machine) : machine_(machine) {}
+  /// Has so many messages to give.
+  WatchingHost(const Machine& machine, std::size_t most) : machine_(machine), most_(most) {}
   ~WatchingHost() = default;
 
   void Reserved0() override {}
@@ -331,22 +333,41 @@ class WatchingHost final : public IAgentHost {
     return 1;
   }
   void Log(std::uint32_t /*level*/, const char* /*format*/, ...) override {}
-  IAgentMessage* CreateMessage() override { return &message_; }
+  IAgentMessage* CreateMessage() override {
+    if (messages_.size() == most_) return nullptr;
+    return &messages_.emplace_back("", "", tool::AgentMessage::GivenValues());
+  }
 
   std::size_t FilesAtPost() const { return filesAtPost_; }
+  std::deque<tool::AgentMessage>& Messages() { return messages_; }
 
  private:
   const Machine& machine_;
-  tool::AgentMessage message_{"", "", {}};
+  const std::size_t most_;
+  std::deque<tool::AgentMessage> messages_;
   std::size_t filesAtPost_ = 0;
 };
 
 TEST_F(FaultSweep, TheMessageOfAnImageIsPostedBeforeTheCopyIsMade) {
-  WatchingHost host(machine_);
+  WatchingHost host(machine_, 2);
   tool::AgentMessage message("Internal", "PrepForImage", {});
   EXPECT_EQ(GetToolboxAPI()->doMagic(&message, &host), 1);
   EXPECT_EQ(host.FilesAtPost(), 1U) << "the restore file alone";
   EXPECT_EQ(machine_.files.size(), 2U);
+  ASSERT_EQ(host.Messages().size(), 2U) << "the settings travel in a message of their own";
+  EXPECT_STREQ(host.Messages()[0].GetValue("Config"), "RestoreAfterCreate");
+  EXPECT_STREQ(host.Messages()[0].GetValue("RebootAfterConfig"), "True");
+}
+
+TEST_F(FaultSweep, AHostWithoutMessagesIsOutOfMemory) {
+  for (const std::size_t most : {0U, 1U}) {
+    machine_ = simulated::ExampleMachine();
+    WatchingHost host(machine_, most);
+    tool::AgentMessage message("Internal", "PrepForImage", {});
+    EXPECT_EQ(GetToolboxAPI()->doMagic(&message, &host), 0);
+    EXPECT_EQ(machine_.files.size(), most);
+    EXPECT_TRUE(machine_.registry.empty());
+  }
 }
 
 TEST_F(FaultSweep, WhateverFailsInARoundTripTheReasonIsFound) {

@@ -6,6 +6,13 @@ How a run ends is told in the reply, the status and the exit code, and by where 
 {"faults": [{"call": "lsa.open", "error": 5}]}
 -- late.json --
 {"files": [{"path": "C:\\Program Files\\Orvanta\\Agent\\tarvo.cfg", "text": "old"}]}
+-- flag.json --
+{"registry": [{"key": "HKEY_LOCAL_MACHINE\\Software\\Orvanta\\Client Service",
+   "name": "NetworkDisabled", "type": "REG_DWORD", "data": 1}]}
+-- no.json --
+{"registry": [{"key": "HKEY_LOCAL_MACHINE\\Software\\Orvanta\\Client Service",
+   "name": "NetworkDisabled", "type": "REG_DWORD", "data": 1}],
+ "faults": [{"call": "registry.set", "error": 5}]}
 -- restore.json --
 {"files": [{"path": "C:\\restore.cfg", "text": "[Global]\n"}]}
 -- try --
@@ -35,8 +42,19 @@ $ sh try '[TCP/IP]|DHCP=False|Address=nowhere'
        common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
        Value=0, SystemError=0x00002AF9
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Win32,Status-Code 11001,status 1, exit code 1, put away
-$ sh try '[Global]|Config=Restore|[Broken' --machine restore.json  # no setting of a broken file counts
+$ sh try '[Global]|Config=Restore|[Broken' --machine restore.json; grep 'move' out  # a damaged file hides no restore
+status 1, exit code 0,
+  2  move C:\restore.cfg to C:\tarvo.cfg
+$ sh try '[Broken' --machine flag.json; grep registry: out  # what this message took, the next one finds
 Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+  1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
+  2  registry: set HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled to 1
+$ sed 's/"data": 1/"data": 0/' flag.json >off.json; sh try '[Broken' --machine off.json; grep -c registry: out  # nor is more put back
+Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+1
+$ sh try '[Broken' --machine no.json; grep 'registry: set' out
+Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+  2  registry: set HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled to 1  refused: error 5 (access denied)
 $ sh try '[Global]|Config=Restore'  # without a restore file the file itself counts
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0, put away
 $ x=$(head -c 1048576 /dev/zero | tr '\0' 7); for k in 'Networking]|ComputerName' 'TCP/IP]|PCIBus' 'TCP/IP]|MACAddress' 'TCP/IP]|Static-Route-Count' 'Global]|ScheduleId'; do echo "[$k=$x" | tr '|' '\n' | orvanta-config simulate - | grep -o 'Result.*'; done | tr -s ' \n' ' '
@@ -51,6 +69,9 @@ Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 
     C:\Program Files\Orvanta\Agent\tarvo.cfg  3 bytes -> 8 bytes
 $ sh try '[Global]' --at 'C:\Program Files\Orvanta\Agent\tarvo.cfg'
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0,
+$ sh try '[Global]' --at 'c:/program files/orvanta/AGENT/Tarvo.cfg'; grep -e delete -e move out || echo left  # the same file
+Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0,
+left
 $ sh try '[Networking]|Workgroup=True|Domain=W' --machine lsa.json
   0  internal/Configure:607 Configure::HandleMessage(): caught general (win32) error
        Domain:121 -  - IsDomainMember returned error 
