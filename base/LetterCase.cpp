@@ -39,8 +39,4 @@ std::size_t Find(std::string_view text, std::string_view part, std::size_t from)
   return static_cast<std::size_t>(found - text.begin());
 }
 
-bool Contains(std::string_view text, std::string_view part) {
-  return Find(text, part) != std::string_view::npos;
-}
-
 }  // namespace base

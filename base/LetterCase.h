@@ -17,6 +17,5 @@ bool SameText(std::string_view left, std::string_view right);
 bool StartsWith(std::string_view text, std::string_view start);
 /// Where `part` first appears in `text` at or after `from`; npos when it does not.
 std::size_t Find(std::string_view text, std::string_view part, std::size_t from = 0);
-bool Contains(std::string_view text, std::string_view part);
 
 }  // namespace base

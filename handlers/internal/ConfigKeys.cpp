@@ -7,7 +7,8 @@ SectionKind KindOfSection(std::string_view name) {
   for (const KnownSection& known : kKnownSections) {
     if (base::SameText(name, known.name)) return known.kind;
   }
-  return base::Contains(name, kAdapterMark) ? SectionKind::kAdapter : SectionKind::kUnknown;
+  return name.find(kAdapterMark) != std::string_view::npos ? SectionKind::kAdapter
+                                                           : SectionKind::kUnknown;
 }
 
 std::vector<std::size_t> NumberedKeys(ConfigFile& file, std::string_view section, Key numbered,

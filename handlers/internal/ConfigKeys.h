@@ -134,7 +134,7 @@ inline std::string NameOf(Key key, std::size_t number) {
   return std::string(NameOf(key)) + std::to_string(number);
 }
 
-/// A section as it is named by default; a section whose name contains "NicEntry" is an adapter too.
+/// A section by its name, in which letter case does not count.
 struct KnownSection {
   SectionKind kind;
   std::string_view name;
@@ -143,9 +143,10 @@ inline constexpr KnownSection kKnownSections[] = {{SectionKind::kGlobal, "Global
                                                   {SectionKind::kAgentSettings, "ConfigSettings"},
                                                   {SectionKind::kNetworking, "Networking"},
                                                   {SectionKind::kAdapter, "TCP/IP"}};
+/// A section whose name contains this, in this letter case, is an adapter too.
 inline constexpr std::string_view kAdapterMark = "NicEntry";
 
-/// What a section of this name is for, whatever the letter case.
+/// What a section of this name is for.
 SectionKind KindOfSection(std::string_view name);
 
 /// What separates the items of a list; continuation lines end in line feeds.

@@ -16,7 +16,7 @@ $ sh try '[TCP/IP]|PCIBus=4'
 NIC index (Win32_NetworkAdapterConfiguration.Index)=7
 $ sh try '[TCP/IP]|MACAddress=02004C4F4F50'  # of an adapter that is not on PCI
 NIC index (Win32_NetworkAdapterConfiguration.Index)=7
-$ sh try '[NicEntry2]|x=y|[MyNicEntry1]|x=y|[Interface1]|x=y'  # in their order; [Interface1] is not read
+$ sh try '[NicEntry2]|x=y|[nicentry9]|x=y|[MyNicEntry1]|x=y|[Interface1]|x=y'  # in their order; two are not read
 NIC index (Win32_NetworkAdapterConfiguration.Index)=7
 NIC index (Win32_NetworkAdapterConfiguration.Index)=8
 $ sh try '[NicEntry1]|x=y|[NicEntry2]|MACAddress=080027123456|[NicEntry3]|x=y'  # a match may be taken twice

@@ -41,7 +41,8 @@ $ python3 try '[Global|Config=x|[TCP/IP|DHCP=1' '[Networking]|DSOrganizationalUn
 $ python3 try '[TCP/IP]|DHCP=True|VendorID=1|DeviceID=2|DNS-Domain=|DNS-Hostname=A|DNS-Enabled=False|DNS-Server-Count=0|Address=0.0.0.0' '[TCP/IP]|DHCP=|PCIBus=|Address=|DNS-Server0=|[Networking]|ComputerName='  # recorded keys, empty values
 9:9 C309
 
-$ python3 try '[my nicentry #1]|DHCP=True|X=1' '[TCP/IP]|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server00=10.0.0.2' '[TCP/IP]|PCIBus=4294967295|PCIDevice=3|PCIFunction=8'
+$ python3 try '[my nicentry #1]|DHCP=True|[NicEntri2]' '[my NicEntry #1]|DHCP=True|X=1' '[TCP/IP]|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server00=10.0.0.2' '[TCP/IP]|PCIBus=4294967295|PCIDevice=3|PCIFunction=8'
+1:1 C101, 3:1 C101
 3:1 C106
 3:18 C221, 4:1 C104
 4:13 C210

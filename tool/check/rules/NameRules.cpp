@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
 #include "platform/simulated/Text.h"
@@ -19,16 +20,26 @@ const char* DefaultName(SectionKind kind) {
       ->name.data();
 }
 
-std::optional<std::string_view> NearestSection(std::string_view name) {
-  std::vector<std::string_view> names;
-  for (const KnownSection& known : kKnownSections) names.push_back(known.name);
-  names.push_back(kAdapterMark);
-  return simulated::Nearest(name, names);
-}
-
 /// The name without the number at its end.
 std::string_view WithoutNumber(std::string_view name) {
   return name.substr(0, name.find_last_not_of("0123456789") + 1);
+}
+
+/// The section name that may be meant.
+std::optional<std::string> NearestSection(std::string_view name) {
+  std::string meant(name);
+  const std::size_t mark = base::Find(name, kAdapterMark);
+  if (mark != std::string_view::npos) {
+    return meant.replace(mark, kAdapterMark.size(), kAdapterMark);
+  }
+  std::vector<std::string_view> names;
+  for (const KnownSection& known : kKnownSections) names.push_back(known.name);
+  names.push_back(kAdapterMark);
+  const std::string_view stem = WithoutNumber(name);
+  const auto nearest = simulated::Nearest(stem, names);
+  if (!nearest) return std::nullopt;
+  if (*nearest != kAdapterMark) return std::string(*nearest);
+  return meant.replace(0, stem.size(), kAdapterMark);
 }
 
 /// The key that may be meant; a numbered one with a number.
@@ -71,11 +82,9 @@ bool HasTextAfterHeader(const Document& document, std::uint32_t line) {
 void CheckUnknownSection(const Document& document, const Section& section, Findings& findings) {
   if (section.headers.empty() || HasTextAfterHeader(document, section.headers[0])) return;
   const std::string name = Quoted(section.name);
-  if (const auto nearest = NearestSection(WithoutNumber(section.name))) {
-    const bool isAdapter = *nearest == kAdapterMark;
-    const std::string number(section.name.substr(WithoutNumber(section.name).size()));
+  if (const auto nearest = NearestSection(section.name)) {
     findings.AtHeader(Code::kMisspelledSection, section, "section " + name + " is not read",
-                      "did you mean [" + std::string(*nearest) + (isAdapter ? number : "") + "]?");
+                      "did you mean [" + *nearest + "]?");
   } else if (HoldsAdapterKeys(section)) {
     findings.AtHeader(Code::kUnreadAdapter, section,
                       "section " + name + " holds an adapter's settings, but is not read");
