@@ -1,8 +1,6 @@
 #include "handlers/internal/ConfigFile.h"
 
 #include <algorithm>
-#include <cstring>
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -10,9 +8,6 @@
 #include "handlers/internal/FoldedText.h"
 
 namespace {
-
-constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
-constexpr std::size_t kMaxOffset = std::numeric_limits<std::uint32_t>::max();
 
 bool IsBlank(char c) { return c == ' ' || c == '\t'; }
 
@@ -24,171 +19,128 @@ std::string_view Trim(std::string_view text) {
 
 }  // namespace
 
-/// One run over the text of a load. Telling the lines must not slow down those who do not ask.
-template <bool kTellsLines>
+/// One run over the text of a load.
 class ConfigFile::Parser {
  public:
   Parser(ConfigFile* file, bool merge, std::vector<Line>* lines)
-      : file_(*file),
-        merge_(merge),
-        lines_(lines),
-        text_(file->text_.data()),
-        end_(text_ + file->text_.size()) {
-    previous_.key.offset = previous_.value.offset = static_cast<std::uint32_t>(file->parseStart_);
-  }
+      : file_(*file), merge_(merge), lines_(lines) {}
 
-  Result Run() {
-    char* line = text_ + file_.parseStart_;
-    char* nextReturn = Find('\r', line, end_);
-    while (line != end_) {
-      file_.parsePosition_ = static_cast<std::size_t>(line - text_);
-      char* const newline = Find('\n', line, end_);
-      char* lineEnd = newline;
-      if (nextReturn < line) nextReturn = Find('\r', line, end_);
-      file_.lastLineHadReturn_ = nextReturn < lineEnd;
-      if (file_.lastLineHadReturn_) Remove(nextReturn, &lineEnd);
-      if (!ParseLine(line, lineEnd)) return kUnreadable;
-      line = newline == end_ ? end_ : newline + 1;
+  Result Run(std::size_t start) {
+    const std::string_view text = file_.text_;
+    while (start < text.size()) {
+      const std::size_t end = std::min(text.find('\n', start), text.size());
+      std::string_view line = text.substr(start, end - start);
+      const std::size_t carriageReturn = line.find('\r');
+      file_.lastLineHadReturn_ = carriageReturn != std::string_view::npos;
+      if (file_.lastLineHadReturn_) line = Without(line, carriageReturn);
+      if (!ParseLine(Trim(line))) return kUnreadable;
+      start = end + 1;
     }
-    if (file_.failure_) return kUnreadable;
-    return replaced_ ? kReplaced : kSuccess;
+    return result_;
   }
 
  private:
   /// False when the line ends the load.
-  bool ParseLine(char* begin, char* end) {
-    while (begin != end && IsBlank(*begin)) ++begin;
-    while (begin != end && IsBlank(end[-1])) --end;
-    if (begin == end) return true;
-    if (*begin == '[') return OpenSection(begin, end);
-    const Range line{static_cast<std::uint32_t>(begin - text_),
-                     static_cast<std::uint32_t>(end - begin)};
-    const bool isComment = *begin == ';' || *begin == '#';
-    if (!isComment && Find('=', begin, end) == end) {
+  bool ParseLine(std::string_view line) {
+    if (line.empty()) return true;
+    if (line[0] == '[') return OpenSection(line);
+    const bool isComment = line[0] == ';' || line[0] == '#';
+    if (!isComment && line.find('=') == std::string_view::npos) {
       ContinuePrevious(line);
-      Tell(Line::Kind::kContinuation, line, target_);
-    } else if (isComment || !merge_ || !MergeEntry(line)) {
-      const std::uint32_t entry = TakeEntry(line);
-      Tell(isComment ? Line::Kind::kComment : Line::Kind::kEntry, line, entry);
+    } else {
+      Add(isComment, file_.RangeOf(line));
     }
     return true;
   }
 
-  void Tell(Line::Kind kind, Range line, std::uint32_t entry) {
-    if constexpr (kTellsLines) {
-      lines_->push_back({line.offset, line.length, section_, entry, kind});
-    }
-  }
-
-  bool OpenSection(char* begin, char* end) {
-    const Range line{static_cast<std::uint32_t>(begin - text_),
-                     static_cast<std::uint32_t>(end - begin)};
-    char* const bracket = Find(']', begin, end);
-    const bool isOpen = bracket == end;
+  bool OpenSection(std::string_view line) {
+    const Range whole = file_.RangeOf(line);
+    const std::size_t bracket = line.find(']');
+    const bool isOpen = bracket == std::string_view::npos;
     if (isOpen) {
-      if (!file_.failure_) file_.failure_ = line.offset;
-      if constexpr (!kTellsLines) return false;
+      result_ = kUnreadable;
+      if (lines_ == nullptr) return false;
     } else {
       // Deliberate: only the brackets go, what follows them stays part of the name.
-      Remove(bracket, &end);
+      line = Without(line, bracket);
     }
-    const std::string_view name = Trim({begin + 1, end});
-    section_ = file_.OpenSection(
-        {static_cast<std::uint32_t>(name.data() - text_), static_cast<std::uint32_t>(name.size())});
+    section_ = file_.OpenSection(file_.RangeOf(Trim(line.substr(1))));
     target_ = 0;
-    Tell(isOpen ? Line::Kind::kOpenHeader : Line::Kind::kHeader, line, /*entry=*/0);
+    Tell(isOpen ? Line::Kind::kOpenHeader : Line::Kind::kHeader, whole, /*entry=*/0);
     return true;
   }
 
-  std::uint32_t TakeEntry(Range line) {
+  void Add(bool isComment, Range line) {
     previousLine_ = line;
-    target_ = 0;
-    return file_.AddEntry(section_, line);
+    target_ = merge_ && !isComment ? Merge(file_.Split(line)) : 0;
+    const std::uint32_t entry = target_ != 0 ? target_ : file_.AddEntry(section_, line);
+    Tell(isComment ? Line::Kind::kComment : Line::Kind::kEntry, line, entry);
   }
 
-  /// False when the section does not have the key yet.
-  bool MergeEntry(Range line) {
-    const Pair pair = file_.Split(line);
-    const FoundEntry stored = file_.FindEntry(section_, file_.View(pair.key));
-    if (stored.id == 0) return false;
-    const auto same = [this](Range a, Range b) {
-      return SameText(file_.View(a), file_.View(b), /*caseSensitive=*/false);
-    };
-    if (!same(stored.pair.value, pair.value)) {
-      file_.SetValue(stored.id, pair.value);
-      replaced_ = true;
+  /// The entry that has the key already, and now the value too; 0 when there is none.
+  std::uint32_t Merge(const Pair& pair) {
+    const Found stored = file_.FindEntry(section_, file_.View(pair.key));
+    if (stored.entry != 0 && !SameText(file_.View(stored.pair.value), file_.View(pair.value),
+                                       /*caseSensitive=*/false)) {
+      SetValue(stored.entry, pair.value);
+      result_ = kReplaced;
     }
-    previousLine_ = line;
-    target_ = stored.id;
-    return true;
+    return stored.entry;
+  }
+
+  void SetValue(std::uint32_t entry, Range value) {
+    Range& line = file_.entries_[entry].line;
+    if (line.length != kChanged) line = file_.Changed(file_.Split(line));
+    file_.changed_[line.offset].value = value;
   }
 
   /// The value grows at the end of `extra_`, where only the previous entry's value ever grows. So
   /// an entry that took an earlier state of it keeps that state: both begin at the same place.
-  void ContinuePrevious(Range line) {
+  void ContinuePrevious(std::string_view line) {
     if (previousLine_.length != 0) previous_ = file_.Split(std::exchange(previousLine_, {}));
     std::string& extra = file_.extra_;
     Range& value = previous_.value;
-    const std::size_t textSize = file_.text_.size();
-    const bool inText = value.offset < textSize;
-    MakeExtraRoom((inText ? value.length : 0) + 1 + line.length);
-    if (inText) {
+    // Every byte of the text enters `extra_` at most once.
+    if (extra.empty()) extra.reserve(file_.text_.size());
+    if (value.offset < file_.text_.size()) {
       const std::string_view start = file_.View(value);
-      value.offset = static_cast<std::uint32_t>(textSize + extra.size());
+      value.offset = static_cast<std::uint32_t>(file_.text_.size() + extra.size());
       extra.append(start);
     }
-    extra.append(1, '\n').append(file_.View(line));
-    value.length += 1 + line.length;
+    extra.append(1, '\n').append(line);
+    value.length += static_cast<std::uint32_t>(1 + line.size());
 
     // Deliberate: the value goes to the first entry with that key in the current section, which
     // after a duplicate key, a second comment or a header is not the entry just above.
-    if (target_ == 0) target_ = file_.FindEntry(section_, file_.View(previous_.key)).id;
+    if (target_ == 0) target_ = file_.FindEntry(section_, file_.View(previous_.key)).entry;
     if (target_ == 0) {
-      target_ = file_.AddEntry(section_, file_.Rewrite(previous_));
+      target_ = file_.AddEntry(section_, file_.Changed(previous_));
     } else {
-      file_.SetValue(target_, value);
+      SetValue(target_, value);
     }
+    Tell(Line::Kind::kContinuation, file_.RangeOf(line), target_);
   }
 
-  /// Every byte of the text enters `extra_` at most once, so the text's size is all it can need.
-  void MakeExtraRoom(std::size_t more) {
-    const std::size_t needed = file_.extra_.size() + more;
-    if (needed <= file_.extra_.capacity()) return;
-    const std::size_t most = std::max(needed, file_.text_.size());
-    file_.extra_.reserve(needed < most / 8 ? 2 * needed : most);
+  void Tell(Line::Kind kind, Range line, std::uint32_t entry) {
+    if (lines_ != nullptr) lines_->push_back({line.offset, line.length, section_, entry, kind});
   }
 
-  static char* Find(char wanted, char* begin, char* end) {
-    void* const found = std::memchr(begin, wanted, static_cast<std::size_t>(end - begin));
-    return found != nullptr ? static_cast<char*>(found) : end;
-  }
-
-  static void Remove(char* at, char** end) {
-    std::copy(at + 1, *end, at);
-    --*end;
+  /// The line without the character at `at`; what follows it moves up in the text.
+  std::string_view Without(std::string_view line, std::size_t at) {
+    char* const begin = file_.text_.data() + file_.RangeOf(line).offset;
+    std::copy(begin + at + 1, begin + line.size(), begin + at);
+    return line.substr(0, line.size() - 1);
   }
 
   ConfigFile& file_;
   const bool merge_;
   std::vector<Line>* const lines_;
-  bool replaced_ = false;
-  char* const text_;
-  char* const end_;
+  Result result_ = kSuccess;
   std::uint32_t section_ = 0;
-  // The previous entry as the text has it: its line, until a continuation has it split.
-  Range previousLine_;
-  Pair previous_;
+  Range previousLine_;        // the line of the previous entry, until it is continued
+  Pair previous_;             // then the entry, with its value as continued so far
   std::uint32_t target_ = 0;  // the entry that a continuation goes to, once known
 };
-
-// Seeded with an address, which differs from run to run, so that no file can aim its keys at one
-// slot of an index.
-ConfigFile::ConfigFile(bool caseSensitive)
-    : caseSensitive_(caseSensitive),
-      seed_(reinterpret_cast<std::uintptr_t>(this)),
-      sections_(1),
-      entries_(1),
-      growing_(kNone) {}
 
 ConfigFile::Result ConfigFile::Load(const std::string& path, bool merge) {
   EndWalks();
@@ -203,63 +155,44 @@ ConfigFile::Result ConfigFile::Load(const std::string& path, bool merge) {
   return result;
 }
 
-ConfigFile::Result ConfigFile::Parse(std::string text, bool merge) {
-  if (!TakeText(std::move(text), merge)) return kUnreadable;
-  return Parser</*kTellsLines=*/false>(this, merge, /*lines=*/nullptr).Run();
-}
-
-ConfigFile::Result ConfigFile::ParseLines(std::string text, std::vector<Line>* lines) {
-  if (!TakeText(std::move(text), /*merge=*/false)) return kUnreadable;
-  return Parser</*kTellsLines=*/true>(this, /*merge=*/false, lines).Run();
-}
-
-bool ConfigFile::TakeText(std::string text, bool merge) {
+ConfigFile::Result ConfigFile::Parse(std::string text, bool merge, std::vector<Line>* lines) {
   EndWalks();
-  failure_.reset();
   // Twice the size, as `extra_` may come to hold as much as the text.
   const std::size_t kept = merge ? text_.size() + extra_.size() : 0;
-  if (text.empty() || kept + 2 * text.size() >= kMaxOffset) return false;
+  if (text.empty() || kept + 2 * text.size() >= kChanged) return kUnreadable;
   if (merge) {
     text_.append(extra_);  // keeps every offset
-    parseStart_ = text_.size();
     text_.append(text);
-    text = std::string();  // frees it
   } else {
-    parseStart_ = 0;
     text_ = std::move(text);
     sections_.assign(1, {});
     unnamedOpened_ = false;
     entries_.assign(1, {});
-    rewritten_.clear();
-    growing_ = kNone;
+    changed_.clear();
     sectionTable_ = {};
-    tables_.Clear();
+    tables_ = {};
+    entries_.reserve(text_.size() / 16);  // as a rule enough
   }
   extra_.clear();
-  countedOffset_ = parseStart_;
-  countedLines_ = 0;
-  return true;
+  return Parser(this, merge, lines).Run(/*start=*/kept);
 }
 
 ConfigFile::Result ConfigFile::ReadValue(std::string_view section, std::string_view key,
                                          std::string* value) {
-  const auto id = FindSection(section);
-  if (!id) return kNoSection;
-  const FoundEntry entry = FindEntry(*id, key);
-  if (entry.id == 0) return kNoEntry;
-  value->assign(View(entry.pair.value));
+  const auto found = FindValue(section, key);
+  if (!found) return FindSection(section) ? kNoEntry : kNoSection;
+  value->assign(*found);
   return kSuccess;
 }
 
 std::optional<std::string_view> ConfigFile::FindValue(std::string_view section,
                                                       std::string_view key) {
   const auto id = FindSection(section);
-  const FoundEntry entry = id ? FindEntry(*id, key) : FoundEntry{};
-  if (entry.id == 0) return std::nullopt;
-  return View(entry.pair.value);
+  const Found found = id ? FindEntry(*id, key) : Found{};
+  return found.entry != 0 ? std::optional(View(found.pair.value)) : std::nullopt;
 }
 
-std::size_t ConfigFile::EntryCount(std::string_view section) const {
+std::size_t ConfigFile::EntryCount(std::string_view section) {
   const auto id = FindSection(section);
   return id ? sections_[*id].count : 0;
 }
@@ -267,98 +200,45 @@ std::size_t ConfigFile::EntryCount(std::string_view section) const {
 ConfigFile::Result ConfigFile::GetFirstEntry(std::string_view section, std::string* key,
                                              std::string* value) {
   const auto id = FindSection(section);
-  entryWalk_ = {true, id ? sections_[*id].first : 0};
-  return id ? ReportEntry(key, value) : kNoSection;
+  nextEntry_ = id ? sections_[*id].first : 0;
+  return id ? GetNextEntry(key, value) : kNoSection;
 }
 
 ConfigFile::Result ConfigFile::GetNextEntry(std::string* key, std::string* value) {
-  if (!entryWalk_.active) return kNoWalk;
-  if (entryWalk_.at != 0) entryWalk_.at = NextEntry(entryWalk_.at);
-  return ReportEntry(key, value);
-}
-
-ConfigFile::Result ConfigFile::ReportEntry(std::string* key, std::string* value) const {
-  if (entryWalk_.at == 0) return kNoEntry;
-  const Pair pair = PairOf(entryWalk_.at);
+  if (!nextEntry_) return kNoWalk;
+  if (*nextEntry_ == 0) return kNoEntry;
+  const Pair pair = PairOf(*nextEntry_);
   key->assign(View(pair.key));
   value->assign(View(pair.value));
+  nextEntry_ = entries_[*nextEntry_].next;
   return kSuccess;
 }
 
 ConfigFile::Result ConfigFile::GetFirstSection(std::string* name) {
-  sectionWalk_ = {true, HasUnnamed() ? 0U : 1U};
-  return ReportSection(name);
+  nextSection_ = HasUnnamed() ? 0 : 1;
+  return GetNextSection(name);
 }
 
 ConfigFile::Result ConfigFile::GetNextSection(std::string* name) {
-  if (sectionWalk_.at < sections_.size()) ++sectionWalk_.at;
-  return ReportSection(name);
-}
-
-ConfigFile::Result ConfigFile::ReportSection(std::string* name) const {
-  if (!sectionWalk_.active || sectionWalk_.at >= sections_.size()) return kNoSection;
-  name->assign(View(sections_[sectionWalk_.at].name));
+  if (!nextSection_ || *nextSection_ == sections_.size()) return kNoSection;
+  name->assign(View(sections_[*nextSection_].name));
+  ++*nextSection_;
   return kSuccess;
-}
-
-void ConfigFile::EndWalks() { entryWalk_ = sectionWalk_ = {}; }
-
-bool ConfigFile::SectionExists(std::string_view section) const {
-  return FindSection(section).has_value();
 }
 
 ConfigFile::Result ConfigFile::InsertSection(std::string_view section) {
   if (FindSection(section)) return kSectionPresent;
   const std::size_t offset = text_.size() + extra_.size();
-  if (offset + section.size() >= kMaxOffset) return kNoMemory;
+  if (offset + section.size() >= kChanged) return kNoMemory;
   extra_.append(section);
   OpenSection({static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(section.size())});
   EndWalks();
   return kSuccess;
 }
 
-ConfigFile::Position ConfigFile::EntryPosition() {
-  return entryWalk_.at == 0 ? Position{} : PositionOf(PairOf(entryWalk_.at).key.offset);
-}
-
-ConfigFile::Position ConfigFile::SectionPosition() {
-  if (!sectionWalk_.active || sectionWalk_.at >= sections_.size()) return {};
-  return PositionOf(sections_[sectionWalk_.at].name.offset);
-}
-
-ConfigFile::Position ConfigFile::FailurePosition() {
-  return failure_ ? PositionOf(*failure_) : Position{};
-}
-
-ConfigFile::Position ConfigFile::FindPosition(std::string_view section) {
-  const auto id = FindSection(section);
-  return id ? PositionOf(sections_[*id].name.offset) : Position{};
-}
-
-ConfigFile::Position ConfigFile::FindPosition(std::string_view section, std::string_view key) {
-  const auto id = FindSection(section);
-  const FoundEntry entry = id ? FindEntry(*id, key) : FoundEntry{};
-  return entry.id != 0 ? PositionOf(entry.pair.key.offset) : Position{};
-}
-
-// Counts on, or back, from the place asked for before, so that asking about neighbours is cheap.
-ConfigFile::Position ConfigFile::PositionOf(std::size_t offset) {
-  if (offset < parseStart_ || offset >= text_.size()) return {};
-  const std::string_view text = text_;
-  const auto [first, last] = std::minmax(offset, countedOffset_);
-  const std::string_view between = text.substr(first, last - first);
-  const auto lines = static_cast<std::size_t>(std::count(between.begin(), between.end(), '\n'));
-  countedLines_ = offset < countedOffset_ ? countedLines_ - lines : countedLines_ + lines;
-  countedOffset_ = offset;
-  const std::string_view before = text.substr(parseStart_, offset - parseStart_);
-  // Without a newline the sum wraps round to the whole size, as it should.
-  return {countedLines_ + 1, before.size() - before.rfind('\n')};
-}
-
 ConfigFile::Entry ConfigFile::EntryOf(const Line& line) {
   const Pair pair = PairOf(line.entry);
-  const std::string_view key = View(pair.key);
-  return {key, View(pair.value), FindEntry(line.section, key).id};
+  return {View(pair.key), View(pair.value), FindEntry(line.section, View(pair.key)).entry};
 }
 
 std::string_view ConfigFile::View(Range range) const {
@@ -367,127 +247,87 @@ std::string_view ConfigFile::View(Range range) const {
              : std::string_view(extra_.data() + (range.offset - text_.size()), range.length);
 }
 
-std::uint32_t ConfigFile::Hash(std::string_view text) const {
-  return HashText(text, seed_, caseSensitive_);
+ConfigFile::Range ConfigFile::RangeOf(std::string_view part) const {
+  return {static_cast<std::uint32_t>(part.data() - text_.data()),
+          static_cast<std::uint32_t>(part.size())};
 }
 
-// Room for two more. A full vector asks for what the whole text will need if it goes on like the
-// part read so far; for an eighth of that as long as little is read and the estimate is rough.
-template <typename T>
-void ConfigFile::MakeRoom(std::vector<T>* items) const {
-  const std::size_t used = items->size();
-  if (used + 2 <= items->capacity()) return;
-  const std::size_t expected = used * text_.size() / (parsePosition_ + 1);
-  const std::size_t wanted = expected > 16 * used ? expected / 8 : expected + expected / 8;
-  items->reserve(used < 64 ? 66 : std::max(wanted, used + used / 8));
+std::optional<std::uint32_t> ConfigFile::FindSection(std::string_view name) {
+  const std::uint32_t id = name.empty() ? 0 : LookUpSection(name, /*ifAbsent=*/0);
+  return id != 0 || (name.empty() && HasUnnamed()) ? std::optional(id) : std::nullopt;
 }
 
-std::optional<std::uint32_t> ConfigFile::FindSection(std::string_view name) const {
-  if (name.empty()) return HasUnnamed() ? std::optional<std::uint32_t>(0) : std::nullopt;
-  const std::uint32_t id = tables_.Find(sectionTable_, Hash(name), [&](std::uint32_t section) {
-    return SameText(View(sections_[section].name), name, caseSensitive_);
-  });
-  return id != 0 ? std::optional<std::uint32_t>(id) : std::nullopt;
-}
-
-// The section of that name, which is added when there is none.
+/// The section of that name, which is added when there is none.
 std::uint32_t ConfigFile::OpenSection(Range name) {
   if (name.length == 0) {
     unnamedOpened_ = true;
     return 0;
   }
-  MakeRoom(&sections_);
   const auto next = static_cast<std::uint32_t>(sections_.size());
-  if (!HashTables::HasRoomFor(next, sectionTable_)) {
-    tables_.Enlarge(&sectionTable_, sections_.capacity());
-    for (std::uint32_t id = 1; id < next; ++id) {
-      tables_.FindOrInsert(sectionTable_, Hash(View(sections_[id].name)), id,
-                           [](std::uint32_t) { return false; });
-    }
+  if (tables_.MakeRoom(next, &sectionTable_)) {
+    for (std::uint32_t id = 1; id < next; ++id) LookUpSection(View(sections_[id].name), id);
   }
-  const std::string_view text = View(name);
-  const std::uint32_t id =
-      tables_.FindOrInsert(sectionTable_, Hash(text), next, [&](std::uint32_t section) {
-        return SameText(View(sections_[section].name), text, caseSensitive_);
-      });
-  if (id == next) sections_.emplace_back().name = name;
+  sections_.emplace_back().name = name;
+  const std::uint32_t id = LookUpSection(View(name), next);
+  if (id != next) sections_.pop_back();
   return id;
 }
 
-std::uint32_t ConfigFile::AddEntry(std::uint32_t section, Range line) {
-  MakeRoom(&entries_);
-  Section& owner = sections_[section];
-  if (section != growing_) {
-    entries_.push_back({0, kLink});
-    const auto next = static_cast<std::uint32_t>(entries_.size());
-    (owner.last != 0 ? entries_[owner.last + 1].offset : owner.first) = next;
-    growing_ = section;
-  }
-  owner.last = static_cast<std::uint32_t>(entries_.size());
-  ++owner.count;
-  entries_.push_back(line);
-  return owner.last;
+std::uint32_t ConfigFile::LookUpSection(std::string_view name, std::uint32_t ifAbsent) {
+  const std::uint32_t hash = HashText(name, seed_, caseSensitive_);
+  return tables_.Find(sectionTable_, hash, ifAbsent, [&](std::uint32_t id) {
+    return SameText(View(sections_[id].name), name, caseSensitive_);
+  });
 }
 
-std::uint32_t ConfigFile::NextEntry(std::uint32_t entry) const {
-  if (++entry == entries_.size()) return 0;
-  return entries_[entry].length == kLink ? entries_[entry].offset : entry;
+std::uint32_t ConfigFile::AddEntry(std::uint32_t section, Range line) {
+  const auto id = static_cast<std::uint32_t>(entries_.size());
+  entries_.push_back({line});
+  Section& owner = sections_[section];
+  (owner.last != 0 ? entries_[owner.last].next : owner.first) = id;
+  owner.last = id;
+  ++owner.count;
+  return id;
+}
+
+ConfigFile::Pair ConfigFile::PairOf(std::uint32_t entry) const {
+  const Range line = entries_[entry].line;
+  return line.length == kChanged ? changed_[line.offset] : Split(line);
 }
 
 ConfigFile::Pair ConfigFile::Split(Range line) const {
   const std::string_view text = View(line);
   if (text[0] == ';' || text[0] == '#') return {{line.offset, 0}, line};
-  const auto trimmedRange = [this](std::string_view part) {
-    part = Trim(part);
-    return Range{static_cast<std::uint32_t>(part.data() - text_.data()),
-                 static_cast<std::uint32_t>(part.size())};
-  };
   const std::size_t equals = text.find('=');
-  return {trimmedRange(text.substr(0, equals)), trimmedRange(text.substr(equals + 1))};
+  return {RangeOf(Trim(text.substr(0, equals))), RangeOf(Trim(text.substr(equals + 1)))};
 }
 
-ConfigFile::Pair ConfigFile::PairOf(std::uint32_t entry) const {
-  const Range line = entries_[entry];
-  return line.length == kRewritten ? rewritten_[line.offset] : Split(line);
+/// What an entry has in place of its line.
+ConfigFile::Range ConfigFile::Changed(const Pair& pair) {
+  changed_.push_back(pair);
+  return {static_cast<std::uint32_t>(changed_.size() - 1), kChanged};
 }
 
-// An entry to put in the place of a line.
-ConfigFile::Range ConfigFile::Rewrite(const Pair& pair) {
-  MakeRoom(&rewritten_);
-  rewritten_.push_back(pair);
-  return {static_cast<std::uint32_t>(rewritten_.size() - 1), kRewritten};
+/// The first entry of the key, 0 for none. The section's table is made at the first look-up, as
+/// many sections are only walked, and is brought up to the section's last entry at each.
+ConfigFile::Found ConfigFile::FindEntry(std::uint32_t section, std::string_view key) {
+  Section& owner = sections_[section];
+  if (owner.indexed != owner.last) {
+    if (tables_.MakeRoom(owner.count, &owner.keys)) owner.indexed = 0;
+    std::uint32_t id = owner.indexed != 0 ? entries_[owner.indexed].next : owner.first;
+    for (; id != 0; id = entries_[id].next) LookUpKey(owner.keys, View(PairOf(id).key), id);
+    owner.indexed = owner.last;
+  }
+  return LookUpKey(owner.keys, key, /*ifAbsent=*/0);
 }
 
-void ConfigFile::SetValue(std::uint32_t entry, Range value) {
-  Range& line = entries_[entry];
-  if (line.length != kRewritten) line = Rewrite(Split(line));
-  rewritten_[line.offset].value = value;
-}
-
-ConfigFile::FoundEntry ConfigFile::FindEntry(std::uint32_t section, std::string_view key) {
-  IndexKeys(&sections_[section]);
-  FoundEntry found;
-  found.id = tables_.Find(sections_[section].keys, Hash(key), [&](std::uint32_t entry) {
-    found.pair = PairOf(entry);
+ConfigFile::Found ConfigFile::LookUpKey(const HashTables::Table& keys, std::string_view key,
+                                        std::uint32_t ifAbsent) {
+  Found found;
+  const std::uint32_t hash = HashText(key, seed_, caseSensitive_);
+  found.entry = tables_.Find(keys, hash, ifAbsent, [&](std::uint32_t id) {
+    found.pair = PairOf(id);
     return SameText(View(found.pair.key), key, caseSensitive_);
   });
   return found;
-}
-
-// Brings a section's table up to its last entry. It is made at the first look-up, as many sections
-// are only walked, and made anew when it is outgrown.
-void ConfigFile::IndexKeys(Section* section) {
-  if (section->indexed == section->last) return;
-  if (!HashTables::HasRoomFor(section->count, section->keys)) {
-    section->indexed = 0;
-    tables_.Enlarge(&section->keys, section->count);
-  }
-  std::uint32_t entry = section->indexed != 0 ? NextEntry(section->indexed) : section->first;
-  for (; entry != 0; entry = NextEntry(entry)) {
-    const std::string_view key = View(PairOf(entry).key);
-    tables_.FindOrInsert(section->keys, Hash(key), entry, [&](std::uint32_t earlier) {
-      return SameText(View(PairOf(earlier).key), key, caseSensitive_);
-    });
-  }
-  section->indexed = section->last;
 }

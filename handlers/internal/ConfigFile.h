@@ -1,5 +1,18 @@
 // The agent's configuration file in memory: sections of key=value entries, in file order and with
-// comments. Texts are not copied: every key, value and name is a range of the loaded text.
+// comments. Texts are not copied; names, keys and values are ranges of the loaded text:
+//
+//   text_    sections_    first  last    entries_  line  next
+//   [A]      0 (unnamed)    0     0      0 (none)          0
+//   x=1      1 A            1     3      1         x=1     3
+//   [B]      2 B            2     2      2         y=2     0
+//   y=2                                  3         z=3     0
+//   [A]
+//   z=3
+//
+// An entry is its line, which is split when it is asked for, and a link to the next entry of its
+// section: a section that is opened again goes on where it ended. When its value is no longer that
+// of its line, after a continuation or a merge, the entry is a pair in `changed_`. A continued
+// value is in no file as one piece; it is put together in `extra_`.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +20,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "handlers/internal/HashTables.h"
@@ -31,15 +45,9 @@ class ConfigFile {
     kNoMemory = 10,       ///< no memory for the file's content
   };
 
-  /// A place in the text of the last load, counted from 1; line 0 means that there is none.
-  struct Position {
-    std::size_t line = 0;
-    std::size_t column = 0;
-  };
-
   /// An empty file. Unless `caseSensitive`, the letter case of ASCII letters in section names and
   /// keys does not count.
-  explicit ConfigFile(bool caseSensitive);
+  explicit ConfigFile(bool caseSensitive) : caseSensitive_(caseSensitive) {}
 
   /// Reads and parses the file `path`. Only kSuccess makes it the remembered file name; returns
   /// kNoMemory when its content does not fit into memory, else what `Parse` returns.
@@ -49,7 +57,7 @@ class ConfigFile {
   /// replaces the value of a key that is present already when it differs by more than letter case.
   /// Ends both walks. When a section header has no "]", parsing stops there with kUnreadable and
   /// the sections hold what preceded it; an empty text or one of 2 GiB and more changes nothing.
-  Result Parse(std::string text, bool merge);
+  Result Parse(std::string text, bool merge) { return Parse(std::move(text), merge, nullptr); }
 
   /// What a line of a text became.
   struct Line {
@@ -67,7 +75,9 @@ class ConfigFile {
   /// Parses without merging and tells what became of every line but the empty ones. A header
   /// without "]" is `kOpenHeader`: it fails the load as ever, but parsing goes on behind it as if
   /// the "]" stood at its end.
-  Result ParseLines(std::string text, std::vector<Line>* lines);
+  Result ParseLines(std::string text, std::vector<Line>* lines) {
+    return Parse(std::move(text), /*merge=*/false, lines);
+  }
 
   /// An entry by what a line became; the views hold until the next load or insertion.
   struct Entry {
@@ -86,7 +96,7 @@ class ConfigFile {
   std::optional<std::string_view> FindValue(std::string_view section, std::string_view key);
 
   /// Number of entries of a section, comments included; 0 when there is no such section.
-  std::size_t EntryCount(std::string_view section) const;
+  std::size_t EntryCount(std::string_view section);
 
   /// Starts a walk over a section's entries; it counts as started even when nothing is found.
   Result GetFirstEntry(std::string_view section, std::string* key, std::string* value);
@@ -97,8 +107,6 @@ class ConfigFile {
   Result GetFirstSection(std::string* name);
   Result GetNextSection(std::string* name);
 
-  bool SectionExists(std::string_view section) const;
-
   /// Adds an empty section at the end, or at the front when its name is empty. Ends both walks.
   Result InsertSection(std::string_view section);
 
@@ -107,16 +115,6 @@ class ConfigFile {
 
   /// "\r\n" or "\n": the style of the last line that was parsed.
   std::string_view LineEnding() const { return lastLineHadReturn_ ? "\r\n" : "\n"; }
-
-  /// Where the key of the entry (or the comment) stands that the entry walk returned last.
-  Position EntryPosition();
-  /// Where the name stands that the section walk returned last.
-  Position SectionPosition();
-  /// Where the header without "]" stands that ended the last load.
-  Position FailurePosition();
-  /// Where the name of the section stands first, or the key of the entry that a look-up finds.
-  Position FindPosition(std::string_view section);
-  Position FindPosition(std::string_view section, std::string_view key);
 
  private:
   /// A part of `text_`, or of `extra_` when the offset is beyond `text_`.
@@ -128,8 +126,13 @@ class ConfigFile {
     Range key;
     Range value;
   };
-  struct FoundEntry {
-    std::uint32_t id = 0;  // 0: there is none
+  struct Record {
+    Range line;              // of length kChanged: the offset is a place in `changed_`
+    std::uint32_t next = 0;  // entry of the section
+  };
+  static constexpr std::uint32_t kChanged = 0xFFFFFFFF;
+  struct Found {
+    std::uint32_t entry = 0;  // 0 for none
     Pair pair;
   };
   struct Section {
@@ -140,66 +143,42 @@ class ConfigFile {
     std::uint32_t indexed = 0;  // the last entry that `keys` knows
     HashTables::Table keys;     // finds the first entry of each key
   };
-  struct Walk {
-    bool active = false;
-    std::uint32_t at = 0;
-  };
-  template <bool kTellsLines>
   class Parser;
 
-  /// Makes the text the one to parse; false, without any change, when it is refused as a whole.
-  bool TakeText(std::string text, bool merge);
+  Result Parse(std::string text, bool merge, std::vector<Line>* lines);
   std::string_view View(Range range) const;
-  std::uint32_t Hash(std::string_view text) const;
-  template <typename T>
-  void MakeRoom(std::vector<T>* items) const;
+  Range RangeOf(std::string_view part) const;
 
   bool HasUnnamed() const { return unnamedOpened_ || sections_[0].count != 0; }
-  std::optional<std::uint32_t> FindSection(std::string_view name) const;
+  std::optional<std::uint32_t> FindSection(std::string_view name);
   std::uint32_t OpenSection(Range name);
+  std::uint32_t LookUpSection(std::string_view name, std::uint32_t ifAbsent);
 
   std::uint32_t AddEntry(std::uint32_t section, Range line);
-  std::uint32_t NextEntry(std::uint32_t entry) const;
-  Pair Split(Range line) const;
   Pair PairOf(std::uint32_t entry) const;
-  Range Rewrite(const Pair& pair);
-  void SetValue(std::uint32_t entry, Range value);
-  FoundEntry FindEntry(std::uint32_t section, std::string_view key);
-  void IndexKeys(Section* section);
+  Pair Split(Range line) const;
+  Range Changed(const Pair& pair);
+  Found FindEntry(std::uint32_t section, std::string_view key);
+  Found LookUpKey(const HashTables::Table& keys, std::string_view key, std::uint32_t ifAbsent);
 
-  void EndWalks();
-  Result ReportEntry(std::string* key, std::string* value) const;
-  Result ReportSection(std::string* name) const;
-  Position PositionOf(std::size_t offset);
+  void EndWalks() { nextEntry_ = nextSection_ = std::nullopt; }
 
   bool caseSensitive_;
-  std::uint64_t seed_;
+  // An address, which differs from run to run: no file can aim its keys at one slot of a table.
+  std::uint64_t seed_ = reinterpret_cast<std::uintptr_t>(this);
   std::string fileName_;
   bool lastLineHadReturn_ = false;
 
-  std::string text_;   // what was loaded
-  std::string extra_;  // texts that are in no file as one piece; its offsets go on from `text_`
-
-  std::vector<Section> sections_;  // in order; sections_[0] is the unnamed one, opened or not
+  std::string text_;                          // what was loaded
+  std::string extra_;                         // its offsets go on from those of `text_`
+  std::vector<Section> sections_{Section()};  // sections_[0] is the unnamed one, opened or not
   bool unnamedOpened_ = false;
-  HashTables::Table sectionTable_;
+  std::vector<Record> entries_{Record()};
+  std::vector<Pair> changed_;
   HashTables tables_;
+  HashTables::Table sectionTable_;
 
-  // An entry is its trimmed line, which is split when it is asked for. The entries of a section lie
-  // in runs; behind a run that is not the last of all, a range of length kLink has the number of
-  // the section's next entry as offset. Number 0 is no entry.
-  static constexpr std::uint32_t kLink = 0;
-  static constexpr std::uint32_t kRewritten = 0xFFFFFFFF;  // the offset is one in `rewritten_`
-  std::vector<Range> entries_;
-  std::vector<Pair> rewritten_;  // entries whose value is no longer that of their line
-  std::uint32_t growing_;        // the section of the last run
-
-  Walk entryWalk_;
-  Walk sectionWalk_;
-
-  std::size_t parseStart_ = 0;     // where the text of the last load begins in `text_`
-  std::size_t parsePosition_ = 0;  // the line being parsed
-  std::optional<std::size_t> failure_;
-  std::size_t countedOffset_ = 0;  // the newlines up to here are in `countedLines_`
-  std::size_t countedLines_ = 0;
+  // What a walk returns next.
+  std::optional<std::uint32_t> nextEntry_;
+  std::optional<std::uint32_t> nextSection_;
 };

@@ -6,25 +6,20 @@
 
 namespace {
 
+template <typename T>
+std::uint64_t Load(const char* at) {
+  T number;
+  std::memcpy(&number, at, sizeof number);
+  return number;
+}
+
 /// The first `size` bytes (1 to 8) at `text` as one number. Texts of the same size give the same
 /// number exactly when they are equal; nothing beyond them is touched.
 std::uint64_t LoadWord(const char* text, std::size_t size) {
-  if (size == 8) {
-    std::uint64_t word;
-    std::memcpy(&word, text, 8);
-    return word;
-  }
-  if (size >= 4) {
-    std::uint32_t low;
-    std::uint32_t high;  // overlaps it
-    std::memcpy(&low, text, 4);
-    std::memcpy(&high, text + size - 4, 4);
-    return low | std::uint64_t{high} << 32;
-  }
-  const auto byteAt = [text](std::size_t i) {
-    return std::uint32_t{static_cast<unsigned char>(text[i])};
-  };
-  return byteAt(0) | byteAt(size / 2) << 8 | byteAt(size - 1) << 16;
+  if (size == 8) return Load<std::uint64_t>(text);
+  if (size >= 4) return Load<std::uint32_t>(text) | Load<std::uint32_t>(text + size - 4) << 32;
+  return Load<std::uint8_t>(text) | Load<std::uint8_t>(text + size / 2) << 8 |
+         Load<std::uint8_t>(text + size - 1) << 16;
 }
 
 /// Turns the ASCII capitals among eight bytes into small letters.

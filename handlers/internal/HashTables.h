@@ -3,6 +3,7 @@
 // most two thirds full.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -16,66 +17,41 @@ class HashTables {
     std::uint32_t size = 0;
   };
 
-  static bool HasRoomFor(std::size_t items, const Table& table) {
-    return SizeFor(items) <= table.size;
-  }
-
-  /// Empties the table and gives it room for that many items. The place of the outgrown one is
-  /// reused when it is the last; else it stays unused, as a rule no more than what is in use.
-  void Enlarge(Table* table, std::size_t items) {
+  /// Gives the table room for that many items. True when it was emptied for that.
+  bool MakeRoom(std::size_t items, Table* table) {
+    const std::size_t size = std::max<std::size_t>(16, std::bit_ceil(items + items / 2 + 1));
+    if (size <= table->size) return false;
+    // An outgrown table gives up its place unless it is the last; that is less than is in use.
     const bool isLast = table->begin + table->size == ids_.size();
     const std::size_t begin = isLast ? table->begin : ids_.size();
-    const std::size_t size = SizeFor(items);
-    *table = {begin, 0};
-    Resize(begin);
-    Resize(begin + size);
-    table->size = static_cast<std::uint32_t>(size);
+    tags_.resize(begin + size);
+    ids_.resize(begin + size);
+    std::fill(tags_.begin() + static_cast<std::ptrdiff_t>(begin), tags_.end(), std::uint8_t{0});
+    *table = {begin, static_cast<std::uint32_t>(size)};
+    return true;
   }
 
-  /// The id that was inserted with this hash and that `isWanted` accepts, or 0.
+  /// The id with this hash that `isWanted` accepts. When there is none, `ifAbsent` is inserted,
+  /// unless it is 0, and returned; the table must have room for it.
   template <typename IsWanted>
-  std::uint32_t Find(const Table& table, std::uint32_t hash, IsWanted isWanted) const {
-    return table.size == 0 ? 0 : ids_[FindSlot(table, hash, isWanted)];
-  }
-
-  /// The same, but inserts `id` and returns it when there is none. The table must have room.
-  template <typename IsWanted>
-  std::uint32_t FindOrInsert(const Table& table, std::uint32_t hash, std::uint32_t id,
-                             IsWanted isWanted) {
-    const std::size_t slot = FindSlot(table, hash, isWanted);
-    if (tags_[slot] == 0) {
-      tags_[slot] = TagOf(hash);
-      ids_[slot] = id;
-    }
-    return ids_[slot];
-  }
-
-  /// Drops all tables; their handles must be made anew.
-  void Clear() { Resize(0); }
-
- private:
-  static std::size_t SizeFor(std::size_t items) { return std::bit_ceil(items + items / 2 + 1); }
-  static std::uint8_t TagOf(std::uint32_t hash) {
-    return static_cast<std::uint8_t>(hash >> 24 | 1);
-  }
-
-  /// The slot of the wanted item, or the free one where it belongs.
-  template <typename IsWanted>
-  std::size_t FindSlot(const Table& table, std::uint32_t hash, IsWanted isWanted) const {
-    const std::uint8_t* const tags = tags_.data() + table.begin;
-    const std::uint32_t* const ids = ids_.data() + table.begin;
+  std::uint32_t Find(const Table& table, std::uint32_t hash, std::uint32_t ifAbsent,
+                     IsWanted isWanted) {
+    if (table.size == 0) return 0;
+    std::uint8_t* const tags = tags_.data() + table.begin;
+    std::uint32_t* const ids = ids_.data() + table.begin;
     const std::uint32_t mask = table.size - 1;
-    const std::uint8_t tag = TagOf(hash);
+    const auto tag = static_cast<std::uint8_t>(hash >> 24 | 1);
     std::uint32_t slot = hash & mask;
     while (tags[slot] != 0 && !(tags[slot] == tag && isWanted(ids[slot]))) slot = (slot + 1) & mask;
-    return table.begin + slot;
+    if (tags[slot] != 0) return ids[slot];
+    if (ifAbsent != 0) {
+      tags[slot] = tag;
+      ids[slot] = ifAbsent;
+    }
+    return ifAbsent;
   }
 
-  void Resize(std::size_t size) {
-    tags_.resize(size);
-    ids_.resize(size);
-  }
-
+ private:
   // A tag is some bits of the hash, and 0 in a free slot. Tags are apart from the ids so that those
   // of a large table stay in the processor's cache.
   std::vector<std::uint8_t> tags_;

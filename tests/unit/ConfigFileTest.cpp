@@ -217,8 +217,6 @@ TEST(ConfigFileTest, AHeaderWithoutBracketEndsTheParse) {
   EXPECT_EQ(Show(&file), "[old]") << "an empty text changes nothing";
   EXPECT_EQ(file.Parse("[s]\r\nk=1\r\n  [t\r\nl]=2\r\n", /*merge=*/false), ConfigFile::kUnreadable);
   EXPECT_EQ(Show(&file), "[s] k:1");
-  EXPECT_EQ(file.FailurePosition().line, 3U);
-  EXPECT_EQ(file.FailurePosition().column, 3U);
 }
 
 /// What became of the lines: "header s, entry k:1, ..." with "!" where a look-up finds an earlier
@@ -263,39 +261,6 @@ TEST(ConfigFileTest, TellsWhatBecameOfEachLine) {
     SCOPED_TRACE(c.name);
     EXPECT_EQ(ShowLines(c.text, c.result), c.shown);
   }
-}
-
-TEST(ConfigFileTest, TellsWhereNamesAndKeysStand) {
-  ConfigFile file{/*caseSensitive=*/false};
-  file.Parse("[a]\n", /*merge=*/false);
-  file.Parse("[s]\r\n\n  k=1\nmore\n;c\n[ t ]\n", /*merge=*/true);
-  std::vector<std::pair<std::size_t, std::size_t>> places;
-  const auto note = [&](ConfigFile::Position at) { places.emplace_back(at.line, at.column); };
-  std::string name, key, value;
-  file.GetFirstSection(&name);
-  note(file.SectionPosition());
-  file.GetNextSection(&name);
-  file.GetNextSection(&name);
-  note(file.SectionPosition());
-  file.GetFirstEntry("s", &key, &value);
-  note(file.EntryPosition());
-  file.GetNextEntry(&key, &value);
-  note(file.EntryPosition());
-  file.GetNextEntry(&key, &value);
-  note(file.EntryPosition());
-  EXPECT_EQ(places, (decltype(places){{0, 0}, {6, 3}, {3, 3}, {5, 1}, {0, 0}}));
-
-  // In no order: the lines are counted back as well as forth.
-  places.clear();
-  file.Parse("[s]\na=1\nb=2\n\n[t]\na=3\n[s]\nb=4\nc=5\n", /*merge=*/false);
-  note(file.FindPosition("S", "C"));
-  note(file.FindPosition("s", "b"));
-  note(file.FindPosition("t", "a"));
-  note(file.FindPosition("t"));
-  note(file.FindPosition("s"));
-  note(file.FindPosition("s", "x"));
-  note(file.FindPosition("x"));
-  EXPECT_EQ(places, (decltype(places){{9, 1}, {3, 1}, {6, 1}, {5, 2}, {1, 2}, {0, 0}, {0, 0}}));
 }
 
 using ConfigFileLoadTest = support::MachineTest;

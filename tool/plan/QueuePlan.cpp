@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <variant>
 
+#include "base/LetterCase.h"
 #include "common/config/ConfigError.h"
 #include "common/config/analyzer/Analysis.h"
 #include "common/config/command/SetDnsSuffix.h"
@@ -141,13 +144,21 @@ PlanError CaughtByTheLibrary() {
                 proc::ChildProcessError, err::CGeneralError>();
 }
 
-[[noreturn]] void ThrowUnloaded(ConfigurePlan& configure, bool isEmpty,
+[[noreturn]] void ThrowUnloaded(const std::string& text, bool isEmpty,
                                 const std::string& shownPath) {
-  const ConfigFile::Position place = configure.File().FailurePosition();
-  if (place.line != 0) {
-    throw ToolError(
-        shownPath + ":" + std::to_string(place.line) + ":" + std::to_string(place.column),
-        "section header without \"]\"", "close it, as in [Networking]");
+  ConfigFile file(/*caseSensitive=*/false);
+  std::vector<ConfigFile::Line> lines;
+  file.ParseLines(text, &lines);
+  const auto open = std::find_if(lines.begin(), lines.end(), [](const ConfigFile::Line& line) {
+    return line.kind == ConfigFile::Line::Kind::kOpenHeader;
+  });
+  if (open != lines.end()) {
+    const std::string_view before = std::string_view(text).substr(0, open->offset);
+    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
+    // Without a newline the difference wraps round to the whole size, as it should.
+    const std::size_t column = before.size() - before.rfind('\n');
+    throw ToolError(shownPath + ":" + std::to_string(line) + ":" + std::to_string(column),
+                    "section header without \"]\"", "close it, as in [Networking]");
   }
   if (isEmpty) {
     throw ToolError(shownPath, "is empty", "name a configuration file that says something");
@@ -268,13 +279,40 @@ std::vector<PlannedAdapter> DescribeAdapters(const simulated::Machine& machine,
   return adapters;
 }
 
-void FindLines(ConfigFile& file, std::vector<PlannedEvent>& events) {
+/// Of a section and a key, whatever their letter case.
+std::string PlaceOf(std::string_view section, std::string_view key) {
+  return base::Folded(section) + "\n" + base::Folded(key);
+}
+
+/// The line of every section's first header, under an empty key, and of every key that a look-up
+/// finds.
+std::map<std::string, std::size_t> LinesOf(const std::string& text) {
+  ConfigFile file(/*caseSensitive=*/false);
+  std::vector<ConfigFile::Line> lines;
+  file.ParseLines(text, &lines);
+  std::map<std::string, std::size_t> found;
+  std::size_t offset = 0;
+  std::size_t number = 1;
+  for (const ConfigFile::Line& line : lines) {
+    const std::string_view between(text.data() + offset, line.offset - offset);
+    number += static_cast<std::size_t>(std::count(between.begin(), between.end(), '\n'));
+    offset = line.offset;
+    const auto entry = line.entry != 0 ? file.EntryOf(line) : ConfigFile::Entry();
+    if (entry.first == line.entry) found.emplace(PlaceOf(file.SectionOf(line), entry.key), number);
+  }
+  return found;
+}
+
+void FindLines(const std::string& text, std::vector<PlannedEvent>& events) {
+  const auto lines = LinesOf(text);
   for (PlannedEvent& event : events) {
     if (event.section.empty() && event.key.empty()) continue;
-    event.line = event.key.empty() ? 0 : file.FindPosition(event.section, event.key).line;
-    if (event.line != 0) continue;
-    event.key.clear();
-    event.line = file.FindPosition(event.section).line;
+    auto line = lines.find(PlaceOf(event.section, event.key));
+    if (line == lines.end()) {
+      event.key.clear();
+      line = lines.find(PlaceOf(event.section, event.key));
+    }
+    if (line != lines.end()) event.line = line->second;
   }
 }
 
@@ -314,7 +352,7 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
       return std::get<std::string>(host.Posted().back().values.front().data);
     }
     if (opening != ConfigurePlan::Opening::kLoaded) {
-      ThrowUnloaded(configure, file != nullptr && plan.text.empty(), shownPath);
+      ThrowUnloaded(plan.text, file != nullptr && plan.text.empty(), shownPath);
     }
     plan.restartForbidden = configure.Global().noReboot;
     configure.Build();
@@ -331,7 +369,7 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     plan.dropped.clear();
   }
   plan.events = std::move(recorder.events);
-  FindLines(configure.File(), plan.events);
+  FindLines(plan.text, plan.events);
   return std::nullopt;
 }
 
