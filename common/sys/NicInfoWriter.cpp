@@ -1,6 +1,8 @@
 #include "common/sys/NicInfoWriter.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
 
 #include "common/sys/NicSettings.h"
 #include "common/util/CompositeIterator.h"
@@ -8,6 +10,8 @@
 
 namespace sys {
 namespace {
+
+using base::Key;
 
 const char* TrueOrFalse(bool value) { return value ? "True" : "False"; }
 
@@ -35,12 +39,14 @@ Entries Collect(NicAdapter& adapter, int adapterNumber) {
 
 std::string SectionName(int adapterNumber) {
   // Deliberate: "Interface" sections, which a configuration does not read back.
-  return adapterNumber == 0 ? "TCP/IP" : "Interface" + std::to_string(adapterNumber);
+  return adapterNumber == 0 ? std::string(NameOf(base::SectionKind::kAdapter))
+                            : "Interface" + std::to_string(adapterNumber);
 }
 
 void WriteNicInfo(const Entries& global, NicList& adapters, const std::string& path) {
-  WriteSection("Global", global, path);
-  util::WriteProfileEntry("Global", "RebootAfterConfig", "True", path);
+  const std::string section(NameOf(base::SectionKind::kGlobal));
+  WriteSection(section, global, path);
+  WriteSection(section, {{std::string(NameOf(Key::kRebootAfterConfig)), "True"}}, path);
   int number = 0;
   for (auto node = adapters.breadthBegin(); node != adapters.breadthEnd(); ++node) {
     auto* adapter = dynamic_cast<NicAdapter*>(*node);
@@ -52,37 +58,41 @@ void WriteNicInfo(const Entries& global, NicList& adapters, const std::string& p
   }
 }
 
+void NicConfigVisitor::Put(Key key, std::string value) {
+  entries_[std::string(NameOf(key))] = std::move(value);
+}
+
 void NicConfigVisitor::Visit(NicAdapter& adapter) {
   std::string macAddress = adapter.MacAddress();
   std::erase(macAddress, ':');
-  entries_["Description"] = adapter.Description();
-  entries_["MACAddress"] = macAddress;
-  entries_["DHCP"] = TrueOrFalse(adapter.IsDhcpEnabled());
-  entries_["PCIBus"] = std::to_string(adapter.Location().bus);
-  entries_["PCIDevice"] = std::to_string(adapter.Location().device);
-  entries_["PCIFunction"] = std::to_string(adapter.Location().function);
-  entries_["VendorID"] = std::to_string(adapter.VendorId());
-  entries_["DeviceID"] = std::to_string(adapter.DeviceId());
+  Put(Key::kDescription, adapter.Description());
+  Put(Key::kMacAddress, macAddress);
+  Put(Key::kDhcp, TrueOrFalse(adapter.IsDhcpEnabled()));
+  Put(Key::kPciBus, std::to_string(adapter.Location().bus));
+  Put(Key::kPciDevice, std::to_string(adapter.Location().device));
+  Put(Key::kPciFunction, std::to_string(adapter.Location().function));
+  Put(Key::kVendorId, std::to_string(adapter.VendorId()));
+  Put(Key::kDeviceId, std::to_string(adapter.DeviceId()));
 }
 
 void NicConfigVisitor::Visit(IP& ip) {
-  entries_["Address"] = ip.Address().ToString();
-  entries_["Netmask"] = ip.Mask().ToString();
-  entries_["DNS-Domain"] = ip.DnsDomain();
-  entries_["DNS-Hostname"] = ip.DnsHostName();
+  Put(Key::kAddress, ip.Address().ToString());
+  Put(Key::kNetmask, ip.Mask().ToString());
+  Put(Key::kOwnDnsDomain, ip.DnsDomain());
+  Put(Key::kOwnDnsHostName, ip.DnsHostName());
 }
 
 void NicConfigVisitor::Visit(GatewayEntry& gateway) {
   if (gatewayWritten_) return;
-  entries_["Gateway"] = gateway.Address().ToString();
+  Put(Key::kGateway, gateway.Address().ToString());
   gatewayWritten_ = true;
 }
 
 void NicConfigVisitor::Visit(DNS& dns) {
   serverCount_ = CountChildren<DNSServer>(dns);
   suffixCount_ = CountChildren<DNSSuffix>(dns);
-  entries_["DNS-Server-Count"] = std::to_string(serverCount_);
-  entries_["DNS-Enabled"] = TrueOrFalse(serverCount_ >= 1);
+  Put(Key::kDnsServerCount, std::to_string(serverCount_));
+  Put(Key::kDnsEnabled, TrueOrFalse(serverCount_ >= 1));
 }
 
 void NicConfigVisitor::Visit(DNSServer& server) {
@@ -90,7 +100,7 @@ void NicConfigVisitor::Visit(DNSServer& server) {
   serverText_ += server.Address();
   const auto* dns = dynamic_cast<const DNS*>(server.getParent());
   if (serverPosition_ + 1 == serverCount_ && dns != nullptr && dns->IsEnabled()) {
-    entries_["DNS-Server" + std::to_string(adapterNumber_)] = serverText_;
+    entries_[NameOf(Key::kDnsServer, static_cast<std::size_t>(adapterNumber_))] = serverText_;
   }
   ++serverPosition_;
 }
@@ -100,7 +110,7 @@ void NicConfigVisitor::Visit(DNSSuffix& suffix) {
   // together.
   if (suffixPosition_ > 0) serverText_ += ",";
   suffixText_ += suffix.Suffix();
-  if (suffixPosition_ + 1 == suffixCount_) entries_["DNS-SuffixSearchOrder"] = suffixText_;
+  if (suffixPosition_ + 1 == suffixCount_) Put(Key::kDnsSuffixes, suffixText_);
   ++suffixPosition_;
 }
 

@@ -4,6 +4,7 @@
 #include <map>
 #include <string>
 
+#include "base/ConfigKeys.h"
 #include "common/sys/NicInfoVisitor.h"
 #include "common/sys/NicList.h"
 
@@ -39,6 +40,8 @@ class NicConfigVisitor final : public NicInfoVisitor {
   void Visit(NicList& /*adapters*/) override {}
 
  private:
+  void Put(base::Key key, std::string value);
+
   int adapterNumber_;
   bool gatewayWritten_ = false;
   int serverCount_ = 0;

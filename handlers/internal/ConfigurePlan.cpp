@@ -4,14 +4,16 @@
 #include <string_view>
 #include <utility>
 
+#include "base/ConfigKeys.h"
 #include "base/LetterCase.h"
 #include "common/sys/Registry.h"
 #include "common/util/FileUtils.h"
-#include "handlers/internal/ConfigKeys.h"
 #include "handlers/internal/NetworkDisabledFlag.h"
 #include "handlers/internal/SectionTranslator.h"
 
 namespace {
+
+using base::Key;
 
 constexpr char kPath[] = "internal/Configure";
 
@@ -29,12 +31,13 @@ enum Line : int {
 };
 
 std::string GlobalValue(ConfigFile& file, Key key) {
-  return std::string(file.FindValue("Global", NameOf(key)).value_or(std::string_view()));
+  const std::string_view section = NameOf(base::SectionKind::kGlobal);
+  return std::string(file.FindValue(section, NameOf(key)).value_or(std::string_view()));
 }
 
 ConfigurePlan::GlobalSettings ReadGlobal(ConfigFile& file) {
   return {base::SameText(GlobalValue(file, Key::kRebootAfterConfig), "false"),
-          base::SameText(GlobalValue(file, Key::kConfig), "RestoreAfterCreate"),
+          base::SameText(GlobalValue(file, Key::kConfig), base::kRestoreAfterCreate),
           GlobalValue(file, Key::kScheduleId), GlobalValue(file, Key::kTaskSequence)};
 }
 
@@ -43,7 +46,7 @@ bool RestoreIsPending(const AgentFiles& files) {
   ConfigFile file(/*caseSensitive=*/false);
   // Deliberate: whatever the load answers; a damaged file must not hide a restore that waits.
   file.Load(files.configuration, /*merge=*/false);
-  return base::SameText(GlobalValue(file, Key::kConfig), "Restore") &&
+  return base::SameText(GlobalValue(file, Key::kConfig), base::kRestore) &&
          util::FileExists(files.restore);
 }
 

@@ -44,10 +44,12 @@ static_assert(std::size(kServices) == std::size(base::kNetworkServices));
 
 /// What section "Global" of the file gets: the values of a message of the host.
 sys::Entries GlobalEntries(IAgentMessage& message) {
-  message.SetValue("Config", "RestoreAfterCreate");
-  message.SetValue("RebootAfterConfig", "True");
+  constexpr const char* kMode = NameOf(base::Key::kConfig).data();
+  constexpr const char* kRestart = NameOf(base::Key::kRebootAfterConfig).data();
+  message.SetValue(kMode, base::kRestoreAfterCreate.data());
+  message.SetValue(kRestart, "True");
   sys::Entries entries;
-  for (const char* key : {"Config", "RebootAfterConfig"}) {
+  for (const char* key : {kMode, kRestart}) {
     if (const char* value = message.GetValue(key)) entries[key] = value;
   }
   return entries;

@@ -6,9 +6,12 @@
 #include "base/Pieces.h"
 #include "common/sys/DllProxy.h"
 #include "handlers/MessageHandler.h"
+#include "handlers/internal/NumberedKeys.h"
 
 namespace {
 
+using base::Key;
+using base::SectionKind;
 using config::Event;
 using config::EventKind;
 
@@ -31,7 +34,7 @@ void SectionTranslator::TranslateAll() {
 }
 
 void SectionTranslator::TranslateSection() {
-  switch (KindOfSection(section_)) {
+  switch (base::KindOfSection(section_)) {
     case SectionKind::kAgentSettings:
       SendAgentSettings();
       return;
@@ -201,7 +204,7 @@ std::string SectionTranslator::Value(KeyName key) {
 
 std::vector<std::string> SectionTranslator::List(KeyName key) {
   return base::Split(file_.FindValue(section_, key.text).value_or(std::string_view()),
-                     kListSeparators);
+                     base::kListSeparators);
 }
 
 // ---- Events -------------------------------------------------------------------------------------

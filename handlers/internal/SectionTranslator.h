@@ -5,11 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ConfigKeys.h"
 #include "common/config/ConfigBuilder.h"
 #include "common/logging/ILogSink.h"
 #include "handlers/IAgentHost.h"
 #include "handlers/internal/ConfigFile.h"
-#include "handlers/internal/ConfigKeys.h"
 #include "handlers/internal/IEventListener.h"
 
 /// Works through one file. Keys that are absent or empty send no event.
@@ -27,7 +27,7 @@ class SectionTranslator {
  private:
   /// The name of a key, numbered or not; it holds as long as the text that it is made from.
   struct KeyName {
-    KeyName(Key key) : text(NameOf(key)) {}
+    KeyName(base::Key key) : text(NameOf(key)) {}
     KeyName(const std::string& numbered) : text(numbered) {}
     std::string_view text;
   };

@@ -267,7 +267,7 @@ std::multiset<std::string> DesiredEvents(const tool::check::DesiredState& desire
   const auto* const name = identity.membershipName;
   if (identity.IsDomain()) add("DOMAIN", name->FirstLine());
   if (identity.IsWorkgroup()) add("WORKGROUP", name != nullptr ? name->FirstLine() : "WORKGROUP");
-  if (identity.renames) add("COMPUTER_NAME", identity.Find(Key::kComputerName)->FirstLine());
+  if (identity.renames) add("COMPUTER_NAME", identity.Find(base::Key::kComputerName)->FirstLine());
   for (const DesiredAdapter& adapter : desired.adapters) {
     add("NIC", "");
     if (adapter.addressing == DesiredAdapter::Addressing::kDhcp) add("DHCP", "");

@@ -5,6 +5,7 @@
 
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
+#include "handlers/internal/NumberedKeys.h"
 #include "platform/simulated/Text.h"
 #include "tool/check/Findings.h"
 

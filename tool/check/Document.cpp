@@ -42,7 +42,7 @@ std::string_view LeadOf(std::string_view line) {
 }  // namespace
 
 std::optional<Match> MatchKey(SectionKind section, std::string_view name) {
-  for (const KnownKey& row : kKnownKeys) {
+  for (const base::KnownKey& row : base::kKnownKeys) {
     if (row.section != section || name.size() < row.name.size()) continue;
     if (!row.isNumbered && name.size() != row.name.size()) continue;
     if (!base::SameText(name.substr(0, row.name.size()), row.name)) continue;
@@ -75,7 +75,7 @@ void Document::AddLine(std::uint32_t number) {
   if (line.section >= sections_.size()) {
     Section& section = sections_.emplace_back();
     section.name = file_.SectionOf(line);
-    section.kind = KindOfSection(section.name);
+    section.kind = base::KindOfSection(section.name);
   }
   Section& section = sections_[line.section];
   if (IsHeader(line.kind)) {
@@ -173,12 +173,13 @@ std::vector<Item> Document::Items(const Entry& entry) const {
   for (const std::uint32_t line : Chain(entry)) {
     if (LooksLikeOther(line)) continue;
     const Item value = FirstLineOfValue(line);
-    for (std::size_t start = value.text.find_first_not_of(kListSeparators); start != kNowhere;) {
+    for (std::size_t start = value.text.find_first_not_of(base::kListSeparators);
+         start != kNowhere;) {
       const std::size_t end =
-          std::min(value.text.find_first_of(kListSeparators, start), value.text.size());
+          std::min(value.text.find_first_of(base::kListSeparators, start), value.text.size());
       items.push_back(
           {value.text.substr(start, end - start), {value.span.offset + start, end - start}});
-      start = value.text.find_first_not_of(kListSeparators, end);
+      start = value.text.find_first_not_of(base::kListSeparators, end);
     }
   }
   return items;
@@ -199,7 +200,7 @@ std::string_view Document::BrokenHeader(std::uint32_t line) const {
   const std::string_view text = ItemOf(line).text;
   if (!text.ends_with(']')) return {};
   const std::string_view name = base::Trimmed(text.substr(0, text.size() - 1));
-  return KindOfSection(name) != SectionKind::kUnknown ? name : std::string_view();
+  return base::KindOfSection(name) != SectionKind::kUnknown ? name : std::string_view();
 }
 
 bool Document::LooksLikePassword(std::uint32_t line) const {

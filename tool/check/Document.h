@@ -9,10 +9,14 @@
 #include <string_view>
 #include <vector>
 
+#include "base/ConfigKeys.h"
 #include "handlers/internal/ConfigFile.h"
-#include "handlers/internal/ConfigKeys.h"
 
 namespace tool::check {
+
+using base::Key;
+using base::SectionKind;
+using base::ValueKind;
 
 /// A stretch of a text.
 struct Span {
@@ -63,7 +67,7 @@ struct Section {
   std::vector<std::uint32_t> headers;
   std::vector<Entry> entries;
   /// Place in `entries`, plus 1, of what a look-up of each key finds that is not numbered.
-  std::array<std::uint32_t, kKnownKeyCount> places{};
+  std::array<std::uint32_t, base::kKnownKeyCount> places{};
 
   /// As settings; what the agent gets as it is, is not.
   bool IsRead() const {

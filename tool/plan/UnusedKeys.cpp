@@ -10,6 +10,9 @@
 namespace tool {
 namespace {
 
+using base::Key;
+using base::SectionKind;
+using base::ValueKind;
 using check::Document;
 using check::Entry;
 using check::Section;

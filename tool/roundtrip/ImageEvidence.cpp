@@ -2,15 +2,16 @@
 
 #include <algorithm>
 
+#include "base/ConfigKeys.h"
 #include "base/LetterCase.h"
 #include "common/sys/NicInfoWriter.h"
 #include "common/sys/NicText.h"
-#include "handlers/internal/ConfigKeys.h"
 #include "tool/machine/ChangeText.h"
 
 namespace tool {
 namespace {
 
+using base::Key;
 using simulated::Adapter;
 using simulated::Change;
 
@@ -54,8 +55,7 @@ ImageEvidence::ImageEvidence(const ImageRestore& image) : image_(image) {
     wasRead_ = true;
 }
 
-std::optional<std::string> ImageEvidence::Value(const std::string& section,
-                                                const std::string& key) {
+std::optional<std::string> ImageEvidence::Value(std::string_view section, std::string_view key) {
   const auto value = file_.FindValue(section, key);
   return value ? std::optional<std::string>(*value) : std::nullopt;
 }
@@ -76,10 +76,10 @@ std::string ImageEvidence::SectionOf(const Adapter& adapter) const {
 }
 
 bool ImageEvidence::WasRead(const std::string& section) const {
-  return wasRead_ && KindOfSection(section) == SectionKind::kAdapter;
+  return wasRead_ && base::KindOfSection(section) == base::SectionKind::kAdapter;
 }
 
-const Change* ImageEvidence::WriteOf(const std::string& section, const std::string& key) const {
+const Change* ImageEvidence::WriteOf(std::string_view section, std::string_view key) const {
   return FindLast(image_.capture.changes, "file.write", [&](const Change& change) {
     return change["section"] == section && change["key"] == key;
   });
@@ -99,7 +99,8 @@ std::string ImageEvidence::RestoreFailure() const {
 
 std::string ImageEvidence::WhyNotRecorded(const Adapter& adapter) const {
   const auto number = NumberOf(adapter);
-  const bool wasWritten = WriteOf("Global", "RebootAfterConfig") != nullptr;
+  const bool wasWritten =
+      WriteOf(NameOf(base::SectionKind::kGlobal), NameOf(Key::kRebootAfterConfig)) != nullptr;
   if (!wasWritten && !image_.capture.Succeeded()) {
     return "nothing was recorded, for PrepForImage failed: " + CaptureFailure(image_);
   }
@@ -107,7 +108,7 @@ std::string ImageEvidence::WhyNotRecorded(const Adapter& adapter) const {
   if (!IsPci(adapter)) {
     return "not recorded, for the adapter is not on PCI (" + adapter.pnpDeviceId + ")";
   }
-  const auto* const write = WriteOf(sys::SectionName(*number), "DHCP");
+  const auto* const write = WriteOf(sys::SectionName(*number), NameOf(Key::kDhcp));
   return write == nullptr ? "not recorded, for PrepForImage did not see the adapter"
                           : "recording it was refused: " + RefusalOf(write);
 }

@@ -23,7 +23,7 @@ class ImageEvidence {
   ImageEvidence& operator=(const ImageEvidence&) = delete;
 
   /// An entry of the captured file.
-  std::optional<std::string> Value(const std::string& section, const std::string& key);
+  std::optional<std::string> Value(std::string_view section, std::string_view key);
 
   /// The adapter's position among those that the capture looks at.
   std::optional<int> NumberOf(const simulated::Adapter& adapter) const;
@@ -33,7 +33,7 @@ class ImageEvidence {
   bool WasRead(const std::string& section) const;
 
   /// The capture's last attempt to write the key; null when there was none.
-  const simulated::Change* WriteOf(const std::string& section, const std::string& key) const;
+  const simulated::Change* WriteOf(std::string_view section, std::string_view key) const;
   /// Configure's last change of that kind that matches; null when there was none.
   const simulated::Change* LastRestoring(const char* call, const Match& matches) const;
 

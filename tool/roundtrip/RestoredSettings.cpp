@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <optional>
 #include <utility>
 
+#include "base/ConfigKeys.h"
 #include "base/LetterCase.h"
 #include "base/Pieces.h"
 #include "common/sys/Registry.h"
@@ -14,6 +16,7 @@
 namespace tool {
 namespace {
 
+using base::Key;
 using simulated::Adapter;
 using simulated::Change;
 using simulated::Machine;
@@ -53,48 +56,50 @@ struct AdapterSetting {
   Texts (*value)(const Adapter&);
   /// DHCP gives the value, so that it is no setting of the machine.
   bool (*isGiven)(const Adapter&);
-  /// The keys that record it, without the adapter's number.
-  std::array<const char*, 2> keys;
-  bool isNumbered;
+  /// The keys that record it, a numbered one with the adapter's number.
+  std::array<std::optional<Key>, 2> keys;
   /// What the values of the keys mean, in the form of `value`.
   Texts (*recorded)(const Texts&);
   /// The methods that change it; none for a setting that nothing sets.
   std::array<const char*, 2> methods;
   /// The entry that must stand in the section for the record to count.
   struct {
-    const char* key;
+    std::optional<Key> key;
     const char* value;
   } condition;
 };
 
 constexpr AdapterSetting kAdapterSettings[] = {
-    {"DHCP", Dhcp, IsOwn, {"DHCP"}, false, AsSwitch, {"EnableDHCP", "EnableStatic"}, {}},
+    {"DHCP", Dhcp, IsOwn, {Key::kDhcp}, AsSwitch, {"EnableDHCP", "EnableStatic"}, {}},
     {"addresses",
      LastingAddresses,
      HasDhcp,
-     {"Address", "Netmask"},
-     false,
+     {Key::kAddress, Key::kNetmask},
      AsPair,
      {"EnableDHCP", "EnableStatic"},
-     {"DHCP", "False"}},
-    {"gateways", Gateways, HasDhcp, {"Gateway"}, false, AsList, {"SetGateways"}, {"DHCP", "False"}},
+     {Key::kDhcp, "False"}},
+    {"gateways",
+     Gateways,
+     HasDhcp,
+     {Key::kGateway},
+     AsList,
+     {"SetGateways"},
+     {Key::kDhcp, "False"}},
     {"DNS servers",
      DnsServers,
      HasDnsFromDhcp,
-     {"DNS-Server"},
-     true,
+     {Key::kDnsServer},
      AsList,
      {"SetDNSServerSearchOrder"},
-     {"SetDNSInfo", "True"}},
+     {Key::kSetDnsInfo, "True"}},
     {"DNS suffixes",
      DnsSuffixes,
      IsOwn,
-     {"DNS-SuffixSearchOrder"},
-     false,
+     {Key::kDnsSuffixes},
      AsList,
      {"SetDNSSuffixSearchOrder"},
-     {"SetDNSInfo", "True"}},
-    {"DNS domain", DnsDomain, HasDhcp, {"DNS-Domain"}, false, AsList, {}, {}},
+     {Key::kSetDnsInfo, "True"}},
+    {"DNS domain", DnsDomain, HasDhcp, {Key::kOwnDnsDomain}, AsList, {}, {}},
 };
 
 /// A setting before the capture, on the fresh image, and after the restore.
@@ -121,10 +126,10 @@ class Explanation {
         before_(before),
         section_(evidence.SectionOf(before)) {
     if (section_.empty()) return;
-    for (const char* key : setting.keys) {
-      if (key == nullptr) continue;
-      keys_.push_back(key);
-      if (setting.isNumbered) keys_.back() += std::to_string(*evidence.NumberOf(before));
+    for (const std::optional<Key>& key : setting.keys) {
+      if (!key) continue;
+      const auto number = static_cast<std::size_t>(*evidence.NumberOf(before));
+      keys_.push_back(RowOf(*key).isNumbered ? NameOf(*key, number) : std::string(NameOf(*key)));
       const auto value = evidence.Value(section_, keys_.back());
       if (!value) continue;
       values_.push_back(*value);
@@ -152,7 +157,7 @@ class Explanation {
     if (!refusal.empty()) return "recording it was refused: " + refusal;
     if (values_.empty() && wanted.empty()) return {};
     if (values_.empty()) {
-      return setting_.isNumbered && !before_.staticDns
+      return setting_.keys.front() == Key::kDnsServer && !before_.staticDns
                  ? "not recorded, for they are not set by hand"
                  : "not recorded";
     }
@@ -181,8 +186,8 @@ class Explanation {
     if (!wasRead) return evidence_.WhyNotRead(before_);
     if (setting_.methods.front() == nullptr) return keys_.front() + " is not read back";
     const auto& [key, value] = setting_.condition;
-    if (key != nullptr && !base::SameText(evidence_.Value(section_, key).value_or(""), value)) {
-      return std::string("not read back without ") + key + "=" + value;
+    if (key && !base::SameText(evidence_.Value(section_, NameOf(*key)).value_or(""), value)) {
+      return "not read back without " + std::string(NameOf(*key)) + "=" + value;
     }
     std::string failure = evidence_.RestoreFailure();
     if (!failure.empty()) return failure;
@@ -315,8 +320,10 @@ class Listing {
         "computer", "member of",
         [](const Machine& machine) { return Texts{MembershipText(machine.membership)}; },
         [&] {
-          const std::string config = evidence_.Value("Global", "Config").value_or("");
-          return base::SameText(config, "RestoreAfterCreate")
+          const std::string config =
+              evidence_.Value(NameOf(base::SectionKind::kGlobal), NameOf(Key::kConfig))
+                  .value_or("");
+          return base::SameText(config, base::kRestoreAfterCreate)
                      ? foreign()
                      : "the file does not say Config=RestoreAfterCreate";
         });

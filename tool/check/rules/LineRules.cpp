@@ -34,9 +34,9 @@ void CheckHeader(const Document& document, std::uint32_t line, Findings& finding
     return;
   }
   const HeaderText header = Split(item);
-  if (header.rest.text.empty() || KindOfSection(header.name) == SectionKind::kUnknown) return;
+  if (header.rest.text.empty() || base::KindOfSection(header.name) == SectionKind::kUnknown) return;
   const Section& section = document.Sections()[document.Lines()[line].section];
-  if (section.kind == KindOfSection(header.name)) return;  // still an adapter
+  if (section.kind == base::KindOfSection(header.name)) return;  // still an adapter
   findings.At(Code::kTextAfterHeader, header.rest,
               "this is section " + Quoted(section.name) + ", not " + Quoted(header.name));
 }

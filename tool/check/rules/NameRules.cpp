@@ -14,12 +14,6 @@ namespace {
 
 using Kind = ConfigFile::Line::Kind;
 
-const char* DefaultName(SectionKind kind) {
-  return std::find_if(std::begin(kKnownSections), std::end(kKnownSections),
-                      [kind](const KnownSection& known) { return known.kind == kind; })
-      ->name.data();
-}
-
 /// The name without the number at its end.
 std::string_view WithoutNumber(std::string_view name) {
   return name.substr(0, name.find_last_not_of("0123456789") + 1);
@@ -28,39 +22,39 @@ std::string_view WithoutNumber(std::string_view name) {
 /// The section name that may be meant.
 std::optional<std::string> NearestSection(std::string_view name) {
   std::string meant(name);
-  const std::size_t mark = base::Find(name, kAdapterMark);
+  const std::size_t mark = base::Find(name, base::kAdapterMark);
   if (mark != std::string_view::npos) {
-    return meant.replace(mark, kAdapterMark.size(), kAdapterMark);
+    return meant.replace(mark, base::kAdapterMark.size(), base::kAdapterMark);
   }
   std::vector<std::string_view> names;
-  for (const KnownSection& known : kKnownSections) names.push_back(known.name);
-  names.push_back(kAdapterMark);
+  for (const base::KnownSection& known : base::kKnownSections) names.push_back(known.name);
+  names.push_back(base::kAdapterMark);
   const std::string_view stem = WithoutNumber(name);
   const auto nearest = simulated::Nearest(stem, names);
   if (!nearest) return std::nullopt;
-  if (*nearest != kAdapterMark) return std::string(*nearest);
-  return meant.replace(0, stem.size(), kAdapterMark);
+  if (*nearest != base::kAdapterMark) return std::string(*nearest);
+  return meant.replace(0, stem.size(), base::kAdapterMark);
 }
 
 /// The key that may be meant; a numbered one with a number.
 std::optional<std::string> NearestKey(SectionKind section, std::string_view key) {
   std::vector<std::string_view> names;
-  for (const KnownKey& row : kKnownKeys) {
+  for (const base::KnownKey& row : base::kKnownKeys) {
     if (row.section == section) names.push_back(row.name);
   }
   const std::string_view name = WithoutNumber(key);
   const auto nearest = simulated::Nearest(name, names);
   if (!nearest) return std::nullopt;
-  const bool isNumbered =
-      std::any_of(std::begin(kKnownKeys), std::end(kKnownKeys),
-                  [&](const KnownKey& row) { return row.name == *nearest && row.isNumbered; });
+  const bool isNumbered = std::any_of(
+      std::begin(base::kKnownKeys), std::end(base::kKnownKeys),
+      [&](const base::KnownKey& row) { return row.name == *nearest && row.isNumbered; });
   if (!isNumbered) return std::string(*nearest);
   return std::string(*nearest) + std::to_string(base::ParseUnsigned(key.substr(name.size())));
 }
 
 /// The kind of another section in which the key is known.
 std::optional<SectionKind> HomeOf(std::string_view key) {
-  for (const KnownSection& known : kKnownSections) {
+  for (const base::KnownSection& known : base::kKnownSections) {
     if (MatchKey(known.kind, key)) return known.kind;
   }
   return std::nullopt;
@@ -76,7 +70,7 @@ bool HasTextAfterHeader(const Document& document, std::uint32_t line) {
   const std::string_view text = document.ItemOf(line).text;
   const std::size_t close = text.find(']');
   return close != std::string_view::npos && close + 1 != text.size() &&
-         KindOfSection(base::Trimmed(text.substr(1, close - 1))) != SectionKind::kUnknown;
+         base::KindOfSection(base::Trimmed(text.substr(1, close - 1))) != SectionKind::kUnknown;
 }
 
 void CheckUnknownSection(const Document& document, const Section& section, Findings& findings) {
@@ -97,7 +91,7 @@ void CheckUnknownKey(const Document& document, const Section& section, const Ent
                      Findings& findings) {
   const std::string name = Quoted(document.ShownKey(entry));
   if (const auto home = HomeOf(entry.key)) {
-    const std::string own = DefaultName(*home);
+    const std::string own(NameOf(*home));
     findings.AtKey(Code::kKeyOfAnotherSection, entry,
                    name + " is not read in section " + Quoted(section.name),
                    "move it to [" + own + "]");

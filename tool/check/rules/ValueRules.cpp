@@ -324,8 +324,8 @@ constexpr Rule RuleFor(ValueKind kind) {
 }
 
 /// Every key has a rule.
-static_assert(std::all_of(std::begin(kKnownKeys), std::end(kKnownKeys),
-                          [](const KnownKey& key) { return RuleFor(key.value) != nullptr; }));
+static_assert(std::all_of(std::begin(base::kKnownKeys), std::end(base::kKnownKeys),
+                          [](const base::KnownKey& key) { return RuleFor(key.value) != nullptr; }));
 
 void CheckEncoding(const Value& value) {
   // Names of computers and domains must be ASCII anyway, and nobody reads a description.

@@ -1,18 +1,9 @@
-#include "handlers/internal/ConfigKeys.h"
+#include "handlers/internal/NumberedKeys.h"
 
-#include "base/LetterCase.h"
 #include "base/Numbers.h"
 
-SectionKind KindOfSection(std::string_view name) {
-  for (const KnownSection& known : kKnownSections) {
-    if (base::SameText(name, known.name)) return known.kind;
-  }
-  return name.find(kAdapterMark) != std::string_view::npos ? SectionKind::kAdapter
-                                                           : SectionKind::kUnknown;
-}
-
-std::vector<std::size_t> NumberedKeys(ConfigFile& file, std::string_view section, Key numbered,
-                                      Key count) {
+std::vector<std::size_t> NumberedKeys(ConfigFile& file, std::string_view section,
+                                      base::Key numbered, base::Key count) {
   const std::size_t wanted =
       base::ParseUnsigned(file.FindValue(section, NameOf(count)).value_or(std::string_view()));
   // Numbering may start at 0 or at 1. A section cannot hold more numbers than it has entries, so a

@@ -7,9 +7,8 @@
 #include <iterator>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "handlers/internal/ConfigFile.h"
+namespace base {
 
 /// What a section is for.
 enum class SectionKind : std::uint8_t { kUnknown, kGlobal, kAgentSettings, kNetworking, kAdapter };
@@ -139,20 +138,27 @@ struct KnownSection {
   SectionKind kind;
   std::string_view name;
 };
+/// In the order of `SectionKind`.
 inline constexpr KnownSection kKnownSections[] = {{SectionKind::kGlobal, "Global"},
                                                   {SectionKind::kAgentSettings, "ConfigSettings"},
                                                   {SectionKind::kNetworking, "Networking"},
                                                   {SectionKind::kAdapter, "TCP/IP"}};
+/// A section's name by default. Not for `kUnknown`.
+constexpr std::string_view NameOf(SectionKind kind) {
+  return kKnownSections[static_cast<std::size_t>(kind) - 1].name;
+}
+
 /// A section whose name contains this, in this letter case, is an adapter too.
 inline constexpr std::string_view kAdapterMark = "NicEntry";
 
 /// What a section of this name is for.
 SectionKind KindOfSection(std::string_view name);
 
+/// Values of "Config": a restore file waits; the machine was imaged and goes on as itself.
+inline constexpr std::string_view kRestore = "Restore";
+inline constexpr std::string_view kRestoreAfterCreate = "RestoreAfterCreate";
+
 /// What separates the items of a list; continuation lines end in line feeds.
 inline constexpr std::string_view kListSeparators = ",; \t\r\n";
 
-/// The numbers of the keys `numbered` of a section that are read: of those that are present the
-/// lowest, as many as the key `count` says.
-std::vector<std::size_t> NumberedKeys(ConfigFile& file, std::string_view section, Key numbered,
-                                      Key count);
+}  // namespace base
