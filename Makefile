@@ -65,10 +65,10 @@ test-windows:
 	  test '$(CI)' != true; \
 	fi
 
-run-windows-tests:
-	cmake --preset windows
-	cmake --build --preset windows -j $(JOBS)
-	ctest --preset windows -j $(JOBS)
+run-windows-tests: build-windows
+	cmake --preset windows-tests
+	cmake --build --preset windows-tests -j $(JOBS)
+	ctest --preset windows-tests -j $(JOBS)
 ifeq ($(CI),true)
 	@$(MAKE) --no-print-directory check-rebuild
 endif

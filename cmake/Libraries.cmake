@@ -22,9 +22,6 @@ endfunction()
 config_header_library(config_json ${CONFIG_JSON_ROOT} nlohmann)
 config_header_library(config_cli ${CONFIG_CLI_ROOT} CLI)
 
-set(THREADS_PREFER_PTHREAD_FLAG ON)
-find_package(Threads REQUIRED)
-
 if(CONFIG_TESTS)
   if(CMAKE_CROSSCOMPILING OR MSVC)
     set(CONFIG_GTEST_SOURCE /usr/src/googletest CACHE PATH "Sources of GoogleTest")

@@ -2,9 +2,12 @@
 // report codes and decide nothing; names keep clear of the macros of <windows.h>.
 #pragma once
 
+#include <memory>
+
 namespace platform {
 
 class IClock;
+class ICriticalSection;
 class IDirectory;
 class IErrors;
 class IFiles;
@@ -31,6 +34,8 @@ class IPlatform {
   virtual ISecurity& Security() = 0;
   virtual IServices& Services() = 0;
   virtual IWmi& Wmi() = 0;
+  /// A lock of this process, free. No call to the machine: nothing is noted and nothing can fail.
+  virtual std::unique_ptr<ICriticalSection> MakeCriticalSection() = 0;
 };
 
 /// The machine that all work goes to: the innermost `ScopedPlatform`, else `Default()`.

@@ -28,7 +28,7 @@ ALLOWED = {
     "base": [],
     "common/err": ["base"],
     "common/logging": ["base"],
-    "common/lang": ["base"],
+    "common/lang": ["base", "platform"],
     "common/util": [*UTIL_LEVEL, "platform"],
     "common/ipc": ["common/util", *UTIL_LEVEL, "platform"],
     "common/sys": [*SYS_LEVEL, "platform"],
@@ -55,6 +55,8 @@ ALLOWED = {
 PRODUCT = ("base", "common", "handlers", "toolbox", "platform")
 HEADER_BARRED_FROM_PRODUCT = "platform/ScopedPlatform.h"  # but for its own body
 SCOPED_PLATFORM_BODY = "platform/Platform.cpp"
+LOCK_PORT = "platform/ICriticalSection.h"  # of the ports, common/lang knows this one, and alone
+LOCK_HEADERS = [LOCK_PORT, "platform/IPlatform.h"]
 
 # Libraries, by the folders that may use them.
 LIBRARIES = {
@@ -113,6 +115,10 @@ def own_fault(root, path, folder, name):
     if name == HEADER_BARRED_FROM_PRODUCT and is_below(path, PRODUCT):
         if path != SCOPED_PLATFORM_BODY:
             return "is for tests and the tool, not for the product"
+    if name == LOCK_PORT and not is_below(path, ("common/lang", "platform", "tests")):
+        return "is for common/lang alone"
+    if folder == "common/lang" and target == "platform" and name not in LOCK_HEADERS:
+        return f"runs against the direction: {folder} may include the port of its lock only"
     return None
 
 
@@ -175,6 +181,8 @@ VIOLATIONS = [
     ("tool/main.cpp", '#include "tests/Support.h"', "may not include tests"),
     ("tool/check/Check.cpp", '#include "tool/plan/Plan.h"', "may not include tool/plan"),
     ("handlers/Handler.cpp", '#include "platform/ScopedPlatform.h"', "may not include platform"),
+    ("common/lang/Lock.h", '#include "platform/IWmi.h"', "the port of its lock only"),
+    ("common/sys/Wmi.cpp", '#include "platform/ICriticalSection.h"', "for common/lang alone"),
     ("common/sys/Wmi.cpp", '#include "platform/ScopedPlatform.h"', "not for the product"),
     ("common/sys/Wmi.cpp", "#include <windows.h>", "system header"),
     ("tests/SomeTest.cpp", "  #  include <sys/stat.h>", "system header"),
@@ -197,6 +205,8 @@ LAWFUL = {
     "common/err/Site.h": "#pragma once\nconst char* file = __FILE__;",
     "common/util/ClassName.cpp": "#if defined(__GNUC__)",
     "common/ipc/Address.h": '#include "platform/IWmi.h"',
+    "common/lang/CriticalSection.h": '#include "platform/ICriticalSection.h"',
+    "platform/ICriticalSection.h": "",
     "platform/IWmi.h": "",
     "platform/Platform.cpp": '#include "platform/ScopedPlatform.h"',
     "platform/ScopedPlatform.h": "",

@@ -6,7 +6,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-library=$(x86_64-w64-mingw32-g++-posix -print-file-name=include/c++)
+library=$(x86_64-w64-mingw32-g++-win32 -print-file-name=include/c++)
 target=(--target=x86_64-pc-windows-msvc -std=c++20
   -fms-compatibility -fms-extensions -fdelayed-template-parsing)
 headers=(-fmsc-version=0 -fgnuc-version=12.2 -D__MINGW32__ -D__MINGW64__ -D__STRICT_ANSI__

@@ -20,7 +20,7 @@ TERMS = {
     "CLI11.txt": "University of Cincinnati",
     "GPL-3.txt": "GNU GENERAL PUBLIC LICENSE",
     "gcc-runtime.txt": "GCC RUNTIME LIBRARY EXCEPTION",
-    "mingw-w64.txt": "mingw-w64-libraries/winpthreads",
+    "mingw-w64.txt": "mingw-w64-crt/crt/",
     "nlohmann-json.txt": "Niels Lohmann",
 }
 LINK = re.compile(r"\]\(([^)#:]+)\)")

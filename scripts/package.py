@@ -16,8 +16,8 @@ DOCUMENTS = ["CONTRIBUTING.md", "README.md", "docs/*.md", "examples/*"]
 # Of the libraries inside the programs, by the name under which their terms are packed. The plug-in
 # holds the first two, the tool all.
 LICENCES = {
-    "mingw-w64": "/usr/share/doc/mingw-w64-x86-64-dev/copyright",  # winpthreads too
-    "gcc-runtime": "/usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright",
+    "mingw-w64": "/usr/share/doc/mingw-w64-x86-64-dev/copyright",
+    "gcc-runtime": "/usr/share/doc/gcc-mingw-w64-x86-64-win32-runtime/copyright",
     "GPL-3": "/usr/share/common-licenses/GPL-3",  # which the terms of gcc-runtime refer to
     "nlohmann-json": "/usr/share/doc/nlohmann-json3-dev/copyright",
     "CLI11": "/usr/share/doc/libcli11-dev/copyright",

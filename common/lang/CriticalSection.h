@@ -1,18 +1,22 @@
 // A lock that its holder may enter again.
 #pragma once
 
-#include <mutex>
+#include <memory>
+
+#include "platform/ICriticalSection.h"
+#include "platform/IPlatform.h"
 
 namespace lang {
 
-/// Every `Enter` is paired with one `Leave` on the same thread.
+/// Initialised when it is made, deleted with the object. Every `Enter` is paired with one `Leave`
+/// on the same thread.
 class CriticalSection {
  public:
-  void Enter() { mutex_.lock(); }
-  void Leave() { mutex_.unlock(); }
+  void Enter() { section_->Enter(); }
+  void Leave() { section_->Leave(); }
 
  private:
-  std::recursive_mutex mutex_;
+  std::unique_ptr<platform::ICriticalSection> section_ = platform::Current().MakeCriticalSection();
 };
 
 }  // namespace lang

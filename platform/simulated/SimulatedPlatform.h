@@ -30,6 +30,7 @@ class SimulatedPlatform final : public platform::IPlatform {
   platform::ISecurity& Security() override;
   platform::IServices& Services() override;
   platform::IWmi& Wmi() override;
+  std::unique_ptr<platform::ICriticalSection> MakeCriticalSection() override;
 
   /// What callers hold at the moment; equal to `Usage{}` when everything was given back.
   const Usage& InUse() const;

@@ -20,6 +20,7 @@ class WindowsPlatform final : public IPlatform {
   ISecurity& Security() override;
   IServices& Services() override;
   IWmi& Wmi() override;
+  std::unique_ptr<ICriticalSection> MakeCriticalSection() override;
 };
 
 }  // namespace platform::windows

@@ -3,13 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cctype>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <thread>
 #include <variant>
 #include <vector>
 
+#include "platform/ICriticalSection.h"
 #include "platform/IDirectory.h"
 #include "platform/IErrors.h"
 #include "platform/IFiles.h"
@@ -248,6 +252,27 @@ TEST_F(SecurityContract, ADescriptorRefersToItsList) {
   EXPECT_TRUE(security.DescriptorList(descriptor, &found));
   EXPECT_EQ(found, list);
   EXPECT_EQ(security.DescriptorSize(descriptor), bare + 64);
+}
+
+TEST_F(PortContract, ALockLetsItsHolderInAgainAndOthersAtTheEnd) {
+  const auto lock = machine.MakeCriticalSection();
+  lock->Enter();
+  lock->Enter();
+  std::atomic<bool> started = false;
+  std::atomic<bool> entered = false;
+  std::thread other([&] {
+    started = true;
+    lock->Enter();
+    entered = true;
+    lock->Leave();
+  });
+  while (!started) std::this_thread::yield();
+  lock->Leave();
+  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+  EXPECT_FALSE(entered);
+  lock->Leave();
+  other.join();
+  EXPECT_TRUE(entered);
 }
 
 TEST_F(PortContract, LibrariesThatDoNotExistCannotBeLoaded) {
