@@ -14,8 +14,6 @@ constexpr err::Site kNoFileName{kSource, "DllProxy::Load - No Filename", 43};
 constexpr err::Site kLoadFailed{kSource, "DllProxy::Load - Load Library Failed", 50};
 constexpr err::Site kExportMissing{kSource, "DllProxy::GetProcAddress - GetProcAddress Failed", 66};
 
-using DecryptFunction = bool (*)(const char* input, char* output);
-
 [[noreturn]] void Throw(const err::Site& site, std::int32_t value) {
   throw CDllProxyError{site, value, util::LastError()};
 }
@@ -48,7 +46,7 @@ bool CryptoDll::TryLoad() {
 bool CryptoDll::Decrypt(const char* input, char* output) {
   try {
     if (decrypt_ == nullptr) GetProcAddress(&decrypt_, "Decrypt");
-    return reinterpret_cast<DecryptFunction>(decrypt_)(input, output);
+    return platform::Current().Libraries().Decrypt(decrypt_, input, output);
   } catch (...) {
     return false;  // the library is foreign: whatever leaves it means that nothing was deciphered
   }

@@ -129,7 +129,11 @@ platform::ExportedFunction LibrariesPort::FindExport(LibraryHandle library,
     return nullptr;
   }
   decrypting = &simulation_;
-  return reinterpret_cast<platform::ExportedFunction>(&Decrypt);
+  return reinterpret_cast<platform::ExportedFunction>(&simulated::Decrypt);
+}
+
+bool LibrariesPort::Decrypt(platform::ExportedFunction function, const char* input, char* output) {
+  return reinterpret_cast<decltype(&simulated::Decrypt)>(function)(input, output);
 }
 
 Win32Error ResolverPort::Start() {

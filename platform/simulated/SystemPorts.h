@@ -42,6 +42,7 @@ class LibrariesPort final : public platform::ILibraries {
   /// The export works on this machine until another machine hands out its own.
   platform::ExportedFunction FindExport(platform::LibraryHandle library,
                                         const std::string& name) override;
+  bool Decrypt(platform::ExportedFunction function, const char* input, char* output) override;
 
  private:
   Simulation& simulation_;

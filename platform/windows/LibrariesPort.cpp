@@ -3,6 +3,11 @@
 #include "platform/windows/WindowsHeader.h"
 #include "platform/windows/WindowsPlatform.h"
 
+using DecryptFunction = bool (*)(const char* input, char* output);
+
+/// In GuardedCall.c, which tells what it is for.
+extern "C" bool GuardedDecrypt(DecryptFunction decrypt, const char* input, char* output);
+
 namespace platform::windows {
 namespace {
 
@@ -15,6 +20,10 @@ class LibrariesPort final : public ILibraries {
   ExportedFunction FindExport(LibraryHandle library, const std::string& name) override {
     return reinterpret_cast<ExportedFunction>(
         ::GetProcAddress(ToSystem<HMODULE>(library), name.c_str()));
+  }
+
+  bool Decrypt(ExportedFunction function, const char* input, char* output) override {
+    return ::GuardedDecrypt(reinterpret_cast<DecryptFunction>(function), input, output);
   }
 };
 

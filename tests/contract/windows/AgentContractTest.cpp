@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <memory>
 #include <string>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "platform/simulated/SimulatedPlatform.h"
+#include "tests/contract/windows/ImportTable.h"
 #include "tests/contract/windows/MsvcAgentBooks.h"
 #include "tests/contract/windows/WmiDouble.h"
 #include "tests/contract/windows/standin/LibCrypto.h"
@@ -28,11 +30,15 @@ struct Value {
   const char* value;
 };
 
+const ToolboxApi* TableOf(HMODULE library) {
+  const FARPROC entry = GetProcAddress(library, "GetToolboxAPI");
+  return reinterpret_cast<const ToolboxApi* (*)()>(reinterpret_cast<void*>(entry))();
+}
+
 const ToolboxApi* Table() {
   static const HMODULE library = LoadLibraryA(CONFIG_LIBRARY_PATH);
   EXPECT_NE(library, nullptr) << CONFIG_LIBRARY_PATH << ": " << GetLastError();
-  const FARPROC entry = GetProcAddress(library, "GetToolboxAPI");
-  return reinterpret_cast<const ToolboxApi* (*)()>(reinterpret_cast<void*>(entry))();
+  return TableOf(library);
 }
 
 /// An agent with one received message, which ends with the test.
@@ -48,9 +54,10 @@ class AgentContract : public testing::Test {
   int32_t Deliver(const char* type, const char* name) {
     received.type = type;
     received.name = name;
-    return MsvcDoMagic(Table(), message_, host_);
+    return MsvcDoMagic(table, message_, host_);
   }
 
+  const ToolboxApi* table = Table();
   HostBook agent;
   MessageBook& received = *OnCreateMessage(&agent);
 
@@ -237,30 +244,129 @@ TEST_F(ConfigureContract, AdapterAndNameAreChangedThroughWmiAndTheReplyIsReboot)
             (Texts{"AddValue Server=agent.corp.example", "AddValue Server=second"}));
 }
 
-TEST_F(ConfigureContract, AThousandMessagesLeaveNoHandleOpen) {
-  // A new handle takes the lowest place that is free, so open ones push it up.
-  const auto nextHandle = [] {
+/// What this process holds of things that a module may forget to give back.
+struct Footprint {
+  static Footprint Now() {
+    Footprint now;
+    std::vector<HANDLE> heaps(100);
+    heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
+    for (const HANDLE heap : heaps) {
+      PROCESS_HEAP_ENTRY entry{};
+      while (HeapWalk(heap, &entry)) {
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0) ++now.heapBlocks;
+      }
+    }
+    // A new handle takes the lowest place that is free, so open ones push it up.
     const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
     CloseHandle(event);
-    return reinterpret_cast<uintptr_t>(event);
-  };
-  const auto configure = [this] {
-    ASSERT_EQ(Configure(Write((own + ".cfg").c_str(),
-                              "[NicEntry0]\r\nMACAddress=080027123456\r\nDHCP=True\r\n")),
-              1);
-  };
-  configure();  // what is made once is made here
-  const uintptr_t before = nextHandle();
-  const HANDLE taken = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-  EXPECT_GT(nextHandle(), before);
-  CloseHandle(taken);
-  for (int i = 0; i < 1000; ++i) configure();
-  EXPECT_LE(nextHandle(), before);
+    now.handles = reinterpret_cast<uintptr_t>(event);
+    std::vector<DWORD> indexes;
+    for (DWORD index = TlsAlloc(); index != TLS_OUT_OF_INDEXES; index = TlsAlloc()) {
+      indexes.push_back(index);
+    }
+    for (const DWORD index : indexes) TlsFree(index);
+    now.freeTlsIndexes = indexes.size();
+    return now;
+  }
 
-  char program[MAX_PATH];
-  GetModuleFileNameA(nullptr, program, sizeof program);
-  const auto moved = std::filesystem::path(program).parent_path() / (own + ".cfg");
-  EXPECT_TRUE(std::filesystem::remove(moved)) << "the file is put away beside the agent";
+  std::size_t heapBlocks = 0;
+  uintptr_t handles = 0;
+  std::size_t freeTlsIndexes = 0;
+};
+
+int childrenStarted = 0;
+
+/// A child that has ended already.
+BOOL WINAPI StartNothing(LPCSTR, LPSTR, LPSECURITY_ATTRIBUTES, LPSECURITY_ATTRIBUTES, BOOL, DWORD,
+                         LPVOID, LPCSTR, LPSTARTUPINFOA, LPPROCESS_INFORMATION child) {
+  ++childrenStarted;
+  *child = {CreateEventA(nullptr, TRUE, TRUE, nullptr), CreateEventA(nullptr, TRUE, TRUE, nullptr),
+            1, 1};
+  return TRUE;
+}
+
+BOOL WINAPI EndedWell(HANDLE, LPDWORD exitCode) {
+  *exitCode = 0;
+  return TRUE;
+}
+
+constexpr Substitute kNoChildren[] = {
+    {"kernel32", "CreateProcessA", reinterpret_cast<void*>(&StartNothing)},
+    {"kernel32", "GetExitCodeProcess", reinterpret_cast<void*>(&EndedWell)}};
+
+/// Hands over a file with four routes, again and again.
+class Endurance : public ConfigureContract {
+ protected:
+  ~Endurance() override {
+    char program[MAX_PATH];
+    GetModuleFileNameA(nullptr, program, sizeof program);
+    const auto moved = std::filesystem::path(program).parent_path() / (own + ".cfg");
+    EXPECT_TRUE(std::filesystem::remove(moved)) << "the file is put away beside the agent";
+  }
+
+  void ConfigureRoutes(HMODULE library) {
+    const ImportTable imports(library, kNoChildren);
+    childrenStarted = 0;
+    ASSERT_EQ(Configure(Write((own + ".cfg").c_str(),
+                              "[NicEntry0]\r\nMACAddress=080027123456\r\nDHCP=True\r\n"
+                              "Static-Route-Count=4\r\nRoute1=10.2.0.0 255.255.0.0 10.1.0.1 0 5\r\n"
+                              "Route2=10.3.0.0 255.255.0.0 10.1.0.1 0 5\r\n"
+                              "Route3=10.4.0.0 255.255.0.0 10.1.0.1 0 5\r\n"
+                              "Route4=10.5.0.0 255.255.0.0 10.1.0.1 0 5\r\n")),
+              1);
+    ASSERT_EQ(childrenStarted, 4);
+    machine.journal.clear();
+    agent.log.clear();
+    received.written.clear();
+  }
+
+  /// The first rounds make what is made once.
+  void ExpectFlat(int rounds, const std::function<void()>& round) {
+    for (int i = 0; i < 5; ++i) round();
+    const Footprint before = Footprint::Now();
+    for (int i = 0; i < rounds && !HasFatalFailure(); ++i) round();
+    const Footprint after = Footprint::Now();
+    EXPECT_LT(after.heapBlocks, before.heapBlocks + static_cast<std::size_t>(rounds) / 20);
+    EXPECT_LE(after.handles, before.handles);
+    EXPECT_EQ(after.freeTlsIndexes, before.freeTlsIndexes);
+  }
+};
+
+TEST_F(Endurance, AThousandMessagesKeepNothing) {
+  ExpectFlat(1000, [this] { ConfigureRoutes(GetModuleHandleA(CONFIG_LIBRARY_PATH)); });
+}
+
+TEST_F(Endurance, FifteenHundredLoadsKeepNothing) {
+  // A module of its own, which no other test holds.
+  const std::string copy = (folder / "copy.dll").string();
+  ASSERT_TRUE(CopyFileA(CONFIG_LIBRARY_PATH, copy.c_str(), FALSE));
+  ExpectFlat(1500, [&] {
+    const HMODULE library = LoadLibraryA(copy.c_str());
+    ASSERT_NE(library, nullptr) << GetLastError();
+    table = TableOf(library);
+    ConfigureRoutes(library);
+    ASSERT_TRUE(FreeLibrary(library));
+    ASSERT_EQ(GetModuleHandleA(copy.c_str()), nullptr);
+  });
+}
+
+TEST_F(ConfigureContract, NoAnswerOfAForeignLibraryEndsTheAgent) {
+  constexpr struct {
+    const char* input;
+    std::size_t size;
+  } kUsers[] = {{kThrowsAsVisualCpp, 0}, {kThrowsAsGcc, 0}, {kAnswersGarbage, kPlainTextRoom - 1}};
+  for (const auto& user : kUsers) {
+    SCOPED_TRACE(user.input);
+    machine.journal.clear();
+    Configure(
+        Write("new.cfg", (std::string("[Networking]\r\nComputerName=NEWNAME\r\nDomainUsername=") +
+                          user.input + "\r\n")
+                             .c_str()));
+    ASSERT_FALSE(machine.journal.empty());
+    const auto& rename = machine.journal.back();
+    EXPECT_EQ(rename["method"], "Rename");
+    EXPECT_EQ(rename["arguments"]["UserName"].Text().size(), user.size);
+  }
 }
 
 // Passwords as they lie in this program, each character one too high: no scan of its memory shall
