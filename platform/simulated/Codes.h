@@ -35,6 +35,7 @@ enum Error : platform::Win32Error {
   kNoSuchDomain = 1355,
   kAlreadyJoined = 2691,
   kNotJoined = 2692,
+  kSocketsNotStarted = 10093,
   kHostNotFound = 11001,
 };
 

@@ -16,6 +16,23 @@ bool EndsWith(std::string_view text, std::string_view end) {
   return text.size() >= end.size() && base::SameText(text.substr(text.size() - end.size()), end);
 }
 
+/// A distinguished name without the blanks that may stand around its separators.
+std::string Compact(std::string_view dn) {
+  std::string compact;
+  for (const char letter : dn) {
+    const bool separates = letter == ',' || letter == '=';
+    while (separates && compact.ends_with(' ')) compact.pop_back();
+    const bool follows = compact.empty() || compact.back() == ',' || compact.back() == '=';
+    if (letter != ' ' || !follows) compact += letter;
+  }
+  while (compact.ends_with(' ')) compact.pop_back();
+  return compact;
+}
+
+bool SameDn(std::string_view left, std::string_view right) {
+  return base::SameText(Compact(left), Compact(right));
+}
+
 template <class Predicate>
 DirectoryDomain* FindDomainIf(Machine& machine, Predicate matches) {
   const auto found = std::find_if(machine.domains.begin(), machine.domains.end(), matches);
@@ -29,9 +46,9 @@ DirectoryDomain* FindDomain(Machine& machine, const std::string& name) {
 }
 
 DirectoryDomain* FindDomainOf(Machine& machine, const std::string& dn) {
-  return FindDomainIf(machine, [&](const auto& domain) {
-    return base::SameText(dn, DomainDn(domain)) || EndsWith(dn, "," + DomainDn(domain));
-  });
+  const std::string name = "," + Compact(dn);
+  return FindDomainIf(machine,
+                      [&](const auto& domain) { return EndsWith(name, "," + DomainDn(domain)); });
 }
 
 std::string DomainDn(const DirectoryDomain& domain) {
@@ -45,10 +62,10 @@ std::string DomainDn(const DirectoryDomain& domain) {
 std::optional<std::string> FindContainer(const DirectoryDomain& domain, const std::string& dn) {
   const std::string root = DomainDn(domain);
   for (const std::string& container : {root, "CN=Computers," + root}) {
-    if (base::SameText(container, dn)) return container;
+    if (SameDn(container, dn)) return container;
   }
   const auto found = std::find_if(domain.ous.begin(), domain.ous.end(),
-                                  [&](const std::string& ou) { return base::SameText(ou, dn); });
+                                  [&](const std::string& ou) { return SameDn(ou, dn); });
   if (found == domain.ous.end()) return std::nullopt;
   return *found;
 }
@@ -56,7 +73,7 @@ std::optional<std::string> FindContainer(const DirectoryDomain& domain, const st
 Computer* FindComputer(DirectoryDomain& domain, const std::string& nameOrDn) {
   const auto found =
       std::find_if(domain.computers.begin(), domain.computers.end(), [&](const Computer& computer) {
-        return base::SameText(computer.name, nameOrDn) || base::SameText(computer.dn, nameOrDn);
+        return base::SameText(computer.name, nameOrDn) || SameDn(computer.dn, nameOrDn);
       });
   return found == domain.computers.end() ? nullptr : &*found;
 }

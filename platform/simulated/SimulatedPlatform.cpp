@@ -45,7 +45,7 @@ platform::IServices& SimulatedPlatform::Services() { return ports_->services; }
 platform::IWmi& SimulatedPlatform::Wmi() { return ports_->wmi; }
 
 const Usage& SimulatedPlatform::InUse() const { return ports_->simulation.usage; }
-int SimulatedPlatform::SocketStarts() const { return ports_->simulation.socketStarts; }
+
 std::uint32_t SimulatedPlatform::CallCount() const { return ports_->simulation.callCount; }
 
 }  // namespace simulated

@@ -34,8 +34,6 @@ class SimulatedPlatform final : public platform::IPlatform {
 
   /// What callers hold at the moment; equal to `Usage{}` when everything was given back.
   const Usage& InUse() const;
-  /// How often the socket library was started.
-  int SocketStarts() const;
   /// Calls to the machine so far; a fault on "*" counts the same calls. Reading and setting the
   /// last error are not calls to the machine.
   std::uint32_t CallCount() const;

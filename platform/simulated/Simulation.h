@@ -2,6 +2,7 @@
 // open, and the one place that counts calls and lets faults strike.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -153,6 +154,9 @@ struct Call {
 
 enum class ApartmentKind : std::uint8_t { kMultithreaded, kSingleThreaded };
 
+/// WinSock was started: a matter of this process, whatever machine it works on.
+inline std::atomic<bool> socketsStarted = false;
+
 class Simulation {
  public:
   /// Borrows the machine.
@@ -189,7 +193,6 @@ class Simulation {
   Usage usage;
   platform::Win32Error lastError = 0;
   std::uint32_t callCount = 0;
-  int socketStarts = 0;
 
  private:
   /// Positions of the adapters by one of their keys, as they were when last looked at.

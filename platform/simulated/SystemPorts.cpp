@@ -138,12 +138,13 @@ bool LibrariesPort::Decrypt(platform::ExportedFunction function, const char* inp
 
 Win32Error ResolverPort::Start() {
   if (const auto error = simulation_.Refuse({.name = "host.start"})) return *error;
-  ++simulation_.socketStarts;
+  socketsStarted = true;
   return kSuccess;
 }
 
 bool ResolverPort::LookUpHost(const std::string& name, std::uint32_t* address) {
   if (simulation_.Fails({.name = "host.resolve", .text = name, .item = name})) return false;
+  if (!socketsStarted) return simulation_.Fail(kSocketsNotStarted);
   for (const Host& host : simulation_.machine.hosts) {
     if (!base::SameText(host.name, name)) continue;
     const auto bytes = ParseIpv4(host.address);

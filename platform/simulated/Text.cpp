@@ -33,9 +33,17 @@ std::size_t Distance(std::string_view left, std::string_view right) {
 }  // namespace
 
 std::string FoldedPath(std::string_view path) {
-  std::string folded = base::Folded(path);
-  std::replace(folded.begin(), folded.end(), '/', '\\');
-  while (!folded.empty() && folded.back() == '\\') folded.pop_back();
+  std::string folded;
+  for (std::size_t start = 0; start < path.size();) {
+    const std::size_t end = std::min(path.find_first_of("\\/", start), path.size());
+    const std::string_view name = path.substr(start, end - start);
+    start = end + 1;
+    if (name == "..") {
+      folded.resize(std::min(folded.rfind('\\'), folded.size()));
+    } else if (!name.empty() && name != ".") {
+      folded.append(folded.empty() ? "" : "\\").append(base::Folded(name));
+    }
+  }
   return folded;
 }
 

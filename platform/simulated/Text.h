@@ -10,7 +10,8 @@
 
 namespace simulated {
 
-/// `path` in the one form that all its spellings share.
+/// `path` in the one form that all its spellings share: letter case, "/", doubled separators, "."
+/// and ".." make no difference.
 std::string FoldedPath(std::string_view path);
 
 /// The one of `known` that `name` is likely to be a misspelling of; letter case does not count.

@@ -82,6 +82,10 @@ std::uint32_t EnableStatic(Machine&, Adapter* adapter, const Properties& argumen
       !std::all_of(masks.begin(), masks.end(), ParseIpv4)) {
     return kInvalidMaskOrAddress;
   }
+  if (adapter->dhcpEnabled) {  // what came with the lease goes with it
+    adapter->gateways.clear();
+    if (!adapter->staticDns) adapter->dnsServers.clear();
+  }
   adapter->dhcpEnabled = false;
   adapter->ipAddresses = addresses;
   adapter->subnetMasks = masks;

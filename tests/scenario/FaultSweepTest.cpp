@@ -111,14 +111,13 @@ const struct {
 /// The calls whose failure may leave the reply as it is: what cannot be read counts as absent, what
 /// cannot be recorded or re-enabled is left out, and closing cannot fail.
 const std::set<std::string> kUntold = {
-    "directory.leave", "directory.name",     "file.attributes", "file.copy",
-    "file.read",       "host.start",         "file.write",      "host.parse",
-    "library.call",    "library.find",       "library.load",    "lsa.close",
-    "lsa.dns",         "lsa.primary",        "lsa.workgroup",   "process.close",
-    "process.inherit", "registry.close",     "registry.delete", "registry.open",
-    "registry.query",  "service.close",      "service.open",    "service.open_manager",
-    "service.start",   "service.start_type", "sleep",           "wmi.get",
-    "wmi.leave"};
+    "library.load",  "library.call",    "library.find",    "host.parse",
+    "wmi.leave",     "wmi.get",         "sleep",           "service.start_type",
+    "service.close", "service.open",    "service.start",   "service.open_manager",
+    "file.write",    "file.attributes", "file.copy",       "file.read",
+    "process.close", "process.inherit", "registry.query",  "registry.delete",
+    "registry.open", "registry.close",  "lsa.close",       "lsa.primary",
+    "lsa.dns",       "lsa.workgroup",   "directory.leave", "directory.name"};
 
 class FaultSweep : public support::MachineTest {
  protected:

@@ -5,6 +5,7 @@
 
 #include "common/ipc/IpAddress.h"
 #include "common/sys/Domain.h"
+#include "platform/simulated/Simulation.h"
 
 namespace sys {
 
@@ -37,6 +38,7 @@ namespace support {
 inline void ForgetProcess() {
   sys::DomainTestAccess::Reset();
   ipc::WinSockTestAccess::Reset();
+  simulated::socketsStarted = false;
 }
 
 /// Does so for every library that takes part; each road to the library has its own body of it.

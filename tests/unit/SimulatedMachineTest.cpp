@@ -247,6 +247,38 @@ TEST_F(SimulatedMachineTest, MethodsChangeWhatTheyMayAndRefuseTheRest) {
   }
 }
 
+TEST_F(SimulatedMachineTest, AStaticAddressTakesWhatCameWithTheLease) {
+  for (const bool staticDns : {false, true}) {
+    simulated::Adapter& adapter = machine_.adapters[0];
+    adapter.gateways = {"1.0.0.1"};
+    adapter.dnsServers = {"1.0.0.2"};
+    adapter.staticDns = staticDns;
+    for (const bool leased : {false, true}) {
+      adapter.dhcpEnabled = leased;
+      EXPECT_EQ(
+          Method("Index=7", "EnableStatic", "{'IPAddress':['1.0.0.5'],'SubNetMask':['255.0.0.0']}"),
+          "0");
+      EXPECT_EQ(At("/adapters/0/gateways"), leased ? "[]" : "[\"1.0.0.1\"]");
+      EXPECT_EQ(At("/adapters/0/dns_servers"), leased && !staticDns ? "[]" : "[\"1.0.0.2\"]");
+    }
+  }
+}
+
+TEST_F(SimulatedMachineTest, EverySpellingOfAPathNamesTheSameFile) {
+  machine_.files = {{R"(C:\Dir\a.cfg)", "text"}};
+  for (const std::string path :
+       {"c:/dir/A.CFG", R"(C:\Dir\.\a.cfg)", R"(C:\\Dir\/a.cfg)", R"(C:\Dir\x\..\a.cfg)"}) {
+    SCOPED_TRACE(path);
+    auto& files = platform_.Files();
+    std::string text;
+    EXPECT_TRUE(files.ReadWhole(path, &text));
+    EXPECT_FALSE(files.Copy(machine_.files[0].path, path, /*failIfExists=*/false));
+    EXPECT_EQ(platform_.Errors().LastError(), 32U);
+    EXPECT_TRUE(files.Move(path, path));
+    EXPECT_EQ(machine_.files.size(), 1U);
+  }
+}
+
 TEST_F(SimulatedMachineTest, ComputersMoveAndAreRenamedInTheirDirectory) {
   machine_.membership = simulated::DomainMembership{"corp.example", "CORP", true};
   machine_.domains[0].computers = {{"PC1", "CN=PC1,CN=Computers,DC=corp,DC=example"}};
@@ -258,7 +290,8 @@ TEST_F(SimulatedMachineTest, ComputersMoveAndAreRenamedInTheirDirectory) {
                 {kFrom, "LDAP://OU=None,DC=corp,DC=example", "s3cret", "0x80072030", "0x00000000"},
                 {kFrom, "LDAP://OU=Sales,DC=other", "s3cret", "0x8007203A", "0x00000000"},
                 {"LDAP://CN=PC9,DC=corp,DC=example", kTo, "s3cret", "0x00000000", "0x80072030"},
-                {kFrom, kTo, "s3cret", "0x00000000", "0x00000000"}};
+                {"LDAP://CN=PC1, CN=Computers, DC=corp,DC=example",
+                 "LDAP://OU = Sales , DC=corp, DC=example", "s3cret", "0x00000000", "0x00000000"}};
   auto& directory = platform_.Directory();
   std::unique_ptr<platform::IDirectoryContainer> container;
   EXPECT_EQ(HResultText(directory.BindContainer(kTo, "joiner", "s3cret", &container)),

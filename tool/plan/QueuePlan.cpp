@@ -201,49 +201,26 @@ PlannedBinding DescribeBinding(const ConfigureNic& nic) {
   return binding;
 }
 
-/// Compares the commands of adapters, in the order of the queue.
-class AdapterComparison {
- public:
-  AdapterComparison(const config::command::CommandList& commands, Comparing comparing)
-      : comparing_(comparing) {
-    for (const auto& command : commands) {
-      if (const auto* nic = dynamic_cast<const ConfigureNic*>(command.get())) {
-        ++sections_[nic->Index()];
-      }
+/// Compares a command of an adapter. In turn, what it changes is done: the ones behind it find
+/// that.
+Comparison CompareNic(const ConfigureNic& nic, IConfigureCommand& command, Comparing comparing) {
+  if (nic.Index() == ConfigureNic::kUnset) return {};
+  Comparison comparison = nic.CompareAdapter(command);
+  if (comparing == Comparing::kInTurn && comparison.needed) {
+    try {
+      command.Execute();
+    } catch (const err::CGeneralError&) {
+      // What a machine refuses is for a rehearsal to tell; the plan goes on behind it.
     }
   }
+  return comparison;
+}
 
-  Comparison Compare(const ConfigureNic& nic, IConfigureCommand& command) const {
-    if (nic.Index() == ConfigureNic::kUnset) return {};
-    Comparison comparison = nic.CompareAdapter(command);
-    if (comparing_ == Comparing::kInTurn && comparison.needed && OthersSee(nic, command)) {
-      try {
-        command.Execute();
-      } catch (const err::CGeneralError&) {
-        // What a machine refuses is for a rehearsal to tell; the plan goes on behind it.
-      }
-    }
-    return comparison;
-  }
-
- private:
-  /// A later section finds what this one changed on an adapter that they share; suffixes are the
-  /// whole machine's.
-  bool OthersSee(const ConfigureNic& nic, const IConfigureCommand& command) const {
-    return sections_.at(nic.Index()) > 1 ||
-           dynamic_cast<const config::command::SetDnsSuffix*>(&command) != nullptr;
-  }
-
-  Comparing comparing_;
-  std::unordered_map<std::uint32_t, int> sections_;
-};
-
-PlannedCommand DescribeNic(ConfigureNic& nic, const Recorder& recorder,
-                           const AdapterComparison& adapters) {
+PlannedCommand DescribeNic(ConfigureNic& nic, const Recorder& recorder, Comparing comparing) {
   PlannedCommand planned = Describe(nic, {}, recorder);
   planned.binding = DescribeBinding(nic);
   for (const auto& command : nic.Commands()) {
-    planned.commands.push_back(Describe(*command, adapters.Compare(nic, *command), recorder));
+    planned.commands.push_back(Describe(*command, CompareNic(nic, *command, comparing), recorder));
   }
   return planned;
 }
@@ -318,10 +295,9 @@ void FindLines(const std::string& text, std::vector<PlannedEvent>& events) {
 
 void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysis,
                    const Recorder& recorder, Comparing comparing, QueuePlan& plan) {
-  const AdapterComparison adapters(builder.Commands(), comparing);
   const auto describe = [&](const auto& command) {
     if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
-      return DescribeNic(*nic, recorder, adapters);
+      return DescribeNic(*nic, recorder, comparing);
     }
     const auto compared = analysis.comparisons.find(command.get());
     const bool wasCompared = compared != analysis.comparisons.end();

@@ -15,6 +15,7 @@
 #include "common/config/analyzer/AdapterBinding.h"
 #include "common/config/command/ConfigureNic.h"
 #include "common/err/GeneralError.h"
+#include "common/ipc/IpAddress.h"
 #include "common/logging/NullLogSink.h"
 #include "common/sys/Domain.h"
 #include "common/sys/NicList.h"
@@ -122,9 +123,9 @@ void CheckHost(const Pairing& pairing, const Address& address) {
   const std::string_view text = address.item.text;
   const bool isName = !text.empty() && !address.bits && (text[0] < '0' || text[0] > '9');
   std::uint32_t bits = 0;
-  if (!isName || platform::Current().Resolver().LookUpHost(std::string(text), &bits)) {
-    return;
-  }
+  if (!isName) return;
+  ipc::WinSockManager::Instance().EnsureStarted();
+  if (platform::Current().Resolver().LookUpHost(std::string(text), &bits)) return;
   pairing.findings.At(Code::kHostNotFound, address.item,
                       "the machine cannot resolve " + Quoted(text));
 }
