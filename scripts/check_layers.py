@@ -73,7 +73,8 @@ SYSTEM_HEADERS = {
     "bench/Readers.cpp": ["INIReader.h", "SimpleIni.h", "glib.h"],
     "tests/scenario/SecretsTest.cpp": ["sanitizer/allocator_interface.h"],
     "common/util/ClassName.cpp": ["cxxabi.h"],
-    "tool/io/HostSystem.cpp": ["fcntl.h", "io.h", "sys/stat.h", "unistd.h"],
+    "tool/io/HostSystem_posix.cpp": ["fcntl.h", "iconv.h", "sys/stat.h", "unistd.h"],
+    "tool/io/HostSystem_windows.cpp": ["fcntl.h", "io.h", "shellapi.h", "sys/stat.h"],
 }
 
 # Code for one compiler or system, and the files that may hold it.
@@ -89,7 +90,6 @@ SPECIAL_FILES = [  # a folder stands for all that lies in it
     "tests/contract/windows",
     "tests/scenario/SecretsTest.cpp",
     "tool/cli/Completion.cpp",  # names of another shell's functions
-    "tool/io/HostSystem.cpp",
 ]
 
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')

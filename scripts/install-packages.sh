@@ -7,7 +7,7 @@ set -euo pipefail
 declare -A packages=(
   [native]="cmake g++ libcli11-dev make ninja-build nlohmann-json3-dev"
   [tests]="clang libclang-rt-14-dev libgmock-dev libgtest-dev python3"
-  [windows]="clang g++-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-win32 googletest python3 wine wine64"
+  [windows]="clang g++-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-win32 googletest locales python3 wine wine64"
   [lint]="clang-format python3"
   [coverage]="gcovr"
   [tidy]="clang-tidy cppcheck python3"

@@ -1,6 +1,7 @@
 #include "tool/Tool.h"
 
 #include <cstdint>
+#include <optional>
 #include <ostream>
 #include <utility>
 
@@ -12,6 +13,7 @@
 #include "tool/commands/Capture.h"
 #include "tool/commands/Send.h"
 #include "tool/commands/Simulate.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
 #include "tool/plan/Plan.h"
@@ -23,15 +25,15 @@ namespace {
 
 constexpr char kFooter[] = R"(Examples:
   orvanta-config check first-boot.cfg
-      what is wrong with this file, line by line
+      find the faults in a file
   orvanta-config plan first-boot.cfg
-      what this file asks of the built-in example machine, and why
+      show what the file would do to the built-in example machine, and why
   orvanta-config simulate first-boot.cfg
-      what this file would do on the built-in example machine
+      run the file on the built-in example machine
   orvanta-config simulate first-boot.cfg --machine my-pc.json --json
-      the same on a machine of your own, for a program to read
+      run it on a machine of your own, with JSON output
   orvanta-config simulate --help
-      all options of a command, its exit codes and more examples)";
+      list a command's options and exit codes, with more examples)";
 
 std::string Version() {
   std::uint32_t major = 0;
@@ -53,7 +55,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   const Option help{"-h,--help", {}, "", "show this help and exit"};
   std::vector<Command> commands{
       {"orvanta-config",
-       "Checks a configuration, and rehearses it on a simulated machine before it touches a "
+       "Checks configuration files and rehearses them on a simulated machine before they touch a "
        "computer.",
        kFooter,
        {help, {kVersionOption, {}, "", "show the version and exit"}}}};
@@ -62,6 +64,12 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
     command.run = std::move(run);
     commands.push_back(std::move(command));
   };
+  std::optional<std::uint32_t> codePage;
+  const auto addReading = [&](Command command, std::function<int()> run) {
+    command.Add({{"--code-page", &codePage, "N", "code page of configuration files and machines",
+                  /*isRequired=*/false, 65535}});
+    add(std::move(command), std::move(run));
+  };
   MachineOptions capture;
   CheckOptions check;
   std::string shell;
@@ -69,11 +77,11 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   MachineOptions roundtrip;
   SendOptions send;
   SimulateOptions simulate;
-  add(CheckCommand(check), [&] { return Check(check, streams); });
-  add(PlanCommand(plan), [&] { return Plan(plan, streams); });
-  add(SimulateCommand(simulate), [&] { return Simulate(simulate, streams); });
-  add(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
-  add(CaptureCommand(capture), [&] { return Capture(capture, streams); });
+  addReading(CheckCommand(check), [&] { return Check(check, streams); });
+  addReading(PlanCommand(plan), [&] { return Plan(plan, streams); });
+  addReading(SimulateCommand(simulate), [&] { return Simulate(simulate, streams); });
+  addReading(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
+  addReading(CaptureCommand(capture), [&] { return Capture(capture, streams); });
   add(SendCommand(send), [&] { return Send(send, streams); });
   add(CompletionCommand(shell), [&] { return Completion(shell, commands, streams); });
   add(ManPageCommand(), [&] { return ManPage(commands, streams); });
@@ -82,6 +90,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   try {
     const Command* chosen =
         ParseCommandLine(commands, Version(), std::move(arguments), streams.out);
+    UseCodePage(codePage);
     if (chosen != nullptr) exitCode = chosen->run();
   } catch (const ToolError& error) {
     return Refuse(error.what(), streams);

@@ -1,8 +1,6 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
-#include <string>
-#include <vector>
 
 #include "tool/Tool.h"
 #include "tool/io/HostSystem.h"
@@ -10,10 +8,10 @@
 
 int main(int argc, char** argv) {
   try {
-    tool::UseBinaryStreams();
+    tool::PrepareStreams();
     const char* noColor = std::getenv("NO_COLOR");
     const bool color = tool::IsColorTerminal() && (noColor == nullptr || *noColor == '\0');
-    return tool::RunTool(std::vector<std::string>(argv + (argc > 0 ? 1 : 0), argv + argc),
+    return tool::RunTool(tool::ProgramArguments(argc, argv),
                          {std::cin, std::cout, std::cerr, color, tool::IsProgressTerminal()});
   } catch (const std::exception& error) {
     std::cerr << "orvanta-config: " << error.what()

@@ -563,11 +563,38 @@ void Check(const Cursor& at, Machine& machine) {
                 [](const Host& host) { return base::Folded(host.name); });
 }
 
+/// Turns all texts below `value`, which is the one at `place`, into the machine's bytes.
+void Encode(nlohmann::json& value, const Cursor& place, const Encoder& encode) {
+  const auto encoded = [&](const std::string& text, const Cursor& at) {
+    std::optional<std::string> bytes = encode(text);
+    if (!bytes) at.Fail("cannot be written in the machine's code page; use its characters");
+    return *std::move(bytes);
+  };
+  if (value.is_string()) {
+    value = encoded(value.get_ref<const std::string&>(), place);
+  } else if (value.is_array()) {
+    for (std::size_t i = 0; i < value.size(); ++i) Encode(value[i], place.Element(i), encode);
+  } else if (value.is_object()) {
+    std::map<std::string, std::string> renamed;
+    for (auto& [name, item] : value.items()) {
+      Encode(item, place.Field(name), encode);
+      if (std::string bytes = encoded(name, place.Field(name)); bytes != name) {
+        renamed.emplace(name, std::move(bytes));
+      }
+    }
+    for (const auto& [name, bytes] : renamed) {
+      value[bytes] = std::move(value[name]);
+      value.erase(name);
+    }
+  }
+}
+
 }  // namespace
 
-Machine ParseMachine(const std::string& text, const std::string& fileName) {
+Machine ParseMachine(const std::string& text, const std::string& fileName, const Encoder& encode) {
   nlohmann::json document = ParseDocument(text, fileName);
   const Cursor root(document, fileName);
+  if (encode) Encode(document, root, encode);
   RequireObject(root);
   if (!document.contains("schema")) root.Fail("no schema; add \"schema\": 1");
   int schema = 0;

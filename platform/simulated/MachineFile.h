@@ -1,8 +1,11 @@
 // The machine file: a whole simulated computer as one JSON document, and what of it may be shown.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "platform/simulated/Json.h"
 #include "platform/simulated/Machine.h"
@@ -16,9 +19,14 @@ class MachineFileError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// Reads a machine file. `fileName` is only named in errors. Scalars that are left out take their
-/// defaults, lists that are left out are empty. Throws `MachineFileError`.
-Machine ParseMachine(const std::string& text, const std::string& fileName);
+/// Turns a text of the file, which is UTF-8, into the machine's bytes; nothing when it cannot.
+using Encoder = std::function<std::optional<std::string>(std::string_view text)>;
+
+/// Reads a machine file. `fileName` is only named in errors. Without `encode` texts stay UTF-8.
+/// Scalars that are left out take their defaults, lists that are left out are empty. Throws
+/// `MachineFileError`.
+Machine ParseMachine(const std::string& text, const std::string& fileName,
+                     const Encoder& encode = nullptr);
 
 /// The machine file that `ParseMachine` reads back as this machine, secrets included; its journal
 /// is not part of it. Bytes that are no UTF-8 are replaced. With `hideSecrets` passwords of

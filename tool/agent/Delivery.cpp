@@ -12,6 +12,7 @@
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "tool/io/CodePage.h"
 
 namespace tool {
 namespace {
@@ -37,6 +38,32 @@ Json ToJson(const std::vector<SentMessage>& messages) {
     entry["values"] = std::move(values);
   }
   return list;
+}
+
+void PutIntoUtf8(std::vector<MessageValue>& values) {
+  for (MessageValue& value : values) {
+    value.key = ToUtf8(value.key);
+    if (auto* text = std::get_if<std::string>(&value.data)) *text = ToUtf8(*text);
+  }
+}
+
+void PutIntoUtf8(std::vector<SentMessage>& messages) {
+  for (SentMessage& message : messages) {
+    for (std::string* text : {&message.target, &message.type, &message.name}) {
+      *text = ToUtf8(*text);
+    }
+    PutIntoUtf8(message.values);
+  }
+}
+
+void PutIntoUtf8(simulated::Value& value) {
+  if (auto* text = std::get_if<std::string>(&value)) *text = ToUtf8(*text);
+  if (auto* texts = std::get_if<std::vector<std::string>>(&value)) {
+    for (std::string& text : *texts) text = ToUtf8(text);
+  }
+  if (auto* fields = std::get_if<simulated::Fields>(&value)) {
+    for (auto& [name, inner] : *fields) PutIntoUtf8(inner);
+  }
 }
 
 }  // namespace
@@ -83,19 +110,29 @@ std::string Delivery::Failure() const {
 }
 
 Delivery Hand(const ToolboxApi& library, Request request) {
+  AgentMessage::GivenValues given;
+  for (const auto& [key, value] : request.values) {
+    const std::string whole = key + "=" + value;
+    given.emplace_back(BytesOf(whole, key), BytesOf(whole, value));
+  }
   Delivery delivery;
   delivery.request = std::move(request);
   AgentHost host;
-  AgentMessage message(delivery.request.type, delivery.request.name, delivery.request.values);
+  AgentMessage message(delivery.request.type, delivery.request.name, std::move(given));
   try {
     delivery.status = library.doMagic(&message, &host);
   } catch (const std::exception& error) {
-    delivery.exception = error.what();
+    delivery.exception = ToUtf8(error.what());
   }
   delivery.reply.assign(message.Written().begin(), message.Written().end());
-  delivery.log = host.LogLines();
+  PutIntoUtf8(delivery.reply);
+  for (const LogLine& line : host.LogLines()) {
+    delivery.log.push_back({line.level, ToUtf8(line.text)});
+  }
   delivery.sent = host.Sent();
+  PutIntoUtf8(delivery.sent);
   delivery.posted = host.Posted();
+  PutIntoUtf8(delivery.posted);
   delivery.unreleasedMessages = host.Unreleased();
   return delivery;
 }
@@ -103,7 +140,11 @@ Delivery Hand(const ToolboxApi& library, Request request) {
 std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, std::size_t from) {
   std::vector<simulated::Change> changes;
   std::transform(machine.journal.begin() + static_cast<std::ptrdiff_t>(from), machine.journal.end(),
-                 std::back_inserter(changes), simulated::Redacted);
+                 std::back_inserter(changes), [](const simulated::Change& change) {
+                   simulated::Change shown = simulated::Redacted(change);
+                   for (auto& [name, value] : shown.fields) PutIntoUtf8(value);
+                   return shown;
+                 });
   return changes;
 }
 

@@ -15,7 +15,8 @@
 
 namespace tool {
 
-/// A message as the agent sends it.
+/// A message as the agent sends it. All texts of a request and its delivery are UTF-8; the library
+/// gets and gives bytes of the code page.
 struct Request {
   std::string type;
   std::string name;
@@ -52,7 +53,8 @@ struct Delivery {
 };
 
 /// Hands one message to a library that works on a machine of its own choice; of the delivery
-/// `changes`, `stillInUse` and `restarts` are left empty.
+/// `changes`, `stillInUse` and `restarts` are left empty. Throws ToolError for a value that the
+/// code page cannot hold.
 Delivery Hand(const ToolboxApi& library, Request request);
 
 /// The machine's journal from the `from`-th change on, passwords hidden.

@@ -11,6 +11,8 @@
 #include "tool/check/Inputs.h"
 #include "tool/check/rules/FleetRules.h"
 #include "tool/io/Files.h"
+#include "tool/io/HostSystem.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineOptions.h"
@@ -20,7 +22,6 @@ namespace {
 
 using check::FileReport;
 using check::Input;
-using simulated::Json;
 using simulated::Machine;
 
 constexpr char kFooter[] =
@@ -45,7 +46,7 @@ FileReport CheckInput(const Input& input, Machine* machine, std::istream& in) {
   if (!input.fault.empty()) return check::Unreadable(input.path, input.fault);
   const std::string name = input.path == "-" ? "standard input" : input.path;
   std::error_code unknown;
-  const auto size = std::filesystem::file_size(input.path, unknown);
+  const auto size = std::filesystem::file_size(PathOf(input.path), unknown);
   if (!unknown && size > check::kLargestFile) return check::TooLarge(name);
   try {
     return check::CheckText(name, ReadInput(input.path, in), machine);
@@ -97,11 +98,6 @@ bool HasErrors(const FileReport& report) {
   });
 }
 
-void Print(const Json& json, std::ostream& out) {
-  // Texts come from the user's files, which may hold any bytes.
-  out << json.dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace) << '\n';
-}
-
 }  // namespace
 
 Command CheckCommand(CheckOptions& options) {
@@ -131,9 +127,9 @@ int Check(const CheckOptions& options, const Streams& streams) {
   std::vector<FileReport> reports = CheckAll(inputs, machine ? &*machine : nullptr, streams);
   check::CheckFleet(reports);
   if (options.json) {
-    Print(check::ReportJson(reports), streams.out);
+    streams.out << PrintedJson(check::ReportJson(reports));
   } else if (options.sarif) {
-    Print(check::ReportSarif(reports), streams.out);
+    streams.out << PrintedJson(check::ReportSarif(reports));
   } else {
     const Style style(streams.color && !options.noColor);
     streams.out << check::ReportText(reports, style);

@@ -9,6 +9,7 @@
 #include "base/Pieces.h"
 #include "base/Utf8.h"
 #include "platform/simulated/Secrets.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 
 namespace tool::check {
@@ -249,8 +250,8 @@ Place Document::PlaceOf(Span span) const {
   const std::size_t line = LineOf(span.offset);
   const Item whole = WholeLine(line);
   const std::size_t at = std::min(span.offset - whole.span.offset, whole.span.length);
-  const std::size_t column = 1 + base::Width(whole.text.substr(0, at));
-  return {line, column, column + base::Width(whole.text.substr(at, span.length))};
+  const std::size_t column = 1 + base::Width(ToUtf8(whole.text.substr(0, at)));
+  return {line, column, column + base::Width(ToUtf8(whole.text.substr(at, span.length)))};
 }
 
 Excerpt Document::ExcerptOf(Span span) const {
@@ -266,6 +267,11 @@ Excerpt Document::ExcerptOf(Span span) const {
     from = std::min(from, secret - begin);
     if (to > secret - begin) to = line.size();
   }
+  const std::string_view bytes = line;
+  const std::size_t start = ToUtf8(bytes.substr(0, from)).size();
+  to = start + ToUtf8(bytes.substr(from, to - from)).size();
+  from = start;
+  line = ToUtf8(line);
 
   std::size_t first =
       from > kBeforeCaret && line.size() > kLongestExcerpt ? from - kBeforeCaret : 0;

@@ -5,6 +5,10 @@
 #include <tuple>
 #include <utility>
 
+#include "base/Utf8.h"
+#include "tool/io/CodePage.h"
+#include "tool/io/Text.h"
+
 namespace tool::check {
 namespace {
 
@@ -29,8 +33,8 @@ bool Findings::Counts(Code code) {
 
 void Findings::At(Code code, Span span, std::string message, std::string hint) {
   if (!Counts(code)) return;
-  findings_.push_back({code, MessageFor(code, document_, span, std::move(message)),
-                       HintFor(code, std::move(hint)), document_.PlaceOf(span),
+  findings_.push_back({code, ToUtf8(MessageFor(code, document_, span, std::move(message))),
+                       ToUtf8(HintFor(code, std::move(hint))), document_.PlaceOf(span),
                        document_.ExcerptOf(span)});
 }
 
@@ -81,7 +85,9 @@ void SortByPlace(std::vector<Finding>& findings) {
 
 std::string Quoted(std::string_view text) {
   const bool isLong = text.size() > kLongestQuote;
-  return "\"" + std::string(text.substr(0, kLongestQuote)) + (isLong ? "..." : "") + "\"";
+  std::size_t length = std::min(text.size(), kLongestQuote);
+  while (isLong && length > 0 && base::IsMiddleOfCharacter(text[length])) --length;
+  return "\"" + std::string(text.substr(0, length)) + (isLong ? "..." : "") + "\"";
 }
 
 }  // namespace tool::check

@@ -8,6 +8,10 @@
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "base/Utf8.h"
+#include "tool/io/Files.h"
+#include "tool/io/HostSystem.h"
+#include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
 
 namespace tool::check {
@@ -24,6 +28,12 @@ bool SameLetter(char a, char b) {
   return base::SameText(std::string_view(&a, 1), std::string_view(&b, 1));
 }
 
+std::size_t NextLetter(std::string_view name, std::size_t at) {
+  do ++at;
+  while (at < name.size() && base::IsMiddleOfCharacter(name[at]));
+  return at;
+}
+
 /// Whether a name fits a pattern of "*" and "?".
 bool Fits(std::string_view name, std::string_view pattern) {
   std::size_t at = 0;
@@ -33,12 +43,15 @@ bool Fits(std::string_view name, std::string_view pattern) {
     if (at < pattern.size() && pattern[at] == '*') {
       star = at++;
       afterStar = i;
-    } else if (at < pattern.size() && (pattern[at] == '?' || SameLetter(pattern[at], name[i]))) {
+    } else if (at < pattern.size() && pattern[at] == '?') {
+      ++at;
+      i = NextLetter(name, i);
+    } else if (at < pattern.size() && SameLetter(pattern[at], name[i])) {
       ++at;
       ++i;
     } else if (star != std::string_view::npos) {
       at = star + 1;  // the last star takes one letter more
-      i = ++afterStar;
+      i = afterStar = NextLetter(name, afterStar);
     } else {
       return false;
     }
@@ -73,7 +86,7 @@ class Search {
     }
     const std::string& component = components[next];
     if (!IsPattern(component)) {
-      AddFitting(base / component, components, next + 1);
+      AddFitting(base / PathOf(component), components, next + 1);
       return;
     }
     const bool isAnyFolders = component == kAnyFolders;
@@ -82,14 +95,14 @@ class Search {
       const fs::path path = base / entry.path().filename();
       if (isAnyFolders) {
         if (IsFolder(entry)) AddFitting(path, components, next);
-      } else if (Fits(entry.path().filename().string(), component)) {
+      } else if (Fits(NameOf(entry.path().filename()), component)) {
         AddFitting(path, components, next + 1);
       }
     });
   }
 
   void Add(const fs::path& path, bool isNamed = false) {
-    inputs_.push_back({path.lexically_normal().string(), isNamed, {}});
+    inputs_.push_back({NameOf(path.lexically_normal()), isNamed, {}});
   }
 
   std::size_t Count() const { return inputs_.size(); }
@@ -101,8 +114,9 @@ class Search {
     std::unordered_set<std::string> seen;
     const auto isSeen = [&seen](const Input& input) {
       std::error_code error;
-      const fs::path file = input.path == "-" ? fs::path() : fs::canonical(input.path, error);
-      return !seen.insert(file.empty() ? input.path : file.string()).second;
+      const fs::path file =
+          input.path == "-" ? fs::path() : fs::canonical(PathOf(input.path), error);
+      return !seen.insert(file.empty() ? input.path : NameOf(file)).second;
     };
     inputs_.erase(std::remove_if(inputs_.begin(), inputs_.end(), isSeen), inputs_.end());
     std::sort(inputs_.begin(), inputs_.end(),
@@ -112,7 +126,7 @@ class Search {
 
  private:
   static bool EndsAsConfiguration(const fs::path& path) {
-    return base::SameText(path.extension().string(), kEnding);
+    return base::SameText(NameOf(path.extension()), kEnding);
   }
 
   /// Links to folders are not followed, so that no search runs in circles.
@@ -134,7 +148,7 @@ class Search {
     const bool isMissing =
         error == std::errc::no_such_file_or_directory || error == std::errc::not_a_directory;
     if (error && !isMissing) {
-      inputs_.push_back({folder.string(), false, "the folder cannot be read: " + error.message()});
+      inputs_.push_back({NameOf(folder), false, "the folder cannot be read: " + Reason(error)});
     }
   }
 
@@ -144,13 +158,13 @@ class Search {
 /// The root (or nothing) that a pattern starts from, and its components.
 std::pair<fs::path, std::vector<std::string>> Split(const fs::path& pattern) {
   std::vector<std::string> components;
-  for (const fs::path& part : pattern.relative_path()) components.push_back(part.string());
+  for (const fs::path& part : pattern.relative_path()) components.push_back(NameOf(part));
   return {pattern.root_path(), std::move(components)};
 }
 
 void AddArgument(const std::string& argument, Search& search) {
   std::error_code error;
-  const fs::path path(argument);
+  const fs::path path = PathOf(argument);
   const fs::file_status status = argument == "-" ? fs::file_status() : fs::status(path, error);
   const std::size_t before = search.Count();
   if (argument == "-" || (fs::exists(status) && !fs::is_directory(status))) {
@@ -167,8 +181,7 @@ void AddArgument(const std::string& argument, Search& search) {
       throw ToolError(argument, "fits no file", "correct the pattern, or name a file or folder");
     }
   } else {
-    throw ToolError(argument, "cannot be read: " + error.message(),
-                    "name a file that you can read");
+    throw ToolError(argument, "cannot be read: " + Reason(error), "name a file that you can read");
   }
 }
 

@@ -5,6 +5,7 @@
 
 #include "handlers/Version.h"
 #include "tool/check/CheckReport.h"
+#include "tool/io/HostSystem.h"
 
 namespace tool::check {
 namespace {
@@ -14,8 +15,8 @@ using simulated::Json;
 /// A path as a URI: relative as it was given, or with the scheme "file".
 std::string UriOf(const std::string& file) {
   constexpr char kHex[] = "0123456789ABCDEF";
-  const std::filesystem::path path(file);
-  const std::string generic = path.generic_string();
+  const std::filesystem::path path = PathOf(file);
+  const std::string generic = NameOf(path.generic_string<std::filesystem::path::value_type>());
   std::string uri;
   if (path.is_absolute()) uri = generic.starts_with('/') ? "file://" : "file:///";
   for (const char c : generic) {

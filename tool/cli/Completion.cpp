@@ -9,14 +9,14 @@ namespace tool {
 namespace {
 
 constexpr char kFooter[] =
-    R"(Once for all of your shells to come:
+    R"(To install a script permanently:
   orvanta-config completion bash > ~/.local/share/bash-completion/completions/orvanta-config
   orvanta-config completion zsh > a file _orvanta-config in a folder of $fpath
   orvanta-config completion fish > ~/.config/fish/completions/orvanta-config.fish
 
 Exit codes:
   0  the script was written
-  2  unusable arguments, with one line on standard error
+  2  an argument cannot be used; one line on standard error says why
 
 Examples:
   source <(orvanta-config completion bash)
@@ -229,7 +229,7 @@ constexpr struct {
 
 Command CompletionCommand(std::string& shell) {
   return {"completion",
-          "write a script that completes commands",
+          "write a completion script for a shell",
           kFooter,
           {{"SHELL", &shell, "bash|zsh|fish", "the shell", /*isRequired=*/true}}};
 }

@@ -77,7 +77,7 @@ int ManPage(const std::vector<Command>& commands, const Streams& streams) {
   std::ostream& out = streams.out;
   out << R"(.TH ORVANTA\-CONFIG 1 "" "orvanta\-config )" << version::Text()
       << "\" \"User commands\"\n"
-      << ".SH NAME\norvanta\\-config \\- rehearse and check a configuration of the client agent\n"
+      << ".SH NAME\norvanta\\-config \\- check and rehearse configurations of the client agent\n"
       << ".SH SYNOPSIS\n.B orvanta\\-config\n"
       << Italic("COMMAND") << " [options] [" << Italic("FILE") << "...]\n"
       << ".SH DESCRIPTION\n"
@@ -85,12 +85,12 @@ int ManPage(const std::vector<Command>& commands, const Streams& streams) {
       << Options(program.options) << ".SH COMMANDS\n";
   for (std::size_t i = 1; i < commands.size(); ++i) out << Section(commands[i]);
   out << ".SH EXIT STATUS\n"
-      << ".TP\n.B 0\nThe command did what it says, without a failure to report.\n"
-      << ".TP\n.B 1\nA rehearsed run fails, or a finding is an error.\n"
-      << ".TP\n.B 2\nAn argument or a file cannot be used; one line on standard error tells which "
+      << ".TP\n.B 0\nThe command succeeded.\n"
+      << ".TP\n.B 1\nA rehearsed run failed, or a finding is an error.\n"
+      << ".TP\n.B 2\nAn argument or a file cannot be used; one line on standard error says which "
          "and what to do.\n"
       << ".SH ENVIRONMENT\n"
-      << ".TP\n.B NO_COLOR\nWhen it is set and not empty, nothing is shown in colour.\n"
+      << ".TP\n.B NO_COLOR\nIf it is set and not empty, no colour is used.\n"
       << ".SH EXAMPLES\n"
       << Verbatim(program.footer.substr(program.footer.find('\n') + 1));
   return kDone;

@@ -3,25 +3,26 @@
 #include <optional>
 #include <ostream>
 
-#include "platform/simulated/MachineFile.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/LiveMachine.h"
+#include "tool/machine/MachineDocument.h"
 
 namespace tool {
 namespace {
 
 constexpr char kFooter[] =
-    R"(Without --machine: this computer, where it runs Windows, else the built-in example.
-Nothing is changed. What this computer does not tell is named on standard error.
+    R"(Without --machine, captures this computer on Windows and the built-in example elsewhere.
+Nothing is changed. Whatever cannot be read is listed on standard error.
 Passwords are shown as "***"; only --save-machine keeps those of a machine file.
 
 Exit codes:
   0  the machine was captured
-  1  some of it could not be read; it stands at its default
-  2  unusable arguments or files, with one line on standard error
+  1  something could not be read and has its default value
+  2  an argument or a file cannot be used; one line on standard error says why
 
 Examples:
   orvanta-config capture > this-pc.json
@@ -38,11 +39,10 @@ int Capture(const MachineOptions& options, const Streams& streams) {
   const bool live = !options.machineFile && RunsWindows();
   const CapturedMachine captured =
       live ? CaptureMachine() : CapturedMachine{LoadMachine(options), {}};
-  if (saved) saved->Commit(simulated::PrintMachine(captured.machine));
-  // Texts of a machine may hold any bytes.
-  streams.out << simulated::PrintMachine(captured.machine, /*hideSecrets=*/true);
+  if (saved) saved->Commit(PrintedMachine(captured.machine));
+  streams.out << PrintedMachine(captured.machine, /*hideSecrets=*/true);
   for (const std::string& gap : captured.gaps) {
-    streams.err << "orvanta-config: capture: " << Printable(gap) << '\n';
+    streams.err << "orvanta-config: capture: " << Printable(ToUtf8(gap)) << '\n';
   }
   return captured.gaps.empty() ? kDone : kFailed;
 }

@@ -4,15 +4,12 @@
 #include <ostream>
 #include <utility>
 
-#include "common/util/FileUtils.h"
 #include "handlers/Version.h"
-#include "platform/IErrors.h"
-#include "platform/ILibraries.h"
-#include "platform/IPlatform.h"
 #include "tool/agent/Delivery.h"
 #include "tool/commands/SetOption.h"
 #include "tool/commands/SimulateReport.h"
 #include "tool/io/HostSystem.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineOptions.h"
 
@@ -22,13 +19,13 @@ namespace {
 constexpr std::uintptr_t kKnownRevision = 1;
 
 constexpr char kFooter[] =
-    R"(The message does on this computer what it says: rehearse it with "simulate" first.
-Windows only. Without --plugin the library beside the tool is loaded.
+    R"(The message changes this computer: rehearse it with "simulate" first.
+Windows only. Without --plugin, the library next to the tool is loaded.
 
 Exit codes:
   0  the reply is "Success" or "Reboot", or the message was handled without a result
   1  the reply is "Failure", or the message was not handled (status 0)
-  2  unusable arguments or library, with one line on standard error
+  2  an argument or the library cannot be used; one line on standard error says why
 
 Examples:
   orvanta-config send Internal Configure --set "Filename=C:\tarvo.cfg"
@@ -36,18 +33,17 @@ Examples:
 
 /// The library's table. Throws ToolError when the file is no such library.
 const ToolboxApi& LoadPlugin(const std::string& path) {
-  platform::ILibraries& libraries = platform::Current().Libraries();
-  const platform::LibraryHandle library = libraries.Load(path);
-  if (library == platform::LibraryHandle::kNone) {
-    const platform::Win32Error error = platform::Current().Errors().LastError();
+  std::uint32_t error = 0;
+  const auto entry =
+      reinterpret_cast<decltype(&GetToolboxAPI)>(LoadFunction(path, "GetToolboxAPI", &error));
+  if (error != 0) {
     throw ToolError(path, "cannot be loaded (error " + std::to_string(error) + ")",
                     "name the plug-in library with --plugin");
   }
-  const auto entry =
-      reinterpret_cast<decltype(&GetToolboxAPI)>(libraries.FindExport(library, "GetToolboxAPI"));
   const ToolboxApi* api = entry != nullptr ? entry() : nullptr;
   if (api == nullptr || api->interfaceRevision != kKnownRevision) {
-    throw ToolError(path, "is no plug-in library of this agent", "name another one with --plugin");
+    throw ToolError(path, "is not a plug-in library of this agent",
+                    "name another one with --plugin");
   }
   return *api;
 }
@@ -56,16 +52,16 @@ const ToolboxApi& LoadPlugin(const std::string& path) {
 
 Command SendCommand(SendOptions& options) {
   return {"send",
-          "hand one message to the plug-in library on this computer",
+          "send one message to the plug-in library on this computer",
           kFooter,
           {{"TYPE", &options.type, "", "the message's type, for example Internal",
             /*isRequired=*/true},
            {"NAME", &options.name, "", "the message's name, for example Configure",
             /*isRequired=*/true},
-           {"--plugin", &options.plugin, "PATH", "the library (default: the one beside the tool)"},
+           {"--plugin", &options.plugin, "PATH", "the library (default: the one next to the tool)"},
            SetOption(options.set),
            {"--json", &options.json, "", "one JSON document on standard output"},
-           {"--verbose", &options.verbose, "", "show the log lines too"},
+           {"--verbose", &options.verbose, "", "also show the log"},
            NoColorOption(options.noColor)}};
 }
 
@@ -76,9 +72,8 @@ int Send(const SendOptions& options, const Streams& streams) {
   }
   AgentMessage::GivenValues values;
   AddSetValues(options.set, values);
-  const std::string plugin = options.plugin.empty()
-                                 ? util::ExecutableFolder() + "\\" + version::LibraryFileName()
-                                 : options.plugin;
+  const std::string plugin =
+      options.plugin.empty() ? ProgramFolder() + "\\" + version::LibraryFileName() : options.plugin;
   const Delivery delivery =
       Hand(LoadPlugin(plugin), {options.type, options.name, std::move(values)});
   if (options.json) {
@@ -86,9 +81,7 @@ int Send(const SendOptions& options, const Streams& streams) {
     simulated::Json json = ToJson(delivery);
     json.erase("changes");
     json.erase("restarts");
-    streams.out << json.dump(2, ' ', /*ensure_ascii=*/false,
-                             simulated::Json::error_handler_t::replace)
-                << '\n';
+    streams.out << PrintedJson(json);
   } else {
     streams.out << DeliveryReport(delivery, Style(streams.color && !options.noColor),
                                   options.verbose);

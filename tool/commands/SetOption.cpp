@@ -5,7 +5,7 @@
 namespace tool {
 
 Option SetOption(std::vector<std::string>& texts) {
-  return {"--set", &texts, "KEY=VALUE", "an extra value of the message; may be repeated"};
+  return {"--set", &texts, "KEY=VALUE", "an additional value of the message; may be repeated"};
 }
 
 void AddSetValues(const std::vector<std::string>& texts, AgentMessage::GivenValues& values) {

@@ -7,13 +7,15 @@
 #include <utility>
 
 #include "base/Pieces.h"
-#include "platform/simulated/MachineFile.h"
 #include "tool/agent/Conversation.h"
 #include "tool/check/CheckRemark.h"
 #include "tool/commands/SetOption.h"
 #include "tool/commands/SimulateReport.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
+#include "tool/machine/MachineDocument.h"
 
 namespace tool {
 namespace {
@@ -28,17 +30,17 @@ constexpr struct {
     {"configure", "Configure"}, {"prep-for-image", "PrepForImage"}, {"update-info", "UpdateInfo"}};
 
 constexpr char kFooter[] =
-    R"(FILE is copied onto the simulated machine, and the message's "Filename" names it
-there; your own file stays as it is. Only "configure" must have one.
+    R"(FILE is copied to the simulated machine; your own file is not changed. Only
+"configure" requires one.
 
-With --deliver-posted and --follow-restarts together, a message that was answered
-"Reboot" is sent again before the posted messages that still wait.
+With both --deliver-posted and --follow-restarts, a message whose reply is "Reboot" is
+sent again before the posted messages are delivered.
 
 Exit codes:
   0  every reply is "Success" or "Reboot", or the message was handled without a
      result (prep-for-image, update-info, a restore that posts the next message)
   1  a reply is "Failure", or a message was not handled (status 0)
-  2  unusable arguments or files, with one line on standard error
+  2  an argument or a file cannot be used; one line on standard error says why
 
 Examples:
   orvanta-config simulate first-boot.cfg
@@ -61,7 +63,7 @@ Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
       earlier.push_back(ToJson(deliveries[i]));
     }
   }
-  json["machine"] = simulated::ToJson(simulation.after, /*hideSecrets=*/true);
+  json["machine"] = ShownMachine(simulation.after);
   return json;
 }
 
@@ -78,13 +80,13 @@ Command SimulateCommand(SimulateOptions& options) {
   command.Add({
       {"--message", &options.message, base::Join(messages, "|"),
        "which message (default: configure)"},
-      {"--at", &options.at, "PATH", "FILE's place on the machine (default: C:\\tarvo.cfg)"},
+      {"--at", &options.at, "PATH", "where to put FILE on the machine (default: C:\\tarvo.cfg)"},
       SetOption(options.set),
       {"--deliver-posted", &options.deliverPosted, "",
        "deliver the messages that the library posts"},
       FollowRestartsOption(options.followRestarts,
-                           "restart after \"Reboot\" and send it again, N <= 1000"),
-      {"--verbose", &options.verbose, "", "show the log lines too"},
+                           "restart after \"Reboot\" and send the message again, N <= 1000"),
+      {"--verbose", &options.verbose, "", "also show the log"},
   });
   return command;
 }
@@ -105,7 +107,7 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
   Machine& machine = simulation.after;
   machine = LoadMachine(options.machine);
   if (text) {
-    machine.PutFile(options.at, *text);
+    machine.PutFile(BytesOf("--at", options.at), *text);
     simulation.file =
         (options.file == "-" ? "standard input" : options.file) + ", placed as " + options.at;
     if (options.message == "configure" && !options.machine.json) {
@@ -118,12 +120,9 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
   simulation.conversation = Converse(
       std::move(request), {options.deliverPosted, options.followRestarts.value_or(0)}, machine);
 
-  if (saved) saved->Commit(simulated::PrintMachine(machine));
+  if (saved) saved->Commit(PrintedMachine(machine));
   if (options.machine.json) {
-    // Texts come from the user's files, which may hold any bytes.
-    streams.out << AsJson(options, simulation)
-                       .dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace)
-                << '\n';
+    streams.out << PrintedJson(AsJson(options, simulation));
   } else {
     const Style style(streams.color && !options.machine.noColor);
     streams.out << SimulateReport(simulation, style, options.verbose);

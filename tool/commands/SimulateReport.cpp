@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include "base/Utf8.h"
+#include "tool/io/CodePage.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
 
@@ -104,11 +105,11 @@ std::string Reply(const Delivery& delivery, const Style& style) {
 std::string Waiting(const Simulation& simulation, const Style& style) {
   std::vector<Row> rows;
   if (simulation.after.pendingComputerName) {
-    rows.push_back({"computer name", Printable(*simulation.after.pendingComputerName)});
+    rows.push_back({"computer name", Printable(ToUtf8(*simulation.after.pendingComputerName))});
   }
   const std::string membership = MembershipText(simulation.after.membership);
   if (membership != MembershipText(simulation.conversation.confirmedMembership)) {
-    rows.push_back({"member of", membership});
+    rows.push_back({"member of", Printable(ToUtf8(membership))});
   }
   if (rows.empty()) return {};
   return "\n" + style.Heading("Waiting for the restart") + "\n" + Rows(rows, "  ");

@@ -1,10 +1,10 @@
 #include "tool/io/Files.h"
 
 #include <cerrno>
-#include <filesystem>
+#include <cstdio>
 #include <fstream>
 #include <istream>
-#include <system_error>
+#include <utility>
 
 #include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 // Far above any real file; it only stops devices and pipes that never end.
 constexpr std::size_t kLargestInput = std::size_t{1} << 30;
 
-std::string Reason(int code) { return std::generic_category().message(code); }
+std::error_code LastError() { return {errno, std::generic_category()}; }
 
 std::string ReadAll(std::istream& in, const std::string& name) {
   std::string text;
@@ -32,62 +32,90 @@ std::string ReadAll(std::istream& in, const std::string& name) {
   return text;
 }
 
+/// A file beside another, which is removed unless it takes the other's place.
+class TemporaryFile {
+ public:
+  /// Throws std::system_error.
+  explicit TemporaryFile(const fs::path& target) {
+    for (int attempt = 0; attempt < 100 && file_ == nullptr; ++attempt) {
+      path_ = target;
+      path_ += "." + std::to_string(attempt) + ".tmp";
+      file_ = CreatePrivateFile(path_);
+      if (file_ == nullptr && errno != EEXIST) break;
+    }
+    if (file_ == nullptr) throw std::system_error(LastError());
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() {
+    if (file_ != nullptr) std::fclose(file_);
+    std::error_code ignored;
+    if (!path_.empty()) fs::remove(path_, ignored);
+  }
+
+  /// Throws std::system_error.
+  void Replace(const fs::path& target, const std::string& content) {
+    const bool isWritten = std::fwrite(content.data(), 1, content.size(), file_) == content.size();
+    const bool isClosed = std::fclose(std::exchange(file_, nullptr)) == 0;
+    if (!isWritten || !isClosed) throw std::system_error(LastError());
+    fs::rename(path_, target);
+    path_.clear();
+  }
+
+ private:
+  fs::path path_;
+  std::FILE* file_ = nullptr;
+};
+
 }  // namespace
 
-std::string ReadInput(const std::string& path, std::istream& in) {
-  if (path == "-") return ReadAll(in, "standard input");
+std::string Reason(std::error_code error) {
+  // The system's own words would be in its language and code page.
+  return error.default_error_condition().message();
+}
+
+std::string ReadInput(const std::string& name, std::istream& in) {
+  if (name == "-") return ReadAll(in, "standard input");
+  const fs::path path = PathOf(name);
   std::error_code ignored;
   if (fs::is_directory(path, ignored)) {
-    throw ToolError(path, "is a directory", "name a file in it");
+    throw ToolError(name, "is a directory", "name a file in it");
   }
   errno = 0;
   std::ifstream file(path, std::ios::binary);
   if (!file) {
-    throw ToolError(path, "cannot be read: " + Reason(errno), "name a file that you can read");
+    throw ToolError(name, "cannot be read: " + Reason(LastError()),
+                    "name a file that you can read");
   }
-  return ReadAll(file, path);
+  return ReadAll(file, name);
 }
 
-PrivateFile::PrivateFile(const std::string& path) : path_(path), target_(path) {
+PrivateFile::PrivateFile(const std::string& name) : name_(name), target_(PathOf(name)) {
   std::error_code error;
-  const fs::file_status status = fs::status(path, error);
+  const fs::file_status status = fs::status(target_, error);
   if (fs::exists(status)) {
     if (!fs::is_regular_file(status)) {
-      throw ToolError(path, "is no ordinary file", "name a file to write");
+      throw ToolError(name, "is no ordinary file", "name a file to write");
     }
     // A link stays a link: the file that it leads to is replaced.
-    target_ = fs::canonical(path, error).string();
-    if (error) target_ = path;
+    const fs::path whole = fs::canonical(target_, error);
+    if (!error) target_ = whole;
   }
-  for (int attempt = 0; attempt < 100 && file_ == nullptr; ++attempt) {
-    temporary_ = target_ + "." + std::to_string(attempt) + ".tmp";
-    file_ = CreatePrivateFile(temporary_);
-    if (file_ == nullptr && errno != EEXIST) break;
-  }
-  if (file_ == nullptr) {
-    throw ToolError(path, "cannot be written: " + Reason(errno),
+  try {
+    const TemporaryFile trial(target_);
+  } catch (const std::system_error& refusal) {
+    throw ToolError(name, "cannot be written: " + Reason(refusal.code()),
                     "name a file in a folder that you can write to");
   }
 }
 
-PrivateFile::~PrivateFile() {
-  if (temporary_.empty()) return;
-  if (file_ != nullptr) std::fclose(file_);
-  std::error_code ignored;
-  fs::remove(temporary_, ignored);
-}
-
-void PrivateFile::Commit(const std::string& content) {
-  const bool written = std::fwrite(content.data(), 1, content.size(), file_) == content.size();
-  const bool closed = std::fclose(file_) == 0;
-  file_ = nullptr;
-  std::error_code error(errno, std::generic_category());
-  if (written && closed) fs::rename(temporary_, target_, error);
-  if (!written || !closed || error) {
-    throw ToolError(path_, "cannot be written: " + error.message(),
+void PrivateFile::Commit(const std::string& content) const {
+  try {
+    TemporaryFile(target_).Replace(target_, content);
+  } catch (const std::system_error& refusal) {
+    throw ToolError(name_, "cannot be written: " + Reason(refusal.code()),
                     "check the folder and its free space");
   }
-  temporary_.clear();
 }
 
 }  // namespace tool

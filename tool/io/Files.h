@@ -1,34 +1,32 @@
-// The user's own files: read whole, written whole or not at all.
+// The user's own files: read whole, written whole or not at all. Their names are UTF-8.
 #pragma once
 
-#include <cstdio>
+#include <filesystem>
 #include <iosfwd>
 #include <string>
+#include <system_error>
 
 namespace tool {
 
-/// The bytes of the file; of `in` when the path is "-". Throws ToolError.
-std::string ReadInput(const std::string& path, std::istream& in);
+/// The bytes of the file; of `in` when the name is "-". Throws ToolError.
+std::string ReadInput(const std::string& name, std::istream& in);
+
+/// The system's reason for refusing a file.
+std::string Reason(std::error_code error);
 
 /// A file that only its owner can read and that takes its place in one step: until `Commit` a file
-/// of that name stays as it was.
+/// of that name stays as it was, and nothing lies beside it.
 class PrivateFile {
  public:
   /// Makes sure that the file can be written. Throws ToolError.
-  explicit PrivateFile(const std::string& path);
-  PrivateFile(const PrivateFile&) = delete;
-  PrivateFile& operator=(const PrivateFile&) = delete;
-  /// Without a `Commit` nothing is left behind.
-  ~PrivateFile();
+  explicit PrivateFile(const std::string& name);
 
   /// Writes the file with this content. Throws ToolError.
-  void Commit(const std::string& content);
+  void Commit(const std::string& content) const;
 
  private:
-  std::string path_;
-  std::string target_;
-  std::string temporary_;
-  std::FILE* file_ = nullptr;
+  std::string name_;
+  std::filesystem::path target_;
 };
 
 }  // namespace tool

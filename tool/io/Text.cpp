@@ -11,19 +11,24 @@ std::string Printable(std::string_view text) {
   constexpr char kHex[] = "0123456789ABCDEF";
   std::string printable;
   printable.reserve(text.size());
-  for (const char c : text) {
+  char before = '\0';
+  for (const char c : base::ValidUtf8(text)) {
     const auto byte = static_cast<unsigned char>(c);
+    // Terminals obey U+0080 to U+009F, which are C2 80 to C2 9F, as well.
+    const bool isUpperControl = before == '\xC2' && byte < 0xA0;
+    if (isUpperControl) printable.pop_back();
     if (c == '\n') {
       printable += "\\n";
     } else if (c == '\r') {
       printable += "\\r";
     } else if (c == '\t') {
       printable += "\\t";
-    } else if (byte < 0x20 || byte == 0x7F) {
+    } else if (byte < 0x20 || byte == 0x7F || isUpperControl) {
       printable += {'\\', 'x', kHex[byte >> 4], kHex[byte & 0xF]};
     } else {
       printable += c;
     }
+    before = c;
   }
   return printable;
 }

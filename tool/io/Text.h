@@ -9,7 +9,7 @@
 namespace tool {
 
 /// The text with every control character spelled out ("\n", "\x1B"), so that a text from a file
-/// stays on its line and cannot steer the terminal.
+/// stays on its line and cannot steer the terminal. A byte that is not UTF-8 becomes U+FFFD.
 std::string Printable(std::string_view text);
 
 /// The text filled up with blanks to `width` characters; longer texts stay as they are.

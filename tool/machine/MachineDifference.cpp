@@ -9,6 +9,7 @@
 #include "base/Services.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 
 namespace tool {
@@ -34,7 +35,7 @@ std::vector<Fact> Facts(const Machine& machine) {
   std::vector<Fact> facts;
   const auto add = [&](const std::string& subject, const std::string& setting,
                        const std::string& value, const std::string& content = {}) {
-    facts.push_back({subject, setting, value, content});
+    facts.push_back({ToUtf8(subject), ToUtf8(setting), ToUtf8(value), content});
   };
   add("computer", "name", machine.computerName);
   add("computer", "name after the restart", machine.pendingComputerName.value_or("-"));
@@ -86,14 +87,15 @@ Index IndexOf(const std::vector<Fact>& facts) {
 
 std::string MembershipText(const simulated::Membership& membership) {
   if (const auto* workgroup = std::get_if<simulated::WorkgroupMembership>(&membership)) {
-    return "workgroup " + Printable(workgroup->name);
+    return "workgroup " + workgroup->name;
   }
   const auto& domain = std::get<simulated::DomainMembership>(membership);
-  return "domain " + Printable(domain.dnsName.empty() ? domain.flatName : domain.dnsName);
+  return "domain " + (domain.dnsName.empty() ? domain.flatName : domain.dnsName);
 }
 
 std::string MachineText(const std::string& name, const Machine& machine) {
-  return Printable(name + ": " + machine.computerName) + ", " + MembershipText(machine.membership) +
+  return Printable(name + ": " +
+                   ToUtf8(machine.computerName + ", " + MembershipText(machine.membership))) +
          ", " + base::Counted(machine.adapters.size(), "adapter");
 }
 

@@ -5,8 +5,9 @@
 #include <system_error>
 #include <utility>
 
-#include "platform/simulated/MachineFile.h"
+#include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
+#include "tool/machine/MachineDocument.h"
 
 namespace tool {
 namespace {
@@ -18,10 +19,12 @@ constexpr std::uint32_t kMostRestarts = 1000;
 /// Neither need be there yet.
 bool AreSameFile(const std::string& left, const std::string& right) {
   std::error_code ignored;
-  if (fs::equivalent(left, right, ignored)) return true;
+  const fs::path one = PathOf(left);
+  const fs::path other = PathOf(right);
+  if (fs::equivalent(one, other, ignored)) return true;
   // Absolute first: "new" and "./new" differ for good when neither is there.
-  const fs::path path = fs::weakly_canonical(fs::absolute(left, ignored), ignored);
-  return !path.empty() && path == fs::weakly_canonical(fs::absolute(right, ignored), ignored);
+  const fs::path path = fs::weakly_canonical(fs::absolute(one, ignored), ignored);
+  return !path.empty() && path == fs::weakly_canonical(fs::absolute(other, ignored), ignored);
 }
 
 }  // namespace
@@ -30,13 +33,13 @@ std::vector<Option> MachineOptionRows(MachineOptions& options) {
   return {
       {"--machine", &options.machineFile, "M.json", "the simulated machine (default: an example)"},
       {"--json", &options.json, "", "one JSON document on standard output"},
-      {"--save-machine", &options.saveMachine, "OUT.json", "write the machine as it is afterwards"},
+      {"--save-machine", &options.saveMachine, "OUT.json", "save the machine as it is afterwards"},
       NoColorOption(options.noColor),
   };
 }
 
 Option NoColorOption(bool& noColor) {
-  return {"--no-color", &noColor, "", "no colour (as with NO_COLOR set)"};
+  return {"--no-color", &noColor, "", "no colour (as when NO_COLOR is set)"};
 }
 
 Option FollowRestartsOption(std::optional<std::uint32_t>& most, const char* description) {
@@ -49,12 +52,7 @@ simulated::Machine LoadMachine(const MachineOptions& options) {
     throw ToolError("--machine -", "cannot come from standard input", "name a machine file");
   }
   std::istringstream noInput;
-  const std::string text = ReadInput(*options.machineFile, noInput);
-  try {
-    return simulated::ParseMachine(text, *options.machineFile);
-  } catch (const simulated::MachineFileError& error) {
-    throw ToolError(error.what());
-  }
+  return ReadMachine(ReadInput(*options.machineFile, noInput), *options.machineFile);
 }
 
 std::optional<PrivateFile> OpenOutput(const char* option, const std::optional<std::string>& path,

@@ -5,11 +5,12 @@
 #include <ostream>
 #include <vector>
 
-#include "platform/simulated/MachineFile.h"
 #include "tool/check/CheckRemark.h"
 #include "tool/io/Files.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDifference.h"
+#include "tool/machine/MachineDocument.h"
 #include "tool/plan/PlanJson.h"
 #include "tool/plan/PlanPage.h"
 #include "tool/plan/PlanReport.h"
@@ -18,8 +19,6 @@
 
 namespace tool {
 namespace {
-
-using simulated::Json;
 
 /// Where the agent's file is.
 constexpr char kPlace[] = R"(C:\tarvo.cfg)";
@@ -92,12 +91,10 @@ int Plan(const PlanOptions& options, const Streams& streams) {
   if (page) page->Commit(PlanPage({name, remark, machineName, machine, *chain}));
   if (!options.followRestarts) chain.reset();
 
-  if (saved) saved->Commit(simulated::PrintMachine(chain ? chain->after : machine));
+  if (saved) saved->Commit(PrintedMachine(chain ? chain->after : machine));
   if (options.machine.json) {
-    const Json json = chain ? ToJson(*chain, options.verbose) : ToJson(plan, options.verbose);
-    // Texts come from the user's files, which may hold any bytes.
-    streams.out << json.dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace)
-                << '\n';
+    streams.out << PrintedJson(chain ? ToJson(*chain, options.verbose)
+                                     : ToJson(plan, options.verbose));
   } else {
     const Style style(streams.color && !options.machine.noColor);
     std::vector<Row> rows{{"File", Printable(name + ", placed as " + kPlace)}};

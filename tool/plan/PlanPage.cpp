@@ -443,28 +443,25 @@ std::string PlanPage(const PlanPageInput& input) {
                            : chain.ending == ChainEnding::kLimit ? "ending wait"
                            : chain.notTrue.empty()               ? "ending good"
                                                                  : "ending wait";
-  const std::string page =
-      R"(<!DOCTYPE html>
+  return R"(<!DOCTYPE html>
 <html lang="en">
 <head>
 <meta charset="utf-8">
 <meta name="viewport" content="width=device-width, initial-scale=1">
 <meta http-equiv="Content-Security-Policy" content="default-src 'none'; style-src 'unsafe-inline'">
 <title>)" +
-      title + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" + title +
-      "</h1>\n" +
-      Element("p", "soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
-      "\n" +
-      (input.checkRemark.empty()
-           ? ""
-           : Element("p", "bad", "Check: " + Shown(input.checkRemark)) + "\n") +
-      Element("p", tone, Shown(EndingText(chain))) + "\n" + Navigation(chain) +
-      "</header>\n<main>\n" + Starts(chain) + NotTrueHtml(chain) +
-      MachineHtml(input.before, chain.after) + AdaptersHtml(first) + EventsHtml(first) +
-      FileHtml(first, first.restored ? "The restore file" : input.fileName) +
-      "</main>\n</body>\n</html>\n";
-  // Files are in ANSI as a rule, and the page is not.
-  return base::ValidUtf8(page);
+         title + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" +
+         title + "</h1>\n" +
+         Element("p", "soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
+         "\n" +
+         (input.checkRemark.empty()
+              ? ""
+              : Element("p", "bad", "Check: " + Shown(input.checkRemark)) + "\n") +
+         Element("p", tone, Shown(EndingText(chain))) + "\n" + Navigation(chain) +
+         "</header>\n<main>\n" + Starts(chain) + NotTrueHtml(chain) +
+         MachineHtml(input.before, chain.after) + AdaptersHtml(first) + EventsHtml(first) +
+         FileHtml(first, first.restored ? "The restore file" : input.fileName) +
+         "</main>\n</body>\n</html>\n";
 }
 
 }  // namespace tool

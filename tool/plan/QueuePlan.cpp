@@ -26,6 +26,7 @@
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/AgentMessage.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDifference.h"
 
@@ -349,6 +350,38 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
   return std::nullopt;
 }
 
+void PutIntoUtf8(std::optional<std::string>& text) {
+  if (text) text = ToUtf8(*text);
+}
+
+void PutIntoUtf8(std::vector<PlannedCommand>& commands) {
+  for (PlannedCommand& command : commands) {
+    command.description = ToUtf8(command.description);
+    PutIntoUtf8(command.current);
+    PutIntoUtf8(command.wanted);
+    if (command.binding) command.binding->macAddress = ToUtf8(command.binding->macAddress);
+    PutIntoUtf8(command.commands);
+  }
+}
+
+/// The library's texts are bytes of the code page.
+void PutIntoUtf8(QueuePlan& plan) {
+  plan.text = ToUtf8(plan.text);
+  for (PlannedEvent& event : plan.events) {
+    event.value = ToUtf8(event.value);
+    event.section = ToUtf8(event.section);
+    event.key = ToUtf8(event.key);
+    event.cameToNothing = ToUtf8(event.cameToNothing);
+  }
+  PutIntoUtf8(plan.commands);
+  PutIntoUtf8(plan.dropped);
+  for (PlannedAdapter& adapter : plan.adapters) {
+    adapter.name = ToUtf8(adapter.name);
+    adapter.macAddress = ToUtf8(adapter.macAddress);
+  }
+  if (plan.error) plan.error->message = ToUtf8(plan.error->message);
+}
+
 }  // namespace
 
 std::string PlannedCommand::ShortName() const {
@@ -368,11 +401,12 @@ QueuePlan MakePlan(simulated::Machine machine, const std::string& path,
   simulated::SimulatedPlatform platform(machine);
   const platform::ScopedPlatform scope(platform);
   QueuePlan plan;
-  if (const auto restore = PlanMessage(machine, path, shownPath, comparing, plan)) {
+  if (const auto restore = PlanMessage(machine, BytesOf(path, path), shownPath, comparing, plan)) {
     plan.restored = true;
     // The file is gone from where it was, so there is nothing to hand over a second time.
     PlanMessage(machine, *restore, "the restore file on the machine", comparing, plan);
   }
+  PutIntoUtf8(plan);
   return plan;
 }
 

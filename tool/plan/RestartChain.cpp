@@ -11,9 +11,11 @@
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
-#include "platform/simulated/MachineFile.h"
 #include "tool/agent/Conversation.h"
+#include "tool/io/JsonText.h"
+#include "tool/io/Text.h"
 #include "tool/machine/MachineDifference.h"
+#include "tool/machine/MachineDocument.h"
 #include "tool/plan/PlanJson.h"
 #include "tool/plan/PlanText.h"
 #include "tool/plan/UnusedKeys.h"
@@ -25,7 +27,7 @@ using simulated::Machine;
 
 /// Everything that decides what a start does.
 std::string StateOf(const Machine& machine, const QueuePlan& plan) {
-  std::string state = simulated::PrintMachine(machine) + ToJson(plan, /*verbose=*/false).dump();
+  std::string state = PrintedMachine(machine) + PrintedJson(ToJson(plan, /*verbose=*/false));
   // A fault that strikes once makes two starts differ.
   for (const simulated::Fault& fault : machine.faults) {
     if (fault.nth) state += " " + std::to_string(std::min(fault.matched, *fault.nth));

@@ -5,6 +5,8 @@
 #include "handlers/internal/AgentFiles.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "tool/io/CodePage.h"
+#include "tool/machine/MachineDocument.h"
 
 namespace tool {
 namespace {
@@ -57,10 +59,20 @@ ImageRestore RestoreFromImage(Machine machine) {
   ClearSettings(machine);
   machine.PutFile(files.configuration, kAskForRestore);
   image.cleared = machine;
-  image.restore = Converse({"Internal", "Configure", {{"Filename", files.configuration}}},
+  image.restore = Converse({"Internal", "Configure", {{"Filename", ToUtf8(files.configuration)}}},
                            {/*deliverPosted=*/true, kMostRestarts}, machine);
   image.after = std::move(machine);
   return image;
+}
+
+void PutIntoUtf8(ImageRestore& image) {
+  for (Machine* machine : {&image.before, &image.cleared, &image.after}) {
+    *machine = ToUtf8(*machine);
+  }
+  if (image.captured) {
+    image.captured->path = ToUtf8(image.captured->path);
+    image.captured->text = ToUtf8(image.captured->text);
+  }
 }
 
 }  // namespace tool

@@ -31,4 +31,8 @@ struct ImageRestore {
 /// so that the library hands the captured file over and configures from it, restarts included.
 ImageRestore RestoreFromImage(simulated::Machine machine);
 
+/// Turns the texts of the machines and of the captured file into UTF-8, as those of the deliveries
+/// are.
+void PutIntoUtf8(ImageRestore& image);
+
 }  // namespace tool

@@ -10,7 +10,10 @@
 
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
+#include "tool/machine/MachineDifference.h"
+#include "tool/machine/MachineDocument.h"
 #include "tool/roundtrip/ImageRestore.h"
 #include "tool/roundtrip/RestoredSettings.h"
 #include "tool/roundtrip/RoundtripReport.h"
@@ -77,21 +80,20 @@ int Roundtrip(const MachineOptions& options, const Streams& streams) {
   simulated::Machine machine = LoadMachine(options);
   std::optional<PrivateFile> saved = OpenSavedMachine(options);
 
-  const ImageRestore image = RestoreFromImage(std::move(machine));
+  ImageRestore image = RestoreFromImage(std::move(machine));
+  if (saved) saved->Commit(PrintedMachine(image.after));
+  const std::string machineText =
+      MachineText(options.machineFile.value_or("built-in example"), image.before);
+  PutIntoUtf8(image);
   const std::vector<RestoredSetting> settings = RestoredSettings(image);
-
-  if (saved) saved->Commit(simulated::PrintMachine(image.after));
   const bool everything =
       image.Succeeded() && std::all_of(settings.begin(), settings.end(),
                                        [](const auto& setting) { return setting.IsAsBefore(); });
   if (options.json) {
-    streams.out << AsJson(image, settings, everything)
-                       .dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace)
-                << '\n';
+    streams.out << PrintedJson(AsJson(image, settings, everything));
   } else {
     const Style style(streams.color && !options.noColor);
-    streams.out << RoundtripReport(options.machineFile.value_or("built-in example"), image,
-                                   settings, style);
+    streams.out << RoundtripReport(machineText, image, settings, style);
   }
   return everything ? kDone : kFailed;
 }

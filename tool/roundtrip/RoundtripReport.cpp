@@ -112,9 +112,9 @@ std::string Sum(const ImageRestore& image, const std::vector<RestoredSetting>& s
 
 }  // namespace
 
-std::string RoundtripReport(const std::string& machineName, const ImageRestore& image,
+std::string RoundtripReport(const std::string& machineText, const ImageRestore& image,
                             const std::vector<RestoredSetting>& settings, const Style& style) {
-  return Rows({{"Machine", MachineText(machineName, image.before)},
+  return Rows({{"Machine", machineText},
                {"Capture", CaptureText(image, style)},
                {"Restore", RestoreText(image, style)}},
               "") +

@@ -6,6 +6,7 @@
 
 #include "base/LetterCase.h"
 #include "platform/simulated/Secrets.h"
+#include "tool/io/CodePage.h"
 
 namespace tool::check {
 namespace {
@@ -27,7 +28,7 @@ std::vector<Claim> ClaimsOf(const DesiredState& desired) {
   std::vector<Claim> claims;
   const auto add = [&](Code code, const std::string& identity, Span span, std::string_view text) {
     const bool isHidden = !document.Hidden(span).empty();
-    claims.push_back({code, identity, isHidden ? simulated::kHidden : std::string(text),
+    claims.push_back({code, identity, isHidden ? simulated::kHidden : ToUtf8(text),
                       document.PlaceOf(span), document.ExcerptOf(span)});
   };
   if (const Entry* const name = desired.identity.Find(Key::kComputerName)) {

@@ -8,6 +8,7 @@
 #include "base/Numbers.h"
 #include "base/Utf8.h"
 #include "tool/check/rules/Rules.h"
+#include "tool/io/CodePage.h"
 
 namespace tool::check {
 namespace {
@@ -332,9 +333,7 @@ void CheckEncoding(const Value& value) {
   const ValueKind kind = RowOf(*value.entry.known).value;
   const bool matters = kind == ValueKind::kText || kind == ValueKind::kOrganizationalUnit;
   if (!matters || value.entry.known == Key::kDescription) return;
-  const bool isAscii =
-      std::all_of(value.text.begin(), value.text.end(), [](char c) { return (c & 0x80) == 0; });
-  if (isAscii || !base::IsUtf8(value.text)) return;
+  if (!base::IsUtf8(value.text) || ToUtf8(value.text) == value.text) return;
   value.findings.AtValue(Code::kUtf8Text, value.entry,
                          "the letters beyond ASCII are in UTF-8 and are read as others");
 }

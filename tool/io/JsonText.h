@@ -1,0 +1,17 @@
+// JSON documents on their way out.
+#pragma once
+
+#include <string>
+
+#include "platform/simulated/Json.h"
+
+namespace tool {
+
+/// A document whose texts and keys are bytes of the code page, as UTF-8.
+simulated::Json DecodedJson(const simulated::Json& bytes);
+
+/// The document of UTF-8 texts as it is printed, with a line feed at its end. What is not UTF-8 in
+/// it, as the name of a file may be, is replaced.
+std::string PrintedJson(const simulated::Json& document);
+
+}  // namespace tool
