@@ -26,6 +26,8 @@ namespace {
 using simulated::Json;
 using simulated::Machine;
 
+/// A call that no story comes to: a fault there only counts.
+constexpr std::uint32_t kNever = 0xFFFFFFFF;
 constexpr char kFile[] = R"(C:\tarvo.cfg)";
 constexpr char kFlagKey[] = R"(HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service)";
 
@@ -224,54 +226,23 @@ bool MayLast(const Story& story, const std::string& call, const std::string& poi
   });
 }
 
-/// Faults that only count: the calls of any kind, or, on a slow road, those of each kind.
-std::vector<simulated::Fault> Counters() {
-  std::vector<simulated::Fault> counters(support::kRoadIsSlow ? std::size(simulated::kCallNames)
-                                                              : 1);
-  for (std::size_t i = 0; i != counters.size(); ++i) {
-    if (support::kRoadIsSlow) counters[i].call = simulated::kCallNames[i];
-    counters[i].nth = 0xFFFFFFFF;
-  }
-  return counters;
-}
-
-/// The faults to try on a story whose calls were counted: one for each call, or, on a slow road,
-/// one for the first of each kind that no story before it made; `tried` remembers those.
-std::vector<simulated::Fault> FaultsFor(const Machine& counted, platform::Win32Error error,
-                                        std::set<std::string>& tried) {
-  std::vector<simulated::Fault> faults;
-  for (const simulated::Fault& counter : counted.faults) {
-    std::uint32_t last = counter.matched;
-    if (support::kRoadIsSlow && last != 0) last = tried.insert(counter.call).second ? 1 : 0;
-    for (std::uint32_t nth = 1; nth <= last; ++nth) {
-      simulated::Fault& fault = faults.emplace_back();
-      fault.call = counter.call;
-      fault.nth = nth;
-      fault.error = error;
-    }
-  }
-  return faults;
-}
-
 TEST_P(FaultSweepWith, EveryCallCanFail) {
   int struckFaults = 0;
-  std::set<std::string> tried;
   for (const Story& story : kStories) {
     Machine counted = MachineOf(story);
-    counted.faults = Counters();
+    counted.FailCall(kNever, 0);
     const tool::Delivery wanted = Send(story, counted);
     Machine whole = MachineOf(story);
     TellToTheEnd(story, whole);
     const Json end = EndOf(whole);
-    for (const simulated::Fault& fault : FaultsFor(counted, GetParam().error, tried)) {
+    for (std::uint32_t nth = 1; nth <= counted.faults[0].matched; ++nth) {
       Machine machine = MachineOf(story);
-      machine.faults = {fault};
+      machine.FailCall(nth, GetParam().error);
       const tool::Delivery delivery = Send(story, machine);
       const std::string struck = machine.faults[0].struck;
-      EXPECT_NE(struck, "") << fault.call << " " << *fault.nth;
+      EXPECT_NE(struck, "") << nth;
       ++struckFaults;
-      SCOPED_TRACE(std::string(story.name) + ", call " + std::to_string(*fault.nth) + ": " +
-                   struck);
+      SCOPED_TRACE(std::string(story.name) + ", call " + std::to_string(nth) + ": " + struck);
       EXPECT_EQ(delivery.exception, "");
       EXPECT_TRUE(delivery.stillInUse == StillInUseAfter(struck));
       EXPECT_EQ(delivery.unreleasedMessages, 0U);
@@ -282,7 +253,6 @@ TEST_P(FaultSweepWith, EveryCallCanFail) {
         if (!MayLast(story, struck, "/adapters")) ExpectStepsOf(wanted.changes, delivery.changes);
       }
 
-      if (support::kRoadIsSlow) continue;  // healing is the engine's work, and seen on the fast one
       machine.faults.clear();
       if (delivery.Result() == "Failure") Place(story, machine);
       TellToTheEnd(story, machine);
@@ -296,22 +266,17 @@ TEST_P(FaultSweepWith, EveryCallCanFail) {
 }
 
 TEST_F(FaultSweep, ASuccessThatAnswersNothingHarmsNobody) {
-  std::set<std::string> tried;
   for (const Story& story : kStories) {
     Machine counted = MachineOf(story);
-    counted.faults = Counters();
+    counted.FailCall(kNever, 0);
     Send(story, counted);
-    for (simulated::Fault fault : FaultsFor(counted, 0, tried)) {
-      fault.hresult = 0;
-      // What is really called has no such success but for COM.
-      if (support::kRoadIsSlow && !fault.call.starts_with("wmi.") && fault.call != "directory.bind")
-        continue;
+    for (std::uint32_t nth = 1; nth <= counted.faults[0].matched; ++nth) {
       Machine machine = MachineOf(story);
-      machine.faults = {fault};
+      machine.FailCall(nth, 0);
+      machine.faults[0].hresult = 0;
       const tool::Delivery delivery = Send(story, machine);
       const std::string struck = machine.faults[0].struck;
-      SCOPED_TRACE(std::string(story.name) + ", call " + std::to_string(*fault.nth) + ": " +
-                   struck);
+      SCOPED_TRACE(std::string(story.name) + ", call " + std::to_string(nth) + ": " + struck);
       EXPECT_EQ(delivery.exception, "");
       EXPECT_TRUE(delivery.stillInUse == StillInUseAfter(struck));
     }

@@ -35,16 +35,10 @@ struct WinSockTestAccess {
 namespace support {
 
 /// Leaves the library that is linked into the program as it is in a process that has just started.
-inline void ForgetProcess() {
+inline void StartFreshProcess() {
   sys::DomainTestAccess::Reset();
   ipc::WinSockTestAccess::Reset();
   simulated::socketsStarted = false;
 }
-
-/// Does so for every library that takes part; each road to the library has its own body of it.
-void StartFreshProcess();
-
-/// Sweeps take a chosen few of their cases on a slow road.
-extern const bool kRoadIsSlow;
 
 }  // namespace support

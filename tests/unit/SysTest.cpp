@@ -254,7 +254,7 @@ TEST_F(SysTest, AddressesAreDottedOrResolved) {
   FailCall("host.start", 1);
   EXPECT_EQ(ipc::IPv4Address("gate.example").ToString(), "10.0.0.1");
   EXPECT_EQ(machine_.faults[0].matched, 0U) << "one start serves the process";
-  support::ForgetProcess();
+  support::StartFreshProcess();
   const auto unstarted = Caught<ipc::CIPAddressError>([] { ipc::IPv4Address("gate.example"); });
   EXPECT_EQ(unstarted.SystemError, 10093U);
   for (int tries = 2; tries <= 3; ++tries) {

@@ -35,10 +35,10 @@ const ToolboxApi* TableOf(HMODULE library) {
   return reinterpret_cast<const ToolboxApi* (*)()>(reinterpret_cast<void*>(entry))();
 }
 
-const ToolboxApi* Table() {
+HMODULE Shipped() {
   static const HMODULE library = LoadLibraryA(CONFIG_LIBRARY_PATH);
   EXPECT_NE(library, nullptr) << CONFIG_LIBRARY_PATH << ": " << GetLastError();
-  return TableOf(library);
+  return library;
 }
 
 /// An agent with one received message, which ends with the test.
@@ -54,10 +54,10 @@ class AgentContract : public testing::Test {
   int32_t Deliver(const char* type, const char* name) {
     received.type = type;
     received.name = name;
-    return MsvcDoMagic(table, message_, host_);
+    return MsvcDoMagic(TableOf(library), message_, host_);
   }
 
-  const ToolboxApi* table = Table();
+  HMODULE library = Shipped();
   HostBook agent;
   MessageBook& received = *OnCreateMessage(&agent);
 
@@ -68,8 +68,8 @@ class AgentContract : public testing::Test {
 
 TEST_F(AgentContract, TableHasRevisionOneAndTellsItsVersion) {
   uint32_t version[3] = {};
-  EXPECT_EQ(MsvcInterfaceRevision(Table()), 1u);
-  MsvcGetVersion(Table(), &version[0], &version[1], &version[2]);
+  EXPECT_EQ(MsvcInterfaceRevision(TableOf(library)), 1u);
+  MsvcGetVersion(TableOf(library), &version[0], &version[1], &version[2]);
   EXPECT_EQ(std::vector(std::begin(version), std::end(version)),
             (std::vector<uint32_t>{6, 8, 378}));
 }
@@ -103,15 +103,15 @@ TEST_F(AgentContract, TypeAndNameChooseTheHandler) {
 TEST_F(AgentContract, NullArgumentsAreLoggedWhereThereIsAHost) {
   HostBook book;
   IAgentHost* host = NewMsvcHost(&book);
-  EXPECT_EQ(MsvcDoMagic(Table(), nullptr, host), 0);
+  EXPECT_EQ(MsvcDoMagic(TableOf(library), nullptr, host), 0);
   EXPECT_EQ(book.log,
             (Texts{"0 Toolbox-Main:103 Toolbox::DoMagic caught an unhandled exception",
                    "0 Exception Details: Toolbox-Main:71 - DoMagic - Bad Parameter (NULL) "
                    "(error = 0) "}));
   DeleteMsvcObject(host);
   IAgentMessage* message = NewMsvcMessage(OnCreateMessage(&book));
-  EXPECT_EQ(MsvcDoMagic(Table(), message, nullptr), 0);
-  EXPECT_EQ(MsvcDoMagic(Table(), nullptr, nullptr), 0);
+  EXPECT_EQ(MsvcDoMagic(TableOf(library), message, nullptr), 0);
+  EXPECT_EQ(MsvcDoMagic(TableOf(library), nullptr, nullptr), 0);
   DeleteMsvcObject(message);
 }
 
@@ -164,7 +164,7 @@ class ConfigureContract : public AgentContract {
     received.given["Filename"] = file;
     simulated::SimulatedPlatform platform(machine);
     EXPECT_EQ(platform.Wmi().EnterApartment(), platform::kOk);
-    const WmiDouble wmi(platform.Wmi());
+    const WmiDouble wmi(library, platform.Wmi());
     return Deliver("Internal", "Configure");
   }
 
@@ -304,7 +304,7 @@ class Endurance : public ConfigureContract {
     EXPECT_TRUE(std::filesystem::remove(moved)) << "the file is put away beside the agent";
   }
 
-  void ConfigureRoutes(HMODULE library) {
+  void ConfigureRoutes() {
     const ImportTable imports(library, kNoChildren);
     childrenStarted = 0;
     ASSERT_EQ(Configure(Write((own + ".cfg").c_str(),
@@ -333,7 +333,7 @@ class Endurance : public ConfigureContract {
 };
 
 TEST_F(Endurance, AThousandMessagesKeepNothing) {
-  ExpectFlat(1000, [this] { ConfigureRoutes(GetModuleHandleA(CONFIG_LIBRARY_PATH)); });
+  ExpectFlat(1000, [this] { ConfigureRoutes(); });
 }
 
 TEST_F(Endurance, FifteenHundredLoadsKeepNothing) {
@@ -341,10 +341,9 @@ TEST_F(Endurance, FifteenHundredLoadsKeepNothing) {
   const std::string copy = (folder / "copy.dll").string();
   ASSERT_TRUE(CopyFileA(CONFIG_LIBRARY_PATH, copy.c_str(), FALSE));
   ExpectFlat(1500, [&] {
-    const HMODULE library = LoadLibraryA(copy.c_str());
+    library = LoadLibraryA(copy.c_str());
     ASSERT_NE(library, nullptr) << GetLastError();
-    table = TableOf(library);
-    ConfigureRoutes(library);
+    ConfigureRoutes();
     ASSERT_TRUE(FreeLibrary(library));
     ASSERT_EQ(GetModuleHandleA(copy.c_str()), nullptr);
   });

@@ -1,73 +1,70 @@
-// COM objects of this process that answer from a port: reference counting, and the hand-over of
-// what a port makes.
+// COM objects of this process that answer from a port. To their caller an object is a table of
+// slots; one that nobody has any business with answers E_NOTIMPL.
 #pragma once
 
-#include <windows.h>
-
+#include <array>
+#include <initializer_list>
 #include <memory>
-#include <string>
 #include <utility>
+
+#include "platform/windows/WindowsHeader.h"
 
 namespace contract {
 
 /// Number of COM objects alive in this process.
 inline int liveComObjects = 0;
 
-// COM interfaces have no destructor at all; an object is only ever deleted as a `ComObject`.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
+using Slots = std::array<void*, 32>;
 
 /// Starts with one reference and deletes itself with the last one.
-template <class First, class... More>
-class ComObject : public First, public More... {
- public:
-  ComObject() { ++liveComObjects; }
-  virtual ~ComObject() { --liveComObjects; }
-  ComObject(const ComObject&) = delete;
-  ComObject& operator=(const ComObject&) = delete;
+template <class Port>
+struct ComObject {
+  void* const* slots;
+  std::unique_ptr<Port> port;
+  ULONG references = 1;
 
-  HRESULT QueryInterface(REFIID iid, void** object) override {
+  static HRESULT WINAPI QueryInterface(ComObject*, REFIID, void** object) {
     *object = nullptr;
-    if (iid == __uuidof(IUnknown) || iid == __uuidof(First)) *object = static_cast<First*>(this);
-    ((iid == __uuidof(More) ? * object = static_cast<More*>(this) : nullptr), ...);
-    if (*object == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
+    return E_NOINTERFACE;
   }
-  ULONG AddRef() override { return ++references_; }
-  ULONG Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
+  static ULONG WINAPI AddRef(ComObject* self) { return ++self->references; }
+  static ULONG WINAPI Release(ComObject* self) {
+    const ULONG left = --self->references;
+    if (left == 0) {
+      delete self;
+      --liveComObjects;
+    }
     return left;
   }
-
- private:
-  ULONG references_ = 1;
 };
 
-#pragma GCC diagnostic pop
+template <class Function>
+void* AddressOf(Function* function) {
+  return reinterpret_cast<void*>(function);
+}
 
-/// The text in the system's code page.
-std::string Narrow(const wchar_t* text);
+/// The table of an interface whose `own` slots are answered.
+template <class Port>
+Slots MakeSlots(std::initializer_list<std::pair<std::size_t, void*>> own) {
+  Slots slots;
+  slots.fill(AddressOf(+[]() -> HRESULT { return E_NOTIMPL; }));
+  slots[0] = AddressOf(&ComObject<Port>::QueryInterface);
+  slots[1] = AddressOf(&ComObject<Port>::AddRef);
+  slots[2] = AddressOf(&ComObject<Port>::Release);
+  for (const auto& [slot, function] : own) slots[slot] = function;
+  return slots;
+}
 
-/// A stub that owns the port that answers for it.
-template <class Stub, class PortType>
-class Fronts : public Stub {
- public:
-  using Port = PortType;
-  explicit Fronts(std::unique_ptr<Port> port) : port_(std::move(port)) {}
-  Port& Machine() const { return *port_; }
-
- private:
-  std::unique_ptr<Port> port_;
-};
-
-/// Answers what `ask(&port)` answers, and stores the port it made, if any, as a new `Com` object.
-template <class Com, class Interface, class Ask>
-HRESULT Wrap(Interface** object, Ask ask) {
-  std::unique_ptr<typename Com::Port> port;
+/// Answers what `ask(&port)` answers, and stores the port it made, if any, as a new COM object.
+template <class Port, class Ask>
+HRESULT Wrap(const Slots& slots, void** object, Ask ask) {
+  std::unique_ptr<Port> port;
   const HRESULT result = ask(&port);
-  *object = port == nullptr ? nullptr : new Com(std::move(port));
+  *object = nullptr;
+  if (port != nullptr) {
+    *object = new ComObject<Port>{slots.data(), std::move(port)};
+    ++liveComObjects;
+  }
   return result;
 }
 

@@ -34,7 +34,6 @@ void Store(void** slot, void* function) {
 ImportTable::ImportTable(HMODULE library, std::span<const Substitute> substitutes) {
   const std::vector<void**> slots = Slots(library);
   for (const Substitute& substitute : substitutes) {
-    const std::size_t before = replaced_.size();
     // What a slot holds is the function itself, whichever library really has it.
     void* const original = reinterpret_cast<void*>(
         GetProcAddress(GetModuleHandleA(substitute.module), substitute.name));
@@ -43,7 +42,6 @@ ImportTable::ImportTable(HMODULE library, std::span<const Substitute> substitute
       Store(slot, substitute.replacement);
       replaced_.push_back({slot, original});
     }
-    EXPECT_NE(replaced_.size(), before) << "the library does not import " << substitute.name;
   }
 }
 

@@ -2,10 +2,10 @@
 // touching its code.
 #pragma once
 
-#include <windows.h>
-
 #include <span>
 #include <vector>
+
+#include "platform/windows/WindowsHeader.h"
 
 namespace contract {
 
@@ -16,8 +16,7 @@ struct Substitute {
   void* replacement;
 };
 
-/// Puts substitutes in the places of what `library` imports, for its own lifetime; an original that
-/// the library does not import is a test failure.
+/// Puts substitutes in the places of what `library` imports, for its own lifetime.
 class ImportTable {
  public:
   ImportTable(HMODULE library, std::span<const Substitute> substitutes);

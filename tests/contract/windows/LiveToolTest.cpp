@@ -1,13 +1,15 @@
-// The tool on this computer: the plug-in library loaded from its file, the machine as Windows tells
+// The shipped tool on this computer: the plug-in loaded from its file, the machine as Windows tells
 // it.
 #include <gtest/gtest.h>
 
-#include <sstream>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
 #include "platform/simulated/MachineFile.h"
-#include "tool/Tool.h"
 // windows.h renames what others declare, so it comes last.
 #include <windows.h>
 
@@ -16,6 +18,7 @@
 namespace {
 
 using simulated::Json;
+using std::filesystem::path;
 
 struct Outcome {
   int exitCode;
@@ -23,12 +26,27 @@ struct Outcome {
   std::string err;
 };
 
+std::string TakeText(const path& file) {
+  std::string text;
+  {
+    std::ifstream stream(file, std::ios::binary);
+    text.assign(std::istreambuf_iterator<char>(stream), {});
+  }
+  std::filesystem::remove(file);
+  std::erase(text, '\r');
+  return text;
+}
+
 Outcome RunWith(const std::vector<std::string>& arguments) {
-  std::istringstream in;
-  std::ostringstream out;
-  std::ostringstream err;
-  const int exitCode = tool::RunTool(arguments, {in, out, err});
-  return {exitCode, out.str(), err.str()};
+  const path stem = std::filesystem::temp_directory_path() /
+                    ("orvanta-live-" + std::to_string(GetCurrentProcessId()));
+  const path out = stem.string() + ".out";
+  const path err = stem.string() + ".err";
+  std::string command = absolute(path(CONFIG_TOOL_PATH)).make_preferred().string();
+  for (const std::string& argument : arguments) command += " \"" + argument + "\"";
+  command += " >" + out.string() + " 2>" + err.string();
+  const int exitCode = std::system(command.c_str());
+  return {exitCode, TakeText(out), TakeText(err)};
 }
 
 TEST(LiveTool, SendHandsTheMessageToTheLibraryInTheFile) {

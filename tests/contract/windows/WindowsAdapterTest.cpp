@@ -1,22 +1,18 @@
-// What only the real machine can show: conversions, kept error numbers, child processes, raw files,
-// services. The registry's HKEY_LOCAL_MACHINE is a scratch key for the whole program.
+// What only the real machine can show: conversions, kept error numbers, raw files, the streams of
+// child processes, window stations.
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <utility>
 #include <variant>
 
 #include "platform/IErrors.h"
 #include "platform/IFiles.h"
-#include "platform/ILibraries.h"
 #include "platform/IPlatform.h"
 #include "platform/IProcesses.h"
-#include "platform/IResolver.h"
+#include "platform/ISecurity.h"
 #include "platform/IServices.h"
-#include "platform/IWmi.h"
 #include "platform/windows/Com.h"
 #include "platform/windows/Handles.h"
 #include "platform/windows/Text.h"
@@ -24,28 +20,6 @@
 
 namespace platform::windows {
 namespace {
-
-class ScratchLocalMachine final : public ::testing::Environment {
- public:
-  void SetUp() override {
-    ASSERT_EQ(::RegCreateKeyA(HKEY_CURRENT_USER, path_.c_str(), &scratch_), ERROR_SUCCESS);
-    ASSERT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, scratch_), ERROR_SUCCESS);
-  }
-  void TearDown() override {
-    ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    ::RegCloseKey(scratch_);
-    ::RegDeleteTreeA(HKEY_CURRENT_USER, path_.c_str());
-  }
-
- private:
-  // One key for each process, since tests run side by side.
-  const std::string path_ =
-      R"(Software\Orvanta Contract Scratch )" + std::to_string(::GetCurrentProcessId());
-  HKEY scratch_ = nullptr;
-};
-
-[[maybe_unused]] const auto* const registered =
-    ::testing::AddGlobalTestEnvironment(new ScratchLocalMachine);
 
 TEST(WindowsText, ComesBackUnchanged) {
   for (const std::wstring& wide : {std::wstring(), std::wstring(L"plain"), std::wstring(L"a\0b", 3),
@@ -127,30 +101,6 @@ TEST_F(WindowsMachine, ClosersKeepTheLastError) {
   EXPECT_EQ(machine.Errors().LastError(), 1234u);
 }
 
-TEST_F(WindowsMachine, FailedResultsHaveAText) {
-  std::string text;
-  EXPECT_TRUE(machine.Errors().Describe(E_ACCESSDENIED, &text));
-  EXPECT_FALSE(text.empty());
-}
-
-TEST_F(WindowsMachine, ExportsAreFoundByName) {
-  ILibraries& libraries = machine.Libraries();
-  const LibraryHandle library = libraries.Load("kernel32.dll");
-  ASSERT_NE(library, LibraryHandle::kNone);
-  const ExportedFunction found = libraries.FindExport(library, "GetCurrentProcessId");
-  ASSERT_NE(found, nullptr);
-  EXPECT_EQ(reinterpret_cast<DWORD(WINAPI*)()>(found)(), ::GetCurrentProcessId());
-  EXPECT_EQ(libraries.FindExport(library, "OrvantaAbsent"), nullptr);
-  EXPECT_EQ(machine.Errors().LastError(), static_cast<Win32Error>(ERROR_PROC_NOT_FOUND));
-}
-
-TEST_F(WindowsMachine, LocalhostResolves) {
-  ASSERT_EQ(machine.Resolver().Start(), 0u);
-  std::uint32_t address = 0;
-  EXPECT_TRUE(machine.Resolver().LookUpHost("localhost", &address));
-  EXPECT_EQ(address, 0x0100007Fu);
-}
-
 /// A file in the temporary folder, filled by hand and deleted at the end.
 class RawFile {
  public:
@@ -208,67 +158,36 @@ TEST_F(WindowsMachine, ProfileEntriesLeaveCommentsAlone) {
   EXPECT_EQ(content, "; kept\r\n[Global]\r\nA=1\r\n; also kept\r\nB=3\r\n");
 }
 
-TEST_F(WindowsMachine, OnlyTheStartTypeOfAServiceChanges) {
-  constexpr char kName[] = "OrvantaContract";
-  constexpr char kProgram[] = R"(C:\windows\absent.exe)";
-  IServices& services = machine.Services();
-  const ServiceHandle manager = services.OpenManager();
-  ASSERT_NE(manager, ServiceHandle::kNone);
-  const SC_HANDLE created =
-      ::CreateServiceA(ToSystem<SC_HANDLE>(manager), kName, "Shown", SERVICE_ALL_ACCESS,
-                       SERVICE_WIN32_OWN_PROCESS, SERVICE_DEMAND_START, SERVICE_ERROR_SEVERE,
-                       kProgram, nullptr, nullptr, nullptr, nullptr, nullptr);
-  ASSERT_NE(created, nullptr);
-  const ServiceHandle service = services.OpenService(manager, kName);
-  EXPECT_TRUE(services.SetStartType(service, ServiceStart::kDisabled));
-  EXPECT_FALSE(services.Start(service));
-  EXPECT_EQ(machine.Errors().LastError(), static_cast<Win32Error>(ERROR_SERVICE_DISABLED));
-
-  alignas(QUERY_SERVICE_CONFIGA) char buffer[8192];
-  auto* config = reinterpret_cast<QUERY_SERVICE_CONFIGA*>(buffer);
-  DWORD needed = 0;
-  EXPECT_TRUE(::QueryServiceConfigA(created, config, sizeof buffer, &needed));
-  EXPECT_EQ(config->dwStartType, static_cast<DWORD>(SERVICE_DISABLED));
-  EXPECT_EQ(config->dwServiceType, static_cast<DWORD>(SERVICE_WIN32_OWN_PROCESS));
-  EXPECT_EQ(config->dwErrorControl, static_cast<DWORD>(SERVICE_ERROR_SEVERE));
-  EXPECT_STREQ(config->lpBinaryPathName, kProgram);
-  EXPECT_STREQ(config->lpDisplayName, "Shown");
-
-  ::DeleteService(created);
-  ::CloseServiceHandle(created);
-  services.Close(service);
-  services.Close(manager);
+TEST_F(WindowsMachine, BlocksComeFromTheProcessHeap) {
+  void* const block = machine.Security().Allocate(24);
+  EXPECT_EQ(::HeapSize(::GetProcessHeap(), 0, block), 24u);
+  machine.Security().Free(block);
 }
 
-TEST_F(WindowsMachine, AMethodTakesItsParametersAndAnswersAnArray) {
-  IWmi& wmi = machine.Wmi();
-  ASSERT_GE(wmi.EnterApartment(), kOk);
-  {
-    std::unique_ptr<IWmiLocator> locator;
-    ASSERT_GE(wmi.MakeLocator(&locator), kOk);
-    std::unique_ptr<IWmiServices> services;
-    ASSERT_GE(locator->ConnectServer(R"(root\cimv2)", &services), kOk);
-    std::unique_ptr<IWmiObject> registry, definition, parameters, result;
-    ASSERT_GE(services->FetchClass("StdRegProv", &registry), kOk);
-    ASSERT_GE(registry->GetMethod("EnumKey", &definition), kOk);
-    ASSERT_GE(definition->SpawnInstance(&parameters), kOk);
-    constexpr auto kClassesRoot = static_cast<std::int32_t>(0x80000000);
-    ASSERT_GE(parameters->Put("hDefKey", kClassesRoot), kOk);
-    ASSERT_GE(parameters->Put("sSubKeyName", R"(CLSID\{4590F811-1D3A-11D0-891F-00AA004B2E24})"),
-              kOk);
-    ASSERT_GE(services->ExecMethod("StdRegProv", "EnumKey", parameters.get(), &result), kOk);
-    Variant value;
-    EXPECT_GE(result->Get("ReturnValue", &value), kOk);
-    EXPECT_EQ(value, Variant(0));
-    EXPECT_GE(result->Get("sNames", &value), kOk);
-    ASSERT_TRUE(std::holds_alternative<TextArray>(value));
-    const auto& names = std::get<TextArray>(value).items;
-    const auto isServer = [](const std::string& name) {
-      return ::lstrcmpiA(name.c_str(), "InprocServer32") == 0;
-    };
-    EXPECT_EQ(std::count_if(names.begin(), names.end(), isServer), 1);
+TEST_F(WindowsMachine, AnImpersonatingThreadActsAsItsProcessAgain) {
+  ASSERT_TRUE(::ImpersonateSelf(SecurityImpersonation));
+  EXPECT_TRUE(machine.Security().Revert());
+  HANDLE acting = nullptr;
+  EXPECT_FALSE(::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, &acting));
+  EXPECT_EQ(::GetLastError(), static_cast<DWORD>(ERROR_NO_TOKEN));
+}
+
+TEST_F(WindowsMachine, TheProcessMovesBetweenStationsThatCanBeClosed) {
+  ISecurity& security = machine.Security();
+  const HWINSTA own = ::GetProcessWindowStation();
+  const HWINSTA station = ::CreateWindowStationA(nullptr, 0, GENERIC_ALL, nullptr);
+  ASSERT_NE(station, nullptr);
+  ASSERT_TRUE(security.SetProcessStation(ToSeam<UserObject>(station)));
+  const HDESK desktop = ::CreateDesktopA("Orvanta", nullptr, nullptr, 0, GENERIC_ALL, nullptr);
+  ASSERT_NE(desktop, nullptr);
+  EXPECT_TRUE(security.SetProcessStation(ToSeam<UserObject>(own)));
+  EXPECT_EQ(::GetProcessWindowStation(), own);
+  security.CloseDesktop(ToSeam<UserObject>(desktop));
+  security.CloseStation(ToSeam<UserObject>(station));
+  for (const HANDLE closed : {static_cast<HANDLE>(desktop), static_cast<HANDLE>(station)}) {
+    USEROBJECTFLAGS flags{};
+    EXPECT_FALSE(::GetUserObjectInformationA(closed, UOI_FLAGS, &flags, sizeof flags, nullptr));
   }
-  wmi.LeaveApartment();
 }
 
 class WindowsChild : public WindowsMachine {
@@ -343,26 +262,6 @@ TEST_F(WindowsChild, CanBeEndedWhileItWaits) {
   std::uint32_t code = 0;
   EXPECT_TRUE(processes.ExitCode(child.process, &code));
   EXPECT_EQ(code, 42u);
-}
-
-TEST_F(WindowsChild, ThatCannotStartLeavesTheInformationUntouched) {
-  EXPECT_FALSE(Spawn("orvanta-absent.exe"));
-  EXPECT_EQ(machine.Errors().LastError(), static_cast<Win32Error>(ERROR_FILE_NOT_FOUND));
-  EXPECT_EQ(child.process, Handle::kInvalid);
-  EXPECT_EQ(child.processId, 0u);
-}
-
-TEST_F(WindowsMachine, StandardHandlesAreReplacedOneByOne) {
-  IProcesses& processes = machine.Processes();
-  for (const StandardStream stream :
-       {StandardStream::kInput, StandardStream::kOutput, StandardStream::kError}) {
-    const Handle before = processes.GetStandardHandle(stream);
-    EXPECT_TRUE(processes.SetStandardHandle(stream, Handle{0x1230}));
-    const Handle during = processes.GetStandardHandle(stream);
-    EXPECT_TRUE(processes.SetStandardHandle(stream, before));
-    EXPECT_EQ(during, Handle{0x1230});
-    EXPECT_EQ(processes.GetStandardHandle(stream), before);
-  }
 }
 
 }  // namespace

@@ -2,220 +2,191 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-#include <string>
-#include <utility>
-#include <variant>
 #include <vector>
 
+#include "platform/windows/Com.h"
+#include "platform/windows/Text.h"
 #include "tests/contract/windows/ComDouble.h"
-#include "tests/contract/windows/WmiStubs.h"
 
 namespace contract {
 namespace {
 
-/// The caller frees it.
-BSTR MakeBstr(const std::string& text) {
-  const int size = static_cast<int>(text.size());
-  const int length = MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0);
-  BSTR wide = SysAllocStringLen(nullptr, static_cast<UINT>(length));
-  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide, length);
-  return wide;
+using platform::IWmiLocator;
+using platform::IWmiObject;
+using platform::IWmiRows;
+using platform::IWmiServices;
+using platform::windows::OwnedVariant;
+using platform::windows::TextOf;
+using platform::windows::ToNarrow;
+using Object = ComObject<IWmiObject>;
+
+/// The caller clears it.
+VARIANT MakeVariant(const platform::Variant& answer) {
+  VARIANT value;
+  const auto* const array = std::get_if<platform::TextArray>(&answer);
+  if (array != nullptr && array->dimensions != 1) {
+    std::vector<SAFEARRAYBOUND> bounds(array->dimensions, {1, 0});
+    value.vt = VT_ARRAY | VT_BSTR;
+    value.parray =
+        bounds.empty() ? nullptr : SafeArrayCreate(VT_BSTR, array->dimensions, bounds.data());
+    return value;
+  }
+  OwnedVariant made(answer);
+  value = *made.Address();
+  VariantInit(made.Address());
+  return value;
 }
 
-void Store(platform::Empty, VARIANT*) {}
-void Store(platform::Null, VARIANT* value) { value->vt = VT_NULL; }
-void Store(platform::RawBool flag, VARIANT* value) {
-  value->vt = VT_BOOL;
-  value->boolVal = flag.bits;
-}
-void Store(std::int32_t number, VARIANT* value) {
-  value->vt = VT_I4;
-  value->lVal = number;
-}
-void Store(const std::string& text, VARIANT* value) {
-  value->vt = VT_BSTR;
-  value->bstrVal = MakeBstr(text);
-}
-void Store(const platform::TextArray& array, VARIANT* value) {
-  value->vt = VT_ARRAY | VT_BSTR;
-  value->parray = nullptr;
-  if (array.dimensions == 0) return;
-  std::vector<SAFEARRAYBOUND> bounds(array.dimensions, {static_cast<ULONG>(array.items.size()), 0});
-  value->parray = SafeArrayCreate(VT_BSTR, array.dimensions, bounds.data());
-  auto* texts = static_cast<BSTR*>(value->parray->pvData);
-  for (const std::string& item : array.items) *texts++ = MakeBstr(item);
+HRESULT WINAPI Get(Object* self, LPCWSTR property, LONG flags, VARIANT* value, CIMTYPE*, LONG*) {
+  EXPECT_EQ(flags, 0);
+  platform::Variant answer;
+  const HRESULT result = self->port->Get(ToNarrow(property), &answer);
+  const auto odd = oddAnswers.find(ToNarrow(property));
+  if (SUCCEEDED(result)) *value = MakeVariant(odd == oddAnswers.end() ? answer : odd->second);
+  return result;
 }
 
-/// A parameter of a method call: a text, an array of texts, a number or null.
-platform::Variant Load(const VARIANT& value) {
-  switch (value.vt) {
-    case VT_NULL:
-      return platform::Null{};
-    case VT_I4:
-      return std::int32_t{value.lVal};
-    case VT_BSTR:
-      return Narrow(value.bstrVal);
-    case VT_ARRAY | VT_BSTR: {
-      platform::TextArray array;
-      EXPECT_EQ(SafeArrayGetDim(value.parray), 1u);
-      const SAFEARRAYBOUND& bound = value.parray->rgsabound[0];
-      EXPECT_EQ(bound.lLbound, 0);
-      const auto* texts = static_cast<const BSTR*>(value.parray->pvData);
-      for (ULONG i = 0; i < bound.cElements; ++i) array.items.push_back(Narrow(texts[i]));
-      return array;
-    }
-  }
-  ADD_FAILURE() << "parameter of VARIANT type " << value.vt;
-  return platform::Empty{};
+HRESULT WINAPI Put(Object* self, LPCWSTR property, LONG flags, VARIANT* value, CIMTYPE type) {
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(type, 0);
+  OwnedVariant given;
+  EXPECT_EQ(VariantCopy(given.Address(), value), S_OK);
+  return self->port->Put(ToNarrow(property), given.ToSeamValue());
 }
 
-class ClassObject final : public Fronts<ClassObjectStub, platform::IWmiObject> {
- public:
-  using Fronts::Fronts;
+const Slots& ObjectSlots();
 
-  HRESULT Get(LPCWSTR property, LONG flags, VARIANT* value, CIMTYPE*, LONG*) override {
-    EXPECT_EQ(flags, 0);
-    platform::Variant answer;
-    const HRESULT result = Machine().Get(Narrow(property), &answer);
-    if (FAILED(result)) return result;
-    VariantInit(value);
-    std::visit([value](const auto& held) { Store(held, value); }, answer);
-    return result;
-  }
-  HRESULT Put(LPCWSTR property, LONG flags, VARIANT* value, CIMTYPE type) override {
-    EXPECT_EQ(flags, 0);
-    EXPECT_EQ(type, 0);
-    return Machine().Put(Narrow(property), Load(*value));
-  }
-  HRESULT GetMethod(LPCWSTR method, LONG flags, Object** in, Object** out) override {
-    EXPECT_EQ(flags, 0);
-    if (out != nullptr) *out = nullptr;
-    return Wrap<ClassObject>(
-        in, [&](auto* definition) { return Machine().GetMethod(Narrow(method), definition); });
-  }
-  HRESULT SpawnInstance(LONG flags, Object** instance) override {
-    EXPECT_EQ(flags, 0);
-    return Wrap<ClassObject>(instance,
-                             [&](auto* spawned) { return Machine().SpawnInstance(spawned); });
-  }
-};
+HRESULT WINAPI GetMethod(Object* self, LPCWSTR method, LONG flags, void** in, void** out) {
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(out, nullptr);
+  return Wrap<IWmiObject>(ObjectSlots(), in, [&](auto* definition) {
+    return self->port->GetMethod(ToNarrow(method), definition);
+  });
+}
 
-class RowsObject final : public Fronts<RowsStub, platform::IWmiRows> {
- public:
-  using Fronts::Fronts;
+HRESULT WINAPI SpawnInstance(Object* self, LONG flags, void** instance) {
+  EXPECT_EQ(flags, 0);
+  return Wrap<IWmiObject>(ObjectSlots(), instance,
+                          [&](auto* spawned) { return self->port->SpawnInstance(spawned); });
+}
 
-  HRESULT Next(LONG timeout, ULONG count, Object** row, ULONG* returned) override {
-    EXPECT_TRUE(timeout == platform::kForever || timeout == 0) << timeout;
-    EXPECT_EQ(count, 1u);
-    std::uint32_t fetched = 0;
-    const HRESULT result =
-        Wrap<ClassObject>(row, [&](auto* made) { return Machine().Next(timeout, made, &fetched); });
-    *returned = fetched;
-    return result;
-  }
-};
+const Slots& ObjectSlots() {
+  static const Slots slots = MakeSlots<IWmiObject>({{4, AddressOf(&Get)},
+                                                    {5, AddressOf(&Put)},
+                                                    {15, AddressOf(&SpawnInstance)},
+                                                    {19, AddressOf(&GetMethod)}});
+  return slots;
+}
 
-class ServicesObject final : public Fronts<ServicesStub, platform::IWmiServices> {
- public:
-  using Fronts::Fronts;
+HRESULT WINAPI Next(ComObject<IWmiRows>* self, LONG timeout, ULONG count, void** row,
+                    ULONG* returned) {
+  EXPECT_TRUE(timeout == platform::kForever || timeout == 0) << timeout;
+  EXPECT_EQ(count, 1u);
+  std::uint32_t fetched = 0;
+  const HRESULT result = Wrap<IWmiObject>(ObjectSlots(), row, [&](auto* made) {
+    return self->port->Next(static_cast<std::int32_t>(timeout), made, &fetched);
+  });
+  *returned = fetched;
+  return result;
+}
 
-  HRESULT SetBlanket(IUnknown* proxy, DWORD authentication, DWORD authorization, OLECHAR* principal,
-                     DWORD level, DWORD impersonation, void* identity,
-                     DWORD capabilities) override {
-    EXPECT_EQ(proxy, static_cast<IWbemServices*>(this));
-    EXPECT_EQ(authentication, 10u);
-    EXPECT_EQ(authorization, 0u);
-    EXPECT_EQ(principal, nullptr);
-    EXPECT_EQ(level, 3u);
-    EXPECT_EQ(impersonation, 3u);
-    EXPECT_EQ(identity, nullptr);
-    EXPECT_EQ(capabilities, 0u);
-    return Machine().SecureProxy();
-  }
-  HRESULT GetObject(BSTR path, LONG flags, Context* context, Object** object, Result**) override {
-    EXPECT_EQ(flags, 0);
-    EXPECT_EQ(context, nullptr);
-    return Wrap<ClassObject>(object,
-                             [&](auto* made) { return Machine().FetchClass(Narrow(path), made); });
-  }
-  HRESULT CreateInstanceEnum(BSTR name, LONG flags, Context* context, Rows** rows) override {
-    EXPECT_EQ(flags, 0);
-    EXPECT_EQ(context, nullptr);
-    return Wrap<RowsObject>(
-        rows, [&](auto* made) { return Machine().CreateInstanceEnum(Narrow(name), made); });
-  }
-  HRESULT ExecQuery(BSTR language, BSTR query, LONG flags, Context* context, Rows** rows) override {
-    EXPECT_STREQ(language, L"WQL");
-    EXPECT_EQ(flags, 0x30);
-    EXPECT_EQ(context, nullptr);
-    return Wrap<RowsObject>(
-        rows, [&](auto* made) { return Machine().ExecQuery(Narrow(query), flags, made); });
-  }
-  HRESULT ExecMethod(BSTR path, BSTR method, LONG flags, Context* context, Object* parameters,
-                     Object** result, Result**) override {
-    EXPECT_EQ(flags, 0);
-    EXPECT_EQ(context, nullptr);
-    platform::IWmiObject* ports =
-        parameters == nullptr ? nullptr : &static_cast<ClassObject*>(parameters)->Machine();
-    return Wrap<ClassObject>(result, [&](auto* made) {
-      return Machine().ExecMethod(Narrow(path), Narrow(method), ports, made);
-    });
-  }
-};
+const Slots kRows = MakeSlots<IWmiRows>({{4, AddressOf(&Next)}});
 
-class Locator final : public Fronts<ComObject<IWbemLocator>, platform::IWmiLocator> {
- public:
-  using Fronts::Fronts;
+using Services = ComObject<IWmiServices>;
 
-  HRESULT ConnectServer(BSTR nameSpace, BSTR user, BSTR password, BSTR locale, LONG flags,
-                        BSTR authority, Context* context, Services** services) override {
-    EXPECT_STREQ(nameSpace, LR"(root\cimv2)");
-    for (BSTR absent : {user, password, locale, authority}) EXPECT_EQ(absent, nullptr);
-    EXPECT_EQ(flags, 0);
-    EXPECT_EQ(context, nullptr);
-    return Wrap<ServicesObject>(
-        services, [&](auto* made) { return Machine().ConnectServer(Narrow(nameSpace), made); });
-  }
-};
+HRESULT WINAPI GetObjectOf(Services* self, BSTR path, LONG flags, void* context, void** object,
+                           void**) {
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(context, nullptr);
+  return Wrap<IWmiObject>(ObjectSlots(), object,
+                          [&](auto* made) { return self->port->FetchClass(TextOf(path), made); });
+}
 
-class Factory final : public ComObject<IClassFactory> {
- public:
-  explicit Factory(platform::IWmi& machine) : machine_(machine) {}
+HRESULT WINAPI CreateInstanceEnum(Services* self, BSTR name, LONG flags, void* context,
+                                  void** rows) {
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(context, nullptr);
+  return Wrap<IWmiRows>(
+      kRows, rows, [&](auto* made) { return self->port->CreateInstanceEnum(TextOf(name), made); });
+}
 
-  HRESULT CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
-    EXPECT_EQ(outer, nullptr);
-    IWbemLocator* locator = nullptr;
-    HRESULT result =
-        Wrap<Locator>(&locator, [&](auto* made) { return machine_.MakeLocator(made); });
-    if (FAILED(result) || locator == nullptr) return result;
-    result = locator->QueryInterface(iid, object);
-    locator->Release();
-    return result;
-  }
-  HRESULT LockServer(BOOL) override { return S_OK; }
+HRESULT WINAPI ExecQuery(Services* self, BSTR language, BSTR query, LONG flags, void* context,
+                         void** rows) {
+  EXPECT_STREQ(language, L"WQL");
+  EXPECT_EQ(flags, 0x30);
+  EXPECT_EQ(context, nullptr);
+  return Wrap<IWmiRows>(kRows, rows, [&](auto* made) {
+    return self->port->ExecQuery(TextOf(query), static_cast<std::int32_t>(flags), made);
+  });
+}
 
- private:
-  platform::IWmi& machine_;
+HRESULT WINAPI ExecMethod(Services* self, BSTR path, BSTR method, LONG flags, void* context,
+                          Object* parameters, void** result, void**) {
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(context, nullptr);
+  return Wrap<IWmiObject>(ObjectSlots(), result, [&](auto* made) {
+    return self->port->ExecMethod(TextOf(path), TextOf(method),
+                                  parameters == nullptr ? nullptr : parameters->port.get(), made);
+  });
+}
+
+const Slots kServices = MakeSlots<IWmiServices>({{6, AddressOf(&GetObjectOf)},
+                                                 {18, AddressOf(&CreateInstanceEnum)},
+                                                 {20, AddressOf(&ExecQuery)},
+                                                 {24, AddressOf(&ExecMethod)}});
+
+HRESULT WINAPI ConnectServer(ComObject<IWmiLocator>* self, BSTR nameSpace, BSTR user, BSTR password,
+                             BSTR locale, LONG flags, BSTR authority, void* context,
+                             void** services) {
+  for (BSTR absent : {user, password, locale, authority}) EXPECT_EQ(absent, nullptr);
+  EXPECT_EQ(flags, 0);
+  EXPECT_EQ(context, nullptr);
+  return Wrap<IWmiServices>(kServices, services, [&](auto* made) {
+    return self->port->ConnectServer(TextOf(nameSpace), made);
+  });
+}
+
+const Slots kLocator = MakeSlots<IWmiLocator>({{3, AddressOf(&ConnectServer)}});
+
+platform::IWmi* answering = nullptr;
+
+HRESULT WINAPI MakeInstance(REFCLSID id, LPUNKNOWN outer, DWORD context, REFIID iid,
+                            LPVOID* object) {
+  EXPECT_TRUE(id == CLSID_WbemLocator && iid == IID_IWbemLocator);
+  EXPECT_EQ(outer, nullptr);
+  EXPECT_EQ(context, DWORD{CLSCTX_INPROC_SERVER});
+  return Wrap<IWmiLocator>(kLocator, object,
+                           [](auto* made) { return answering->MakeLocator(made); });
+}
+
+HRESULT WINAPI SetProxyBlanket(IUnknown* proxy, DWORD authentication, DWORD authorization,
+                               OLECHAR* principal, DWORD level, DWORD impersonation,
+                               RPC_AUTH_IDENTITY_HANDLE identity, DWORD capabilities) {
+  EXPECT_EQ(authentication, 10u);
+  EXPECT_EQ(authorization, 0u);
+  EXPECT_EQ(principal, nullptr);
+  EXPECT_EQ(level, 3u);
+  EXPECT_EQ(impersonation, 3u);
+  EXPECT_EQ(identity, nullptr);
+  EXPECT_EQ(capabilities, 0u);
+  return reinterpret_cast<Services*>(proxy)->port->SecureProxy();
+}
+
+const Substitute kSubstitutes[] = {
+    {"ole32.dll", "CoCreateInstance", AddressOf(&MakeInstance)},
+    {"ole32.dll", "CoSetProxyBlanket", AddressOf(&SetProxyBlanket)},
 };
 
 }  // namespace
 
-WmiDouble::WmiDouble(platform::IWmi& machine) {
-  // The registration lives in the apartment, which would end with the library's own last leave.
-  EXPECT_EQ(CoInitializeEx(nullptr, COINIT_MULTITHREADED), S_OK);
-  auto* factory = new Factory(machine);
-  EXPECT_EQ(CoRegisterClassObject(CLSID_WbemLocator, factory, CLSCTX_INPROC_SERVER,
-                                  REGCLS_MULTIPLEUSE, &registration_),
-            S_OK);
-  factory->Release();
+WmiDouble::WmiDouble(HMODULE module, platform::IWmi& machine) : imports_(module, kSubstitutes) {
+  answering = &machine;
 }
 
 WmiDouble::~WmiDouble() {
-  EXPECT_EQ(CoRevokeClassObject(registration_), S_OK);
-  CoUninitialize();
-  EXPECT_EQ(liveComObjects, 0) << "COM objects outlive the library's calls";
+  EXPECT_EQ(liveComObjects, 0) << "COM objects outlive the module's calls";
   liveComObjects = 0;
+  oddAnswers.clear();
 }
 
 }  // namespace contract

@@ -1,0 +1,253 @@
+// The shipped plug-in on simulated machines: what it calls of Windows is answered by a machine, and
+// each message goes through the library that is linked into this program as well; the two must tell
+// the same story.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "platform/simulated/MachineFile.h"
+#include "tests/support/FreshProcess.h"
+#include "tool/agent/Conversation.h"
+// windows.h renames what others declare, so it comes last.
+#include "tests/contract/windows/SystemDouble.h"
+#include "tests/contract/windows/WmiDouble.h"
+
+namespace {
+
+using simulated::Json;
+using simulated::Machine;
+using tool::Delivery;
+
+constexpr char kFile[] = R"(C:\tarvo.cfg)";
+
+HMODULE plugin = nullptr;
+
+void StartFreshProcess() {
+  support::StartFreshProcess();
+  if (plugin != nullptr) FreeLibrary(plugin);
+  plugin = LoadLibraryA(CONFIG_LIBRARY_PATH);
+  ASSERT_NE(plugin, nullptr) << CONFIG_LIBRARY_PATH << ": " << GetLastError();
+}
+
+const ToolboxApi& Table() {
+  const FARPROC entry = GetProcAddress(plugin, "GetToolboxAPI");
+  return *reinterpret_cast<const ToolboxApi* (*)()>(reinterpret_cast<void*>(entry))();
+}
+
+void ExpectSame(const Json& linked, const Json& shipped) {
+  EXPECT_EQ(shipped, linked) << "the libraries differ: " << Json::diff(linked, shipped);
+}
+
+/// The tests run in the project's folder.
+std::string Read(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+Machine MachineOf(const std::string& example) {
+  const std::string name = "examples/" + example + ".machine.json";
+  return simulated::ParseMachine(Read(name), name);
+}
+
+tool::Request Configure(const std::string& text, Machine& machine) {
+  machine.PutFile(kFile, text);
+  return {"Internal", "Configure", {{"Filename", kFile}}};
+}
+
+/// `base` with all that `change` says, as scripts/stories.py has it.
+Json Merged(Json base, const Json& change) {
+  if (!change.is_object()) return change;
+  for (const auto& [name, value] : change.items()) {
+    if (base.is_array()) {
+      const auto same = [&](const Json& item) { return item["index"].dump() == name; };
+      auto item = std::find_if(base.begin(), base.end(), same);
+      if (item == base.end()) item = base.insert(item, Json{{"index", std::stoul(name)}});
+      *item = Merged(*item, value);
+    } else if (value.is_null() && base.contains(name)) {
+      base.erase(name);
+    } else {
+      base[name] = Merged(base.contains(name) ? base[name] : Json::object(), value);
+    }
+  }
+  return base;
+}
+
+/// A story's files by their names; "console" holds its command lines.
+std::map<std::string, std::string> PartsOf(const std::string& story) {
+  std::map<std::string, std::string> parts;
+  std::istringstream lines(story);
+  std::string* part = &parts[""];
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with("-- ") && line.ends_with(" --") && line.find(' ', 3) == line.size() - 3) {
+      part = &parts[line.substr(3, line.size() - 6)];
+    } else {
+      *part += line + "\n";
+    }
+  }
+  return parts;
+}
+
+/// Sends what a story's command line sends: "orvanta-config simulate ...", up to a pipe.
+void Tell(const std::string& command, std::map<std::string, std::string>& parts) {
+  std::istringstream words(command.substr(0, command.find('|')));
+  Machine machine = simulated::ExampleMachine();
+  tool::FollowUp followUp;
+  tool::Request request{"Internal", "Configure", {{"Filename", kFile}}};
+  std::string word;
+  for (words >> word >> word; words >> word;) {
+    if (word == "--follow-restarts") {
+      words >> followUp.restarts;
+    } else if (word == "--deliver-posted") {
+      followUp.deliverPosted = true;
+    } else if (word == "--message") {
+      words >> word;
+      request.name = word == "update-info" ? "UpdateInfo" : "PrepForImage";
+      request.values.clear();
+    } else if (word == "--set") {
+      words >> word;
+      const std::size_t sign = word.find('=');
+      request.values.emplace_back(word.substr(0, sign), word.substr(sign + 1));
+    } else if (word == "--machine") {
+      words >> word;
+      Json described = Json::parse(parts.at(word));
+      if (!described.contains("schema")) {
+        described = Merged(simulated::ToJson(machine, /*hideSecrets=*/false), described);
+      }
+      machine = simulated::ParseMachine(described.dump(), word);
+    } else if (!word.starts_with("--")) {
+      parts["configuration"] = parts.at(word);
+    }
+  }
+  if (request.name == "Configure") machine.PutFile(kFile, parts.at("configuration"));
+  StartFreshProcess();
+  tool::Converse(std::move(request), followUp, machine);
+}
+
+TEST(Plugin, TellsTheStoriesThatSaySo) {
+  int told = 0;
+  for (const auto& entry : std::filesystem::directory_iterator("tests/stories")) {
+    const std::string story = Read(entry.path());
+    if (story.find("Also through the plug-in.") == std::string::npos) continue;
+    SCOPED_TRACE(entry.path());
+    auto parts = PartsOf(story);
+    std::istringstream console(parts["console"]);
+    for (std::string line; std::getline(console, line);) {
+      if (line.starts_with("$ orvanta-config simulate ")) Tell(line.substr(2), parts), ++told;
+    }
+  }
+  EXPECT_GE(told, 12);
+}
+
+/// Tells the laptop's story once for each of its calls of this name, with `fault` striking it; the
+/// number of those calls.
+std::uint32_t DisturbEachCall(simulated::Fault fault) {
+  for (std::uint32_t nth = 1;; ++nth) {
+    SCOPED_TRACE(fault.call + " " + std::to_string(nth));
+    StartFreshProcess();
+    Machine machine = MachineOf("laptop");
+    const tool::Request request = Configure(Read("examples/laptop.cfg"), machine);
+    fault.nth = nth;
+    machine.faults = {fault};
+    EXPECT_EQ(tool::Deliver(request, machine).exception, "");
+    if (machine.faults[0].struck.empty()) return nth - 1;
+  }
+}
+
+TEST(Plugin, AnyCallMayFail) {
+  simulated::Fault fault;
+  fault.error = ERROR_ACCESS_DENIED;
+  EXPECT_GT(DisturbEachCall(fault), 100u);
+}
+
+TEST(Plugin, WhatHandsOutAnObjectMayHandOutNone) {
+  for (const char* call :
+       {"directory.bind", "wmi.class", "wmi.connect", "wmi.definition", "wmi.instances",
+        "wmi.locator", "wmi.method", "wmi.next", "wmi.query", "wmi.spawn"}) {
+    simulated::Fault fault;
+    fault.call = call;
+    fault.hresult = S_OK;
+    EXPECT_NE(DisturbEachCall(fault), 0u) << call;
+  }
+}
+
+// What no machine of ours answers: arrays of another shape, a true that is no VARIANT_TRUE.
+TEST(Plugin, OddAnswersOfWmiAreTakenForWhatTheyAre) {
+  using platform::TextArray;
+  const struct {
+    const char* property;
+    platform::Variant value;
+    const char* result;
+  } kAnswers[] = {{"DHCPEnabled", platform::RawBool{1}, ""},
+                  {"DHCPEnabled", "1", ""},
+                  {"IPAddress", TextArray{{}, 0}, ""},
+                  {"IPAddress", TextArray{{"10.0.0.5"}, 2}, ""},
+                  {"IPSubnet", platform::Empty{}, ""},
+                  {"ReturnValue", "0", ""},
+                  {"Name", platform::Null{}, ""}};
+  for (const auto& c : kAnswers) {
+    SCOPED_TRACE(c.property);
+    StartFreshProcess();
+    Machine machine = MachineOf("office-pc");
+    tool::Request request = Configure(Read("examples/office-pc.cfg"), machine);
+    contract::SystemDouble windows(plugin, machine);
+    contract::oddAnswers[c.property] = c.value;
+    const Delivery delivery = tool::Hand(Table(), std::move(request));
+    EXPECT_EQ(delivery.Result() + " " + delivery.Failure(), c.result);
+    EXPECT_TRUE(windows.InUse() == simulated::Usage{});
+  }
+}
+
+TEST(Plugin, AMessageOnAnotherThreadLeavesARunningJoinAlone) {
+  Machine machine = MachineOf("laptop");
+  const tool::Request request = Configure(Read("examples/laptop.cfg"), machine);
+  StartFreshProcess();
+  Machine undisturbed = machine;
+  const Delivery expected = tool::DeliverInProcess(request, undisturbed);
+  contract::SystemDouble windows(plugin, machine);
+  int sleeps = 0;
+  windows.DuringSleep([&] {
+    ++sleeps;
+    std::thread([] {
+      EXPECT_EQ(tool::Hand(Table(), {"Internal", "UpdateInfo", {}}).status, 2);
+      EXPECT_EQ(tool::Hand(Table(), {"Internal", "Unknown", {}}).status, 2);
+    }).join();
+  });
+  const Delivery delivery = tool::Hand(Table(), request);
+  EXPECT_GT(sleeps, 0);
+  EXPECT_EQ(delivery.Result(), expected.Result());
+  ExpectSame(simulated::ToJson(undisturbed, false), simulated::ToJson(machine, false));
+}
+
+}  // namespace
+
+namespace tool {
+
+Delivery Deliver(Request request, Machine& machine) {
+  Machine copy = machine;
+  const Delivery linked = DeliverInProcess(request, copy);
+  const std::size_t journalStart = machine.journal.size();
+  Delivery shipped;
+  {
+    const contract::SystemDouble windows(plugin, machine);
+    shipped = Hand(Table(), std::move(request));
+    shipped.stillInUse = windows.InUse();
+  }
+  shipped.changes = ShownChanges(machine, journalStart);
+  ExpectSame(ToJson(linked), ToJson(shipped));
+  EXPECT_TRUE(shipped.stillInUse == linked.stillInUse);
+  EXPECT_TRUE(!machine.faults.empty() || linked.stillInUse == simulated::Usage{});
+  EXPECT_EQ(shipped.unreleasedMessages + linked.unreleasedMessages, 0U);
+  ExpectSame(simulated::ToJson(copy, false), simulated::ToJson(machine, false));
+  return shipped;
+}
+
+}  // namespace tool
