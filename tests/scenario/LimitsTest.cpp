@@ -10,6 +10,7 @@
 
 #include "common/sys/Domain.h"
 #include "handlers/internal/ConfigFile.h"
+#include "platform/ICriticalSection.h"
 #include "platform/IWmi.h"
 #include "tests/support/DeliveryRules.h"
 #include "tests/support/MachineTest.h"
@@ -77,6 +78,9 @@ class Interrupted final : public platform::IPlatform, platform::IWmi {
   platform::ISecurity& Security() override { return inner_.Security(); }
   platform::IServices& Services() override { return inner_.Services(); }
   platform::IWmi& Wmi() override { return *this; }
+  std::unique_ptr<platform::ICriticalSection> MakeCriticalSection() override {
+    return inner_.MakeCriticalSection();
+  }
 
  private:
   platform::HResult EnterApartment() override {

@@ -17,7 +17,7 @@ $ orvanta-config simulate pc.cfg --json --at 'C:\%s%n%s.cfg' | grep -e '%s' | ca
         "Name": "%n%s%s",
     "pending_computer_name": "%n%s%s",
         "path": "C:\\%s%n%s.cfg",
-        "text": "[Networking]\nComputerName=%n%s%s\n[TCP/IP]\nSetDNSInfo=%n%s\u001b[31m\nM-oM-?M-==%s\n"
+        "text": "[Networking]\nComputerName=%n%s%s\n[TCP/IP]\nSetDNSInfo=%n%s\u001b[31m\nM-CM-?=%s\n"
 $ printf '[Networking]\nComputerName=A\033[31m\nDomainUsername=ENCIPHERED-USER\n[NicEntry \033[0m]\nMACAddress=\007\nDescription=pwd=s3cret\n' >pc.cfg
 $ orvanta-config plan pc.cfg --verbose | grep -a -e x1B -e x07 -e '\*\*\*' -e s3cret | cat -v
 Check    3 errors, the first in line 2: "A\x1B[31m" holds "\x1B"; see orvanta-config check pc.cfg

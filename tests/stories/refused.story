@@ -36,8 +36,10 @@ Reply
 
 Machine, before -> after
   adapter 7, Intel(R) PRO/1000 MT Desktop Adapter
-    DHCP       on                          -> off
-    addresses  192.168.10.57/255.255.255.0 -> 10.0.0.5/255.0.0.0
+    DHCP         on                          -> off
+    addresses    192.168.10.57/255.255.255.0 -> 10.0.0.5/255.0.0.0
+    gateways     192.168.10.1                -> -
+    DNS servers  192.168.10.1                -> -
   files
     C:\tarvo.cfg                              90 bytes -> -
     C:\Program Files\Orvanta\Agent\tarvo.cfg  -        -> 90 bytes

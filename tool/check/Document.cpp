@@ -268,9 +268,9 @@ Excerpt Document::ExcerptOf(Span span) const {
     if (to > secret - begin) to = line.size();
   }
   const std::string_view bytes = line;
-  const std::size_t start = ToUtf8(bytes.substr(0, from)).size();
-  to = start + ToUtf8(bytes.substr(from, to - from)).size();
-  from = start;
+  const std::size_t length = ToUtf8(bytes.substr(from, to - from)).size();
+  from = ToUtf8(bytes.substr(0, from)).size();
+  to = from + length;
   line = ToUtf8(line);
 
   std::size_t first =
