@@ -41,10 +41,11 @@ using platform::ServiceHandle;
 using platform::windows::TextOf;
 using platform::windows::ToNarrow;
 
-/// A file that is open for reading.
+/// A file that is open for reading, or for a look at its identity; then `content` is its path.
 struct OpenFile {
   std::string content;
   std::size_t at = 0;
+  DWORD index = 0;
 };
 
 struct Double {
@@ -117,13 +118,27 @@ struct Forward<port, operation, Result(Given...)> {
 
 // Files.
 
+/// Two files are looked at for every question; the machine is asked when the second is opened.
+bool Identify(const std::string& path, OpenFile* file) {
+  *file = {path, 0, 1};
+  for (const auto& [handle, first] : current->files) {
+    bool same = false;
+    if (!Asked()->Files().SameFile(first.content, path, &same)) return false;
+    if (!same) file->index = 2;
+  }
+  return true;
+}
+
 HANDLE WINAPI OnCreateFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_ATTRIBUTES,
                             DWORD disposition, DWORD, HANDLE) {
-  EXPECT_EQ(access, GENERIC_READ);
-  EXPECT_EQ(share, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
+  const bool isForReading = access == GENERIC_READ;
+  EXPECT_TRUE(isForReading || access == 0) << access;
+  EXPECT_EQ(share & ~DWORD{FILE_SHARE_DELETE}, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE});
   EXPECT_EQ(disposition, DWORD{OPEN_EXISTING});
   OpenFile file;
-  if (!Asked()->Files().ReadWhole(path, &file.content)) return INVALID_HANDLE_VALUE;
+  const bool opened =
+      isForReading ? Asked()->Files().ReadWhole(path, &file.content) : Identify(path, &file);
+  if (!opened) return INVALID_HANDLE_VALUE;
   const auto handle = reinterpret_cast<HANDLE>(kOurFiles + ++current->lastFile);
   current->files[handle] = std::move(file);
   return handle;
@@ -131,6 +146,11 @@ HANDLE WINAPI OnCreateFileA(LPCSTR path, DWORD access, DWORD share, LPSECURITY_A
 
 BOOL WINAPI OnGetFileSizeEx(HANDLE handle, PLARGE_INTEGER size) {
   size->QuadPart = static_cast<LONGLONG>(current->files.at(handle).content.size());
+  return TRUE;
+}
+
+BOOL WINAPI OnGetFileInformationByHandle(HANDLE handle, LPBY_HANDLE_FILE_INFORMATION information) {
+  information->nFileIndexLow = current->files.at(handle).index;
   return TRUE;
 }
 
@@ -470,14 +490,14 @@ BOOL WINAPI OnGetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LP
                                   DWORD size, PDWORD needed) {
   EXPECT_EQ(kind, TokenUser);
   NumberedSid sid(reinterpret_cast<std::uintptr_t>(token));
-  *needed = sizeof(TOKEN_USER) + GetLengthSid(sid.bytes);
+  *needed = static_cast<DWORD>(sizeof(TOKEN_USER)) + GetLengthSid(sid.bytes);
   if (size < *needed) {
     SetLastError(ERROR_INSUFFICIENT_BUFFER);
     return FALSE;
   }
   auto* const user = static_cast<TOKEN_USER*>(buffer);
   *user = {{user + 1, 0}};
-  return CopySid(size - sizeof *user, user + 1, sid.bytes);
+  return CopySid(GetLengthSid(sid.bytes), user + 1, sid.bytes);
 }
 
 BOOL WINAPI OnGetUserObjectSecurity(HANDLE object, PSECURITY_INFORMATION wanted,
@@ -548,6 +568,7 @@ const Substitute kSubstitutes[] = {
     BY_HAND("kernel32", FormatMessageA),
     BY_PORT("kernel32", GetExitCodeProcess, Processes, ExitCode),
     BY_PORT("kernel32", GetFileAttributesA, Files, Attributes),
+    BY_HAND("kernel32", GetFileInformationByHandle),
     BY_HAND("kernel32", GetFileSizeEx),
     BY_HAND("kernel32", GetModuleFileNameA),
     BY_HAND("kernel32", GetProcAddress),
