@@ -290,7 +290,7 @@ BOOL WINAPI EndedWell(HANDLE, LPDWORD exitCode) {
   return TRUE;
 }
 
-constexpr Substitute kNoChildren[] = {
+const Substitute kNoChildren[] = {
     {"kernel32", "CreateProcessA", reinterpret_cast<void*>(&StartNothing)},
     {"kernel32", "GetExitCodeProcess", reinterpret_cast<void*>(&EndedWell)}};
 

@@ -179,29 +179,38 @@ TEST(Plugin, WhatHandsOutAnObjectMayHandOutNone) {
   }
 }
 
-// What no machine of ours answers: arrays of another shape, a true that is no VARIANT_TRUE.
+// What no machine of ours answers: a true that is no VARIANT_TRUE, and arrays of another shape,
+// which end the message.
 TEST(Plugin, OddAnswersOfWmiAreTakenForWhatTheyAre) {
   using platform::TextArray;
   const struct {
     const char* property;
     platform::Variant value;
-    const char* result;
-  } kAnswers[] = {{"DHCPEnabled", platform::RawBool{1}, ""},
-                  {"DHCPEnabled", "1", ""},
-                  {"IPAddress", TextArray{{}, 0}, ""},
-                  {"IPAddress", TextArray{{"10.0.0.5"}, 2}, ""},
-                  {"IPSubnet", platform::Empty{}, ""},
-                  {"ReturnValue", "0", ""},
-                  {"Name", platform::Null{}, ""}};
+    const char* settings;
+    bool enablesDhcp;
+    const char* exception;
+  } kAnswers[] = {
+      {"DHCPEnabled", platform::RawBool{1}, "DHCP=True\n", true, ""},
+      {"DHCPEnabled", platform::RawBool{-1}, "DHCP=True\n", false, ""},
+      {"DHCPEnabled", "-1", "DHCP=True\n", true, ""},
+      {"IPAddress", TextArray{{}, 0}, "DHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n", false,
+       "Invalid argument passed to attach()"},
+      {"IPSubnet", TextArray{{}, 2}, "DHCP=False\nAddress=10.0.0.5\nNetmask=255.0.0.0\n", false,
+       "Only one-dimensional arrays are supported"}};
   for (const auto& c : kAnswers) {
-    SCOPED_TRACE(c.property);
+    SCOPED_TRACE(c.property + std::string(" ") + c.exception);
     StartFreshProcess();
-    Machine machine = MachineOf("office-pc");
-    tool::Request request = Configure(Read("examples/office-pc.cfg"), machine);
-    contract::SystemDouble windows(plugin, machine);
+    Machine machine = simulated::ExampleMachine();
+    machine.adapters[0].dhcpEnabled = false;
+    const std::string address = "[NicEntry0]\nMACAddress=" + *machine.adapters[0].macAddress + "\n";
+    machine.PutFile(kFile, address + c.settings);
+    const contract::SystemDouble windows(plugin, machine);
     contract::oddAnswers[c.property] = c.value;
-    const Delivery delivery = tool::Hand(Table(), std::move(request));
-    EXPECT_EQ(delivery.Result() + " " + delivery.Failure(), c.result);
+    const Delivery delivery = tool::Hand(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
+    EXPECT_EQ(delivery.exception, c.exception);
+    EXPECT_EQ(std::any_of(machine.journal.begin(), machine.journal.end(),
+                          [](const auto& change) { return change["method"] == "EnableDHCP"; }),
+              c.enablesDhcp);
     EXPECT_TRUE(windows.InUse() == simulated::Usage{});
   }
 }
