@@ -179,26 +179,29 @@ RegistryKey KeyOf(HKEY key) {
   return key == HKEY_LOCAL_MACHINE ? platform::kLocalMachine : As<RegistryKey>(key);
 }
 
-LSTATUS Opened(platform::Win32Error result, RegistryKey opened, PHKEY key) {
+/// Opens or creates a key, for all that can be done with it or for reading only, in the view of
+/// either kind of program.
+LSTATUS Open(decltype(&platform::IRegistry::Open) open, HKEY root, LPCSTR subkey, REGSAM access,
+             PHKEY key) {
+  const REGSAM rights = access & ~REGSAM{KEY_WOW64_64KEY};
+  EXPECT_TRUE(rights == GENERIC_READ || rights == KEY_ALL_ACCESS) << std::hex << access;
+  RegistryKey opened{};
+  const auto result = (Asked()->Registry().*open)(KeyOf(root), subkey, access, &opened);
   if (result == ERROR_SUCCESS) *key = As<HKEY>(opened);
   return static_cast<LSTATUS>(result);
 }
 
 LSTATUS WINAPI OnRegOpenKeyExA(HKEY root, LPCSTR subkey, DWORD options, REGSAM access, PHKEY key) {
   EXPECT_EQ(options, 0u);
-  EXPECT_TRUE(access == GENERIC_READ || access == KEY_ALL_ACCESS) << std::hex << access;
-  RegistryKey opened{};
-  return Opened(Asked()->Registry().Open(KeyOf(root), subkey, access, &opened), opened, key);
+  return Open(&platform::IRegistry::Open, root, subkey, access, key);
 }
 
 LSTATUS WINAPI OnRegCreateKeyExA(HKEY root, LPCSTR subkey, DWORD, LPSTR, DWORD options,
                                  REGSAM access, LPSECURITY_ATTRIBUTES security, PHKEY key,
                                  LPDWORD) {
   EXPECT_EQ(options, DWORD{REG_OPTION_NON_VOLATILE});
-  EXPECT_EQ(access, REGSAM{KEY_ALL_ACCESS});
   EXPECT_EQ(security, nullptr);
-  RegistryKey opened{};
-  return Opened(Asked()->Registry().Create(KeyOf(root), subkey, access, &opened), opened, key);
+  return Open(&platform::IRegistry::Create, root, subkey, access, key);
 }
 
 LSTATUS WINAPI OnRegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data,
