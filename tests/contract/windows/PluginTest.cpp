@@ -169,9 +169,8 @@ TEST(Plugin, AnyCallMayFail) {
 }
 
 TEST(Plugin, WhatHandsOutAnObjectMayHandOutNone) {
-  for (const char* call :
-       {"directory.bind", "wmi.class", "wmi.connect", "wmi.definition", "wmi.instances",
-        "wmi.locator", "wmi.method", "wmi.next", "wmi.query", "wmi.spawn"}) {
+  for (const char* call : {"wmi.class", "wmi.connect", "wmi.definition", "wmi.instances",
+                           "wmi.locator", "wmi.method", "wmi.next", "wmi.query", "wmi.spawn"}) {
     simulated::Fault fault;
     fault.call = call;
     fault.hresult = S_OK;
