@@ -38,6 +38,20 @@ if(NOT MSVC)
 endif()
 set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 
+# config_clang_object(VARIABLE NAME): the variable gets the object of platform/windows/NAME.c, which GCC
+# cannot compile as it has to be.
+function(config_clang_object variable name)
+  set(source ${PROJECT_SOURCE_DIR}/platform/windows/${name}.c)
+  set(object ${CMAKE_CURRENT_BINARY_DIR}/${name}.obj)
+  add_custom_command(
+    OUTPUT ${object}
+    COMMAND clang --target=x86_64-w64-mingw32 -fms-extensions -O2 -Wall -Wextra -Werror
+            -o ${object} -c ${source}
+    DEPENDS ${source}
+    VERBATIM)
+  set(${variable} ${object} PARENT_SCOPE)
+endfunction()
+
 # config_split_symbols(TARGET): for programs that are shipped. The program carries no symbols; for
 # debuggers they stand beside it, in a file of its name with ".debug" behind it.
 function(config_split_symbols target)
