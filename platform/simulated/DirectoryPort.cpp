@@ -40,7 +40,7 @@ class Container final : public platform::IDirectoryContainer {
     const auto refused = simulation_.RefuseCom({.name = "directory.move", .text = paths});
     const HResult result = refused ? *refused : Move(WithoutScheme(sourcePath));
     Change& change = simulation_.machine.journal.emplace_back(
-        "directory.move", Fields{{"source", sourcePath}, {"destination", path_}});
+        Change{"directory.move", Fields{{"source", sourcePath}, {"destination", path_}}});
     if (platform::Failed(result)) change.fields.emplace_back("hresult", HResultText(result));
     return result;
   }

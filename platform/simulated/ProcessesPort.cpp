@@ -98,7 +98,7 @@ bool ProcessesPort::Spawn(const char* application, char* commandLine, const char
     error = ToWin32Error(*fault);
   }
   Change& change =
-      simulation_.machine.journal.emplace_back("process.run", Fields{{"command", command}});
+      simulation_.machine.journal.emplace_back(Change{"process.run", Fields{{"command", command}}});
   if (!exitCode) {
     change.fields.emplace_back("error", error);
     return simulation_.Fail(error);

@@ -191,8 +191,8 @@ void SecurityPort::CloseDesktop(UserObject desktop) {
 
 bool SecurityPort::Change(CallName name, std::uint64_t handle) {
   const bool failed = simulation_.Fails({.name = name});
-  simulated::Change& change = simulation_.machine.journal.emplace_back(
-      std::string(name.Text()), Fields{{"handle", static_cast<std::int64_t>(handle)}});
+  simulated::Change& change = simulation_.machine.journal.emplace_back(simulated::Change{
+      std::string(name.Text()), Fields{{"handle", static_cast<std::int64_t>(handle)}}});
   if (failed) change.fields.emplace_back("error", simulation_.lastError);
   return !failed;
 }

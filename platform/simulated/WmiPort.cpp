@@ -176,8 +176,8 @@ class Services final : public IWmiServices {
     if (arguments != nullptr) {
       for (const auto& [name, value] : *arguments) told.emplace_back(name, ToValue(value));
     }
-    Change& change = simulation_.machine.journal.emplace_back(
-        "wmi.method", Fields{{"path", path}, {"method", method}, {"arguments", std::move(told)}});
+    Change& change = simulation_.machine.journal.emplace_back(Change{
+        "wmi.method", Fields{{"path", path}, {"method", method}, {"arguments", std::move(told)}}});
     if (ran) {
       change.fields.emplace_back("result", returnValue);
       auto answer = std::make_unique<Object>(simulation_);
