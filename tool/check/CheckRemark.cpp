@@ -19,7 +19,7 @@ std::string CheckRemark(const std::string& path, const std::string& text) {
   if (count == 0) return {};
   std::string remark = count == 1 ? "1 error" : std::to_string(count) + " errors, the first";
   // A finding about no line is one about the file.
-  if (!first->excerpt.text.empty()) remark += " in line " + std::to_string(first->place.line);
+  if (!first->excerpt.text.empty()) remark += " on line " + std::to_string(first->place.line);
   return Printable(remark + ": " + first->message + "; see orvanta-config check " + path);
 }
 

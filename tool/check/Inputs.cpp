@@ -172,13 +172,14 @@ void AddArgument(const std::string& argument, Search& search) {
   } else if (fs::is_directory(status)) {
     search.AddFolder(path);
     if (search.Count() == before) {
-      throw ToolError(argument, "holds no file that ends in .cfg", "name another folder or a file");
+      throw ToolError(argument, "contains no file that ends in .cfg",
+                      "name another folder or a file");
     }
   } else if (IsPattern(argument)) {
     const auto [base, components] = Split(path);
     search.AddFitting(base, components, 0);
     if (search.Count() == before) {
-      throw ToolError(argument, "fits no file", "correct the pattern, or name a file or folder");
+      throw ToolError(argument, "matches no file", "correct the pattern, or name a file or folder");
     }
   } else {
     throw ToolError(argument, "cannot be read: " + Reason(error), "name a file that you can read");

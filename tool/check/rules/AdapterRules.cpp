@@ -25,10 +25,10 @@ void CheckWhetherAddressesCount(const DesiredAdapter& adapter, Findings& finding
   if (given == nullptr || adapter.IsStatic()) return;
   const std::string key(given->key);
   if (adapter.addressing == DesiredAdapter::Addressing::kDhcp) {
-    findings.AtValue(Code::kAddressesWithDhcp, *given, key + " does not count: DHCP is on");
+    findings.AtValue(Code::kAddressesWithDhcp, *given, key + " is ignored: DHCP is on");
   } else {
     findings.AtValue(Code::kAddressesWithoutDhcpKey, *given,
-                     key + " is not applied: without \"DHCP\" the addressing stays as it is");
+                     key + " is not applied: without \"DHCP\" the addressing is unchanged");
   }
 }
 
@@ -148,7 +148,7 @@ void CheckWhetherDnsCounts(const DesiredAdapter& adapter, Findings& findings) {
   if (given == nullptr) return;
   const std::string key(given->key);
   if (adapter.dnsFromDhcp) {
-    findings.AtValue(Code::kDnsFromDhcp, *given, key + " does not count: DNS-Use-DHCP is True");
+    findings.AtValue(Code::kDnsFromDhcp, *given, key + " is ignored: DNS-Use-DHCP is True");
   } else {
     findings.AtValue(Code::kDnsNotSet, *given, key + " is not applied: SetDNSInfo is not True");
   }
@@ -158,8 +158,9 @@ void CheckWhetherDnsCounts(const DesiredAdapter& adapter, Findings& findings) {
 
 void CheckRoutes(const DesiredAdapter& adapter, Findings& findings) {
   for (const Entry* const entry : adapter.emptyRoutes) {
-    findings.AtValue(Code::kShortRoute, *entry,
-                     std::string(entry->key) + " is empty: it counts, but gives no route");
+    findings.AtValue(
+        Code::kShortRoute, *entry,
+        std::string(entry->key) + " is empty: it uses up a number, but gives no route");
   }
   for (const Route& route : adapter.routes) {
     if (!route.destination.bits || !route.mask.bits || !IsContiguous(*route.mask.bits)) continue;

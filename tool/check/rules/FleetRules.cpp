@@ -62,8 +62,8 @@ void CheckFleet(std::vector<FileReport>& reports) {
       RelatedPlace other{reports[first->second.report].file, first->second.place};
       report.findings.push_back(
           {claim.code,
-           std::string(NounOf(claim.code)) + Quoted(claim.text) + " is given in " + other.file +
-               ":" + std::to_string(other.place.line) + ", too",
+           std::string(NounOf(claim.code)) + Quoted(claim.text) + " is also given in " +
+               other.file + ":" + std::to_string(other.place.line),
            KindOf(claim.code).hint, claim.place, std::move(claim.excerpt), std::move(other)});
     }
     if (report.findings.size() != before) SortByPlace(report.findings);

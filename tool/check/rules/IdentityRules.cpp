@@ -43,7 +43,7 @@ void CheckWorkgroupName(const DesiredState& desired, Findings& findings) {
   if (!desired.identity.IsWorkgroup()) return;
   if (!base::SameText(computer->FirstLine(), workgroup->FirstLine())) return;
   findings.AtValue(Code::kNameTwice, *computer,
-                   Quoted(computer->FirstLine()) + " is the name of the workgroup, too");
+                   Quoted(computer->FirstLine()) + " is also the name of the workgroup");
 }
 
 void CheckAccount(const DesiredState& desired, Findings& findings) {
@@ -111,14 +111,14 @@ void CheckCredentials(const DesiredState& desired, Findings& findings) {
 void CheckOrganizationalUnit(const DesiredState& desired, Findings& findings) {
   const Entry* const ou = desired.identity.Find(Key::kOrganizationalUnit);
   if (ou == nullptr || !desired.identity.IsWorkgroup()) return;
-  findings.AtValue(Code::kOuInWorkgroup, *ou, "a workgroup is joined: the unit does not count");
+  findings.AtValue(Code::kOuInWorkgroup, *ou, "a workgroup is joined: the unit is ignored");
 }
 
 void CheckJoinOrder(const DesiredState& desired, Findings& findings) {
   if (!desired.identity.joinFirst) return;
   if (desired.identity.IsDomain() && desired.identity.Find(Key::kComputerName) != nullptr) return;
   findings.AtValue(Code::kIdleJoinOrder, *desired.identity.Find(Key::kJoinDomainBeforeNameChange),
-                   "there is no join and new name to order");
+                   "there is no join and rename to order");
 }
 
 }  // namespace

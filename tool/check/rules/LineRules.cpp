@@ -44,8 +44,8 @@ void CheckHeader(const Document& document, std::uint32_t line, Findings& finding
 void CheckRepeatedHeaders(const Document& document, const Section& section, Findings& findings) {
   for (std::size_t i = 1; i < section.headers.size(); ++i) {
     findings.AtLine(Code::kSectionAgain, section.headers[i],
-                    "section " + Quoted(section.name) + " began in line " +
-                        LineNumber(document, section.headers[0]) + " and goes on here");
+                    "section " + Quoted(section.name) + " began on line " +
+                        LineNumber(document, section.headers[0]) + " and continues here");
   }
 }
 
@@ -58,7 +58,7 @@ void CheckContinuation(const Document& document, std::uint32_t line, Findings& f
   } else if (document.LooksLikePassword(line)) {
     findings.AtLine(
         Code::kBrokenKey, line,
-        "the line looks like a password's, but has no \"=\": it adds to the value above it");
+        "the line looks like a password, but has no \"=\": it adds to the value above it");
   }
   if (const std::string_view name = document.BrokenHeader(line); !name.empty()) {
     findings.AtLine(
@@ -116,7 +116,7 @@ void CheckDuplicate(const Document& document, const Section& section, const Entr
   const Entry& first = section.entries[entry.found];
   const bool isSame = first.value == entry.value;
   findings.AtKey(isSame ? Code::kRepeatedKey : Code::kDuplicateKey, entry,
-                 document.ShownKey(entry) + " stands in line " + LineNumber(document, first.line) +
+                 document.ShownKey(entry) + " is on line " + LineNumber(document, first.line) +
                      (isSame ? " with the same value" : " already, and only that one counts"));
 }
 

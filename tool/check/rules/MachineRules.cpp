@@ -187,17 +187,18 @@ void CheckRoutesOf(const Pairing& pairing, const DesiredAdapter& adapter) {
     pairing.findings.AtValue(Code::kRouteLost, *route->entry,
                              "the machine has this route and another one to " +
                                  std::string(route->destination.item.text) +
-                                 ", whose deletion takes both");
+                                 ", and deleting that one deletes both");
   }
   if (kept && deletions.contains(0) && !wanted.contains(*kept)) {
-    pairing.findings.AtValue(Code::kRouteLost, *adapter.routes[0].entry,
-                             "the machine has two default routes: deleting the second takes both");
+    pairing.findings.AtValue(
+        Code::kRouteLost, *adapter.routes[0].entry,
+        "the machine has two default routes: deleting the second deletes both");
   }
   for (const auto& [destination, count] : deletions) {
     if (count < 2) continue;
     pairing.findings.AtValue(Code::kDeletedTwice, *adapter.routes[0].entry,
                              "the machine has " + std::to_string(count) + " unwanted routes to " +
-                                 Dotted(destination) + ": deleting the first takes them all");
+                                 Dotted(destination) + ": deleting the first deletes them all");
   }
 }
 
@@ -251,7 +252,7 @@ void CheckDomain(const Pairing& pairing) {
   if (identity.membership == Identity::Membership::kUnchanged &&
       MemberOf(pairing.machine) == nullptr) {
     pairing.findings.AtValue(Code::kOuWithoutDomain, *ou,
-                             "the machine is in a workgroup: the unit does not count");
+                             "the machine is in a workgroup: the unit is ignored");
   }
   if (domain == nullptr) return;
   const std::string dn = sys::BuildDn(domain->dnsName, ou->FirstLine());

@@ -18,7 +18,7 @@ void CheckSameAdapter(const DesiredState& desired, Findings& findings) {
     const auto add = [&](const DesiredAdapter& earlier, const char* by) {
       findings.AtHeader(
           Code::kSameAdapter, *adapter.section,
-          adapter.Name() + " means the same adapter as " + earlier.Name() + ", by its " + by);
+          adapter.Name() + " is the same adapter as " + earlier.Name() + ", by its " + by);
     };
     const DesiredAdapter* located = &adapter;
     const DesiredAdapter* withMac = &adapter;

@@ -51,7 +51,7 @@ void CheckFlag(const Value& value) {
   // Whatever is not the one word counts as the other.
   const Key key = *value.entry.known;
   const bool isTrueUnlessFalse = key == Key::kRebootAfterConfig || key == Key::kDhcp;
-  value.Add(Code::kNoFlag, std::string("is neither True nor False and counts as ") +
+  value.Add(Code::kNoFlag, std::string("is neither True nor False and is read as ") +
                                (isTrueUnlessFalse ? "True" : "False"));
 }
 
@@ -70,7 +70,7 @@ void CheckNumber(const Value& value, std::uint32_t largest) {
   if (error == std::errc{} && read == end && number <= largest) return;
   const bool isNumber = std::all_of(value.text.begin(), value.text.end(), IsDigit);
   value.Add(Code::kNoNumber, isNumber ? "is larger than " + std::to_string(largest)
-                                      : "is no decimal number and counts as " +
+                                      : "is not a decimal number and is read as " +
                                             std::to_string(base::ParseUnsigned(value.text)));
 }
 
@@ -87,10 +87,10 @@ void CheckMacAddress(const Value& value) {
   const std::string digits = sys::NormalizedMac(value.text);
   constexpr std::size_t kDigits = 12;
   if (digits.size() != kDigits || !std::all_of(digits.begin(), digits.end(), IsHexDigit)) {
-    value.Add(Code::kNoMacAddress, "is no MAC address");
+    value.Add(Code::kNoMacAddress, "is not a MAC address");
   } else if (digits == "000000000000" ||
              std::string_view("13579BDF").find(digits[1]) != std::string_view::npos) {
-    value.Add(Code::kNoMacAddress, "is no address of a single adapter");
+    value.Add(Code::kNoMacAddress, "is not the address of a single adapter");
   }
 }
 
@@ -105,14 +105,14 @@ void CheckComputerName(const Value& value) {
                                     [](char c) { return !IsLetterOrDigit(c) && c != '-'; });
   if (refused != name.end()) {
     const bool isLetter = (static_cast<unsigned char>(*refused) & 0x80) == 0;
-    value.Add(
-        Code::kComputerNameLetters,
-        "holds " + (isLetter ? Quoted(std::string_view(&*refused, 1)) : "a letter beyond A to Z"));
+    value.Add(Code::kComputerNameLetters,
+              "contains " + (isLetter ? Quoted(std::string_view(&*refused, 1))
+                                      : "a letter other than A to Z"));
   } else if (std::all_of(name.begin(), name.end(), IsDigit)) {
-    value.Add(Code::kComputerNameLetters, "is made of digits alone");
+    value.Add(Code::kComputerNameLetters, "consists of digits only");
   } else if (name.front() == '-' || name.back() == '-') {
     value.Add(Code::kComputerNameLetters,
-              std::string("has a hyphen at ") + (name.front() == '-' ? "its start" : "its end"));
+              name.front() == '-' ? "starts with a hyphen" : "ends with a hyphen");
   }
 }
 
@@ -139,7 +139,7 @@ void CheckDomainName(const Value& value) {
                            base::SameText(value.section.Value(Key::kWorkgroup), "true");
   if (!isWorkgroup) {
     if (!IsDomainName(value.text)) {
-      value.Add(Code::kBadDomainName, "is no domain name");
+      value.Add(Code::kBadDomainName, "is not a domain name");
     }
     return;
   }
@@ -155,11 +155,11 @@ void CheckDomainName(const Value& value) {
 void CheckOrganizationalUnit(const Value& value) {
   const std::string_view ou = value.text;
   if (ou.find('\\') != std::string_view::npos) {
-    value.Add(Code::kBadOrganizationalUnit, R"(holds "\", which does not part units)",
-              "part them with \"/\"");
+    value.Add(Code::kBadOrganizationalUnit, R"(contains "\", which does not separate units)",
+              "separate them with \"/\"");
   } else if (ou.find('=') != std::string_view::npos && ou.find("OU=") == std::string_view::npos) {
     value.Add(Code::kBadOrganizationalUnit,
-              R"(holds "=", but no "OU=" in capitals: it is taken for a path)");
+              R"(contains "=", but no "OU=" in capitals: it is read as a path)");
   }
 }
 
@@ -177,7 +177,7 @@ bool HasLeadingZero(std::string_view text) {
 const char* WhyUnusable(std::uint32_t address) {
   if (address == 0xFFFFFFFF) return "is the broadcast address";
   const std::uint32_t first = address >> 24;
-  if (first == 0) return "is an address of no network";
+  if (first == 0) return "is not an address in any network";
   if (first >= 240) return "is a reserved address";
   if (first >= 224) return "is a multicast address";
   return nullptr;
@@ -199,9 +199,9 @@ void CheckAddress(const Value& value, const Item& item, bool mayBeLoopback) {
   if (HasLeadingZero(item.text)) {
     value.Add(Code::kLeadingZero, item, "is read as another address");
   } else if (!address.bits && !item.text.empty() && IsLetter(item.text[0])) {
-    value.Add(Code::kHostName, item, "is taken for a host name and resolved during the run");
+    value.Add(Code::kHostName, item, "is a host name and is resolved during the run");
   } else if (!address.bits) {
-    value.Add(Code::kNoAddress, item, "is no IPv4 address", HintForPrefix(item));
+    value.Add(Code::kNoAddress, item, "is not an IPv4 address", HintForPrefix(item));
   } else if (why != nullptr) {
     value.Add(Code::kUnusableAddress, item, why);
   } else if (*address.bits >> 24 == 127 && !mayBeLoopback) {
@@ -215,12 +215,12 @@ void CheckMask(const Value& value, const Item& item, bool mayBeZero) {
   if (HasLeadingZero(item.text)) {
     value.Add(Code::kLeadingZero, item, "is read as another mask");
   } else if (!mask.bits) {
-    value.Add(Code::kNoAddress, item, "is no IPv4 mask",
-              prefix ? std::to_string(*prefix) + " ones are " + MaskOf(*prefix) : "");
+    value.Add(Code::kNoAddress, item, "is not an IPv4 netmask",
+              prefix ? "/" + std::to_string(*prefix) + " is " + MaskOf(*prefix) : "");
   } else if (!IsContiguous(*mask.bits)) {
-    value.Add(Code::kBadMask, item, "is no mask: its ones do not all come first");
+    value.Add(Code::kBadMask, item, "is not a valid netmask: the 1 bits must be contiguous");
   } else if (*mask.bits == 0 && !mayBeZero) {
-    value.Add(Code::kBadMask, item, "is no mask: it is empty",
+    value.Add(Code::kBadMask, item, "is not a valid netmask: it has no 1 bits",
               "write a mask such as 255.255.255.0");
   }
 }
@@ -244,7 +244,7 @@ void CheckMetric(const Value& value, const Item& item) {
   const char* const end = item.text.data() + item.text.size();
   const auto [read, error] = std::from_chars(item.text.data(), end, metric);
   if (read != end) {
-    value.Add(Code::kNoNumber, item, "is no decimal number for a metric");
+    value.Add(Code::kNoNumber, item, "is not a decimal number for a metric");
   } else if (error != std::errc{} || metric > kLargest) {
     value.Add(Code::kNoNumber, item,
               "is larger than " + std::to_string(kLargest) + ", the largest metric");
@@ -261,7 +261,7 @@ void CheckRoute(const Value& value) {
       value.Add(Code::kLeadingZero, field, "is read as another address");
     } else if (i == 0 && !ReadAddress(field).bits) {
       const std::string hint = HintForPrefix(field);
-      value.Add(Code::kNoAddress, field, "is no IPv4 address", hint);
+      value.Add(Code::kNoAddress, field, "is not an IPv4 address", hint);
       if (!hint.empty()) return;  // all behind it stands a place too early
     } else if (i == 1) {
       CheckMask(value, field, /*mayBeZero=*/true);
@@ -335,7 +335,7 @@ void CheckEncoding(const Value& value) {
   if (!matters || value.entry.known == Key::kDescription) return;
   if (!base::IsUtf8(value.text) || ToUtf8(value.text) == value.text) return;
   value.findings.AtValue(Code::kUtf8Text, value.entry,
-                         "the letters beyond ASCII are in UTF-8 and are read as others");
+                         "its letters outside ASCII are in UTF-8 and are read as others");
 }
 
 /// What an adapter got by DHCP before its image was taken stands in its section, too.
