@@ -24,7 +24,7 @@ DNS-Use-DHCP=True
 -- console --
 $ orvanta-config simulate pc.cfg --machine m.json
 File     pc.cfg, placed as C:\tarvo.cfg
-Check    1 error in line 11: "0.0.0.0" is an address of no network; see orvanta-config check pc.cfg
+Check    1 error on line 11: "0.0.0.0" is not an address in any network; see orvanta-config check pc.cfg
 Machine  m.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
 Message  Internal/Configure, Filename=C:\tarvo.cfg
 

@@ -35,10 +35,10 @@ site/deep/er/c.cfg C102, 2 files
 site/deep/er/c.cfg C102, 1 files
 $ sh try site/b.cfg "$PWD/site/../site/b.cfg" '*/b*'  # a file named in three ways
 site/b.cfg C102, 2 files
-$ orvanta-config check pcs/*.cfg | grep 'too'
-pcs/b.cfg:5:12: error: MAC address "08:00:27:00:00:01" is given in pcs/a.cfg:7, too [C403]
-pcs/c.cfg:2:14: error: computer name "pc-1" is given in pcs/a.cfg:2, too [C401]
-pcs/c.cfg:6:9: error: address "10.0.0.6" is given in pcs/b.cfg:4, too [C402]
+$ orvanta-config check pcs/*.cfg | grep also
+pcs/b.cfg:5:12: error: MAC address "08:00:27:00:00:01" is also given in pcs/a.cfg:7 [C403]
+pcs/c.cfg:2:14: error: computer name "pc-1" is also given in pcs/a.cfg:2 [C401]
+pcs/c.cfg:6:9: error: address "10.0.0.6" is also given in pcs/b.cfg:4 [C402]
 $ sed -i 's/False/True/' pcs/b.cfg; sh try pcs/b.cfg pcs/c.cfg  # with DHCP an address is only a record
 pcs/b.cfg C309, 2 files
 $ ln -s nowhere site/z.cfg; ln -s ../site site/loop; ln -s b.cfg site/same.cfg; sh try site  # links
@@ -50,8 +50,8 @@ $ mkdir empty; for a in '' none.cfg '[none]' empty 'x*.cfg' 'site --json --sarif
 orvanta-config: check: FILE is missing; name configuration files, folders or patterns, or - for standard input
 orvanta-config: none.cfg: cannot be read: No such file or directory; name a file that you can read
 orvanta-config: [none]: cannot be read: No such file or directory; name a file that you can read
-orvanta-config: empty: holds no file that ends in .cfg; name another folder or a file
-orvanta-config: x*.cfg: fits no file; correct the pattern, or name a file or folder
+orvanta-config: empty: contains no file that ends in .cfg; name another folder or a file
+orvanta-config: x*.cfg: matches no file; correct the pattern, or name a file or folder
 orvanta-config: --json excludes --sarif; see orvanta-config check --help
 orvanta-config: m.json: cannot be read: No such file or directory; name a file that you can read
 $ truncate -s 100M large.cfg; (head -c 4194305 /dev/zero | tr '\0' x) >long.cfg; head -c 4194304 long.cfg >line.cfg; printf '' >empty.cfg; printf '[Global]\nA=\0\001' >binary.cfg; (printf '[Global]\nScheduleId=1\n'; yes x | head -200000) >goes-on.cfg

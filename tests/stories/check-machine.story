@@ -44,4 +44,4 @@ standard input:4:16: error: the machine does not have LibCrypto.dll [C507]
 $ sh try off-bus '[TCP/IP]|MACAddress=02004C4F4F50'
 standard input:1:1: warning: "TCP/IP" means adapter 1, which is not on the PCI bus and cannot be configured; adapter 7 is taken [C502]
 $ sh try routes '[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5'
-standard input:3:8: error: the machine has two default routes: deleting the second takes both [C508]
+standard input:3:8: error: the machine has two default routes: deleting the second deletes both [C508]

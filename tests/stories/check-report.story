@@ -6,10 +6,10 @@ DomainPassword=s3cret
 DomainPassword=other
 -- console --
 $ printf '[TCP/IP]\r\nDHCP=False\r\nAddress = 10.0.0.5,10.0.0.6\r\n\tNetmask=255.255.255.0 255.0.255.0\r\nGatway=10.0.0.1\r\n' >a.cfg; orvanta-config check a.cfg
-a.cfg:4:24: error: "255.0.255.0" is no mask: its ones do not all come first [C205]
+a.cfg:4:24: error: "255.0.255.0" is not a valid netmask: the 1 bits must be contiguous [C205]
    Netmask=255.255.255.0 255.0.255.0
                          ^~~~~~~~~~~
-  hint: write a mask whose ones all come first, such as 255.255.255.0
+  hint: write a mask such as 255.255.255.0
 a.cfg:5:1: error: "Gatway" is not read [C104]
   Gatway=10.0.0.1
   ^~~~~~
@@ -19,7 +19,7 @@ a.cfg:5:1: error: "Gatway" is not read [C104]
 $ printf '[Global]\nScheduleId=7\n' | orvanta-config check -
 1 file checked: nothing found
 $ printf '[Printers]\n[Global]\nConfig=x\n' | orvanta-config check - --json | tr -s '\n ' ' '
-{ "schema": 1, "findings": [ { "file": "standard input", "line": 1, "column": 1, "severity": "note", "code": "C102", "message": "section \"Printers\" is not read", "hint": "remove it unless another program reads it" }, { "file": "standard input", "line": 3, "column": 8, "severity": "warning", "code": "C214", "message": "\"x\" asks for nothing", "hint": "write Restore or RestoreAfterCreate, or leave it out" } ], "files": 1 } 
+{ "schema": 1, "findings": [ { "file": "standard input", "line": 1, "column": 1, "severity": "note", "code": "C102", "message": "section \"Printers\" is not read", "hint": "remove it, unless another program reads it" }, { "file": "standard input", "line": 3, "column": 8, "severity": "warning", "code": "C214", "message": "\"x\" asks for nothing", "hint": "write Restore or RestoreAfterCreate, or leave it out" } ], "files": 1 } 
 $ orvanta-config check two.cfg | grep '^  Domain'
   DomainPassword=***
   DomainPassword=***
@@ -32,7 +32,7 @@ standard input:4:8: warning: "\x1B[31m" asks for nothing [C214]
 $ x=$(head -c 5000 /dev/zero | tr '\0' x); printf "[Networking]\nComputerName=$x\nDSOrganizationalUnit=$x\\\\a\n" | orvanta-config check - | awk 'length > 190 { print length }'
 $ (echo '[Global]'; seq -f 'Oddity%g=1' 150; echo ComputerName=A) | orvanta-config check - | sed -n '1,2p;$p'  # a hundred of a severity at most
 standard input:1:1: note: 50 more findings are not shown [C016]
-  hint: mend these first and check again
+  hint: correct these first and check again
 1 file checked: 1 error, 100 warnings, 1 note
 $ python3 -c 'import pty; pty.spawn(["sh", "-c", "(sleep 1; echo [Global]; echo ScheduleId=7) | orvanta-config check - examples/server.cfg"])' | tr '\r' '\n' | cat -v | uniq | grep .  # on a terminal
 checked 1 of 2 files

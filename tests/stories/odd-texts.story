@@ -4,7 +4,7 @@ No text of the user is taken for a format or steers the terminal.
 $ printf '[Networking]\nComputerName=%%n%%s%%s\n[TCP/IP]\nSetDNSInfo=%%n%%s\033[31m\n\377=%%s\n' >pc.cfg
 $ orvanta-config simulate pc.cfg --verbose --at 'C:\%s%n%s.cfg' | grep -a % | cat -v
 File     pc.cfg, placed as C:\%s%n%s.cfg
-Check    2 errors, the first in line 2: "%n%s%s" holds "%"; see orvanta-config check pc.cfg
+Check    2 errors, the first on line 2: "%n%s%s" contains "%"; see orvanta-config check pc.cfg
 Message  Internal/Configure, Filename=C:\%s%n%s.cfg
   1  rename the computer to %n%s%s
   2  internal/Configure:115 Configure::HandleMessage(): config file=C:\%s%n%s.cfg
@@ -20,7 +20,7 @@ $ orvanta-config simulate pc.cfg --json --at 'C:\%s%n%s.cfg' | grep -e '%s' | ca
         "text": "[Networking]\nComputerName=%n%s%s\n[TCP/IP]\nSetDNSInfo=%n%s\u001b[31m\nM-CM-?=%s\n"
 $ printf '[Networking]\nComputerName=A\033[31m\nDomainUsername=ENCIPHERED-USER\n[NicEntry \033[0m]\nMACAddress=\007\nDescription=pwd=s3cret\n' >pc.cfg
 $ orvanta-config plan pc.cfg --verbose | grep -a -e x1B -e x07 -e '\*\*\*' -e s3cret | cat -v
-Check    3 errors, the first in line 2: "A\x1B[31m" holds "\x1B"; see orvanta-config check pc.cfg
+Check    3 errors, the first on line 2: "A\x1B[31m" contains "\x1B"; see orvanta-config check pc.cfg
   1  ChangeCompName  Name=A\x1B[31m {User=joiner}  [Networking] lines 1-3
                      TEMPLATE -> A\x1B[31m
   2  ConfigureNic    adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [NicEntry \x1B[0m] lines 5-6

@@ -9,7 +9,7 @@ x=y
 -- console --
 $ orvanta-config simulate pc.cfg --verbose
 File     pc.cfg, placed as C:\tarvo.cfg
-Check    1 error in line 3: the header has no "]", so the whole file is refused; see orvanta-config check pc.cfg
+Check    1 error on line 3: the header has no "]", so the whole file is refused; see orvanta-config check pc.cfg
 Machine  built-in example: TEMPLATE, workgroup WORKGROUP, 3 adapters
 Message  Internal/Configure, Filename=C:\tarvo.cfg
 
