@@ -11,6 +11,7 @@
 #include "base/Numbers.h"
 #include "base/Utf8.h"
 #include "platform/simulated/Secrets.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
@@ -394,7 +395,7 @@ std::string FileHtml(const QueuePlan& plan, const std::string& name) {
     if (!takers[i].empty()) numbers.insert(takers[i].substr(0, takers[i].find(' ')));
   }
   std::string html = "<h2 id=\"file\">" + Shown(name) + "</h2>\n<ol class=\"file\">\n";
-  const std::string text = simulated::RedactedFile(plan.text);
+  const std::string text = ToUtf8(simulated::RedactedFile(plan.text));
   std::size_t number = 0;
   for (std::size_t start = 0; start < text.size();) {
     const std::size_t end = std::min(text.find('\n', start), text.size());

@@ -366,7 +366,6 @@ void PutIntoUtf8(std::vector<PlannedCommand>& commands) {
 
 /// The library's texts are bytes of the code page.
 void PutIntoUtf8(QueuePlan& plan) {
-  plan.text = ToUtf8(plan.text);
   for (PlannedEvent& event : plan.events) {
     event.value = ToUtf8(event.value);
     event.section = ToUtf8(event.section);

@@ -92,7 +92,7 @@ struct PlanError {
 };
 
 struct QueuePlan {
-  /// The file that was planned; passwords are in it.
+  /// The bytes of the file that was planned; passwords are in it. All other texts are UTF-8.
   std::string text;
   /// A restore file took the place of the given one.
   bool restored = false;

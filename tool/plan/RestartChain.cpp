@@ -12,6 +12,7 @@
 #include "base/Numbers.h"
 #include "base/Pieces.h"
 #include "tool/agent/Conversation.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/JsonText.h"
 #include "tool/io/Text.h"
 #include "tool/machine/MachineDifference.h"
@@ -152,11 +153,12 @@ class UnmetSettings {
              const simulated::Adapter* adapter) {
     if (!command.current || !command.wanted) return;
     if (command.needed) {
-      const bool isPending = command.Is("ChangeCompName") &&
-                             chain_.after.pendingComputerName.value_or("") == *command.wanted;
+      const bool isPending =
+          command.Is("ChangeCompName") &&
+          ToUtf8(chain_.after.pendingComputerName.value_or("")) == *command.wanted;
       Add(plan, command, isPending ? "it waits for a restart" : WhyNeeded(plan, command));
     } else if (adapter != nullptr && command.Is("SetStatic")) {
-      const std::string addresses = base::Join(Addresses(*adapter), ",");
+      const std::string addresses = ToUtf8(base::Join(Addresses(*adapter), ","));
       if (addresses == *command.wanted) return;
       Add(plan, command, "the first address is right already, and no other is compared");
       chain_.notTrue.back().current = addresses;
@@ -213,7 +215,7 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
 
   // The run may have moved the file away.
   Machine end = chain.after;
-  end.PutFile(file, chain.steps.back().plan.text);
+  end.PutFile(BytesOf(file, file), chain.steps.back().plan.text);
   const QueuePlan last = MakePlan(std::move(end), file, shownPath, Comparing::kAsItIs);
   if (!last.error) UnmetSettings(chain).Take(last);
   return chain;

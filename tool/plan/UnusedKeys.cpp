@@ -5,6 +5,7 @@
 #include "base/Pieces.h"
 #include "tool/check/Document.h"
 #include "tool/check/FileCheck.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 
 namespace tool {
@@ -55,13 +56,13 @@ std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
   };
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kAgentSettings) continue;
-    UnusedKeys unused{std::string(section.name), {}, {}};
+    UnusedKeys unused{ToUtf8(section.name), {}, {}};
     for (const Entry& entry : section.entries) {
       if (entry.isComment || entry.key.empty() || base::Trimmed(entry.value).empty()) continue;
       if (entry.isFound && !AsksByItself(entry, section.kind)) continue;
       const std::size_t line = document.PlaceOf(document.KeySpan(entry)).line;
       if (isHeard(entry, line) || IsRuledByDnsDomain(section, entry)) continue;
-      unused.keys.push_back(document.ShownKey(entry));
+      unused.keys.push_back(ToUtf8(document.ShownKey(entry)));
       unused.lines.insert(line);
     }
     if (!unused.keys.empty()) found.push_back(std::move(unused));
