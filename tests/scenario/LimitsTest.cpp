@@ -87,7 +87,10 @@ class Interrupted final : public platform::IPlatform, platform::IWmi {
     interruption_();
     return inner_.Wmi().EnterApartment();
   }
-  void LeaveApartment() override { inner_.Wmi().LeaveApartment(); }
+  void LeaveApartment() override {
+    inner_.Wmi().LeaveApartment();
+    interruption_();
+  }
   platform::HResult SecureProcess() override { return inner_.Wmi().SecureProcess(); }
   platform::HResult MakeLocator(std::unique_ptr<platform::IWmiLocator>* locator) override {
     return inner_.Wmi().MakeLocator(locator);
