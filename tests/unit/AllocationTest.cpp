@@ -142,6 +142,12 @@ const struct {
     {DOMAIN_OU, Event::VALUE, "Sales/Europe/and/more/of/them"},
     {DOMAIN_USER, Event::VALUE, "a user that needs memory of its own"},
     {DOMAIN_PASSWORD, Event::VALUE, "a password that needs memory of its own"},
+    // The first scope: the list of scopes has no room yet.
+    {STATIC_ROUTE, Event::BEGIN, ""},
+    {IP_ADDRESS, Event::VALUE, "10.1.0.0"},
+    {SUBNET_MASK, Event::VALUE, "255.255.0.0"},
+    {ROUTE_GATEWAY, Event::VALUE, "10.0.0.1"},
+    {NOOP, Event::END, ""},
     {NIC, Event::BEGIN, ""},
     {NIC_MAC_ADDRESS, Event::VALUE, "08-00-27-65-43-21 and too long"},
     {STATIC, Event::VALUE, ""},
@@ -152,11 +158,6 @@ const struct {
     {GATEWAY, Event::VALUE, "10.0.0.1"},
     {DNS_SERVER, Event::VALUE, "10.0.0.2"},
     {DNS_SUFFIX, Event::VALUE, "a.suffix.that.needs.memory.of.its.own"},
-    {NOOP, Event::END, ""},
-    {STATIC_ROUTE, Event::BEGIN, ""},
-    {IP_ADDRESS, Event::VALUE, "10.1.0.0"},
-    {SUBNET_MASK, Event::VALUE, "255.255.0.0"},
-    {ROUTE_GATEWAY, Event::VALUE, "10.0.0.1"},
     {NOOP, Event::END, ""},
 };
 
