@@ -69,7 +69,7 @@ Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 
     C:\Program Files\Orvanta\Agent\tarvo.cfg  3 bytes -> 8 bytes
 $ sh try '[Global]' --at 'C:\Program Files\Orvanta\Agent\tarvo.cfg'
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0,
-$ sh try '[Global]' --at 'c:/program files/orvanta/AGENT/Tarvo.cfg'; grep -e delete -e move out || echo left  # the same file
+$ sh try '[Global]' --at 'c:/program files//orvanta/./AGENT/Tarvo.cfg'; grep -e delete -e move out || echo left  # the same file
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0,
 left
 $ sh try '[Networking]|Workgroup=True|Domain=W' --machine lsa.json
