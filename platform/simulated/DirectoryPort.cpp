@@ -1,11 +1,17 @@
-#include "platform/simulated/DirectoryPort.h"
-
+// Domain membership of the simulated computer, and the directory of the domains it can reach.
+#include <cstdint>
 #include <cstring>
+#include <memory>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "platform/IDirectory.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/DirectoryTree.h"
+#include "platform/simulated/Ports.h"
+#include "platform/simulated/Simulation.h"
 
 namespace simulated {
 namespace {
@@ -64,104 +70,120 @@ class Container final : public platform::IDirectoryContainer {
   std::string path_;
 };
 
+class DirectoryPort final : public platform::IDirectory {
+ public:
+  explicit DirectoryPort(Simulation& simulation) : simulation_(simulation) {}
+
+  platform::NtStatus OpenPolicy(PolicyHandle* policy) override {
+    if (const Fault* fault = simulation_.Strike({.name = "lsa.open"})) return ToStatus(*fault);
+    policies_.insert(++nextPolicy_);
+    ++simulation_.usage.policies;
+    *policy = PolicyHandle{nextPolicy_};
+    return 0;
+  }
+
+  platform::NtStatus QueryPrimaryDomain(PolicyHandle policy, bool* hasSid,
+                                        std::string* name) override {
+    if (const NtStatus status = Check({.name = "lsa.primary"}, policy)) return status;
+    const Membership& membership = simulation_.machine.membership;
+    if (const auto* domain = std::get_if<DomainMembership>(&membership)) {
+      *hasSid = domain->hasSid;
+      *name = domain->flatName;
+    } else {
+      *hasSid = false;
+      *name = std::get<WorkgroupMembership>(membership).name;
+    }
+    return 0;
+  }
+
+  platform::NtStatus QueryDnsDomain(PolicyHandle policy, std::string* dnsName) override {
+    if (const NtStatus status = Check({.name = "lsa.dns"}, policy)) return status;
+    const auto* domain = std::get_if<DomainMembership>(&simulation_.machine.membership);
+    *dnsName = domain == nullptr ? std::string() : domain->dnsName;
+    return 0;
+  }
+
+  void ClosePolicy(PolicyHandle policy) override {
+    simulation_.Strike({.name = "lsa.close"});
+    if (policies_.erase(static_cast<std::uint64_t>(policy)) != 0) --simulation_.usage.policies;
+  }
+
+  platform::Win32Error StatusToError(NtStatus status) override {
+    const auto digits = static_cast<std::uint32_t>(status);
+    if ((digits & 0xFFFF0000U) == kWrappedError) return digits & 0xFFFFU;
+    switch (digits) {
+      case 0:
+        return kSuccess;
+      case 0xC0000008:
+        return kInvalidHandle;
+      case 0xC0000022:
+        return kAccessDenied;
+      default:
+        return kNoTextForCode;
+    }
+  }
+
+  bool LanGroup(std::string* name) override {
+    if (simulation_.Fails({.name = "lsa.workgroup"})) return false;
+    const Membership& membership = simulation_.machine.membership;
+    const auto* domain = std::get_if<DomainMembership>(&membership);
+    *name = domain != nullptr ? domain->flatName : std::get<WorkgroupMembership>(membership).name;
+    return true;
+  }
+
+  bool ComputerObjectName(char* buffer, std::uint32_t* length) override {
+    if (simulation_.Fails({.name = "directory.name"})) return false;
+    if (std::holds_alternative<WorkgroupMembership>(simulation_.machine.membership)) {
+      return simulation_.Fail(kNotDomainMember);
+    }
+    const Computer* account = simulation_.machine.FindOwnAccount();
+    if (account == nullptr) return simulation_.Fail(kNoSuchAccount);
+    const auto needed = static_cast<std::uint32_t>(account->dn.size() + 1);
+    const std::uint32_t room = std::exchange(*length, needed);
+    if (buffer == nullptr) return true;
+    if (room < needed) return simulation_.Fail(kBufferTooSmall);
+    std::memcpy(buffer, account->dn.c_str(), needed);
+    return true;
+  }
+
+  platform::HResult EnterApartment() override {
+    return simulation_.EnterApartment({.name = "directory.enter"}, ApartmentKind::kSingleThreaded);
+  }
+
+  void LeaveApartment() override { simulation_.LeaveApartment({.name = "directory.leave"}); }
+
+  platform::HResult BindContainer(
+      const std::string& path, const std::string& account, const std::string& password,
+      std::unique_ptr<platform::IDirectoryContainer>* container) override {
+    if (const auto failure = simulation_.RefuseCom({.name = "directory.bind", .text = path})) {
+      return *failure;
+    }
+    if (!simulation_.InApartment()) return kNotInApartment;
+    const std::string dn = WithoutScheme(path);
+    const DirectoryDomain* domain = FindDomainOf(simulation_.machine, dn);
+    if (domain == nullptr) return kDirectoryServerDown;
+    if (!IsAccount(*domain, account, password)) return FromError(kLogonFailure);
+    if (!FindContainer(*domain, dn)) return kDirectoryNoSuchObject;
+    *container = std::make_unique<Container>(simulation_, path);
+    return platform::kOk;
+  }
+
+ private:
+  /// Counts a policy call; its failure, or success.
+  platform::NtStatus Check(const Call& call, PolicyHandle policy) {
+    if (const Fault* fault = simulation_.Strike(call)) return ToStatus(*fault);
+    return policies_.contains(static_cast<std::uint64_t>(policy)) ? 0 : kStatusInvalidHandle;
+  }
+
+  Simulation& simulation_;
+  std::unordered_set<std::uint64_t> policies_;
+  std::uint64_t nextPolicy_ = 0;
+};
+
 }  // namespace
 
-NtStatus DirectoryPort::OpenPolicy(PolicyHandle* policy) {
-  if (const Fault* fault = simulation_.Strike({.name = "lsa.open"})) return ToStatus(*fault);
-  policies_.insert(++nextPolicy_);
-  ++simulation_.usage.policies;
-  *policy = PolicyHandle{nextPolicy_};
-  return 0;
-}
-
-NtStatus DirectoryPort::QueryPrimaryDomain(PolicyHandle policy, bool* hasSid, std::string* name) {
-  if (const NtStatus status = Check({.name = "lsa.primary"}, policy)) return status;
-  const Membership& membership = simulation_.machine.membership;
-  if (const auto* domain = std::get_if<DomainMembership>(&membership)) {
-    *hasSid = domain->hasSid;
-    *name = domain->flatName;
-  } else {
-    *hasSid = false;
-    *name = std::get<WorkgroupMembership>(membership).name;
-  }
-  return 0;
-}
-
-NtStatus DirectoryPort::QueryDnsDomain(PolicyHandle policy, std::string* dnsName) {
-  if (const NtStatus status = Check({.name = "lsa.dns"}, policy)) return status;
-  const auto* domain = std::get_if<DomainMembership>(&simulation_.machine.membership);
-  *dnsName = domain == nullptr ? std::string() : domain->dnsName;
-  return 0;
-}
-
-void DirectoryPort::ClosePolicy(PolicyHandle policy) {
-  simulation_.Strike({.name = "lsa.close"});
-  if (policies_.erase(static_cast<std::uint64_t>(policy)) != 0) --simulation_.usage.policies;
-}
-
-Win32Error DirectoryPort::StatusToError(NtStatus status) {
-  const auto digits = static_cast<std::uint32_t>(status);
-  if ((digits & 0xFFFF0000U) == kWrappedError) return digits & 0xFFFFU;
-  switch (digits) {
-    case 0:
-      return kSuccess;
-    case 0xC0000008:
-      return kInvalidHandle;
-    case 0xC0000022:
-      return kAccessDenied;
-    default:
-      return kNoTextForCode;
-  }
-}
-
-bool DirectoryPort::LanGroup(std::string* name) {
-  if (simulation_.Fails({.name = "lsa.workgroup"})) return false;
-  const Membership& membership = simulation_.machine.membership;
-  const auto* domain = std::get_if<DomainMembership>(&membership);
-  *name = domain != nullptr ? domain->flatName : std::get<WorkgroupMembership>(membership).name;
-  return true;
-}
-
-bool DirectoryPort::ComputerObjectName(char* buffer, std::uint32_t* length) {
-  if (simulation_.Fails({.name = "directory.name"})) return false;
-  if (std::holds_alternative<WorkgroupMembership>(simulation_.machine.membership)) {
-    return simulation_.Fail(kNotDomainMember);
-  }
-  const Computer* account = simulation_.machine.FindOwnAccount();
-  if (account == nullptr) return simulation_.Fail(kNoSuchAccount);
-  const auto needed = static_cast<std::uint32_t>(account->dn.size() + 1);
-  const std::uint32_t room = std::exchange(*length, needed);
-  if (buffer == nullptr) return true;
-  if (room < needed) return simulation_.Fail(kBufferTooSmall);
-  std::memcpy(buffer, account->dn.c_str(), needed);
-  return true;
-}
-
-HResult DirectoryPort::EnterApartment() {
-  return simulation_.EnterApartment({.name = "directory.enter"}, ApartmentKind::kSingleThreaded);
-}
-
-void DirectoryPort::LeaveApartment() { simulation_.LeaveApartment({.name = "directory.leave"}); }
-
-HResult DirectoryPort::BindContainer(const std::string& path, const std::string& account,
-                                     const std::string& password,
-                                     std::unique_ptr<platform::IDirectoryContainer>* container) {
-  if (const auto failure = simulation_.RefuseCom({.name = "directory.bind", .text = path})) {
-    return *failure;
-  }
-  if (!simulation_.InApartment()) return kNotInApartment;
-  const std::string dn = WithoutScheme(path);
-  const DirectoryDomain* domain = FindDomainOf(simulation_.machine, dn);
-  if (domain == nullptr) return kDirectoryServerDown;
-  if (!IsAccount(*domain, account, password)) return FromError(kLogonFailure);
-  if (!FindContainer(*domain, dn)) return kDirectoryNoSuchObject;
-  *container = std::make_unique<Container>(simulation_, path);
-  return platform::kOk;
-}
-
-NtStatus DirectoryPort::Check(const Call& call, PolicyHandle policy) {
-  if (const Fault* fault = simulation_.Strike(call)) return ToStatus(*fault);
-  return policies_.contains(static_cast<std::uint64_t>(policy)) ? 0 : kStatusInvalidHandle;
+std::unique_ptr<platform::IDirectory> MakeDirectory(Simulation& simulation) {
+  return std::make_unique<DirectoryPort>(simulation);
 }
 
 }  // namespace simulated

@@ -1,11 +1,15 @@
-#include "platform/simulated/FilesPort.h"
-
+// The files of the simulated computer. Folders are those of its files, its system drive's root and
+// the agent's.
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "base/LetterCase.h"
 #include "base/Pieces.h"
+#include "platform/IFiles.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ports.h"
+#include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
 namespace simulated {
@@ -95,131 +99,146 @@ std::string FolderOf(const std::string& path) {
   return separator == std::string::npos ? std::string() : path.substr(0, separator);
 }
 
+class FilesPort final : public platform::IFiles {
+ public:
+  explicit FilesPort(Simulation& simulation) : simulation_(simulation) {}
+
+  std::uint32_t Attributes(const std::string& path) override {
+    if (simulation_.Fails({.name = "file.attributes", .text = path}))
+      return platform::kNoAttributes;
+    const Win32Error error = ReadError(path);
+    if (error == kSuccess) return kArchiveAttribute;
+    if (error == kAccessDenied) return platform::kDirectoryAttribute;
+    simulation_.lastError = error;
+    return platform::kNoAttributes;
+  }
+
+  bool ReadWhole(const std::string& path, std::string* content) override {
+    if (simulation_.Fails({.name = "file.read", .text = path})) return false;
+    if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
+    *content = simulation_.machine.FindFile(path)->text;
+    return true;
+  }
+
+  bool Move(const std::string& source, const std::string& destination) override {
+    Win32Error error = ReadError(source);
+    if (error == kSuccess) error = MakeError(destination);
+    const bool sameFile = FoldedPath(source) == FoldedPath(destination);
+    if (error == kSuccess && !sameFile && simulation_.machine.FindFile(destination) != nullptr) {
+      error = kAlreadyExists;
+    }
+    const std::string paths = source + "\n" + destination;
+    const auto refused = simulation_.Refuse({.name = "file.move", .text = paths});
+    if (!refused && error == kSuccess) simulation_.machine.FindFile(source)->path = destination;
+    return Finish({"file.move", {{"source", source}, {"destination", destination}}},
+                  refused.value_or(error));
+  }
+
+  bool Copy(const std::string& source, const std::string& destination, bool failIfExists) override {
+    Win32Error error = ReadError(source);
+    if (error == kSuccess) error = MakeError(destination);
+    if (error == kSuccess && simulation_.machine.FindFile(destination) != nullptr) {
+      if (FoldedPath(source) == FoldedPath(destination)) error = kSharingViolation;
+      if (failIfExists) error = kFileExists;
+    }
+    const std::string paths = source + "\n" + destination;
+    const auto refused = simulation_.Refuse({.name = "file.copy", .text = paths});
+    if (!refused && error == kSuccess) {
+      const std::string text = simulation_.machine.FindFile(source)->text;
+      simulation_.machine.PutFile(destination, text);
+    }
+    return Finish({"file.copy", {{"source", source}, {"destination", destination}}},
+                  refused.value_or(error));
+  }
+
+  bool Erase(const std::string& path) override {
+    const Win32Error error = ReadError(path);
+    const auto refused = simulation_.Refuse({.name = "file.delete", .text = path});
+    if (!refused && error == kSuccess) {
+      const File* file = simulation_.machine.FindFile(path);
+      auto& files = simulation_.machine.files;
+      files.erase(files.begin() + (file - files.data()));
+    }
+    return Finish({"file.delete", {{"path", path}}}, refused.value_or(error));
+  }
+
+  bool SameFile(const std::string& first, const std::string& second, bool* same) override {
+    const std::string paths = first + "\n" + second;
+    if (simulation_.Fails({.name = "file.same", .text = paths})) return false;
+    for (const std::string& path : {first, second}) {
+      if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
+    }
+    *same = FoldedPath(first) == FoldedPath(second);
+    return true;
+  }
+
+  bool ModulePath(std::string* path) override {
+    if (simulation_.Fails({.name = "file.module"})) return false;
+    *path = simulation_.machine.agentFolder;
+    if (!path->ends_with('\\')) *path += '\\';
+    *path += "agent.exe";
+    return true;
+  }
+
+  bool WriteProfileEntry(const std::string& section, const std::string& key,
+                         const std::string& value, const std::string& path) override {
+    const Win32Error error = MakeError(path);
+    const auto refused = simulation_.Refuse({.name = "file.write", .text = path, .item = key});
+    if (!refused && error == kSuccess) {
+      if (simulation_.machine.FindFile(path) == nullptr) simulation_.machine.PutFile(path, "");
+      PutEntry(simulation_.machine.FindFile(path)->text, section, key, value);
+    }
+    return Finish(
+        {"file.write", {{"path", path}, {"section", section}, {"key", key}, {"value", value}}},
+        refused.value_or(error));
+  }
+
+ private:
+  bool IsFolder(const std::string& path) const {
+    const std::string folder = FoldedPath(path);
+    const auto holds = [&](const std::string& other) {
+      const std::string inner = FoldedPath(other);
+      return inner == folder || inner.starts_with(folder + "\\");
+    };
+    const Machine& machine = simulation_.machine;
+    const auto drive = machine.operatingSystem.find("SystemDrive");
+    const bool isSystemDrive =
+        drive != machine.operatingSystem.end() && FoldedPath(drive->second.Text()) == folder;
+    return folder.empty() || isSystemDrive || holds(machine.agentFolder) ||
+           std::any_of(machine.files.begin(), machine.files.end(),
+                       [&](const File& file) { return holds(FolderOf(file.path)); });
+  }
+
+  /// Why a file cannot be read, or made, at `path`; `kSuccess` when it can.
+  platform::Win32Error ReadError(const std::string& path) {
+    if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
+    if (IsFolder(path)) return kAccessDenied;
+    return IsFolder(FolderOf(path)) ? kFileNotFound : kPathNotFound;
+  }
+
+  platform::Win32Error MakeError(const std::string& path) {
+    if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
+    if (IsFolder(path)) return kAccessDenied;
+    return IsFolder(FolderOf(path)) ? kSuccess : kPathNotFound;
+  }
+
+  /// Journals a change and tells whether it succeeded.
+  bool Finish(Change change, Win32Error error) {
+    if (error != kSuccess) {
+      change.fields.emplace_back("error", error);
+      simulation_.lastError = error;
+    }
+    simulation_.machine.journal.push_back(std::move(change));
+    return error == kSuccess;
+  }
+
+  Simulation& simulation_;
+};
+
 }  // namespace
 
-std::uint32_t FilesPort::Attributes(const std::string& path) {
-  if (simulation_.Fails({.name = "file.attributes", .text = path})) return platform::kNoAttributes;
-  const Win32Error error = ReadError(path);
-  if (error == kSuccess) return kArchiveAttribute;
-  if (error == kAccessDenied) return platform::kDirectoryAttribute;
-  simulation_.lastError = error;
-  return platform::kNoAttributes;
-}
-
-bool FilesPort::ReadWhole(const std::string& path, std::string* content) {
-  if (simulation_.Fails({.name = "file.read", .text = path})) return false;
-  if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
-  *content = simulation_.machine.FindFile(path)->text;
-  return true;
-}
-
-bool FilesPort::Move(const std::string& source, const std::string& destination) {
-  Win32Error error = ReadError(source);
-  if (error == kSuccess) error = MakeError(destination);
-  const bool sameFile = FoldedPath(source) == FoldedPath(destination);
-  if (error == kSuccess && !sameFile && simulation_.machine.FindFile(destination) != nullptr) {
-    error = kAlreadyExists;
-  }
-  const std::string paths = source + "\n" + destination;
-  const auto refused = simulation_.Refuse({.name = "file.move", .text = paths});
-  if (!refused && error == kSuccess) simulation_.machine.FindFile(source)->path = destination;
-  return Finish({"file.move", {{"source", source}, {"destination", destination}}},
-                refused.value_or(error));
-}
-
-bool FilesPort::Copy(const std::string& source, const std::string& destination, bool failIfExists) {
-  Win32Error error = ReadError(source);
-  if (error == kSuccess) error = MakeError(destination);
-  if (error == kSuccess && simulation_.machine.FindFile(destination) != nullptr) {
-    if (FoldedPath(source) == FoldedPath(destination)) error = kSharingViolation;
-    if (failIfExists) error = kFileExists;
-  }
-  const std::string paths = source + "\n" + destination;
-  const auto refused = simulation_.Refuse({.name = "file.copy", .text = paths});
-  if (!refused && error == kSuccess) {
-    const std::string text = simulation_.machine.FindFile(source)->text;
-    simulation_.machine.PutFile(destination, text);
-  }
-  return Finish({"file.copy", {{"source", source}, {"destination", destination}}},
-                refused.value_or(error));
-}
-
-bool FilesPort::Erase(const std::string& path) {
-  const Win32Error error = ReadError(path);
-  const auto refused = simulation_.Refuse({.name = "file.delete", .text = path});
-  if (!refused && error == kSuccess) {
-    const File* file = simulation_.machine.FindFile(path);
-    auto& files = simulation_.machine.files;
-    files.erase(files.begin() + (file - files.data()));
-  }
-  return Finish({"file.delete", {{"path", path}}}, refused.value_or(error));
-}
-
-bool FilesPort::SameFile(const std::string& first, const std::string& second, bool* same) {
-  const std::string paths = first + "\n" + second;
-  if (simulation_.Fails({.name = "file.same", .text = paths})) return false;
-  for (const std::string& path : {first, second}) {
-    if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
-  }
-  *same = FoldedPath(first) == FoldedPath(second);
-  return true;
-}
-
-bool FilesPort::ModulePath(std::string* path) {
-  if (simulation_.Fails({.name = "file.module"})) return false;
-  *path = simulation_.machine.agentFolder;
-  if (!path->ends_with('\\')) *path += '\\';
-  *path += "agent.exe";
-  return true;
-}
-
-bool FilesPort::WriteProfileEntry(const std::string& section, const std::string& key,
-                                  const std::string& value, const std::string& path) {
-  const Win32Error error = MakeError(path);
-  const auto refused = simulation_.Refuse({.name = "file.write", .text = path, .item = key});
-  if (!refused && error == kSuccess) {
-    if (simulation_.machine.FindFile(path) == nullptr) simulation_.machine.PutFile(path, "");
-    PutEntry(simulation_.machine.FindFile(path)->text, section, key, value);
-  }
-  return Finish(
-      {"file.write", {{"path", path}, {"section", section}, {"key", key}, {"value", value}}},
-      refused.value_or(error));
-}
-
-bool FilesPort::IsFolder(const std::string& path) const {
-  const std::string folder = FoldedPath(path);
-  const auto holds = [&](const std::string& other) {
-    const std::string inner = FoldedPath(other);
-    return inner == folder || inner.starts_with(folder + "\\");
-  };
-  const Machine& machine = simulation_.machine;
-  const auto drive = machine.operatingSystem.find("SystemDrive");
-  const bool isSystemDrive =
-      drive != machine.operatingSystem.end() && FoldedPath(drive->second.Text()) == folder;
-  return folder.empty() || isSystemDrive || holds(machine.agentFolder) ||
-         std::any_of(machine.files.begin(), machine.files.end(),
-                     [&](const File& file) { return holds(FolderOf(file.path)); });
-}
-
-Win32Error FilesPort::ReadError(const std::string& path) {
-  if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
-  if (IsFolder(path)) return kAccessDenied;
-  return IsFolder(FolderOf(path)) ? kFileNotFound : kPathNotFound;
-}
-
-Win32Error FilesPort::MakeError(const std::string& path) {
-  if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
-  if (IsFolder(path)) return kAccessDenied;
-  return IsFolder(FolderOf(path)) ? kSuccess : kPathNotFound;
-}
-
-bool FilesPort::Finish(Change change, Win32Error error) {
-  if (error != kSuccess) {
-    change.fields.emplace_back("error", error);
-    simulation_.lastError = error;
-  }
-  simulation_.machine.journal.push_back(std::move(change));
-  return error == kSuccess;
+std::unique_ptr<platform::IFiles> MakeFiles(Simulation& simulation) {
+  return std::make_unique<FilesPort>(simulation);
 }
 
 }  // namespace simulated

@@ -14,16 +14,15 @@
 #include "base/OperatingSystem.h"
 #include "base/Services.h"
 #include "platform/IRegistry.h"
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/JsonDocument.h"
 #include "platform/simulated/Secrets.h"
-#include "platform/simulated/ServicesPort.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
 
-/// What stands in the names of settings that hold a password.
 constexpr int kSchema = 1;
 
 // Every kind of value knows how to read itself from a document and how to write itself: a codec
@@ -52,6 +51,15 @@ constexpr auto As(std::string_view name, Member Struct::*member) {
 /// The fields of a struct, in the order of the file.
 template <class Struct>
 constexpr auto kFields = nullptr;
+
+/// How many members are no field of the file: what a run leaves behind, and what is known to be
+/// none.
+template <class Struct>
+constexpr std::size_t kLeftOutMembers = 0;
+template <>
+constexpr std::size_t kLeftOutMembers<Machine> = 4;
+template <>
+constexpr std::size_t kLeftOutMembers<Fault> = 2;
 
 template <class Struct>
 concept Described = !std::same_as<decltype(kFields<Struct>), const std::nullptr_t>;
@@ -159,6 +167,9 @@ struct Codec<Struct> {
  private:
   template <class Action>
   static void ForEachField(Action action) {
+    static_assert(std::tuple_size_v<decltype(kFields<Struct>)> + kLeftOutMembers<Struct> ==
+                      FieldCount<Struct>(),
+                  "a member without a field");
     std::apply([&](const auto&... field) { (action(field), ...); }, kFields<Struct>);
   }
 
@@ -385,25 +396,12 @@ struct Codec<Membership> {
 };
 
 template <>
-constexpr auto kFields<Adapter> =
-    std::tuple{Plain("index", &Adapter::index),
-               Plain("setting_id", &Adapter::settingId),
-               Plain("ip_enabled", &Adapter::ipEnabled),
-               Plain("pnp_device_id", &Adapter::pnpDeviceId),
-               Plain("location_information", &Adapter::locationInformation),
-               Plain("mac_address", &Adapter::macAddress),
-               Plain("adapter_type", &Adapter::adapterType),
-               Plain("manufacturer", &Adapter::manufacturer),
-               Plain("caption", &Adapter::caption),
-               Plain("dhcp_enabled", &Adapter::dhcpEnabled),
-               Plain("ip_addresses", &Adapter::ipAddresses),
-               Plain("subnet_masks", &Adapter::subnetMasks),
-               Plain("gateways", &Adapter::gateways),
-               Plain("dns_servers", &Adapter::dnsServers),
-               Plain("dns_suffixes", &Adapter::dnsSuffixes),
-               Plain("dns_domain", &Adapter::dnsDomain),
-               Plain("dns_host_name", &Adapter::dnsHostName),
-               Plain("static_dns", &Adapter::staticDns)};
+constexpr auto kFields<Adapter> = []<std::size_t... kRows>(std::index_sequence<kRows...>) {
+  return std::tuple{
+      Plain(kAdapterFields[kRows].name,
+            std::get<kAdapterFields[kRows].member.index()>(kAdapterFields[kRows].member))...};
+}
+(std::make_index_sequence<std::size(kAdapterFields)>());
 
 template <>
 constexpr auto kFields<PersistentRoute> = std::tuple{

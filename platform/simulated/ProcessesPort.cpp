@@ -1,12 +1,20 @@
-#include "platform/simulated/ProcessesPort.h"
-
+// Child processes of the simulated computer, of which it knows one: the route tool. Pipes and
+// standard handles carry nothing; they are only counted.
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <cstdint>
+#include <optional>
 #include <sstream>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "base/LetterCase.h"
+#include "platform/IProcesses.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ports.h"
+#include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
 namespace simulated {
@@ -63,110 +71,131 @@ std::optional<std::uint32_t> Run(Machine& machine, const std::string& command) {
   return 1;
 }
 
+class ProcessesPort final : public platform::IProcesses {
+ public:
+  explicit ProcessesPort(Simulation& simulation) : simulation_(simulation) {}
+
+  bool MakePipe(Handle* read, Handle* write, std::uint32_t) override {
+    if (simulation_.Fails({.name = "process.pipe"})) return false;
+    *read = Make(0);
+    *write = Make(0);
+    return true;
+  }
+
+  bool StopInheriting(Handle handle) override {
+    return Usable({.name = "process.inherit"}, handle);
+  }
+
+  bool Duplicate(Handle source, Handle* copy) override {
+    if (!Usable({.name = "process.duplicate"}, source)) return false;
+    *copy = Make(0);
+    return true;
+  }
+
+  bool Spawn(const char* application, char* commandLine, const char*, const char*,
+             const platform::StartupInfo&, platform::ProcessInformation* information) override {
+    const std::string command = commandLine != nullptr   ? commandLine
+                                : application != nullptr ? application
+                                                         : "";
+    const Fault* fault = simulation_.Strike({.name = "process.run", .text = command});
+    std::optional<std::uint32_t> exitCode;
+    platform::Win32Error error = kFileNotFound;
+    if (fault == nullptr) {
+      exitCode = Run(simulation_.machine, command);
+    } else if (OnlyChoosesResult(*fault)) {
+      exitCode = static_cast<std::uint32_t>(*fault->result);
+    } else {
+      error = ToWin32Error(*fault);
+    }
+    Change& change = simulation_.machine.journal.emplace_back(
+        simulated::Change{"process.run", Fields{{"command", command}}});
+    if (!exitCode) {
+      change.fields.emplace_back("error", error);
+      return simulation_.Fail(error);
+    }
+    change.fields.emplace_back("result", static_cast<std::int32_t>(*exitCode));
+    *information = {Make(*exitCode), Make(0), static_cast<std::uint32_t>(nextHandle_),
+                    static_cast<std::uint32_t>(nextHandle_ + 2)};
+    return true;
+  }
+
+  std::uint32_t Wait(Handle handle, std::uint32_t) override {
+    return Usable({.name = "process.wait"}, handle) ? platform::kWaitSignalled : kWaitFailed;
+  }
+
+  bool ExitCode(Handle process, std::uint32_t* exitCode) override {
+    if (!Usable({.name = "process.exit_code"}, process)) return false;
+    const auto found = open_.find(static_cast<std::uint64_t>(process));
+    if (found == open_.end()) return simulation_.Fail(kInvalidHandle);
+    *exitCode = found->second;
+    return true;
+  }
+
+  bool Terminate(Handle process, std::uint32_t) override {
+    return Usable({.name = "process.terminate"}, process);
+  }
+
+  bool Peek(Handle pipe, std::uint32_t* available) override {
+    if (!Usable({.name = "process.peek"}, pipe)) return false;
+    *available = 0;
+    return true;
+  }
+
+  bool Read(Handle pipe, void*, std::uint32_t, std::uint32_t*) override {
+    return Usable({.name = "process.read"}, pipe) && simulation_.Fail(kBrokenPipe);
+  }
+
+  bool Write(Handle file, const void*, std::uint32_t) override {
+    return Usable({.name = "process.write"}, file);
+  }
+
+  void Close(Handle handle) override {
+    simulation_.Strike({.name = "process.close"});
+    if (open_.erase(static_cast<std::uint64_t>(handle)) != 0) --simulation_.usage.processHandles;
+  }
+
+  platform::Handle GetStandardHandle(StandardStream stream) override {
+    if (simulation_.Fails({.name = "process.get_standard"})) return Handle::kInvalid;
+    return standard_[static_cast<std::size_t>(stream)];
+  }
+
+  bool SetStandardHandle(StandardStream stream, Handle handle) override {
+    if (simulation_.Fails({.name = "process.set_standard"})) return false;
+    standard_[static_cast<std::size_t>(stream)] = handle;
+    return true;
+  }
+
+ private:
+  platform::Handle Make(std::uint32_t exitCode) {
+    nextHandle_ += 4;
+    open_.emplace(nextHandle_, exitCode);
+    ++simulation_.usage.processHandles;
+    return Handle{nextHandle_};
+  }
+
+  /// True when `call` passes and `handle` can be used; otherwise the last error says why not.
+  bool Usable(const Call& call, Handle handle) {
+    if (simulation_.Fails(call)) return false;
+    const bool isStandard =
+        std::find(kStandard.begin(), kStandard.end(), handle) != kStandard.end();
+    return isStandard || open_.contains(static_cast<std::uint64_t>(handle)) ||
+           simulation_.Fail(kInvalidHandle);
+  }
+
+  Simulation& simulation_;
+  /// Exit codes of processes by handle; other things have 0.
+  std::unordered_map<std::uint64_t, std::uint32_t> open_;
+  std::uint64_t nextHandle_ = 0x1000;
+  /// What the standard streams are at first; always open, never counted.
+  static constexpr std::array<platform::Handle, 3> kStandard{
+      platform::Handle{3}, platform::Handle{7}, platform::Handle{11}};
+  std::array<platform::Handle, 3> standard_ = kStandard;
+};
+
 }  // namespace
 
-bool ProcessesPort::MakePipe(Handle* read, Handle* write, std::uint32_t) {
-  if (simulation_.Fails({.name = "process.pipe"})) return false;
-  *read = Make(0);
-  *write = Make(0);
-  return true;
-}
-
-bool ProcessesPort::StopInheriting(Handle handle) {
-  return Usable({.name = "process.inherit"}, handle);
-}
-
-bool ProcessesPort::Duplicate(Handle source, Handle* copy) {
-  if (!Usable({.name = "process.duplicate"}, source)) return false;
-  *copy = Make(0);
-  return true;
-}
-
-bool ProcessesPort::Spawn(const char* application, char* commandLine, const char*, const char*,
-                          const platform::StartupInfo&, platform::ProcessInformation* information) {
-  const std::string command = commandLine != nullptr   ? commandLine
-                              : application != nullptr ? application
-                                                       : "";
-  const Fault* fault = simulation_.Strike({.name = "process.run", .text = command});
-  std::optional<std::uint32_t> exitCode;
-  platform::Win32Error error = kFileNotFound;
-  if (fault == nullptr) {
-    exitCode = Run(simulation_.machine, command);
-  } else if (OnlyChoosesResult(*fault)) {
-    exitCode = static_cast<std::uint32_t>(*fault->result);
-  } else {
-    error = ToWin32Error(*fault);
-  }
-  Change& change =
-      simulation_.machine.journal.emplace_back(Change{"process.run", Fields{{"command", command}}});
-  if (!exitCode) {
-    change.fields.emplace_back("error", error);
-    return simulation_.Fail(error);
-  }
-  change.fields.emplace_back("result", static_cast<std::int32_t>(*exitCode));
-  *information = {Make(*exitCode), Make(0), static_cast<std::uint32_t>(nextHandle_),
-                  static_cast<std::uint32_t>(nextHandle_ + 2)};
-  return true;
-}
-
-std::uint32_t ProcessesPort::Wait(Handle handle, std::uint32_t) {
-  return Usable({.name = "process.wait"}, handle) ? platform::kWaitSignalled : kWaitFailed;
-}
-
-bool ProcessesPort::ExitCode(Handle process, std::uint32_t* exitCode) {
-  if (!Usable({.name = "process.exit_code"}, process)) return false;
-  const auto found = open_.find(static_cast<std::uint64_t>(process));
-  if (found == open_.end()) return simulation_.Fail(kInvalidHandle);
-  *exitCode = found->second;
-  return true;
-}
-
-bool ProcessesPort::Terminate(Handle process, std::uint32_t) {
-  return Usable({.name = "process.terminate"}, process);
-}
-
-bool ProcessesPort::Peek(Handle pipe, std::uint32_t* available) {
-  if (!Usable({.name = "process.peek"}, pipe)) return false;
-  *available = 0;
-  return true;
-}
-
-bool ProcessesPort::Read(Handle pipe, void*, std::uint32_t, std::uint32_t*) {
-  return Usable({.name = "process.read"}, pipe) && simulation_.Fail(kBrokenPipe);
-}
-
-bool ProcessesPort::Write(Handle file, const void*, std::uint32_t) {
-  return Usable({.name = "process.write"}, file);
-}
-
-void ProcessesPort::Close(Handle handle) {
-  simulation_.Strike({.name = "process.close"});
-  if (open_.erase(static_cast<std::uint64_t>(handle)) != 0) --simulation_.usage.processHandles;
-}
-
-Handle ProcessesPort::GetStandardHandle(StandardStream stream) {
-  if (simulation_.Fails({.name = "process.get_standard"})) return Handle::kInvalid;
-  return standard_[static_cast<std::size_t>(stream)];
-}
-
-bool ProcessesPort::SetStandardHandle(StandardStream stream, Handle handle) {
-  if (simulation_.Fails({.name = "process.set_standard"})) return false;
-  standard_[static_cast<std::size_t>(stream)] = handle;
-  return true;
-}
-
-Handle ProcessesPort::Make(std::uint32_t exitCode) {
-  nextHandle_ += 4;
-  open_.emplace(nextHandle_, exitCode);
-  ++simulation_.usage.processHandles;
-  return Handle{nextHandle_};
-}
-
-bool ProcessesPort::Usable(const Call& call, Handle handle) {
-  if (simulation_.Fails(call)) return false;
-  const bool isStandard = std::find(kStandard.begin(), kStandard.end(), handle) != kStandard.end();
-  return isStandard || open_.contains(static_cast<std::uint64_t>(handle)) ||
-         simulation_.Fail(kInvalidHandle);
+std::unique_ptr<platform::IProcesses> MakeProcesses(Simulation& simulation) {
+  return std::make_unique<ProcessesPort>(simulation);
 }
 
 }  // namespace simulated

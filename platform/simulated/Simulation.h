@@ -10,6 +10,7 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "base/Words.h"
 #include "platform/Types.h"
 #include "platform/simulated/Machine.h"
 
@@ -43,87 +44,24 @@ class LiveObject {
   Usage* usage_;
 };
 
+inline constexpr char kCallText[] =
+    "directory.bind directory.enter directory.leave directory.move directory.name "
+    "file.attributes file.copy file.delete file.module file.move file.read file.same "
+    "file.write host.parse host.resolve host.start library.call library.find library.load "
+    "lsa.close lsa.dns lsa.open lsa.primary lsa.workgroup process.close process.duplicate "
+    "process.exit_code process.get_standard process.inherit process.peek process.pipe "
+    "process.read process.run process.set_standard process.terminate process.wait "
+    "process.write registry.close registry.delete registry.open registry.query registry.set "
+    "security.acl_size security.add_entry security.allocate security.close security.copy_sid "
+    "security.get_entry security.get_list security.get_object security.init_acl "
+    "security.init_descriptor security.revert security.set_list security.set_object "
+    "security.set_station security.token_user security.unload_profile "
+    "security.valid_descriptor service.close service.open service.open_manager service.start "
+    "service.start_type sleep wmi.class wmi.connect wmi.definition wmi.enter wmi.get "
+    "wmi.instances wmi.leave wmi.locator wmi.method wmi.next wmi.put wmi.query "
+    "wmi.secure_process wmi.secure_proxy wmi.spawn";
 /// Every kind of call to the machine by the name that faults give it.
-inline constexpr std::string_view kCallNames[] = {"directory.bind",
-                                                  "directory.enter",
-                                                  "directory.leave",
-                                                  "directory.move",
-                                                  "directory.name",
-                                                  "file.attributes",
-                                                  "file.copy",
-                                                  "file.delete",
-                                                  "file.module",
-                                                  "file.move",
-                                                  "file.read",
-                                                  "file.same",
-                                                  "file.write",
-                                                  "host.parse",
-                                                  "host.resolve",
-                                                  "host.start",
-                                                  "library.call",
-                                                  "library.find",
-                                                  "library.load",
-                                                  "lsa.close",
-                                                  "lsa.dns",
-                                                  "lsa.open",
-                                                  "lsa.primary",
-                                                  "lsa.workgroup",
-                                                  "process.close",
-                                                  "process.duplicate",
-                                                  "process.exit_code",
-                                                  "process.get_standard",
-                                                  "process.inherit",
-                                                  "process.peek",
-                                                  "process.pipe",
-                                                  "process.read",
-                                                  "process.run",
-                                                  "process.set_standard",
-                                                  "process.terminate",
-                                                  "process.wait",
-                                                  "process.write",
-                                                  "registry.close",
-                                                  "registry.delete",
-                                                  "registry.open",
-                                                  "registry.query",
-                                                  "registry.set",
-                                                  "security.acl_size",
-                                                  "security.add_entry",
-                                                  "security.allocate",
-                                                  "security.close",
-                                                  "security.copy_sid",
-                                                  "security.get_entry",
-                                                  "security.get_list",
-                                                  "security.get_object",
-                                                  "security.init_acl",
-                                                  "security.init_descriptor",
-                                                  "security.revert",
-                                                  "security.set_list",
-                                                  "security.set_object",
-                                                  "security.set_station",
-                                                  "security.token_user",
-                                                  "security.unload_profile",
-                                                  "security.valid_descriptor",
-                                                  "service.close",
-                                                  "service.open",
-                                                  "service.open_manager",
-                                                  "service.start",
-                                                  "service.start_type",
-                                                  "sleep",
-                                                  "wmi.class",
-                                                  "wmi.connect",
-                                                  "wmi.definition",
-                                                  "wmi.enter",
-                                                  "wmi.get",
-                                                  "wmi.instances",
-                                                  "wmi.leave",
-                                                  "wmi.locator",
-                                                  "wmi.method",
-                                                  "wmi.next",
-                                                  "wmi.put",
-                                                  "wmi.query",
-                                                  "wmi.secure_process",
-                                                  "wmi.secure_proxy",
-                                                  "wmi.spawn"};
+inline constexpr auto kCallNames = base::Words<kCallText>();
 
 /// One of `kCallNames`; the compiler refuses any other.
 class CallName {

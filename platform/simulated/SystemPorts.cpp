@@ -1,15 +1,22 @@
-#include "platform/simulated/SystemPorts.h"
-
+// The small ports of the simulated computer: waiting, the last error, libraries and host names.
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <limits>
+#include <string>
 
 #include "base/LetterCase.h"
+#include "platform/IClock.h"
+#include "platform/IErrors.h"
+#include "platform/ILibraries.h"
+#include "platform/IResolver.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ports.h"
+#include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
 namespace simulated {
@@ -88,78 +95,124 @@ std::optional<std::uint32_t> ParseClassic(std::string_view text) {
   return std::nullopt;
 }
 
-}  // namespace
-
-void ClockPort::Sleep(std::uint32_t milliseconds) {
-  simulation_.Strike({.name = "sleep"});
-  simulation_.machine.journal.push_back({"sleep", {{"milliseconds", milliseconds}}});
-}
-
-Win32Error ErrorsPort::LastError() { return simulation_.lastError; }
-
-void ErrorsPort::SetLastError(Win32Error error) { simulation_.lastError = error; }
-
-bool ErrorsPort::Describe(platform::HResult result, std::string* text) {
-  const auto* const known =
-      std::find_if(std::begin(kDescriptions), std::end(kDescriptions),
-                   [&](const auto& description) { return Com(description.digits) == result; });
-  if (known == std::end(kDescriptions)) return false;
-  *text = known->text;
-  return true;
-}
-
-LibrariesPort::~LibrariesPort() {
-  if (decrypting == &simulation_) decrypting = nullptr;
-}
-
-LibraryHandle LibrariesPort::Load(const std::string& fileName) {
-  if (simulation_.Fails({.name = "library.load", .text = fileName, .item = fileName})) {
-    return LibraryHandle::kNone;
+/// Sleeping takes no time; the journal tells how long it would have been.
+class ClockPort final : public platform::IClock {
+ public:
+  explicit ClockPort(Simulation& simulation) : simulation_(simulation) {}
+  void Sleep(std::uint32_t milliseconds) override {
+    simulation_.Strike({.name = "sleep"});
+    simulation_.machine.journal.push_back({"sleep", {{"milliseconds", milliseconds}}});
   }
-  if (simulation_.machine.decrypt && base::SameText(fileName, "LibCrypto.dll")) return kCrypto;
-  simulation_.lastError = kModuleNotFound;
-  return LibraryHandle::kNone;
-}
 
-platform::ExportedFunction LibrariesPort::FindExport(LibraryHandle library,
-                                                     const std::string& name) {
-  if (simulation_.Fails({.name = "library.find", .item = name})) return nullptr;
-  if (library != kCrypto || name != "Decrypt") {
-    simulation_.lastError = kProcedureNotFound;
-    return nullptr;
-  }
-  decrypting = &simulation_;
-  return reinterpret_cast<platform::ExportedFunction>(&simulated::Decrypt);
-}
+ private:
+  Simulation& simulation_;
+};
 
-bool LibrariesPort::Decrypt(platform::ExportedFunction function, const char* input, char* output) {
-  return reinterpret_cast<decltype(&simulated::Decrypt)>(function)(input, output);
-}
+class ErrorsPort final : public platform::IErrors {
+ public:
+  explicit ErrorsPort(Simulation& simulation) : simulation_(simulation) {}
+  platform::Win32Error LastError() override { return simulation_.lastError; }
 
-Win32Error ResolverPort::Start() {
-  if (const auto error = simulation_.Refuse({.name = "host.start"})) return *error;
-  socketsStarted = true;
-  return kSuccess;
-}
+  void SetLastError(Win32Error error) override { simulation_.lastError = error; }
 
-bool ResolverPort::LookUpHost(const std::string& name, std::uint32_t* address) {
-  if (simulation_.Fails({.name = "host.resolve", .text = name, .item = name})) return false;
-  if (!socketsStarted) return simulation_.Fail(kSocketsNotStarted);
-  for (const Host& host : simulation_.machine.hosts) {
-    if (!base::SameText(host.name, name)) continue;
-    const auto bytes = ParseIpv4(host.address);
-    if (!bytes) break;
-    *address = InNetworkOrder(*bytes);
+  bool Describe(platform::HResult result, std::string* text) override {
+    const auto* const known =
+        std::find_if(std::begin(kDescriptions), std::end(kDescriptions),
+                     [&](const auto& description) { return Com(description.digits) == result; });
+    if (known == std::end(kDescriptions)) return false;
+    *text = known->text;
     return true;
   }
-  return simulation_.Fail(kHostNotFound);
+
+ private:
+  Simulation& simulation_;
+};
+
+/// Knows one library, "LibCrypto.dll" with its export "Decrypt", and only when the machine has it.
+class LibrariesPort final : public platform::ILibraries {
+ public:
+  explicit LibrariesPort(Simulation& simulation) : simulation_(simulation) {}
+  ~LibrariesPort() override {
+    if (decrypting == &simulation_) decrypting = nullptr;
+  }
+
+  platform::LibraryHandle Load(const std::string& fileName) override {
+    if (simulation_.Fails({.name = "library.load", .text = fileName, .item = fileName})) {
+      return LibraryHandle::kNone;
+    }
+    if (simulation_.machine.decrypt && base::SameText(fileName, "LibCrypto.dll")) return kCrypto;
+    simulation_.lastError = kModuleNotFound;
+    return LibraryHandle::kNone;
+  }
+
+  /// The export works on this machine until another machine hands out its own.
+  platform::ExportedFunction FindExport(LibraryHandle library, const std::string& name) override {
+    if (simulation_.Fails({.name = "library.find", .item = name})) return nullptr;
+    if (library != kCrypto || name != "Decrypt") {
+      simulation_.lastError = kProcedureNotFound;
+      return nullptr;
+    }
+    decrypting = &simulation_;
+    return reinterpret_cast<platform::ExportedFunction>(&simulated::Decrypt);
+  }
+
+  bool Decrypt(platform::ExportedFunction function, const char* input, char* output) override {
+    return reinterpret_cast<decltype(&simulated::Decrypt)>(function)(input, output);
+  }
+
+ private:
+  Simulation& simulation_;
+};
+
+class ResolverPort final : public platform::IResolver {
+ public:
+  explicit ResolverPort(Simulation& simulation) : simulation_(simulation) {}
+  platform::Win32Error Start() override {
+    if (const auto error = simulation_.Refuse({.name = "host.start"})) return *error;
+    socketsStarted = true;
+    return kSuccess;
+  }
+
+  bool LookUpHost(const std::string& name, std::uint32_t* address) override {
+    if (simulation_.Fails({.name = "host.resolve", .text = name, .item = name})) return false;
+    if (!socketsStarted) return simulation_.Fail(kSocketsNotStarted);
+    for (const Host& host : simulation_.machine.hosts) {
+      if (!base::SameText(host.name, name)) continue;
+      const auto bytes = ParseIpv4(host.address);
+      if (!bytes) break;
+      *address = InNetworkOrder(*bytes);
+      return true;
+    }
+    return simulation_.Fail(kHostNotFound);
+  }
+
+  platform::Win32Error LastError() override { return simulation_.lastError; }
+
+  std::uint32_t ParseDotted(const std::string& text) override {
+    if (simulation_.Refuse({.name = "host.parse", .text = text})) return platform::kNoAddress;
+    return ParseClassic(text).value_or(platform::kNoAddress);
+  }
+
+ private:
+  Simulation& simulation_;
+};
+
+}  // namespace
+
+std::unique_ptr<platform::IClock> MakeClock(Simulation& simulation) {
+  return std::make_unique<ClockPort>(simulation);
 }
 
-Win32Error ResolverPort::LastError() { return simulation_.lastError; }
+std::unique_ptr<platform::IErrors> MakeErrors(Simulation& simulation) {
+  return std::make_unique<ErrorsPort>(simulation);
+}
 
-std::uint32_t ResolverPort::ParseDotted(const std::string& text) {
-  if (simulation_.Refuse({.name = "host.parse", .text = text})) return platform::kNoAddress;
-  return ParseClassic(text).value_or(platform::kNoAddress);
+std::unique_ptr<platform::ILibraries> MakeLibraries(Simulation& simulation) {
+  return std::make_unique<LibrariesPort>(simulation);
+}
+
+std::unique_ptr<platform::IResolver> MakeResolver(Simulation& simulation) {
+  return std::make_unique<ResolverPort>(simulation);
 }
 
 }  // namespace simulated

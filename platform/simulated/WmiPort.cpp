@@ -1,10 +1,13 @@
-#include "platform/simulated/WmiPort.h"
-
+// Windows Management Instrumentation over the simulated computer.
 #include <algorithm>
+#include <memory>
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "platform/IWmi.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ports.h"
+#include "platform/simulated/Simulation.h"
 #include "platform/simulated/WmiClasses.h"
 
 namespace simulated {
@@ -218,21 +221,33 @@ class Locator final : public platform::IWmiLocator {
   LiveObject live_;
 };
 
+class WmiPort final : public platform::IWmi {
+ public:
+  explicit WmiPort(Simulation& simulation) : simulation_(simulation) {}
+
+  platform::HResult EnterApartment() override {
+    return simulation_.EnterApartment({.name = "wmi.enter"}, ApartmentKind::kMultithreaded);
+  }
+
+  void LeaveApartment() override { simulation_.LeaveApartment({.name = "wmi.leave"}); }
+
+  platform::HResult SecureProcess() override { return simulation_.SecureProcess(); }
+
+  platform::HResult MakeLocator(std::unique_ptr<platform::IWmiLocator>* locator) override {
+    if (const auto failure = simulation_.RefuseCom({.name = "wmi.locator"})) return *failure;
+    if (!simulation_.InApartment()) return kNotInApartment;
+    *locator = std::make_unique<Locator>(simulation_);
+    return platform::kOk;
+  }
+
+ private:
+  Simulation& simulation_;
+};
+
 }  // namespace
 
-HResult WmiPort::EnterApartment() {
-  return simulation_.EnterApartment({.name = "wmi.enter"}, ApartmentKind::kMultithreaded);
-}
-
-void WmiPort::LeaveApartment() { simulation_.LeaveApartment({.name = "wmi.leave"}); }
-
-HResult WmiPort::SecureProcess() { return simulation_.SecureProcess(); }
-
-HResult WmiPort::MakeLocator(std::unique_ptr<platform::IWmiLocator>* locator) {
-  if (const auto failure = simulation_.RefuseCom({.name = "wmi.locator"})) return *failure;
-  if (!simulation_.InApartment()) return kNotInApartment;
-  *locator = std::make_unique<Locator>(simulation_);
-  return platform::kOk;
+std::unique_ptr<platform::IWmi> MakeWmi(Simulation& simulation) {
+  return std::make_unique<WmiPort>(simulation);
 }
 
 }  // namespace simulated

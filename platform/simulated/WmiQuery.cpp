@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <array>
 
 #include "base/LetterCase.h"
 #include "base/Services.h"
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/Text.h"
 #include "platform/simulated/WmiClasses.h"
@@ -18,14 +20,14 @@ struct Column {
   Variant (*read)(const Row&);
 };
 
-Variant Text(const NullableText& text) { return text ? Variant(*text) : Variant(platform::Null{}); }
-
-Variant Flag(bool flag) { return flag ? platform::kVariantTrue : platform::kVariantFalse; }
-
-Variant Number(std::uint32_t number) { return static_cast<std::int32_t>(number); }
-
+Variant AsVariant(bool flag) { return flag ? platform::kVariantTrue : platform::kVariantFalse; }
+Variant AsVariant(std::uint32_t number) { return static_cast<std::int32_t>(number); }
+Variant AsVariant(const std::string& text) { return text; }
+Variant AsVariant(const NullableText& text) {
+  return text ? Variant(*text) : Variant(platform::Null{});
+}
 /// Deliberate: an empty list is the null value, as real adapters answer it.
-Variant List(const std::vector<std::string>& items) {
+Variant AsVariant(const std::vector<std::string>& items) {
   if (items.empty()) return platform::Null{};
   return platform::TextArray{items};
 }
@@ -33,28 +35,31 @@ Variant List(const std::vector<std::string>& items) {
 constexpr Column<Machine> kComputerSystem[] = {
     {"Name", [](const Machine& m) -> Variant { return m.computerName; }}};
 
-constexpr Column<Adapter> kAdapterConfiguration[] = {
-    {"Index", [](const Adapter& a) { return Number(a.index); }},
-    {"SettingID", [](const Adapter& a) -> Variant { return a.settingId; }},
-    {"IPEnabled", [](const Adapter& a) { return Flag(a.ipEnabled); }},
-    {"DHCPEnabled", [](const Adapter& a) { return Flag(a.dhcpEnabled); }},
-    {"IPAddress", [](const Adapter& a) { return List(a.ipAddresses); }},
-    {"IPSubnet", [](const Adapter& a) { return List(a.subnetMasks); }},
-    {"DefaultIPGateway", [](const Adapter& a) { return List(a.gateways); }},
-    {"DNSServerSearchOrder", [](const Adapter& a) { return List(a.dnsServers); }},
-    {"DNSDomainSuffixSearchOrder", [](const Adapter& a) { return List(a.dnsSuffixes); }},
-    {"DNSDomain", [](const Adapter& a) { return Text(a.dnsDomain); }},
-    {"DNSHostName", [](const Adapter& a) { return Text(a.dnsHostName); }},
-    {"MACAddress", [](const Adapter& a) { return Text(a.macAddress); }},
-    {"Caption", [](const Adapter& a) { return Text(a.caption); }}};
+template <std::size_t kRow>
+Variant ReadField(const Adapter& adapter) {
+  constexpr AnyAdapterMember kMember = kAdapterFields[kRow].member;
+  return AsVariant(adapter.*std::get<kMember.index()>(kMember));
+}
 
-constexpr Column<Adapter> kAdapter[] = {
-    {"Index", [](const Adapter& a) { return Number(a.index); }},
-    {"AdapterType", [](const Adapter& a) { return Text(a.adapterType); }},
-    {"Manufacturer", [](const Adapter& a) { return Text(a.manufacturer); }},
-    {"Caption", [](const Adapter& a) { return Text(a.caption); }},
-    {"MACAddress", [](const Adapter& a) { return Text(a.macAddress); }},
-    {"PNPDeviceID", [](const Adapter& a) -> Variant { return a.pnpDeviceId; }}};
+/// The fields that one of the adapter's two classes holds.
+template <Home kHome>
+constexpr auto kAdapterColumns = [] {
+  constexpr auto kIsIn = [](const AdapterField& field) {
+    return field.home == kHome || field.home == Home::kBoth;
+  };
+  std::array<Column<Adapter>,
+             static_cast<std::size_t>(std::ranges::count_if(kAdapterFields, kIsIn))>
+      columns{};
+  auto next = columns.begin();
+  const auto add = [&]<std::size_t kRow>() {
+    if (kIsIn(kAdapterFields[kRow])) *next++ = {kAdapterFields[kRow].property, ReadField<kRow>};
+  };
+  [&]<std::size_t... kRows>(std::index_sequence<kRows...>) {
+    (add.template operator()<kRows>(), ...);
+  }
+  (std::make_index_sequence<std::size(kAdapterFields)>());
+  return columns;
+}();
 
 constexpr Column<PersistentRoute> kPersistedRoute[] = {
     {"Destination", [](const PersistentRoute& r) -> Variant { return r.destination; }},
@@ -220,11 +225,13 @@ std::span<const Adapter> Candidates(Simulation& simulation, const Query& query) 
 
 HResult SelectConfiguration(Simulation& simulation, const Query& query,
                             std::vector<Properties>* rows) {
-  return Select<Adapter>(query, kAdapterConfiguration, Candidates(simulation, query), rows);
+  return Select<Adapter>(query, kAdapterColumns<Home::kConfiguration>,
+                         Candidates(simulation, query), rows);
 }
 
 HResult SelectAdapter(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  return Select<Adapter>(query, kAdapter, Candidates(simulation, query), rows);
+  return Select<Adapter>(query, kAdapterColumns<Home::kHardware>, Candidates(simulation, query),
+                         rows);
 }
 
 HResult SelectRoute(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
@@ -247,9 +254,9 @@ HResult SelectDriver(Simulation& simulation, const Query& query, std::vector<Pro
 }
 
 Variant ToVariant(const Value& value) {
-  if (const auto* flag = std::get_if<bool>(&value)) return Flag(*flag);
+  if (const auto* flag = std::get_if<bool>(&value)) return AsVariant(*flag);
   if (const auto* number = std::get_if<std::int64_t>(&value)) {
-    return Number(static_cast<std::uint32_t>(*number));
+    return AsVariant(static_cast<std::uint32_t>(*number));
   }
   if (const auto* text = std::get_if<std::string>(&value)) return *text;
   return platform::Null{};

@@ -4,9 +4,12 @@
 #include <string>
 
 #include "platform/IRegistry.h"
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/MachineTest.h"
 #include "tool/machine/LiveMachine.h"
+#include "tool/machine/MachineDifference.h"
+#include "tool/roundtrip/RestoredSettings.h"
 
 namespace {
 
@@ -65,6 +68,91 @@ TEST_F(CaptureTest, WhatTheMachineTellsComesBack) {
   machine_.faults[1].nth = 99;
   tool::CaptureMachine();
   EXPECT_EQ(machine_.faults[1].matched, machine_.adapters.size());
+}
+
+// What makes a value another one of its kind.
+void Alter(std::uint32_t& number) { ++number; }
+void Alter(bool& flag) { flag = !flag; }
+void Alter(std::string& text) { text += "x"; }
+void Alter(simulated::NullableText& text) { text = text.value_or("") + "x"; }
+void Alter(std::vector<std::string>& list) { list = {"10.9.8.7"}; }
+
+TEST_F(CaptureTest, EveryFieldOfAnAdapterIsKnownEverywhere) {
+  simulated::Adapter adapter = machine_.adapters[1];
+  adapter.dhcpEnabled = true;
+  adapter.dnsServers = {"10.0.0.2"};
+  simulated::ForEachAdapterField([&](const simulated::AdapterField& field, auto member) {
+    SCOPED_TRACE(field.name);
+    const auto valueIn = [&](const Machine& machine) {
+      return simulated::ToJson(machine, /*hideSecrets=*/false)["adapters"][0][field.name];
+    };
+    machine_.adapters = {adapter};
+    const Machine before = machine_;
+    Alter(machine_.adapters[0].*member);
+    EXPECT_NE(valueIn(machine_), valueIn(before)) << "written";
+    const std::string file = simulated::PrintMachine(machine_);
+    EXPECT_EQ(valueIn(simulated::ParseMachine(file, "m.json")), valueIn(machine_)) << "read";
+    EXPECT_EQ(valueIn(tool::CaptureMachine().machine), valueIn(machine_)) << "captured";
+    EXPECT_FALSE(tool::Differences(before, machine_).empty()) << "told";
+    support::StartFreshProcess();
+    const tool::ImageRestore image = tool::RestoreFromImage(machine_);
+    const bool stays = field.onImage == simulated::OnImage::kStays;
+    EXPECT_EQ(valueIn(image.cleared) == valueIn(machine_), stays) << "cleared";
+    const auto settings = tool::RestoredSettings(image);
+    EXPECT_EQ(std::any_of(settings.begin(), settings.end(),
+                          [&](const auto& row) {
+                            return field.word != nullptr && row.setting == field.word;
+                          }),
+              !stays && field.onImage != simulated::OnImage::kFollows)
+        << "told by the round trip";
+  });
+}
+
+TEST_F(CaptureTest, EveryOtherFieldIsToldWhereARunMayChangeIt) {
+  // What no message changes, and what names another field's row.
+  constexpr const char* kConstant[] = {"/schema",
+                                       "/adapters",
+                                       "/operating_system",
+                                       "/agent_folder",
+                                       "/hosts",
+                                       "/decrypt",
+                                       "/faults",
+                                       "/membership/domain/flat_name",
+                                       "/membership/domain/has_sid",
+                                       "/directory/domains/0/flat_name",
+                                       "/directory/domains/0/accounts",
+                                       "/directory/domains/0/ous",
+                                       "/registry/0/type"};
+  machine_.membership = simulated::DomainMembership{"corp.example", "CORP", true};
+  machine_.persistentRoutes.resize(1);
+  machine_.registry.resize(1);
+  machine_.files.resize(1);
+  machine_.domains[0].computers.resize(1);
+  const Json whole = simulated::ToJson(machine_, /*hideSecrets=*/false);
+  const Json places = whole.flatten();
+  int altered = 0;
+  for (const auto& [pointer, value] : places.items()) {
+    const std::string& place = pointer;
+    if (std::any_of(std::begin(kConstant), std::end(kConstant),
+                    [&](const char* start) { return place.starts_with(start); })) {
+      continue;
+    }
+    SCOPED_TRACE(pointer);
+    const Json candidates[] = {"HKEY_", "10.9.8.7", "disabled", 77, value != Json(true)};
+    for (const Json& candidate : candidates) {
+      Json document = whole;
+      document[Json::json_pointer(pointer)] = candidate;
+      try {
+        const Machine other = simulated::ParseMachine(document.dump(), "m.json");
+        EXPECT_FALSE(tool::Differences(machine_, other).empty());
+        ++altered;
+        break;
+      } catch (const simulated::MachineFileError&) {
+        // A value of another kind.
+      }
+    }
+  }
+  EXPECT_GT(altered, 15);
 }
 
 TEST_F(CaptureTest, WhatCannotBeReadIsNamedAndTheRestIsKept) {

@@ -49,14 +49,14 @@ Machine, before -> after
     addresses           192.168.10.57/255.255.255.0 -> 10.0.0.5/255.255.255.0, 10.0.0.6/255.255.255.0
     gateways            192.168.10.1                -> 10.0.0.1, 10.0.0.2
     DNS servers         192.168.10.1                -> 10.0.0.2, 10.0.0.3
-    DNS servers set by  DHCP                        -> hand
     DNS suffixes        -                           -> corp.example, example
+    DNS servers set by  DHCP                        -> hand
   adapter 8, Intel(R) 82574L Gigabit Network Connection
     DHCP                off                    -> on
     addresses           10.20.0.15/255.255.0.0 -> -
     DNS servers         10.20.0.1              -> -
-    DNS servers set by  hand                   -> DHCP
     DNS suffixes        -                      -> corp.example, example
+    DNS servers set by  hand                   -> DHCP
   adapter 12, Microsoft KM-TEST Loopback Adapter
     DNS suffixes  - -> corp.example, example
   files

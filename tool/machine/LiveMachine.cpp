@@ -18,17 +18,20 @@
 #include "common/sys/Wmi.h"
 #include "common/util/FileUtils.h"
 #include "platform/IWmi.h"
+#include "platform/simulated/AdapterFields.h"
 
 namespace tool {
 namespace {
 
 using platform::Variant;
+using simulated::Adapter;
+using simulated::AdapterField;
+using simulated::Home;
 using simulated::Machine;
 using simulated::NullableText;
 
-constexpr char kDevices[] = R"(SYSTEM\CurrentControlSet\Enum\)";
-constexpr char kInterfaces[] = R"(SYSTEM\CurrentControlSet\Services\Tcpip\Parameters\Interfaces\)";
-constexpr char kNames[] = R"(SYSTEM\CurrentControlSet\Control\ComputerName\)";
+constexpr std::string_view kRoot = R"(HKEY_LOCAL_MACHINE\)";
+constexpr char kNames[] = R"(HKEY_LOCAL_MACHINE\SYSTEM\CurrentControlSet\Control\ComputerName\)";
 
 constexpr const char* kAgentFiles[] = {"tarvo.cfg", "restore.cfg"};
 
@@ -84,11 +87,11 @@ void ForEachInstance(const std::string& className,
   }
 }
 
-/// A text below the local machine's root; none when it is not there.
+/// A text below `kRoot`; none when it is not there.
 NullableText RegistryText(const std::string& key, const std::string& name) {
   try {
     sys::Registry registry;
-    registry.SetSubkey(key);
+    registry.SetSubkey(key.substr(kRoot.size()));
     registry.OpenForReading(/*view64=*/false);
     std::string text;
     registry.ReadString(name, &text);
@@ -127,40 +130,64 @@ void ReadOperatingSystem(Machine& machine) {
   }
 }
 
+// A property as the member that it belongs to.
+void Assign(std::uint32_t& member, const Record& record, const char* property) {
+  member = static_cast<std::uint32_t>(record.Number(property));
+}
+void Assign(bool& member, const Record& record, const char* property) {
+  member = record.Flag(property);
+}
+void Assign(std::string& member, const Record& record, const char* property) {
+  member = record.Text(property).value_or("");
+}
+void Assign(NullableText& member, const Record& record, const char* property) {
+  member = record.Text(property);
+}
+void Assign(std::vector<std::string>& member, const Record& record, const char* property) {
+  member = record.List(property);
+}
+
+// The same of a registry value; a flag is set by any text.
+void Assign(NullableText& member, const NullableText& value) { member = value; }
+void Assign(bool& member, const NullableText& value) { member = !value.value_or("").empty(); }
+
+void ReadFields(Home home, const Record& record, Adapter& adapter) {
+  simulated::ForEachAdapterField([&](const AdapterField& field, auto member) {
+    if (field.home == home || field.home == Home::kBoth) {
+      Assign(adapter.*member, record, field.property);
+    }
+  });
+}
+
+void ReadRegistry(Adapter& adapter) {
+  simulated::ForEachAdapterField([&]<class Type>(const AdapterField& field, Type member) {
+    if constexpr (requires { Assign(adapter.*member, NullableText()); }) {
+      if (field.home == Home::kDeviceKey) {
+        Assign(adapter.*member,
+               RegistryText(std::string(simulated::kDeviceKeys) + adapter.pnpDeviceId,
+                            field.property));
+      } else if (field.home == Home::kInterfaceKey) {
+        Assign(adapter.*member,
+               RegistryText(std::string(simulated::kInterfaceKeys) + adapter.settingId,
+                            field.property));
+      }
+    }
+  });
+}
+
 void ReadAdapters(Machine& machine) {
-  struct Hardware {
-    NullableText pnpDeviceId, type, manufacturer, caption;
-  };
-  std::map<std::int32_t, Hardware> hardware;
+  Adapter blank;
+  simulated::ForEachAdapterField([&](const AdapterField&, auto member) { blank.*member = {}; });
+  std::map<std::int32_t, Adapter> hardware;
   ForEachInstance("Win32_NetworkAdapter", [&](const Record& record) {
-    hardware[record.Number("Index")] = {record.Text("PNPDeviceID"), record.Text("AdapterType"),
-                                        record.Text("Manufacturer"), record.Text("Caption")};
+    ReadFields(Home::kHardware, record,
+               hardware.try_emplace(record.Number("Index"), blank).first->second);
   });
   ForEachInstance("Win32_NetworkAdapterConfiguration", [&](const Record& record) {
-    const std::int32_t index = record.Number("Index");
-    const Hardware& device = hardware[index];
-    simulated::Adapter adapter;
-    adapter.index = static_cast<std::uint32_t>(index);
-    adapter.settingId = record.Text("SettingID").value_or("");
-    adapter.ipEnabled = record.Flag("IPEnabled");
-    adapter.pnpDeviceId = device.pnpDeviceId.value_or("");
-    adapter.locationInformation =
-        RegistryText(kDevices + adapter.pnpDeviceId, "LocationInformation");
-    adapter.macAddress = record.Text("MACAddress");
-    adapter.adapterType = device.type;
-    adapter.manufacturer = device.manufacturer;
-    adapter.caption = device.caption;
-    adapter.dhcpEnabled = record.Flag("DHCPEnabled");
-    adapter.ipAddresses = record.List("IPAddress");
-    adapter.subnetMasks = record.List("IPSubnet");
-    adapter.gateways = record.List("DefaultIPGateway");
-    adapter.dnsServers = record.List("DNSServerSearchOrder");
-    adapter.dnsSuffixes = record.List("DNSDomainSuffixSearchOrder");
-    adapter.dnsDomain = record.Text("DNSDomain");
-    adapter.dnsHostName = record.Text("DNSHostName");
-    adapter.staticDns =
-        !RegistryText(kInterfaces + adapter.settingId, "NameServer").value_or("").empty();
-    machine.adapters.push_back(std::move(adapter));
+    Adapter& adapter = machine.adapters.emplace_back(
+        hardware.try_emplace(record.Number("Index"), blank).first->second);
+    ReadFields(Home::kConfiguration, record, adapter);
+    ReadRegistry(adapter);
   });
 }
 

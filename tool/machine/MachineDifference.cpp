@@ -42,14 +42,9 @@ std::vector<Fact> Facts(const Machine& machine) {
   add("computer", "member of", MembershipText(machine.membership));
   for (const simulated::Adapter& adapter : machine.adapters) {
     const std::string name = AdapterName(adapter);
-    add(name, "DHCP", adapter.dhcpEnabled ? "on" : "off");
-    add(name, "addresses", ListText(Addresses(adapter)));
-    add(name, "gateways", ListText(adapter.gateways));
-    add(name, "DNS servers", ListText(adapter.dnsServers));
-    add(name, "DNS servers set by", adapter.staticDns ? "hand" : "DHCP");
-    add(name, "DNS suffixes", ListText(adapter.dnsSuffixes));
-    add(name, "DNS domain", adapter.dnsDomain.value_or("-"));
-    add(name, "DNS host name", adapter.dnsHostName.value_or("-"));
+    for (const simulated::AdapterField& field : simulated::kAdapterFields) {
+      if (field.word != nullptr) add(name, field.word, ListText(FieldTexts(adapter, field)));
+    }
   }
   for (const simulated::PersistentRoute& route : machine.persistentRoutes) {
     add("persistent routes", RouteText(route), "metric " + std::to_string(route.metric));
@@ -70,6 +65,13 @@ std::vector<Fact> Facts(const Machine& machine) {
     }
   }
   return facts;
+}
+
+/// Each text with "/" and its mate.
+std::vector<std::string> Paired(std::vector<std::string> texts,
+                                const std::vector<std::string>& mates) {
+  for (std::size_t i = 0; i < std::min(texts.size(), mates.size()); ++i) texts[i] += "/" + mates[i];
+  return texts;
 }
 
 /// Facts by subject and setting; of two alike the later one counts.
@@ -108,12 +110,26 @@ std::string AdapterName(const simulated::Adapter& adapter) {
   return name + ", " + adapter.caption->substr(start);
 }
 
+std::vector<std::string> FieldTexts(const simulated::Adapter& adapter,
+                                    const simulated::AdapterField& field) {
+  using Texts = std::vector<std::string>;
+  struct Wording {
+    const simulated::AdapterField& field;
+    Texts operator()(std::uint32_t number) const { return {std::to_string(number)}; }
+    Texts operator()(bool flag) const { return {flag ? field.set : field.unset}; }
+    Texts operator()(const std::string& text) const { return {text}; }
+    Texts operator()(const simulated::NullableText& text) const {
+      return text.value_or("").empty() ? Texts() : Texts{*text};
+    }
+    Texts operator()(const Texts& list) const { return list; }
+  };
+  Texts texts =
+      std::visit([&](auto member) { return Wording{field}(adapter.*member); }, field.member);
+  return field.mate != nullptr ? Paired(std::move(texts), adapter.*field.mate) : texts;
+}
+
 std::vector<std::string> Addresses(const simulated::Adapter& adapter) {
-  std::vector<std::string> addresses = adapter.ipAddresses;
-  for (std::size_t i = 0; i < std::min(addresses.size(), adapter.subnetMasks.size()); ++i) {
-    addresses[i] += "/" + adapter.subnetMasks[i];
-  }
-  return addresses;
+  return Paired(adapter.ipAddresses, adapter.subnetMasks);
 }
 
 std::string RouteText(const simulated::PersistentRoute& route) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/Machine.h"
 
 namespace tool {
@@ -31,7 +32,11 @@ std::string MachineText(const std::string& name, const simulated::Machine& machi
 /// For example "adapter 7, Intel(R) PRO/1000 MT Desktop Adapter".
 std::string AdapterName(const simulated::Adapter& adapter);
 
-/// Each address with its mask, for example "10.0.0.5/255.0.0.0".
+/// A field as it is told, for example "10.0.0.5/255.0.0.0" for each address with its mask; empty
+/// for none.
+std::vector<std::string> FieldTexts(const simulated::Adapter& adapter,
+                                    const simulated::AdapterField& field);
+/// The addresses in that form.
 std::vector<std::string> Addresses(const simulated::Adapter& adapter);
 
 /// For example "10.1.0.0/255.255.0.0 via 10.0.0.1".

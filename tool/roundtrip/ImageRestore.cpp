@@ -1,9 +1,11 @@
 #include "tool/roundtrip/ImageRestore.h"
 
+#include <type_traits>
 #include <utility>
 
 #include "handlers/internal/AgentFiles.h"
 #include "platform/ScopedPlatform.h"
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/io/CodePage.h"
 #include "tool/machine/MachineDocument.h"
@@ -12,6 +14,7 @@ namespace tool {
 namespace {
 
 using simulated::Machine;
+using simulated::OnImage;
 
 /// What the deployment leaves in the agent's file when it lays down an image.
 constexpr char kAskForRestore[] = "[Global]\r\nConfig=Restore\r\n";
@@ -28,14 +31,13 @@ AgentFiles LocateFiles(Machine machine) {
 
 void ClearSettings(Machine& machine) {
   for (simulated::Adapter& adapter : machine.adapters) {
-    adapter.dhcpEnabled = true;
-    adapter.ipAddresses.clear();
-    adapter.subnetMasks.clear();
-    adapter.gateways.clear();
-    adapter.dnsServers.clear();
-    adapter.dnsSuffixes.clear();
-    adapter.dnsDomain.reset();
-    adapter.staticDns = false;
+    simulated::ForEachAdapterField([&](const simulated::AdapterField& field, auto member) {
+      if (field.onImage == OnImage::kStays) return;
+      adapter.*member = {};
+      if constexpr (std::is_same_v<decltype(member), simulated::AdapterMember<bool>>) {
+        adapter.*member = field.onImage == OnImage::kTurnedOn;
+      }
+    });
   }
   machine.persistentRoutes.clear();
   for (simulated::Service& service : machine.services) {

@@ -1,7 +1,6 @@
 #include "tool/roundtrip/RestoredSettings.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <optional>
 #include <utility>
@@ -18,89 +17,31 @@ namespace {
 
 using base::Key;
 using simulated::Adapter;
+using simulated::AdapterField;
 using simulated::Change;
 using simulated::Machine;
+using simulated::OnImage;
 using Texts = std::vector<std::string>;
 
 // ---- The settings of an adapter -----------------------------------------------------------------
 
-bool HasDhcp(const Adapter& adapter) { return adapter.dhcpEnabled; }
-bool HasDnsFromDhcp(const Adapter& adapter) { return adapter.dhcpEnabled && !adapter.staticDns; }
-bool IsOwn(const Adapter& /*adapter*/) { return false; }
-
-Texts Dhcp(const Adapter& adapter) { return {adapter.dhcpEnabled ? "on" : "off"}; }
-
-/// Link-local addresses come of themselves.
-Texts LastingAddresses(const Adapter& adapter) {
-  Texts addresses = Addresses(adapter);
-  std::erase_if(addresses, [](const auto& text) { return base::StartsWith(text, "fe80:"); });
-  return addresses;
+Texts ValueOf(const Adapter& adapter, const AdapterField& field) {
+  Texts texts = FieldTexts(adapter, field);
+  // Link-local addresses come of themselves.
+  if (field.mate != nullptr) {
+    std::erase_if(texts, [](const auto& text) { return base::StartsWith(text, "fe80:"); });
+  }
+  return texts;
 }
 
-Texts Gateways(const Adapter& adapter) { return adapter.gateways; }
-Texts DnsServers(const Adapter& adapter) { return adapter.dnsServers; }
-Texts DnsSuffixes(const Adapter& adapter) { return adapter.dnsSuffixes; }
-
-Texts DnsDomain(const Adapter& adapter) {
-  return adapter.dnsDomain.value_or("").empty() ? Texts() : Texts{*adapter.dnsDomain};
-}
-
-Texts AsSwitch(const Texts& values) { return {base::SameText(values[0], "True") ? "on" : "off"}; }
-Texts AsPair(const Texts& values) {
+/// What the recorded values mean, in the same form.
+Texts RecordedTexts(const AdapterField& field, const Texts& values) {
+  if (std::holds_alternative<simulated::AdapterMember<bool>>(field.member)) {
+    return {base::SameText(values[0], "True") ? field.set : field.unset};
+  }
+  if (field.mate == nullptr) return base::Split(values[0], ",");
   return {values.size() > 1 ? values[0] + "/" + values[1] : values[0]};
 }
-Texts AsList(const Texts& values) { return base::Split(values[0], ","); }
-
-struct AdapterSetting {
-  const char* name;
-  Texts (*value)(const Adapter&);
-  /// DHCP gives the value, so that it is no setting of the machine.
-  bool (*isGiven)(const Adapter&);
-  /// The keys that record it, a numbered one with the adapter's number.
-  std::array<std::optional<Key>, 2> keys;
-  /// What the values of the keys mean, in the form of `value`.
-  Texts (*recorded)(const Texts&);
-  /// The methods that change it; none for a setting that nothing sets.
-  std::array<const char*, 2> methods;
-  /// The entry that must stand in the section for the record to count.
-  struct {
-    std::optional<Key> key;
-    const char* value;
-  } condition;
-};
-
-constexpr AdapterSetting kAdapterSettings[] = {
-    {"DHCP", Dhcp, IsOwn, {Key::kDhcp}, AsSwitch, {"EnableDHCP", "EnableStatic"}, {}},
-    {"addresses",
-     LastingAddresses,
-     HasDhcp,
-     {Key::kAddress, Key::kNetmask},
-     AsPair,
-     {"EnableDHCP", "EnableStatic"},
-     {Key::kDhcp, "False"}},
-    {"gateways",
-     Gateways,
-     HasDhcp,
-     {Key::kGateway},
-     AsList,
-     {"SetGateways"},
-     {Key::kDhcp, "False"}},
-    {"DNS servers",
-     DnsServers,
-     HasDnsFromDhcp,
-     {Key::kDnsServer},
-     AsList,
-     {"SetDNSServerSearchOrder"},
-     {Key::kSetDnsInfo, "True"}},
-    {"DNS suffixes",
-     DnsSuffixes,
-     IsOwn,
-     {Key::kDnsSuffixes},
-     AsList,
-     {"SetDNSSuffixSearchOrder"},
-     {Key::kSetDnsInfo, "True"}},
-    {"DNS domain", DnsDomain, HasDhcp, {Key::kOwnDnsDomain}, AsList, {}, {}},
-};
 
 /// A setting before the capture, on the fresh image, and after the restore.
 struct States {
@@ -120,13 +61,10 @@ Outcome OutcomeOf(const States& states) {
 /// Explains one setting of one adapter.
 class Explanation {
  public:
-  Explanation(ImageEvidence& evidence, const AdapterSetting& setting, const Adapter& before)
-      : evidence_(evidence),
-        setting_(setting),
-        before_(before),
-        section_(evidence.SectionOf(before)) {
+  Explanation(ImageEvidence& evidence, const AdapterField& field, const Adapter& before)
+      : evidence_(evidence), field_(field), before_(before), section_(evidence.SectionOf(before)) {
     if (section_.empty()) return;
-    for (const std::optional<Key>& key : setting.keys) {
+    for (const std::optional<Key>& key : field.record.keys) {
       if (!key) continue;
       const auto number = static_cast<std::size_t>(*evidence.NumberOf(before));
       keys_.push_back(RowOf(*key).isNumbered ? NameOf(*key, number) : std::string(NameOf(*key)));
@@ -150,19 +88,20 @@ class Explanation {
  private:
   /// How the record differs from the setting.
   std::string RecordReason() const {
-    const Texts wanted = setting_.value(before_);
+    const Texts wanted = ValueOf(before_, field_);
     if (section_.empty()) return evidence_.WhyNotRecorded(before_);
+    if (keys_.empty()) return "not recorded";
     const Change* write = evidence_.WriteOf(section_, keys_.front());
     const std::string refusal = RefusalOf(write);
     if (!refusal.empty()) return "recording it was refused: " + refusal;
     if (values_.empty() && wanted.empty()) return {};
     if (values_.empty()) {
-      return setting_.keys.front() == Key::kDnsServer && !before_.staticDns
+      return field_.record.keys.front() == Key::kDnsServer && !before_.staticDns
                  ? "not recorded, for they are not set by hand"
                  : "not recorded";
     }
     if (write == nullptr) return Recorded() + " was left in the file by an earlier record";
-    const Texts items = setting_.recorded(values_);
+    const Texts items = RecordedTexts(field_, values_);
     if (items == wanted) return {};
     if (wanted.size() > 1 && items == Texts{wanted.front()}) {
       return "only the first is recorded (" + Recorded() + ")";
@@ -184,8 +123,8 @@ class Explanation {
     }
     if (values_.empty()) return {};
     if (!wasRead) return evidence_.WhyNotRead(before_);
-    if (setting_.methods.front() == nullptr) return keys_.front() + " is not read back";
-    const auto& [key, value] = setting_.condition;
+    if (field_.record.methods.front() == nullptr) return keys_.front() + " is not read back";
+    const auto& [key, value] = field_.record.condition;
     if (key && !base::SameText(evidence_.Value(section_, NameOf(*key)).value_or(""), value)) {
       return "not read back without " + std::string(NameOf(*key)) + "=" + value;
     }
@@ -200,14 +139,14 @@ class Explanation {
     return evidence_.LastRestoring("wmi.method", [&](const Change& change) {
       const std::string& path = change["path"].Text();
       if (path.find('.') != std::string::npos && !path.ends_with(own)) return false;
-      return std::any_of(setting_.methods.begin(), setting_.methods.end(), [&](const char* method) {
-        return method != nullptr && change["method"] == method;
-      });
+      return std::any_of(
+          field_.record.methods.begin(), field_.record.methods.end(),
+          [&](const char* method) { return method != nullptr && change["method"] == method; });
     });
   }
 
   ImageEvidence& evidence_;
-  const AdapterSetting& setting_;
+  const AdapterField& field_;
   const Adapter& before_;
   std::string section_;
   Texts keys_;
@@ -332,13 +271,15 @@ class Listing {
   void AddAdapter(std::size_t position) {
     const Adapter& before = image_.before.adapters[position];
     const Adapter& after = image_.after.adapters[position];
-    for (const AdapterSetting& setting : kAdapterSettings) {
-      Explanation explanation(evidence_, setting, before);
-      RestoredSetting* added = Add(
-          AdapterName(before), setting.name,
-          {setting.value(before), setting.value(image_.cleared.adapters[position]),
-           setting.value(after)},
-          setting.isGiven(before) && setting.isGiven(after), [&] { return explanation.Reason(); });
+    for (const AdapterField& field : simulated::kAdapterFields) {
+      if (field.onImage == OnImage::kStays || field.onImage == OnImage::kFollows) continue;
+      Explanation explanation(evidence_, field, before);
+      RestoredSetting* added =
+          Add(AdapterName(before), field.word,
+              {ValueOf(before, field), ValueOf(image_.cleared.adapters[position], field),
+               ValueOf(after, field)},
+              field.isGiven != nullptr && field.isGiven(before) && field.isGiven(after),
+              [&] { return explanation.Reason(); });
       if (added == nullptr) continue;
       added->adapter = before.index;
       added->recorded = explanation.Recorded();
