@@ -14,7 +14,7 @@ FOLDERS := base bench common fuzz handlers platform tests tool toolbox
 SOURCES = $(shell find $(FOLDERS) -name '*.cpp' -o -name '*.h')
 
 .PHONY: demo build build-native build-sanitize build-windows package test test-native test-windows \
-        run-windows-tests check-rebuild accept fuzz bench lint check-format format tidy coverage mutate clean
+        run-windows-tests check-rebuild accept fuzz bench lint check-format format tidy coverage mutate count clean
 
 # A first look: an example configuration on a simulated computer.
 demo: build-native
@@ -131,6 +131,14 @@ coverage:
 mutate:
 	$(PACKAGES) native tests
 	scripts/mutate.py --count $(MUTANTS)
+
+# Lines of code, without blank lines and comments; the stories are counted apart.
+count:
+	@$(PACKAGES) count
+	@git ls-files | cloc --list-file=- --include-lang='C,C++,C/C++ Header,Python,Bourne Shell' \
+	  --by-file --csv --quiet | awk -F, '$$1 == "SUM" { next } $$2 ~ /^(.\/)?(tests|fuzz)\// { tests += $$5; next } { code += $$5 } \
+	  END { printf "code   %6d lines\ntests  %6d lines, %.1f %% of the code\n", code, tests, 100 * tests / code }'
+	@cat tests/stories/*.story | wc -l | xargs printf 'stories %5d lines in $(words $(wildcard tests/stories/*.story)) files\n'
 
 clean:
 	rm -rf build

@@ -9,6 +9,7 @@ declare -A packages=(
   [tests]="clang libclang-rt-14-dev libgmock-dev libgtest-dev python3"
   [windows]="clang g++-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-win32 googletest locales python3 wine wine64"
   [lint]="clang-format python3"
+  [count]="cloc git"
   [coverage]="gcovr"
   [tidy]="clang-tidy cppcheck python3"
   [bench]="hyperfine libbenchmark-dev libglib2.0-dev libicu-dev libinih-dev libsimpleini-dev pkg-config python3 time"

@@ -1,19 +1,18 @@
 #!/usr/bin/env python3
 """Runs the stories in tests/stories, and the console blocks of the documents, as they stand there.
 
-stories.py [--accept] [--only WORD] [--plug-in] TOOL...
+stories.py [--accept] [--only WORD] TOOL...
 
 TOOL is the program, with what comes before its arguments (a Wine wrapper, say). A story that prints
 something else is shown as a difference, and the exit code is 1; --accept rewrites the story instead:
-read the difference before you commit it. --only runs the files whose path holds WORD, --plug-in
-those that say "Also through the plug-in." in their description, and no documents.
+read the difference before you commit it. --only runs the files whose path holds WORD.
 
 A story is one text file: a description, whose first line says in plain words what it shows, then
 sections. "-- NAME --" opens a file; "-- console --", the last one, holds command lines behind "$ "
 and what they print, with "[exit code N]" where it is not 0. The shell runs them in a folder of their
-own, with the project's `examples` in it, standard error included. A machine file without "schema" tells what differs from the tool's
-built-in example: objects are merged into it, "adapters" by the index, null takes a field away, and
-anything else replaces what was there.
+own, with the project's `examples` in it, standard error included. A machine file without "schema"
+tells what differs from the tool's built-in example: objects are merged into it, "adapters" by the
+index, null takes a field away, and anything else replaces what was there.
 
 In a document a console block is indented by four blanks, no exit code is shown, and "$ cat NAME" with
 what follows makes that file, unless it is there.
@@ -32,7 +31,6 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BLOCK = re.compile(r"(?:^    \$ .*\n)(?:^    .*\n|^\n(?=    ))*", re.MULTILINE)
-PLUG_IN = "Also through the plug-in."
 
 
 def merged(base, change):
@@ -126,15 +124,10 @@ def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
     parser.add_argument("--accept", action="store_true")
     parser.add_argument("--only", default="")
-    parser.add_argument("--plug-in", action="store_true")
     parser.add_argument("tool", nargs=argparse.REMAINDER)
     arguments = parser.parse_args()
-    paths = sorted(ROOT.glob("tests/stories/*.story"))
-    if arguments.plug_in:
-        paths = [path for path in paths if PLUG_IN in path.read_text(errors="replace")]
-    else:
-        paths += [ROOT / "README.md", *sorted(ROOT.glob("docs/*.md"))]
-    paths = [path for path in paths if arguments.only in str(path)]
+    paths = [path for pattern in ("tests/stories/*.story", "README.md", "docs/*.md")
+             for path in sorted(ROOT.glob(pattern)) if arguments.only in str(path)]
     tool = [str(pathlib.Path(part).resolve()) if "/" in part else part for part in arguments.tool]
     failed = 0
     with tempfile.TemporaryDirectory() as folder, concurrent.futures.ThreadPoolExecutor(2) as pool:
