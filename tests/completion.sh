@@ -2,7 +2,8 @@
 # Presses Tab in bash, and shows the scripts for the other shells to them where they are installed:
 #   completion.sh TOOL
 set -euo pipefail
-tool=$1
+tool=$(realpath "$1")
+PATH=$(dirname "$tool"):$PATH
 failures=0
 
 fail() {
@@ -19,7 +20,7 @@ expect() {
   shift
   COMP_WORDS=(orvanta-config "$@")
   COMP_CWORD=$#
-  _orvanta_config
+  _orvanta_config orvanta-config "${@: -1}"
   local offered
   offered=$(printf '%s\n' "${COMPREPLY[@]}" | sort | paste -sd ' ')
   [[ $offered == "$expected" ]] || fail "$*: offered '$offered', not '$expected'"
@@ -40,6 +41,7 @@ expect 'my pc.cfg my-pc.json' check my
 expect 'my pc.cfg my-pc.json' simulate --machine ''
 expect '' simulate --set A
 expect 'zsh' completion z
+expect '' send Internal ''
 
 for shell in zsh fish; do
   command -v "$shell" >/dev/null || continue
@@ -60,7 +62,7 @@ print -r -- "$output"
 END
   offered=$(timeout 60 zsh -f tab.zsh 'orvanta-config --vers' 'orvanta-config plan --machine=my-' \
     'orvanta-config send Internal --plug')
-  for word in --version --machine=my-pc.json '--plugin  --'; do
+  for word in --version --machine=my-pc.json --plugin; do
     [[ $offered == *"$word"* ]] || fail "zsh: offered '$offered', without '$word'"
   done
   [[ $offered != *_arguments:* ]] || fail "zsh: $offered"

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <utility>
 
+#include "handlers/Version.h"
 #include "tool/check/Check.h"
 #include "tool/cli/Command.h"
 #include "tool/cli/CommandLine.h"
@@ -18,7 +19,6 @@
 #include "tool/io/ToolError.h"
 #include "tool/plan/Plan.h"
 #include "tool/roundtrip/Roundtrip.h"
-#include "toolbox/ToolboxApi.h"
 
 namespace tool {
 namespace {
@@ -34,15 +34,6 @@ constexpr char kFooter[] = R"(Examples:
       run it on a machine of your own, with JSON output
   orvanta-config simulate --help
       list a command's options and exit codes, with more examples)";
-
-std::string Version() {
-  std::uint32_t major = 0;
-  std::uint32_t minor = 0;
-  std::uint32_t build = 0;
-  GetToolboxAPI()->getVersion(&major, &minor, &build);
-  return "orvanta-config " + std::to_string(major) + "." + std::to_string(minor) + "." +
-         std::to_string(build);
-}
 
 int Refuse(const std::string& line, const Streams& streams) {
   streams.err << "orvanta-config: " << Printable(line) << '\n';
@@ -83,13 +74,18 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   addReading(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
   addReading(CaptureCommand(capture), [&] { return Capture(capture, streams); });
   add(SendCommand(send), [&] { return Send(send, streams); });
-  add(CompletionCommand(shell), [&] { return Completion(shell, commands, streams); });
+  add(CompletionCommand(shell), [&] { return Completion(shell, streams); });
   add(ManPageCommand(), [&] { return ManPage(commands, streams); });
 
   int exitCode = kDone;
   try {
-    const Command* chosen =
-        ParseCommandLine(commands, Version(), std::move(arguments), streams.out);
+    if (arguments.size() > 1 && arguments[0] == "complete" && arguments[1].starts_with("word=")) {
+      Complete({arguments.begin() + 2, arguments.end()}, arguments[1].substr(5), commands,
+               streams.out);
+      return kDone;
+    }
+    const Command* chosen = ParseCommandLine(commands, "orvanta-config " + version::Text(),
+                                             std::move(arguments), streams.out);
     UseCodePage(codePage);
     if (chosen != nullptr) exitCode = chosen->run();
   } catch (const ToolError& error) {

@@ -1,7 +1,6 @@
 #include "tool/cli/Command.h"
 
 #include <algorithm>
-#include <iterator>
 
 #include "base/Pieces.h"
 
@@ -20,18 +19,12 @@ std::vector<std::string> Option::Choices() const {
 
 bool Option::TakesFile() const { return value.find('.') != std::string::npos || name == "FILE"; }
 
-std::vector<Option> Command::Positionals() const {
-  std::vector<Option> found;
-  std::copy_if(options.begin(), options.end(), std::back_inserter(found),
-               [](const Option& option) { return option.IsPositional(); });
-  return found;
-}
-
-std::vector<Option> Command::NamedOptions() const {
-  std::vector<Option> found;
-  std::copy_if(options.begin(), options.end(), std::back_inserter(found),
-               [](const Option& option) { return !option.IsPositional(); });
-  return found;
+const Option* Command::Find(std::string_view wanted) const {
+  for (const Option& option : options) {
+    const std::vector<std::string> names = option.Names();
+    if (std::find(names.begin(), names.end(), wanted) != names.end()) return &option;
+  }
+  return nullptr;
 }
 
 }  // namespace tool

@@ -56,9 +56,8 @@ struct Command {
   void Add(const std::vector<Option>& more) {
     options.insert(options.end(), more.begin(), more.end());
   }
-  /// Positional arguments, or the options proper, in their order.
-  std::vector<Option> Positionals() const;
-  std::vector<Option> NamedOptions() const;
+  /// The option that is called `wanted`; null when there is none.
+  const Option* Find(std::string_view wanted) const;
 };
 
 }  // namespace tool

@@ -13,14 +13,6 @@
 namespace tool {
 namespace {
 
-const Option* FindOption(const Command& command, std::string_view name) {
-  for (const Option& option : command.options) {
-    const std::vector<std::string> names = option.Names();
-    if (std::find(names.begin(), names.end(), name) != names.end()) return &option;
-  }
-  return nullptr;
-}
-
 // ---- Binding ------------------------------------------------------------------------------------
 
 std::string Alternatives(std::vector<std::string> words) {
@@ -39,8 +31,8 @@ std::string NumberFault(const std::string& text, std::uint32_t most) {
 
 /// What is wrong with an option's value; empty when nothing is.
 std::string ValueFault(const Command& command, const Option& option, const std::string& text) {
-  if (FindOption(command, text) != nullptr && text.starts_with('-')) {
-    return "lacks its value " + option.value;
+  if (command.Find(text) != nullptr && text.starts_with('-')) {
+    return "needs a value, " + option.value;
   }
   if (option.most > 0) return NumberFault(text, option.most);
   const std::vector<std::string> choices = option.Choices();
@@ -50,43 +42,42 @@ std::string ValueFault(const Command& command, const Option& option, const std::
   return "\"" + text + "\" is not one of " + Alternatives(choices);
 }
 
-CLI::Option* Bind(CLI::App& app, const Option& option) {
-  const OptionTarget& target = option.target;
-  if (auto* flag = std::get_if<bool*>(&target))
-    return app.add_flag(option.name, **flag, option.description);
-  if (auto* text = std::get_if<std::string*>(&target)) {
-    return app.add_option(option.name, **text, option.description);
+/// Binds an option by its target.
+struct Binding {
+  CLI::App& app;
+  const Option& option;
+
+  CLI::Option* operator()(std::monostate) const {
+    return app.set_help_flag(option.name, option.description);
   }
-  if (auto* text = std::get_if<std::optional<std::string>*>(&target)) {
-    return app.add_option(option.name, **text, option.description);
+  CLI::Option* operator()(bool* flag) const {
+    return app.add_flag(option.name, *flag, option.description);
   }
-  if (auto* number = std::get_if<std::optional<std::uint32_t>*>(&target)) {
-    return app.add_option(option.name, **number, option.description);
+  CLI::Option* operator()(std::vector<std::string>* values) const {
+    CLI::Option* list = app.add_option(option.name, *values, option.description);
+    // Otherwise a name such as "[a,b]" would be taken for a list of names; so each argument is one
+    // value, and a positional one accepts any number of them.
+    list->allow_extra_args(false);
+    if (option.IsPositional()) {
+      list->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+      list->expected(CLI::detail::expected_max_vector_size, CLI::detail::expected_max_vector_size);
+    }
+    return list;
   }
-  CLI::Option* list =
-      app.add_option(option.name, *std::get<std::vector<std::string>*>(target), option.description);
-  // Otherwise a name such as "[a,b]" would be taken for a list of names; so each argument is one
-  // value, and a positional one accepts any number of them.
-  list->allow_extra_args(false);
-  if (option.IsPositional()) {
-    list->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-    list->expected(CLI::detail::expected_max_vector_size, CLI::detail::expected_max_vector_size);
+  template <typename Value>
+  CLI::Option* operator()(Value* value) const {
+    return app.add_option(option.name, *value, option.description);
   }
-  return list;
-}
+};
 
 void BindOptions(CLI::App& app, const Command& command, const std::string& version) {
   app.footer(command.footer);
   for (const Option& option : command.options) {
-    if (std::holds_alternative<std::monostate>(option.target)) {
-      if (option.name == kVersionOption) {
-        app.set_version_flag(option.name, version, option.description);
-      } else {
-        app.set_help_flag(option.name, option.description);
-      }
+    if (option.name == kVersionOption) {
+      app.set_version_flag(option.name, version, option.description);
       continue;
     }
-    CLI::Option* bound = Bind(app, option);
+    CLI::Option* bound = std::visit(Binding{app, option}, option.target);
     if (option.TakesValue()) {
       bound->type_name(option.value);
       // The empty description keeps the check out of the help, which shows the placeholder.
@@ -140,14 +131,24 @@ std::string ExtraFault(const std::string& argument, const Command& command,
          Mend(simulated::Nearest(argument, names).value_or(""), program, program);
 }
 
-std::string MissingFault(const CLI::App& app, const Command& command, const Command& program) {
-  for (const Option& option : command.options) {
-    if (!option.isRequired || app.get_option(option.name)->count() > 0) continue;
-    const std::vector<std::string> choices = option.Choices();
-    return command.name + ": " + option.name + " is missing; name " +
-           (choices.empty() ? option.description : Alternatives(choices));
-  }
-  return "the command is missing" + Mend("", program, program);
+/// A line about the first required option that is missing.
+std::string MissingFault(const CLI::App& app, const Command& command) {
+  const Option& missing =
+      *std::find_if(command.options.begin(), command.options.end(), [&](const Option& option) {
+        return option.isRequired && app.get_option(option.name)->count() == 0;
+      });
+  const std::vector<std::string> choices = missing.Choices();
+  return command.name + ": " + missing.name + " is missing; name " +
+         (choices.empty() ? missing.description : Alternatives(choices));
+}
+
+/// The command that the parser came to; the program itself before it came to one.
+const Command& Chosen(const CLI::App& app, const std::vector<Command>& commands) {
+  const std::vector<CLI::App*> chosen = app.get_subcommands();
+  if (chosen.empty()) return commands.front();
+  return *std::find_if(commands.begin(), commands.end(), [&](const Command& each) {
+    return each.name == chosen.front()->get_name();
+  });
 }
 
 /// One line for the user about what the parser refused.
@@ -155,23 +156,20 @@ std::string Explain(const CLI::ParseError& error, const CLI::App& app,
                     const std::vector<Command>& commands) {
   const Command& program = commands.front();
   if (!app.remaining().empty()) return ExtraFault(app.remaining().front(), program, commands);
-  const std::vector<CLI::App*> chosen = app.get_subcommands();
-  if (chosen.empty()) return MissingFault(app, program, program);
-  const CLI::App& parsed = *chosen.front();
-  const Command& command =
-      *std::find_if(commands.begin(), commands.end(),
-                    [&](const Command& each) { return each.name == parsed.get_name(); });
+  const Command& command = Chosen(app, commands);
+  if (&command == &program) return "a command is missing" + Mend("", program, program);
+  const CLI::App& parsed = *app.get_subcommands().front();
   if (!parsed.remaining().empty()) return ExtraFault(parsed.remaining().front(), command, commands);
   if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr) {
-    return MissingFault(parsed, command, program);
+    return MissingFault(parsed, command);
   }
   const std::string text = error.what();
   const std::string name = text.substr(0, text.find(':'));
-  const Option* option = FindOption(command, name);
+  const Option* option = command.Find(name);
   if (option != nullptr && dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     const bool isRepeated = parsed.get_option(name)->count() > 1;
     return name + ": " +
-           (isRepeated ? "can be given only once" : "lacks its value " + option->value) +
+           (isRepeated ? "can be given only once" : "needs a value, " + option->value) +
            Mend("", command, program);
   }
   return text + Mend("", command, program);
@@ -187,11 +185,9 @@ const Command* ParseCommandLine(const std::vector<Command>& commands, const std:
   app.allow_windows_style_options(false);
   app.require_subcommand(1);
   BindOptions(app, program, version);
-  std::vector<const CLI::App*> bound;
   for (std::size_t i = 1; i < commands.size(); ++i) {
     CLI::App* command = app.add_subcommand(commands[i].name, commands[i].description);
     BindOptions(*command, commands[i], version);
-    bound.push_back(command);
   }
   std::reverse(arguments.begin(), arguments.end());
   try {
@@ -202,9 +198,7 @@ const Command* ParseCommandLine(const std::vector<Command>& commands, const std:
   } catch (const CLI::ParseError& error) {
     throw ToolError(Explain(error, app, commands));
   }
-  const auto parsed =
-      std::find_if(bound.begin(), bound.end(), [](const CLI::App* each) { return each->parsed(); });
-  return &commands[static_cast<std::size_t>(parsed - bound.begin()) + 1];
+  return &Chosen(app, commands);
 }
 
 }  // namespace tool

@@ -42,12 +42,14 @@ std::string Value(const Option& option) {
   return " " + (option.Choices().empty() ? Italic(option.value) : Plain(option.value));
 }
 
-std::string Options(const std::vector<Option>& options) {
+std::string Items(const Command& command, bool positional) {
   std::string text;
-  for (const Option& option : options) {
+  for (const Option& option : command.options) {
+    if (option.IsPositional() != positional) continue;
     std::string names;
-    for (const std::string& name : option.Names())
-      names += (names.empty() ? "" : ", ") + Bold(name);
+    for (const std::string& name : option.Names()) {
+      names += (names.empty() ? "" : ", ") + (positional ? Italic(name) : Bold(name));
+    }
     text += ".TP\n" + names + Value(option) + "\n" + Plain(option.description) + "\n";
   }
   return text;
@@ -57,15 +59,11 @@ std::string Verbatim(const std::string& text) { return ".nf\n" + Plain(text) + "
 
 std::string Section(const Command& command) {
   std::string title = Bold("orvanta-config " + command.name) + " [options]";
-  for (const Option& positional : command.Positionals()) {
-    title += " " + Italic(positional.name) + (positional.IsList() ? "..." : "");
+  for (const Option& option : command.options) {
+    if (option.IsPositional()) title += " " + Italic(option.name) + (option.IsList() ? "..." : "");
   }
-  std::string text = ".SS " + title + "\n" + Plain(command.description) + ".\n";
-  for (const Option& positional : command.Positionals()) {
-    text += ".TP\n" + Italic(positional.name) + Value(positional) + "\n" +
-            Plain(positional.description) + "\n";
-  }
-  return text + Options(command.NamedOptions()) + ".PP\n" + Verbatim(command.footer);
+  return ".SS " + title + "\n" + Plain(command.description) + ".\n" + Items(command, true) +
+         Items(command, false) + ".PP\n" + Verbatim(command.footer);
 }
 
 }  // namespace
@@ -82,7 +80,7 @@ int ManPage(const std::vector<Command>& commands, const Streams& streams) {
       << Italic("COMMAND") << " [options] [" << Italic("FILE") << "...]\n"
       << ".SH DESCRIPTION\n"
       << Plain(program.description) << "\n"
-      << Options(program.options) << ".SH COMMANDS\n";
+      << Items(program, false) << ".SH COMMANDS\n";
   for (std::size_t i = 1; i < commands.size(); ++i) out << Section(commands[i]);
   out << ".SH EXIT STATUS\n"
       << ".TP\n.B 0\nThe command succeeded.\n"
