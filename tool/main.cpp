@@ -10,12 +10,12 @@ int main(int argc, char** argv) {
   try {
     tool::PrepareStreams();
     const char* noColor = std::getenv("NO_COLOR");
-    const bool color = tool::IsColorTerminal() && (noColor == nullptr || *noColor == '\0');
+    const bool color = tool::IsTerminal(1) && (noColor == nullptr || *noColor == '\0');
     return tool::RunTool(tool::ProgramArguments(argc, argv),
-                         {std::cin, std::cout, std::cerr, color, tool::IsProgressTerminal()});
+                         {std::cin, std::cout, std::cerr, color, tool::IsTerminal(2)});
   } catch (const std::exception& error) {
     std::cerr << "orvanta-config: " << error.what()
-              << "; this is a fault of the program, please report it with its files\n";
+              << "; this is an error in the program, please report it and attach the files\n";
     return tool::kUnusable;
   }
 }

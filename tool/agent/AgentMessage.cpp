@@ -17,13 +17,17 @@ AgentMessage::AgentMessage(std::string type, std::string name, GivenValues given
 
 AgentMessage::AgentMessage(AgentHost& maker) : maker_(&maker) {}
 
-void AgentMessage::SetIntValue(const char* key, std::int32_t value) { Write(key, value); }
+void AgentMessage::SetIntValue(const char* key, std::int32_t value) {
+  Write(key, std::to_string(value), /*isNumber=*/true);
+}
 
 void AgentMessage::AddValue(const char* key, const char* value) {
   written_.push_back({Text(key), Text(value)});
 }
 
-void AgentMessage::SetValue(const char* key, const char* value) { Write(key, Text(value)); }
+void AgentMessage::SetValue(const char* key, const char* value) {
+  Write(key, Text(value), /*isNumber=*/false);
+}
 
 void AgentMessage::SetTypeAndName(const char* type, const char* name) {
   type_ = Text(type);
@@ -33,9 +37,7 @@ void AgentMessage::SetTypeAndName(const char* type, const char* name) {
 const char* AgentMessage::GetValue(const char* key) {
   const std::string wanted = Text(key);
   for (const MessageValue& value : written_) {
-    if (value.key != wanted) continue;
-    if (const auto* text = std::get_if<std::string>(&value.data)) return text->c_str();
-    return numbers_.emplace_back(std::to_string(std::get<std::int32_t>(value.data))).c_str();
+    if (value.key == wanted) return value.text.c_str();
   }
   for (const auto& [name, text] : given_) {
     if (name == wanted) return text.c_str();
@@ -59,14 +61,15 @@ void AgentMessage::Release() {
   if (maker_ != nullptr) maker_->Destroy(this);
 }
 
-void AgentMessage::Write(const char* key, std::variant<std::string, std::int32_t> data) {
-  const std::string wanted = Text(key);
-  const auto same = std::find_if(written_.begin(), written_.end(),
-                                 [&](const MessageValue& value) { return value.key == wanted; });
+void AgentMessage::Write(const char* key, std::string text, bool isNumber) {
+  MessageValue written{Text(key), std::move(text), isNumber};
+  const auto same = std::find_if(written_.begin(), written_.end(), [&](const MessageValue& value) {
+    return value.key == written.key;
+  });
   if (same != written_.end()) {
-    same->data = std::move(data);
+    *same = std::move(written);
   } else {
-    written_.push_back({wanted, std::move(data)});
+    written_.push_back(std::move(written));
   }
 }
 

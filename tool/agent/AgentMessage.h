@@ -5,7 +5,6 @@
 #include <deque>
 #include <string>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include "handlers/IAgentMessage.h"
@@ -17,7 +16,9 @@ class AgentHost;
 /// A named value of a message.
 struct MessageValue {
   std::string key;
-  std::variant<std::string, std::int32_t> data;
+  /// A number in decimal.
+  std::string text;
+  bool isNumber = false;
 };
 
 /// Two kinds of values live side by side: those the sender gave, which can only be read, and those
@@ -46,7 +47,7 @@ class AgentMessage final : public IAgentMessage {
   void SetTypeAndName(const char* type, const char* name) override;
   const char* GetType() override { return type_.c_str(); }
   const char* GetName() override { return name_.c_str(); }
-  /// The first value of the key, a number in decimal. The text holds until the key is set again.
+  /// The first value of the key. The text holds until the key is set again.
   const char* GetValue(const char* key) override;
   /// Reads decimal texts too; a value that is no 32-bit number counts as absent.
   void GetIntValue(const char* key, std::uint32_t* value) override;
@@ -72,15 +73,14 @@ class AgentMessage final : public IAgentMessage {
   void Reserved25() override {}
 
  private:
-  void Write(const char* key, std::variant<std::string, std::int32_t> data);
+  void Write(const char* key, std::string text, bool isNumber);
 
   AgentHost* maker_ = nullptr;
   std::string type_;
   std::string name_;
   GivenValues given_;
-  // A deque and one kept text per number: what GetValue handed out stays valid as values are added.
+  // A deque: what GetValue handed out stays valid as values are added.
   std::deque<MessageValue> written_;
-  std::deque<std::string> numbers_;
 };
 
 }  // namespace tool

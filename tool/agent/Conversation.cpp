@@ -4,7 +4,6 @@
 #include <deque>
 #include <string>
 #include <utility>
-#include <variant>
 
 namespace tool {
 namespace {
@@ -12,9 +11,7 @@ namespace {
 Request AsRequest(const SentMessage& posted) {
   Request request{posted.type, posted.name, {}};
   for (const MessageValue& value : posted.values) {
-    const auto* text = std::get_if<std::string>(&value.data);
-    request.values.emplace_back(
-        value.key, text != nullptr ? *text : std::to_string(std::get<std::int32_t>(value.data)));
+    request.values.emplace_back(value.key, value.text);
   }
   return request;
 }

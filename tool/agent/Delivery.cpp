@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
@@ -20,8 +19,7 @@ namespace {
 using simulated::Json;
 
 Json ToJson(const MessageValue& value) {
-  const auto* number = std::get_if<std::int32_t>(&value.data);
-  return number != nullptr ? Json(*number) : Json(ShownText(value));
+  return value.isNumber ? Json(std::stoi(value.text)) : Json(ShownText(value));
 }
 
 Json ToJson(const std::vector<SentMessage>& messages) {
@@ -43,7 +41,7 @@ Json ToJson(const std::vector<SentMessage>& messages) {
 void PutIntoUtf8(std::vector<MessageValue>& values) {
   for (MessageValue& value : values) {
     value.key = ToUtf8(value.key);
-    if (auto* text = std::get_if<std::string>(&value.data)) *text = ToUtf8(*text);
+    value.text = ToUtf8(value.text);
   }
 }
 
@@ -70,10 +68,9 @@ void PutIntoUtf8(simulated::Value& value) {
 
 std::string ShownText(const MessageValue& value) {
   if (simulated::NamesSecret(value.key)) return simulated::kHidden;
-  const auto* text = std::get_if<std::string>(&value.data);
-  if (text == nullptr) return std::to_string(std::get<std::int32_t>(value.data));
   // A comment that is passed on as a value is a whole line of the file.
-  return value.key.empty() ? simulated::RedactedFile(*text) : simulated::RedactedValue(*text);
+  return value.key.empty() ? simulated::RedactedFile(value.text)
+                           : simulated::RedactedValue(value.text);
 }
 
 std::string Delivery::Result() const {
@@ -138,13 +135,12 @@ Delivery Hand(const ToolboxApi& library, Request request) {
 }
 
 std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, std::size_t from) {
-  std::vector<simulated::Change> changes;
-  std::transform(machine.journal.begin() + static_cast<std::ptrdiff_t>(from), machine.journal.end(),
-                 std::back_inserter(changes), [](const simulated::Change& change) {
-                   simulated::Change shown = simulated::Redacted(change);
-                   for (auto& [name, value] : shown.fields) PutIntoUtf8(value);
-                   return shown;
-                 });
+  std::vector<simulated::Change> changes(
+      machine.journal.begin() + static_cast<std::ptrdiff_t>(from), machine.journal.end());
+  for (simulated::Change& change : changes) {
+    change = simulated::Redacted(change);
+    for (auto& [name, value] : change.fields) PutIntoUtf8(value);
+  }
   return changes;
 }
 
@@ -158,7 +154,7 @@ Delivery DeliverInProcess(Request request, simulated::Machine& machine) {
   return delivery;
 }
 
-Json ToJson(const Delivery& delivery) {
+Json ToJson(const Delivery& delivery, bool isSimulated) {
   Json reply = Json::object();
   for (const MessageValue& value : delivery.reply) reply[value.key] = ToJson(value);
   Json log = Json::array();
@@ -170,10 +166,10 @@ Json ToJson(const Delivery& delivery) {
   json["status"] = delivery.status;
   json["reply"] = std::move(reply);
   json["log"] = std::move(log);
-  json["changes"] = delivery.changes;
+  if (isSimulated) json["changes"] = delivery.changes;
   json["sent"] = ToJson(delivery.sent);
   json["posted"] = ToJson(delivery.posted);
-  json["restarts"] = delivery.restarts;
+  if (isSimulated) json["restarts"] = delivery.restarts;
   // Only there when it happened: a library that keeps its promise never lets one pass.
   if (!delivery.exception.empty()) json["exception"] = delivery.exception;
   return json;

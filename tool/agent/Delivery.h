@@ -68,8 +68,8 @@ Delivery DeliverInProcess(Request request, simulated::Machine& machine);
 /// stands outside the tool's library, in the one target of a road that a program links.
 Delivery Deliver(Request request, simulated::Machine& machine);
 
-/// The delivery's fields in their fixed order.
-simulated::Json ToJson(const Delivery& delivery);
+/// The delivery's fields in their fixed order. A real machine records no changes and restarts.
+simulated::Json ToJson(const Delivery& delivery, bool isSimulated = true);
 
 /// A number or a text as it may be shown: the value of a key that names a password is "***".
 std::string ShownText(const MessageValue& value);

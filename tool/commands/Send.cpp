@@ -6,7 +6,7 @@
 
 #include "handlers/Version.h"
 #include "tool/agent/Delivery.h"
-#include "tool/commands/SetOption.h"
+#include "tool/commands/Simulate.h"
 #include "tool/commands/SimulateReport.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/JsonText.h"
@@ -77,11 +77,7 @@ int Send(const SendOptions& options, const Streams& streams) {
   const Delivery delivery =
       Hand(LoadPlugin(plugin), {options.type, options.name, std::move(values)});
   if (options.json) {
-    // The changes of a real machine are not recorded.
-    simulated::Json json = ToJson(delivery);
-    json.erase("changes");
-    json.erase("restarts");
-    streams.out << PrintedJson(json);
+    streams.out << PrintedJson(ToJson(delivery, /*isSimulated=*/false));
   } else {
     streams.out << DeliveryReport(delivery, Style(streams.color && !options.noColor),
                                   options.verbose);

@@ -9,7 +9,6 @@
 #include "base/Pieces.h"
 #include "tool/agent/Conversation.h"
 #include "tool/check/CheckRemark.h"
-#include "tool/commands/SetOption.h"
 #include "tool/commands/SimulateReport.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
@@ -33,7 +32,7 @@ constexpr char kFooter[] =
     R"(FILE is copied to the simulated machine; your own file is not changed. Only
 "configure" requires one.
 
-With both --deliver-posted and --follow-restarts, a message whose reply is "Reboot" is
+With both --deliver-posted and --follow-restarts, a message with the reply "Reboot" is
 sent again before the posted messages are delivered.
 
 Exit codes:
@@ -68,6 +67,22 @@ Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
 }
 
 }  // namespace
+
+Option SetOption(std::vector<std::string>& texts) {
+  return {"--set", &texts, "KEY=VALUE", "an additional value of the message; may be repeated"};
+}
+
+void AddSetValues(const std::vector<std::string>& texts, AgentMessage::GivenValues& values) {
+  for (const std::string& text : texts) {
+    const std::size_t sign = text.find('=');
+    if (sign == std::string::npos || sign == 0) {
+      throw ToolError("--set " + text, "has no KEY=", "write --set KEY=VALUE");
+    }
+    const std::string key = text.substr(0, sign);
+    std::erase_if(values, [&](const auto& value) { return value.first == key; });
+    values.emplace_back(key, text.substr(sign + 1));
+  }
+}
 
 Command SimulateCommand(SimulateOptions& options) {
   std::vector<std::string> messages;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "base/Pieces.h"
 #include "base/Utf8.h"
 #include "tool/io/CodePage.h"
 #include "tool/machine/ChangeText.h"
@@ -68,14 +69,9 @@ std::string LogLines(const Delivery& delivery, const Style& style, bool verbose)
     if (!verbose && (delivery.Succeeded() || line.level != 0)) continue;
     // Reports of a caught error fill several lines, the later ones set off with a tab.
     std::string shown;
-    for (std::size_t start = 0; start <= line.text.size();) {
-      const std::size_t end = std::min(line.text.find('\n', start), line.text.size());
-      const bool indented = start < end && line.text[start] == '\t';
-      shown += start == 0 ? "" : "\n     ";
-      shown +=
-          (indented ? "  " : "") +
-          Printable(line.text.substr(start + (indented ? 1 : 0), end - start - (indented ? 1 : 0)));
-      start = end + 1;
+    for (const std::string& part : base::Split(line.text, "\n")) {
+      shown += shown.empty() ? "" : "\n     ";
+      shown += part.starts_with('\t') ? "  " + Printable(part.substr(1)) : Printable(part);
     }
     text += "  " + std::to_string(line.level) + "  " +
             (line.level == 2 ? style.Dim(shown) : shown) + "\n";

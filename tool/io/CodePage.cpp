@@ -27,7 +27,7 @@ bool ExtendsAscii(std::uint32_t number) {
 void UseCodePage(std::optional<std::uint32_t> number) {
   if (number && !(IsCodePage(*number) && ExtendsAscii(*number))) {
     throw ToolError("--code-page " + std::to_string(*number),
-                    "is not a code page of configuration files", "use one such as 1252 or 65001");
+                    "is not a code page for configuration files", "use one such as 1252 or 65001");
   }
   current = number.value_or(SystemCodePage());
 }
@@ -44,7 +44,7 @@ std::string BytesOf(const std::string& where, const std::string& text) {
   std::optional<std::string> bytes = FromUtf8(text);
   if (bytes) return *std::move(bytes);
   throw ToolError(where, "cannot be written in code page " + std::to_string(current),
-                  "use characters of that code page");
+                  "use only characters of that code page");
 }
 
 }  // namespace tool

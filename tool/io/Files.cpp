@@ -4,7 +4,6 @@
 #include <cstdio>
 #include <fstream>
 #include <istream>
-#include <utility>
 
 #include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
@@ -28,44 +27,32 @@ std::string ReadAll(std::istream& in, const std::string& name) {
       throw ToolError(name, "is larger than 1 GiB", "name a configuration or machine file");
     }
   }
-  if (in.bad()) throw ToolError(name, "cannot be read to its end", "check the file and its disk");
+  if (in.bad()) throw ToolError(name, "cannot be read to the end", "check the file and its disk");
   return text;
 }
 
-/// A file beside another, which is removed unless it takes the other's place.
-class TemporaryFile {
- public:
-  /// Throws std::system_error.
-  explicit TemporaryFile(const fs::path& target) {
-    for (int attempt = 0; attempt < 100 && file_ == nullptr; ++attempt) {
-      path_ = target;
-      path_ += "." + std::to_string(attempt) + ".tmp";
-      file_ = CreatePrivateFile(path_);
-      if (file_ == nullptr && errno != EEXIST) break;
-    }
-    if (file_ == nullptr) throw std::system_error(LastError());
+/// Writes a file beside `target` and puts it in its place; without content, only tries to make it.
+/// Leaves nothing else behind.
+std::error_code Replace(const fs::path& target, const std::string* content) {
+  fs::path path;
+  std::FILE* file = nullptr;
+  for (int attempt = 0; attempt < 100 && file == nullptr; ++attempt) {
+    path = target;
+    path += "." + std::to_string(attempt) + ".tmp";
+    file = CreatePrivateFile(path);
+    if (file == nullptr && errno != EEXIST) break;
   }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() {
-    if (file_ != nullptr) std::fclose(file_);
-    std::error_code ignored;
-    if (!path_.empty()) fs::remove(path_, ignored);
-  }
-
-  /// Throws std::system_error.
-  void Replace(const fs::path& target, const std::string& content) {
-    const bool isWritten = std::fwrite(content.data(), 1, content.size(), file_) == content.size();
-    const bool isClosed = std::fclose(std::exchange(file_, nullptr)) == 0;
-    if (!isWritten || !isClosed) throw std::system_error(LastError());
-    fs::rename(path_, target);
-    path_.clear();
-  }
-
- private:
-  fs::path path_;
-  std::FILE* file_ = nullptr;
-};
+  if (file == nullptr) return LastError();
+  const std::string nothing;
+  const std::string& bytes = content != nullptr ? *content : nothing;
+  const bool isWritten = std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size();
+  std::error_code error = isWritten ? std::error_code() : LastError();
+  if (std::fclose(file) != 0 && !error) error = LastError();
+  if (content != nullptr && !error) fs::rename(path, target, error);
+  std::error_code ignored;
+  if (content == nullptr || error) fs::remove(path, ignored);
+  return error;
+}
 
 }  // namespace
 
@@ -95,25 +82,23 @@ PrivateFile::PrivateFile(const std::string& name) : name_(name), target_(PathOf(
   const fs::file_status status = fs::status(target_, error);
   if (fs::exists(status)) {
     if (!fs::is_regular_file(status)) {
-      throw ToolError(name, "is no ordinary file", "name a file to write");
+      throw ToolError(name, "is not a regular file", "name a file to write");
     }
     // A link stays a link: the file that it leads to is replaced.
     const fs::path whole = fs::canonical(target_, error);
     if (!error) target_ = whole;
   }
-  try {
-    const TemporaryFile trial(target_);
-  } catch (const std::system_error& refusal) {
-    throw ToolError(name, "cannot be written: " + Reason(refusal.code()),
+  error = Replace(target_, nullptr);
+  if (error) {
+    throw ToolError(name, "cannot be written: " + Reason(error),
                     "name a file in a folder that you can write to");
   }
 }
 
 void PrivateFile::Commit(const std::string& content) const {
-  try {
-    TemporaryFile(target_).Replace(target_, content);
-  } catch (const std::system_error& refusal) {
-    throw ToolError(name_, "cannot be written: " + Reason(refusal.code()),
+  const std::error_code error = Replace(target_, &content);
+  if (error) {
+    throw ToolError(name_, "cannot be written: " + Reason(error),
                     "check the folder and its free space");
   }
 }

@@ -18,10 +18,8 @@ bool RunsWindows();
 /// The arguments behind the program's name, whatever the code page.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
-/// Standard output is a terminal that shows colours.
-bool IsColorTerminal();
-/// Standard error is a terminal that obeys control codes.
-bool IsProgressTerminal();
+/// Standard output (1) or standard error (2) is a terminal that obeys control codes.
+bool IsTerminal(int stream);
 
 /// From now on standard input and output carry bytes as they are, and a console shows UTF-8.
 void PrepareStreams();

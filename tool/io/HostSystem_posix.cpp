@@ -63,9 +63,7 @@ std::vector<std::string> ProgramArguments(int argc, char** argv) {
   return {argv + (argc > 0 ? 1 : 0), argv + argc};
 }
 
-bool IsColorTerminal() { return isatty(STDOUT_FILENO) != 0; }
-
-bool IsProgressTerminal() { return isatty(STDERR_FILENO) != 0; }
+bool IsTerminal(int stream) { return isatty(stream) != 0; }
 
 void PrepareStreams() {}
 

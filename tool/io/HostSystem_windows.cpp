@@ -13,12 +13,6 @@
 namespace tool {
 namespace {
 
-/// Older consoles print the control codes as text; the ones that do not announce themselves.
-bool ObeysControlCodes(int stream) {
-  const bool obeys = std::getenv("WT_SESSION") != nullptr || std::getenv("TERM") != nullptr;
-  return obeys && _isatty(stream) != 0;
-}
-
 std::wstring Wide(UINT codePage, std::string_view text) {
   const int length = static_cast<int>(text.size());
   std::wstring wide(
@@ -53,9 +47,11 @@ std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
   return arguments;
 }
 
-bool IsColorTerminal() { return ObeysControlCodes(1); }
-
-bool IsProgressTerminal() { return ObeysControlCodes(2); }
+bool IsTerminal(int stream) {
+  // Older consoles print the control codes as text; the ones that do not announce themselves.
+  const bool obeys = std::getenv("WT_SESSION") != nullptr || std::getenv("TERM") != nullptr;
+  return obeys && _isatty(stream) != 0;
+}
 
 void PrepareStreams() {
   _setmode(0, _O_BINARY);

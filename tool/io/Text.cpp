@@ -9,6 +9,7 @@ namespace tool {
 
 std::string Printable(std::string_view text) {
   constexpr char kHex[] = "0123456789ABCDEF";
+  constexpr std::string_view kNamed = "\n\r\t";
   std::string printable;
   printable.reserve(text.size());
   char before = '\0';
@@ -17,12 +18,9 @@ std::string Printable(std::string_view text) {
     // Terminals obey U+0080 to U+009F, which are C2 80 to C2 9F, as well.
     const bool isUpperControl = before == '\xC2' && byte < 0xA0;
     if (isUpperControl) printable.pop_back();
-    if (c == '\n') {
-      printable += "\\n";
-    } else if (c == '\r') {
-      printable += "\\r";
-    } else if (c == '\t') {
-      printable += "\\t";
+    const std::size_t named = kNamed.find(c);
+    if (named != std::string_view::npos) {
+      printable += {'\\', "nrt"[named]};
     } else if (byte < 0x20 || byte == 0x7F || isUpperControl) {
       printable += {'\\', 'x', kHex[byte >> 4], kHex[byte & 0xF]};
     } else {

@@ -326,7 +326,7 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
   try {
     const ConfigurePlan::Opening opening = configure.Open(message);
     if (!host.Posted().empty()) {
-      return std::get<std::string>(host.Posted().back().values.front().data);
+      return host.Posted().back().values.front().text;
     }
     if (opening != ConfigurePlan::Opening::kLoaded) {
       ThrowUnloaded(plan.text, file != nullptr && plan.text.empty(), shownPath);
