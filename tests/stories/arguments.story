@@ -20,7 +20,7 @@ orvanta-config "$@" 2>../err </dev/null
 sed 's/^orvanta-config: //' ../err; rm ../err
 -- console --
 $ sh try
-the command is missing; see orvanta-config --help
+a command is missing; see orvanta-config --help
 $ sh try chekc a.cfg
 chekc: unknown command; use check, or see orvanta-config --help
 $ sh try --bogus
@@ -54,7 +54,7 @@ $ sh try simulate a.cfg --save-machine -
 $ sh try simulate a.cfg --save-machine no/m.json
 no/m.json: cannot be written: No such file or directory; name a file in a folder that you can write to
 $ sh try simulate a.cfg --save-machine .
-.: is no ordinary file; name a file to write
+.: is not a regular file; name a file to write
 $ sh try simulate a.cfg --save-machine ./a.cfg
 ./a.cfg: is the configuration file itself; write to another file
 $ sh try plan --machin m.json a.cfg
@@ -62,13 +62,13 @@ $ sh try plan --machin m.json a.cfg
 $ sh try plan -v a.cfg
 -v: unknown option of plan; use --verbose, or see orvanta-config plan --help
 $ sh try plan a.cfg --machine
---machine: lacks its value M.json; see orvanta-config plan --help
+--machine: needs a value, M.json; see orvanta-config plan --help
 $ sh try plan a.cfg --html --json
---html: lacks its value OUT.html; see orvanta-config plan --help
+--html: needs a value, OUT.html; see orvanta-config plan --help
 $ sh try plan a.cfg --html=a --html b
 --html: can be given only once; see orvanta-config plan --help
 $ sh try completion
-completion: SHELL is missing; name bash, zsh or fish
+completion: SHELL is missing; name bash, zsh, fish or powershell
 $ sh try plan b.cfg
 b.cfg:3:2: section header without "]"; close it, as in [Networking]
 $ sh try plan /dev/null

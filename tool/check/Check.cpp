@@ -26,13 +26,13 @@ using simulated::Machine;
 
 constexpr char kFooter[] =
     R"(Each FILE may be a folder (all *.cfg in it and below) or a pattern such as "pc-*.cfg"
-or "site/**/*.cfg". Several files are also compared with each other. What each code
-means, with an example, stands in docs/findings.md.
+or "site/**/*.cfg". Several files are also compared with each other. See
+docs/findings.md for the meaning of each code, with an example.
 
 Exit codes:
   0  no finding is an error
-  1  some finding is an error
-  2  unusable arguments or files, with one line on standard error
+  1  a finding is an error
+  2  an argument or a file cannot be used; one line on standard error says why
 
 Examples:
   orvanta-config check tarvo.cfg

@@ -16,7 +16,7 @@ namespace {
 
 constexpr char kFooter[] =
     R"(Without --machine, captures this computer on Windows and the built-in example elsewhere.
-Nothing is changed. Whatever cannot be read is listed on standard error.
+Nothing is changed. What cannot be read is listed on standard error.
 Passwords are shown as "***"; only --save-machine keeps those of a machine file.
 
 Exit codes:
@@ -25,7 +25,7 @@ Exit codes:
   2  an argument or a file cannot be used; one line on standard error says why
 
 Examples:
-  orvanta-config capture > this-pc.json
+  orvanta-config capture --save-machine this-pc.json
   orvanta-config capture --machine lab.json --save-machine lab-full.json)";
 
 }  // namespace

@@ -24,14 +24,14 @@ namespace {
 using simulated::Json;
 
 constexpr char kFooter[] =
-    R"(The machine is prepared for an image, its adapters are put back on DHCP without any
-other setting, and Configure restores them from the captured file, restarts included.
-Addresses, gateways and DNS settings that DHCP gives again count as come back.
+    R"(An image of the machine is prepared, all adapters are reset to DHCP, and Configure
+restores them from the recorded file, restarts included. Addresses, gateways and DNS
+settings that DHCP provides again count as restored.
 
 Exit codes:
-  0  everything came back
-  1  a setting did not come back, or a message failed
-  2  unusable arguments or files, with one line on standard error
+  0  everything was restored
+  1  a setting was not restored, or a message failed
+  2  an argument or a file cannot be used; one line on standard error says why
 
 Examples:
   orvanta-config roundtrip --machine my-pc.json
