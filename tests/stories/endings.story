@@ -27,11 +27,11 @@ Schedule-ID 1,Task-Sequence-ID 2,Result Success,status 1, exit code 0, put away
 $ sh try '[Networking]|ComputerName=A'
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Reboot,status 1, exit code 0,
 $ sh try '[Networking]|ComputerName=A|[global]|rebootafterconfig=FALSE'
-Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1, put away
+Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1, put away
 $ sh try '[Networking]|ComputerName=template|[Global]|RebootAfterConfig=False'
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0, put away
 $ sh try ''
-Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
 $ sh try '[TCP/IP]|DHCP=False|Netmask=255.0.0.0'
   0  internal/Configure:581 Configure::HandleMessage(): caught win32 error
        SetStatic:62 - Static IP addresses/masks list empty
@@ -41,19 +41,19 @@ $ sh try '[TCP/IP]|DHCP=False|Address=nowhere'
   0  internal/Configure:607 Configure::HandleMessage(): caught general (win32) error
        common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
        Value=0, SystemError=0x00002AF9
-Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Win32,Status-Code 11001,status 1, exit code 1, put away
+Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Win32,Status-Code 11001 (no such host),status 1, exit code 1, put away
 $ sh try '[Global]|Config=Restore|[Broken' --machine restore.json; grep 'move' out  # a damaged file hides no restore
 status 1, exit code 0,
   2  move C:\restore.cfg to C:\tarvo.cfg
 $ sh try '[Broken' --machine flag.json; grep registry: out  # what this message took, the next one finds
-Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
   1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
   2  registry: set HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled to 1
 $ sed 's/"data": 1/"data": 0/' flag.json >off.json; sh try '[Broken' --machine off.json; grep -c registry: out  # nor is more put back
-Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
 1
 $ sh try '[Broken' --machine no.json; grep 'registry: set' out
-Result Failure,Status-Module Tarvo,Status-Code 3,status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
   2  registry: set HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled to 1  refused: error 5 (access denied)
 $ sh try '[Global]|Config=Restore'  # without a restore file the file itself counts
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Success,status 1, exit code 0, put away
@@ -76,7 +76,7 @@ $ sh try '[Networking]|Workgroup=True|Domain=W' --machine lsa.json
   0  internal/Configure:607 Configure::HandleMessage(): caught general (win32) error
        Domain:121 -  - IsDomainMember returned error 
        Value=0, SystemError=0x00000005
-Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Win32,Status-Code 5,status 1, exit code 1, put away
+Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Win32,Status-Code 5 (access denied),status 1, exit code 1, put away
 $ sh try '[Networking]|ComputerName=A' --machine reading.json
   0  Toolbox-Main:103 Toolbox::DoMagic caught an unhandled exception
   0  Exception Details: common\sys\OsVersion:129 - Error thrown from WMI initialization code. (error = 0) 

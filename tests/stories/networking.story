@@ -69,7 +69,7 @@ $ orvanta-config simulate pc.cfg --machine refusing.json | sed -n '/^Changes/,/p
 Changes
   1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
   2  service Dhcp: automatic  refused: result 5 (access denied)
-  3  service Dhcp: start it  refused: result 1058
+  3  service Dhcp: start it  refused: result 1058 (the service is disabled)
   4  service NetBT: system
   5  service NetBT: start it  refused: result 1069
   6  pause 3 s

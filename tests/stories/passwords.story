@@ -17,7 +17,7 @@ ProxyPassword=s3cret-sent
 -- console --
 $ orvanta-config simulate pc.cfg --machine m.json --verbose --save-machine saved.json | sed -n '/^  [12]  join/p;/^ .*Password/p;/Pwd/p;/s3cret/p'
   1  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example  refused: result 1332 (no account for the computer)
-  2  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example, making the computer account  refused: result 2
+  2  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example, making the computer account  refused: result 2 (no such file or OU)
     ProxyPassword  ***
                    ; UserPwd=***
 $ orvanta-config simulate pc.cfg --machine m.json --json >out.json; grep -c s3cret out.json; grep -c '"\*\*\*"' out.json; grep -o '"UserName": ".*' out.json

@@ -36,28 +36,28 @@ done
 -- console --
 $ sh try rename.cfg Rename
 Result            Reboot;
-ChangeCompName:45 - Configuring computer name failed;SystemError=0x00000057;Result            Failure;Status-Code       87;
+ChangeCompName:45 - Configuring computer name failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ result=-2147217406 sh try dhcp.cfg EnableDHCP
 Result            Success;
-SetDhcp:48 - Configuring DHCP failed;SystemError=0x80041002;Result            Failure;Status-Code       -2147217406;
+SetDhcp:48 - Configuring DHCP failed;SystemError=0x80041002;Result            Failure;Status-Code       -2147217406 (no such object);
 $ sh try dhcp.cfg SetDNSServerSearchOrder
 Result            Success;
-SetDns:60 - Configuring DNS via DHCP failed;SystemError=0x00000057;Result            Failure;Status-Code       87;
+SetDns:60 - Configuring DNS via DHCP failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg EnableStatic
-SetGateway:52 - Configuring gateways failed;SystemError=0x00000054;Result            Failure;Status-Code       84;
-SetStatic:68 - Configuring static IP addresses failed;SystemError=0x00000057;Result            Failure;Status-Code       87;
+SetGateway:52 - Configuring gateways failed;SystemError=0x00000054;Result            Failure;Status-Code       84 (DHCP is on);
+SetStatic:68 - Configuring static IP addresses failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg SetGateways
 Result            Success;
-SetGateway:52 - Configuring gateways failed;SystemError=0x00000057;Result            Failure;Status-Code       87;
+SetGateway:52 - Configuring gateways failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg SetDNSServerSearchOrder
 Result            Success;
-SetDns:68 - Configuring DNS servers failed;SystemError=0x00000057;Result            Failure;Status-Code       87;
+SetDns:68 - Configuring DNS servers failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg SetDNSSuffixSearchOrder
 Result            Success;
-SetDnsSuffix:54 - Configuring DNS suffixes failed;SystemError=0x00000057;Result            Failure;Status-Code       87;
+SetDnsSuffix:54 - Configuring DNS suffixes failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg DELETE route.json
 SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000001;Result            Failure;Status-Code       1;
-SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000057;Result            Failure;Status-Code       87;
+SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ result=-2147217406 sh try nic.cfg ADD route.json
 SetStaticRoute:151 - Failed to add static route;SystemError=0x00000001;Result            Failure;Status-Code       1;
-SetStaticRoute:151 - Failed to add static route;SystemError=0x80041002;Result            Failure;Status-Code       -2147217406;
+SetStaticRoute:151 - Failed to add static route;SystemError=0x80041002;Result            Failure;Status-Code       -2147217406 (no such object);

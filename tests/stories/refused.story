@@ -31,7 +31,7 @@ Reply
   Task-Sequence-ID  (empty)
   Result            Failure
   Status-Module     Win32
-  Status-Code       84
+  Status-Code       84 (DHCP is on)
   status            1
 
 Machine, before -> after

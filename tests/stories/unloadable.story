@@ -23,7 +23,7 @@ Log
 Reply
   Result         Failure
   Status-Module  Tarvo
-  Status-Code    3
+  Status-Code    3 (the file was not loaded, or forbids the restart that it needs)
   status         1
 
 Machine, before -> after

@@ -8,6 +8,7 @@
 #include "tool/agent/Delivery.h"
 #include "tool/commands/Simulate.h"
 #include "tool/commands/SimulateReport.h"
+#include "tool/explain/Numbers.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
@@ -37,7 +38,10 @@ const ToolboxApi& LoadPlugin(const std::string& path) {
   const auto entry =
       reinterpret_cast<decltype(&GetToolboxAPI)>(LoadFunction(path, "GetToolboxAPI", &error));
   if (error != 0) {
-    throw ToolError(path, "cannot be loaded (error " + std::to_string(error) + ")",
+    const explain::Reading* const reading = explain::FindAnswer(error, /*isOfAdapter=*/false);
+    throw ToolError(path,
+                    "cannot be loaded (error " + std::to_string(error) +
+                        (reading != nullptr ? std::string(": ") + reading->meaning : "") + ")",
                     "name the plug-in library with --plugin");
   }
   const ToolboxApi* api = entry != nullptr ? entry() : nullptr;

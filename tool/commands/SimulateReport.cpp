@@ -5,6 +5,7 @@
 
 #include "base/Pieces.h"
 #include "base/Utf8.h"
+#include "tool/explain/Numbers.h"
 #include "tool/io/CodePage.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
@@ -80,10 +81,22 @@ std::string LogLines(const Delivery& delivery, const Style& style, bool verbose)
   return style.Heading(verbose ? "Log" : "Log, level 0 (--verbose shows all of it)") + "\n" + text;
 }
 
+/// " (DHCP is on)" behind a "Status-Code"; empty for other values and unknown codes.
+std::string StatusMeaning(const MessageValue& value, bool isOfLibrary) {
+  const auto code = explain::ParseNumber(value.key == "Status-Code" ? ShownText(value) : "");
+  if (!code) return {};
+  const explain::Reading* const reading =
+      isOfLibrary ? explain::FindReading(explain::NumberKind::kReply, *code)
+                  : explain::FindAnswer(*code, /*isOfAdapter=*/true);
+  return reading == nullptr ? "" : std::string(" (") + reading->meaning + ")";
+}
+
 std::string Reply(const Delivery& delivery, const Style& style) {
   std::vector<Row> rows;
+  bool isOfLibrary = false;
   for (const MessageValue& value : delivery.reply) {
-    const std::string text = Printable(ShownText(value));
+    if (value.key == "Status-Module") isOfLibrary = ShownText(value) == "Tarvo";
+    const std::string text = Printable(ShownText(value)) + StatusMeaning(value, isOfLibrary);
     const bool result = value.key == "Result";
     rows.push_back({Printable(value.key), !result                ? text
                                           : text == "Reboot"     ? style.Notice(text)

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <iterator>
 
+#include "tool/explain/Numbers.h"
 #include "tool/io/Text.h"
 
 namespace tool {
@@ -10,6 +11,8 @@ namespace {
 
 using simulated::Change;
 using simulated::Value;
+
+constexpr char kAdapterClass[] = "Win32_NetworkAdapterConfiguration";
 
 std::string ValueText(const Value& value);
 
@@ -124,26 +127,13 @@ std::string Words(const Change& change) {
   return call + FieldsText(change.fields);
 }
 
-/// What the usual codes mean; those below 100 are the network methods' own.
-constexpr struct {
-  std::int64_t code;
-  const char* meaning;
-} kMeanings[] = {{5, "access denied"},
-                 {32, "in use"},
-                 {66, "invalid address or mask"},
-                 {68, "invalid or unequal lists"},
-                 {71, "gateway outside the adapter's subnets"},
-                 {84, "DHCP is on"},
-                 {1326, "wrong user or password"},
-                 {1332, "no account for the computer"},
-                 {1355, "no such domain"}};
-
-std::string CodeText(const Value& code) {
-  std::string text = ValueText(code);
-  for (const auto& known : kMeanings) {
-    if (code == Value(known.code)) text.append(" (").append(known.meaning).append(")");
-  }
-  return text;
+/// The code with its meaning: "1326 (wrong user or password)".
+std::string CodeText(const Value& code, bool isOfAdapter = false) {
+  const std::string text = ValueText(code);
+  const auto number = explain::ParseNumber(text);
+  const explain::Reading* const reading =
+      number ? explain::FindAnswer(*number, isOfAdapter) : nullptr;
+  return reading == nullptr ? text : text + " (" + reading->meaning + ")";
 }
 
 /// What an answer says that is no refusal; empty for plain success.
@@ -156,12 +146,13 @@ std::string Note(const Change& change) {
 }
 
 std::string Refusal(const Change& change) {
-  if (const Value& hresult = change["hresult"]; !hresult.IsNull()) return ValueText(hresult);
+  if (const Value& hresult = change["hresult"]; !hresult.IsNull()) return CodeText(hresult);
   if (const Value& error = change["error"]; !error.IsNull()) return "error " + CodeText(error);
   const Value& result = change["result"];
   if (result.IsNull() || result == Value(0) || !Note(change).empty()) return {};
   if (change.call == "process.run") return "exit code " + ValueText(result);
-  return "result " + CodeText(result);
+  const bool isOfAdapter = ValueText(change["path"]).starts_with(kAdapterClass);
+  return "result " + CodeText(result, isOfAdapter);
 }
 
 }  // namespace
