@@ -3,16 +3,14 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <system_error>
 
 #include "tool/check/CheckReport.h"
 #include "tool/check/Inputs.h"
-#include "tool/check/rules/FleetRules.h"
+#include "tool/check/rules/Rules.h"
 #include "tool/io/Files.h"
 #include "tool/io/HostSystem.h"
-#include "tool/io/JsonText.h"
 #include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineOptions.h"
@@ -56,46 +54,28 @@ FileReport CheckInput(const Input& input, Machine* machine, std::istream& in) {
   }
 }
 
-/// Tells how far a long check is, on a line that it wipes in the end.
-class Progress {
- public:
-  Progress(const Streams& streams, std::size_t files) : streams_(streams), files_(files) {}
-  ~Progress() {
-    if (isShown_) streams_.err << "\r\x1B[K" << std::flush;
-  }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
-  void Tell(std::size_t checked) {
-    const auto now = std::chrono::steady_clock::now();
-    if (!streams_.progress || now - told_ < kProgressInterval) return;
-    streams_.err << "\rchecked " << checked << " of " << files_ << " files" << std::flush;
-    told_ = now;
-    isShown_ = true;
-  }
-
- private:
-  const Streams& streams_;
-  std::size_t files_;
-  std::chrono::steady_clock::time_point told_ = std::chrono::steady_clock::now();
-  bool isShown_ = false;
-};
-
 std::vector<FileReport> CheckAll(const std::vector<Input>& inputs, Machine* machine,
                                  const Streams& streams) {
   std::vector<FileReport> reports;
-  Progress progress(streams, inputs.size());
+  auto told = std::chrono::steady_clock::now();
+  bool isShown = false;
   for (const Input& input : inputs) {
-    progress.Tell(reports.size());
+    const auto now = std::chrono::steady_clock::now();
+    if (streams.progress && now - told >= kProgressInterval) {
+      // Whatever is written next, such as an error, takes the line's place.
+      streams.err << "checked " << reports.size() << " of " << inputs.size() << " files\r"
+                  << std::flush;
+      told = now;
+      isShown = true;
+    }
     reports.push_back(CheckInput(input, machine, streams.in));
   }
+  if (isShown) streams.err << "\x1B[K" << std::flush;
   return reports;
 }
 
 bool HasErrors(const FileReport& report) {
-  return std::any_of(report.findings.begin(), report.findings.end(), [](const auto& finding) {
-    return check::KindOf(finding.code).severity == check::Severity::kError;
-  });
+  return std::any_of(report.findings.begin(), report.findings.end(), check::IsError);
 }
 
 }  // namespace
@@ -127,12 +107,12 @@ int Check(const CheckOptions& options, const Streams& streams) {
   std::vector<FileReport> reports = CheckAll(inputs, machine ? &*machine : nullptr, streams);
   check::CheckFleet(reports);
   if (options.json) {
-    streams.out << PrintedJson(check::ReportJson(reports));
+    streams.out << check::JsonReport(reports);
   } else if (options.sarif) {
-    streams.out << PrintedJson(check::ReportSarif(reports));
+    streams.out << check::SarifReport(reports);
   } else {
     const Style style(streams.color && !options.noColor);
-    streams.out << check::ReportText(reports, style);
+    streams.out << check::TextReport(reports, style);
   }
   return std::any_of(reports.begin(), reports.end(), HasErrors) ? kFailed : kDone;
 }

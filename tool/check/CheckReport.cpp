@@ -1,14 +1,24 @@
 #include "tool/check/CheckReport.h"
 
 #include <array>
+#include <cctype>
 #include <cstddef>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 
 #include "base/Numbers.h"
+#include "handlers/Version.h"
+#include "tool/io/HostSystem.h"
+#include "tool/io/JsonText.h"
 
 namespace tool::check {
 namespace {
+
+using simulated::Json;
+
+// ---- Text ---------------------------------------------------------------------------------------
 
 std::string PlaceText(const std::string& file, const Place& place) {
   return Printable(file) + ":" + std::to_string(place.line) + ":" + std::to_string(place.column);
@@ -49,9 +59,67 @@ std::string SumText(const std::vector<FileReport>& reports) {
          " checked: " + (sums.empty() ? "nothing found" : sums) + "\n";
 }
 
+// ---- SARIF --------------------------------------------------------------------------------------
+
+/// A path as a URI: relative as it was given, or with the scheme "file".
+std::string UriOf(const std::string& file) {
+  constexpr char kHex[] = "0123456789ABCDEF";
+  const std::filesystem::path path = PathOf(file);
+  const std::string generic = NameOf(path.generic_string<std::filesystem::path::value_type>());
+  std::string uri;
+  if (path.is_absolute()) uri = generic.starts_with('/') ? "file://" : "file:///";
+  for (const char c : generic) {
+    const auto byte = static_cast<unsigned char>(c);
+    const bool isPlain = byte < 0x80 && (std::isalnum(byte) != 0 || c == '/' || c == '.' ||
+                                         c == '-' || c == '_' || c == '~');
+    // The colon of a drive stays; in a relative name it would end a scheme.
+    if (isPlain || (c == ':' && path.is_absolute())) {
+      uri += c;
+    } else {
+      uri += {'%', kHex[byte >> 4], kHex[byte & 0xF]};
+    }
+  }
+  return uri;
+}
+
+Json Rules() {
+  Json rules = Json::array();
+  for (const FindingKind& kind : kFindingKinds) {
+    rules.push_back({{"id", kind.id},
+                     {"shortDescription", {{"text", kind.title}}},
+                     {"help", {{"text", kind.hint}}},
+                     {"defaultConfiguration", {{"level", TextOf(kind.severity)}}}});
+  }
+  return rules;
+}
+
+Json Location(const std::string& file, const Place* place) {
+  Json physical{{"artifactLocation", {{"uri", UriOf(file)}}}};
+  if (place != nullptr) {
+    physical["region"] = {{"startLine", place->line},
+                          {"startColumn", place->column},
+                          {"endColumn", place->endColumn}};
+  }
+  return {{"physicalLocation", std::move(physical)}};
+}
+
+Json Result(const std::string& file, const Finding& finding) {
+  const FindingKind& kind = KindOf(finding.code);
+  const Place* const place = finding.excerpt.text.empty() ? nullptr : &finding.place;
+  Json result{{"ruleId", kind.id},
+              {"ruleIndex", static_cast<int>(finding.code)},
+              {"level", TextOf(kind.severity)},
+              {"message", {{"text", finding.message + "; " + finding.hint}}},
+              {"locations", Json::array({Location(file, place)})}};
+  if (const auto& related = finding.related) {
+    result["relatedLocations"] = Json::array({Location(related->file, &related->place)});
+  }
+  return result;
+}
+
 }  // namespace
 
-std::string ReportText(const std::vector<FileReport>& reports, const Style& style) {
+std::string TextReport(const std::vector<FileReport>& reports, const Style& style) {
   std::string text;
   for (const FileReport& report : reports) {
     for (const Finding& finding : report.findings) {
@@ -61,8 +129,8 @@ std::string ReportText(const std::vector<FileReport>& reports, const Style& styl
   return text + SumText(reports);
 }
 
-simulated::Json ReportJson(const std::vector<FileReport>& reports) {
-  simulated::Json findings = simulated::Json::array();
+std::string JsonReport(const std::vector<FileReport>& reports) {
+  Json findings = Json::array();
   for (const FileReport& report : reports) {
     for (const Finding& finding : report.findings) {
       const FindingKind& kind = KindOf(finding.code);
@@ -75,7 +143,23 @@ simulated::Json ReportJson(const std::vector<FileReport>& reports) {
                           {"hint", finding.hint}});
     }
   }
-  return {{"schema", 1}, {"findings", std::move(findings)}, {"files", reports.size()}};
+  return PrintedJson({{"schema", 1}, {"findings", std::move(findings)}, {"files", reports.size()}});
+}
+
+std::string SarifReport(const std::vector<FileReport>& reports) {
+  Json results = Json::array();
+  for (const FileReport& report : reports) {
+    for (const Finding& finding : report.findings) {
+      results.push_back(Result(report.file, finding));
+    }
+  }
+  const Json driver{{"name", "orvanta-config"}, {"version", version::Text()}, {"rules", Rules()}};
+  const Json run{{"tool", {{"driver", driver}}},
+                 {"columnKind", "unicodeCodePoints"},
+                 {"results", std::move(results)}};
+  return PrintedJson({{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
+                      {"version", "2.1.0"},
+                      {"runs", Json::array({run})}});
 }
 
 }  // namespace tool::check

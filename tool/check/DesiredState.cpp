@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "handlers/internal/NumberedKeys.h"
 #include "platform/simulated/Text.h"
@@ -12,18 +11,15 @@
 namespace tool::check {
 namespace {
 
-bool IsTrue(std::string_view value) { return base::SameText(value, "true"); }
-bool IsFalse(std::string_view value) { return base::SameText(value, "false"); }
-
 std::vector<Address> ReadAddresses(const Document& document, const Section& section, Key key) {
   std::vector<Address> addresses;
-  if (const Entry* const entry = section.Find(key)) {
+  if (const PlacedEntry* const entry = section.Find(key)) {
     for (const Item& item : document.Items(*entry)) addresses.push_back(ReadAddress(item));
   }
   return addresses;
 }
 
-Route ReadRoute(const Document& document, const Entry& entry) {
+Route ReadRoute(const Document& document, const PlacedEntry& entry) {
   Route route;
   route.entry = &entry;
   route.fields = document.Items(entry);
@@ -48,7 +44,7 @@ void ReadNumbered(Document& document, DesiredAdapter& adapter) {
   const std::string name(section.name);
   const auto servers = NumberedKeys(document.File(), name, Key::kDnsServer, Key::kDnsServerCount);
   const auto routes = NumberedKeys(document.File(), name, Key::kRoute, Key::kStaticRouteCount);
-  for (const Entry& entry : section.entries) {
+  for (const PlacedEntry& entry : section.entries) {
     if (!entry.known || !RowOf(*entry.known).isNumbered || !entry.isFound) continue;
     const bool isServer = *entry.known == Key::kDnsServer;
     const auto& read = isServer ? servers : routes;
@@ -66,7 +62,7 @@ void ReadNumbered(Document& document, DesiredAdapter& adapter) {
 
 void ReadLocation(DesiredAdapter& adapter) {
   const auto number = [&adapter](Key key) {
-    const Entry* const entry = adapter.section->Find(key);
+    const PlacedEntry* const entry = adapter.section->Find(key);
     return entry != nullptr ? base::ParseUnsigned(entry->FirstLine()) : sys::PciLocation::kUnknown;
   };
   adapter.location = {number(Key::kPciBus), number(Key::kPciDevice), number(Key::kPciFunction)};
@@ -91,25 +87,21 @@ DesiredAdapter ReadAdapter(Document& document, const Section& section) {
 }
 
 Identity ReadIdentity(const Document& document) {
-  Identity identity;
-  identity.section = document.FindSection(SectionKind::kNetworking);
-  if (identity.section == nullptr) return identity;
-  const Section& section = *identity.section;
-  identity.joinFirst = IsTrue(section.Value(Key::kJoinDomainBeforeNameChange));
-  identity.renames = section.Find(Key::kComputerName) != nullptr;
-  const std::string_view workgroup = section.Value(Key::kWorkgroup);
+  Identity identity{document.SectionOf(SectionKind::kNetworking)};
+  identity.joinFirst = IsTrue(identity.section.Value(Key::kJoinDomainBeforeNameChange));
+  identity.renames = identity.Find(Key::kComputerName) != nullptr;
+  const std::string_view workgroup = identity.section.Value(Key::kWorkgroup);
   if (workgroup.empty()) return identity;
-  const Entry* const domain = section.Find(Key::kDomain);
-  if (IsTrue(workgroup)) {
-    if (domain != nullptr) identity.membership = Identity::Membership::kWorkgroup;
-    identity.membershipName = domain;
-    return identity;
+  const PlacedEntry* const domain = identity.Find(Key::kDomain);
+  const PlacedEntry* const dnsDomain = identity.Find(Key::kDnsDomain);
+  const bool isWorkgroup = IsTrue(workgroup);
+  identity.membershipName = isWorkgroup || dnsDomain == nullptr ? domain : dnsDomain;
+  identity.joinsDomain = !isWorkgroup && identity.membershipName != nullptr;
+  if (identity.joinsDomain) {
+    identity.membership = Identity::Membership::kDomain;
+  } else if (!isWorkgroup || domain != nullptr) {
+    identity.membership = Identity::Membership::kWorkgroup;
   }
-  const Entry* const dnsDomain = section.Find(Key::kDnsDomain);
-  identity.membershipName = dnsDomain != nullptr ? dnsDomain : domain;
-  identity.membership = identity.membershipName != nullptr ? Identity::Membership::kDomain
-                                                           : Identity::Membership::kWorkgroup;
-  identity.joinsDomain = identity.membership == Identity::Membership::kDomain;
   return identity;
 }
 
@@ -127,10 +119,9 @@ Address ReadAddress(const Item& item) {
 
 std::optional<std::uint32_t> PrefixIn(std::string_view text) {
   const std::string_view number = text.substr(text.rfind('/') + 1);
-  const bool isShort = !number.empty() && number.size() <= 2;
-  if (!isShort || number.find_first_not_of("0123456789") != std::string_view::npos) return {};
-  const std::uint32_t prefix = base::ParseUnsigned(number);
-  return prefix <= 32 ? std::optional(prefix) : std::nullopt;
+  const auto prefix = base::ParseDecimal(number);
+  if (!prefix || *prefix > 32 || number.size() > 2) return {};
+  return static_cast<std::uint32_t>(*prefix);
 }
 
 std::string MaskOf(std::uint32_t prefix) {
@@ -167,9 +158,8 @@ DesiredState ReadDesiredState(Document& document) {
       desired.adapters.push_back(ReadAdapter(document, section));
     }
   }
-  if (const Section* const global = document.FindSection(SectionKind::kGlobal)) {
-    desired.suppressesRestart = IsFalse(global->Value(Key::kRebootAfterConfig));
-  }
+  desired.suppressesRestart =
+      IsFalse(document.SectionOf(SectionKind::kGlobal).Value(Key::kRebootAfterConfig));
   return desired;
 }
 

@@ -7,10 +7,14 @@
 #include <string_view>
 #include <vector>
 
+#include "base/LetterCase.h"
 #include "common/sys/NicText.h"
 #include "tool/check/Document.h"
 
 namespace tool::check {
+
+inline bool IsTrue(std::string_view value) { return base::SameText(value, "true"); }
+inline bool IsFalse(std::string_view value) { return base::SameText(value, "false"); }
 
 /// An item that is to be an IPv4 address or mask.
 struct Address {
@@ -33,7 +37,7 @@ std::string MaskOf(std::uint32_t prefix);
 std::string Dotted(std::uint32_t address);
 
 struct Route {
-  const Entry* entry = nullptr;
+  const PlacedEntry* entry = nullptr;
   /// Whatever was given, in the order of the fields; three of them are addresses.
   std::vector<Item> fields;
   Address destination;
@@ -63,12 +67,12 @@ struct DesiredAdapter {
   bool dnsFromDhcp = false;
   bool setsDns = false;
   /// Numbered keys that are read, in file order.
-  std::vector<const Entry*> servers;
+  std::vector<const PlacedEntry*> servers;
   std::vector<Route> routes;
   /// They are counted, but give nothing.
-  std::vector<const Entry*> emptyRoutes;
+  std::vector<const PlacedEntry*> emptyRoutes;
   /// Numbered keys that are not read.
-  std::vector<const Entry*> unread;
+  std::vector<const PlacedEntry*> unread;
   /// Only a location of three known numbers is used.
   sys::PciLocation location;
   bool hasLocation = false;
@@ -81,15 +85,14 @@ struct Identity {
   enum class Membership : std::uint8_t { kUnchanged, kWorkgroup, kDomain };
 
   /// What the section gives; null when it does not.
-  const Entry* Find(Key key) const { return section != nullptr ? section->Find(key) : nullptr; }
+  const PlacedEntry* Find(Key key) const { return section.Find(key); }
   bool IsDomain() const { return membership == Membership::kDomain; }
   bool IsWorkgroup() const { return membership == Membership::kWorkgroup; }
 
-  /// Null without the section; then everything else is empty.
-  const Section* section = nullptr;
+  const Section& section;
   Membership membership = Membership::kUnchanged;
   /// Of the workgroup or domain; null for the workgroup that is joined by default.
-  const Entry* membershipName = nullptr;
+  const PlacedEntry* membershipName = nullptr;
   bool joinFirst = false;
   // What changes, as far as the file tells; a machine may know better.
   bool renames = false;

@@ -1,11 +1,11 @@
 #include "tool/check/Document.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "base/Pieces.h"
 #include "base/Utf8.h"
 #include "platform/simulated/Secrets.h"
@@ -24,17 +24,6 @@ constexpr std::size_t kBeforeCaret = 40;
 /// So many lines are looked at to find where a value began: no real list is longer.
 constexpr std::uint32_t kLongestChain = 100;
 
-bool IsHeader(Kind kind) { return kind == Kind::kHeader || kind == Kind::kOpenHeader; }
-
-/// The decimal number that the whole text is, as the library writes it.
-std::optional<std::uint32_t> NumberOf(std::string_view text) {
-  std::uint32_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  if (text.size() > 1 && text[0] == '0') return std::nullopt;
-  return number;
-}
-
 /// What a line without "=" begins with, up to a blank or ":".
 std::string_view LeadOf(std::string_view line) {
   return line.substr(0, line.find_first_of(" \t:"));
@@ -43,24 +32,29 @@ std::string_view LeadOf(std::string_view line) {
 }  // namespace
 
 std::optional<Match> MatchKey(SectionKind section, std::string_view name) {
+  constexpr std::uint32_t kLargest = 0xFFFFFFFF;
   for (const base::KnownKey& row : base::kKnownKeys) {
     if (row.section != section || name.size() < row.name.size()) continue;
     if (!row.isNumbered && name.size() != row.name.size()) continue;
     if (!base::SameText(name.substr(0, row.name.size()), row.name)) continue;
-    if (!row.isNumbered) return Match{row.key, 0};
-    if (const auto number = NumberOf(name.substr(row.name.size()))) return Match{row.key, *number};
+    const std::string_view digits = name.substr(row.name.size());
+    const std::uint64_t number = base::ParseDecimal(digits).value_or(0);
+    // As the library writes it.
+    if (row.isNumbered && (std::to_string(number) != digits || number > kLargest)) continue;
+    return Match{row.key, static_cast<std::uint32_t>(number)};
   }
   return std::nullopt;
 }
 
-const Entry* Section::Find(Key key) const {
-  const std::uint32_t place = places[static_cast<std::size_t>(key)];
-  if (place == 0 || entries[place - 1].value.empty()) return nullptr;
-  return &entries[place - 1];
+const PlacedEntry* Section::Find(Key key) const {
+  const auto found = std::find_if(entries.begin(), entries.end(), [key](const PlacedEntry& entry) {
+    return entry.known == key && entry.isFound;
+  });
+  return found != entries.end() && !found->value.empty() ? &*found : nullptr;
 }
 
 std::string_view Section::Value(Key key) const {
-  const Entry* const entry = Find(key);
+  const PlacedEntry* const entry = Find(key);
   return entry != nullptr ? entry->FirstLine() : std::string_view();
 }
 
@@ -89,7 +83,7 @@ void Document::AddLine(std::uint32_t number) {
     AddEntry(number, section);
     return;
   }
-  Entry& entry = section.entries[home.place - 1];
+  PlacedEntry& entry = section.entries[home.place - 1];
   entry.lastLine = number;
   if (entry.strayLine == 0 && !LooksLikeOther(number)) entry.strayLine = number;
 }
@@ -97,7 +91,7 @@ void Document::AddLine(std::uint32_t number) {
 void Document::AddEntry(std::uint32_t number, Section& section) {
   const Line& line = lines_[number];
   const ConfigFile::Entry read = file_.EntryOf(line);
-  Entry entry;
+  PlacedEntry entry;
   entry.key = read.key;
   entry.value = read.value;
   entry.line = entry.lastLine = number;
@@ -108,18 +102,16 @@ void Document::AddEntry(std::uint32_t number, Section& section) {
   if (const auto match = MatchKey(section.kind, entry.key)) {
     entry.known = match->key;
     entry.number = match->number;
-    if (entry.isFound && !RowOf(match->key).isNumbered) {
-      section.places[static_cast<std::size_t>(match->key)] = place;
-    }
   }
   homes_[line.entry] = {line.section, place};
   section.entries.push_back(entry);
 }
 
-const Section* Document::FindSection(SectionKind kind) const {
+const Section& Document::SectionOf(SectionKind kind) const {
+  static const Section kNone;
   const auto found = std::find_if(sections_.begin(), sections_.end(),
                                   [kind](const Section& section) { return section.kind == kind; });
-  return found != sections_.end() ? &*found : nullptr;
+  return found != sections_.end() ? *found : kNone;
 }
 
 // ---- Places of names and values -----------------------------------------------------------------
@@ -137,7 +129,7 @@ Item Document::ItemOf(std::uint32_t line) const {
   return Part(begin, std::min(text_.find('\n', begin), text_.size()));
 }
 
-Span Document::KeySpan(const Entry& entry) const {
+Span Document::KeySpan(const PlacedEntry& entry) const {
   const Item line = ItemOf(entry.line);
   if (lines_[entry.line].kind != Kind::kEntry || entry.key.empty()) return line.span;
   return {line.span.offset, entry.key.size()};
@@ -150,14 +142,14 @@ Item Document::FirstLineOfValue(std::uint32_t line) const {
   return Part(whole.span.offset + equals + 1, whole.span.offset + whole.span.length);
 }
 
-Span Document::ValueSpan(const Entry& entry) const {
+Span Document::ValueSpan(const PlacedEntry& entry) const {
   const Span span = FirstLineOfValue(entry.line).span;
   return span.length != 0 ? span : KeySpan(entry);
 }
 
 // The lines that a value was put together from, the last ones of a very long one: a continuation
 // adds to what the last line with a "=" began, be it in another section.
-std::vector<std::uint32_t> Document::Chain(const Entry& entry) const {
+std::vector<std::uint32_t> Document::Chain(const PlacedEntry& entry) const {
   std::vector<std::uint32_t> chain;
   for (std::uint32_t line = entry.lastLine;; --line) {
     const Kind kind = lines_[line].kind;
@@ -169,7 +161,7 @@ std::vector<std::uint32_t> Document::Chain(const Entry& entry) const {
   return chain;
 }
 
-std::vector<Item> Document::Items(const Entry& entry) const {
+std::vector<Item> Document::Items(const PlacedEntry& entry) const {
   std::vector<Item> items;
   for (const std::uint32_t line : Chain(entry)) {
     if (LooksLikeOther(line)) continue;
@@ -184,6 +176,15 @@ std::vector<Item> Document::Items(const Entry& entry) const {
     }
   }
   return items;
+}
+
+std::optional<Document::HeaderText> Document::TextAfterHeader(std::uint32_t line) const {
+  const Item item = ItemOf(line);
+  const std::size_t close = item.text.find(']');
+  if (!IsHeader(lines_[line].kind) || close == kNowhere || close + 1 == item.text.size()) return {};
+  const std::string_view name = base::Trimmed(item.text.substr(1, close - 1));
+  if (base::KindOfSection(name) == SectionKind::kUnknown) return {};
+  return HeaderText{name, Part(item.span.offset + close + 1, item.span.offset + item.text.size())};
 }
 
 std::optional<Key> Document::BrokenKey(std::uint32_t line) const {
@@ -291,7 +292,7 @@ Excerpt Document::ExcerptOf(Span span) const {
           std::max<std::size_t>(1, base::Width(marked))};
 }
 
-std::string Document::ShownKey(const Entry& entry) const {
+std::string Document::ShownKey(const PlacedEntry& entry) const {
   const std::string_view hidden = Hidden(KeySpan(entry));
   return std::string(
              entry.key.substr(0, entry.key.size() - std::min(hidden.size(), entry.key.size()))) +

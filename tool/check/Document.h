@@ -1,7 +1,6 @@
 // A configuration file as the library reads it, with the place of every name and value in its text.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -39,7 +38,7 @@ struct Excerpt {
   std::size_t caretLength = 0;
 };
 
-struct Entry {
+struct PlacedEntry {
   /// What counts of a value that is no list; further lines are a finding of their own.
   std::string_view FirstLine() const { return value.substr(0, value.find('\n')); }
 
@@ -65,16 +64,14 @@ struct Section {
   SectionKind kind = SectionKind::kUnknown;
   /// Its headers; none for what stands before the first one.
   std::vector<std::uint32_t> headers;
-  std::vector<Entry> entries;
-  /// Place in `entries`, plus 1, of what a look-up of each key finds that is not numbered.
-  std::array<std::uint32_t, base::kKnownKeyCount> places{};
+  std::vector<PlacedEntry> entries;
 
   /// As settings; what the agent gets as it is, is not.
   bool IsRead() const {
     return kind != SectionKind::kUnknown && kind != SectionKind::kAgentSettings;
   }
   /// What a look-up of the key finds, null when it is absent or empty. Not for numbered keys.
-  const Entry* Find(Key key) const;
+  const PlacedEntry* Find(Key key) const;
   /// The first line of its value; empty when it is absent.
   std::string_view Value(Key key) const;
 };
@@ -84,6 +81,10 @@ struct Item {
   std::string_view text;
   Span span;
 };
+
+inline bool IsHeader(ConfigFile::Line::Kind kind) {
+  return kind == ConfigFile::Line::Kind::kHeader || kind == ConfigFile::Line::Kind::kOpenHeader;
+}
 
 /// Lines are named by their place in `Lines()`, which leaves out the empty ones.
 class Document {
@@ -98,16 +99,23 @@ class Document {
   const std::vector<Line>& Lines() const { return lines_; }
   /// The one without a name comes first, whether the file has it or not.
   const std::vector<Section>& Sections() const { return sections_; }
-  /// The section of that kind, null when there is none. Not for adapters.
-  const Section* FindSection(SectionKind kind) const;
+  /// The section of that kind, an empty one when there is none. Not for adapters.
+  const Section& SectionOf(SectionKind kind) const;
 
   /// A line as it stands in the file, without the blanks at its ends.
   Item ItemOf(std::uint32_t line) const;
-  Span KeySpan(const Entry& entry) const;
+  Span KeySpan(const PlacedEntry& entry) const;
   /// The value on the line of its key; the key when there is none.
-  Span ValueSpan(const Entry& entry) const;
+  Span ValueSpan(const PlacedEntry& entry) const;
   /// The items of a list. A continuation line that looks like something else has none.
-  std::vector<Item> Items(const Entry& entry) const;
+  std::vector<Item> Items(const PlacedEntry& entry) const;
+
+  /// What follows the "]" of a header whose brackets name a known section; nothing for others.
+  struct HeaderText {
+    std::string_view name;
+    Item rest;
+  };
+  std::optional<HeaderText> TextAfterHeader(std::uint32_t line) const;
 
   // What a line without "=" looks like.
 
@@ -124,7 +132,7 @@ class Document {
 
   Place PlaceOf(Span span) const;
   Excerpt ExcerptOf(Span span) const;
-  std::string ShownKey(const Entry& entry) const;
+  std::string ShownKey(const PlacedEntry& entry) const;
   /// The part of a stretch within a line that must not be shown.
   std::string_view Hidden(Span span) const;
 
@@ -137,7 +145,7 @@ class Document {
 
   void AddLine(std::uint32_t number);
   void AddEntry(std::uint32_t number, Section& section);
-  std::vector<std::uint32_t> Chain(const Entry& entry) const;
+  std::vector<std::uint32_t> Chain(const PlacedEntry& entry) const;
   Item FirstLineOfValue(std::uint32_t line) const;
   Item Part(std::size_t begin, std::size_t end) const;
   std::size_t LineOf(std::size_t offset) const;

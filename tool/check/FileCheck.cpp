@@ -1,11 +1,11 @@
 #include "tool/check/FileCheck.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
-#include "tool/check/rules/FleetRules.h"
-#include "tool/check/rules/MachineRules.h"
 #include "tool/check/rules/Rules.h"
+#include "tool/io/Text.h"
 
 namespace tool::check {
 namespace {
@@ -55,6 +55,17 @@ FileReport TooLarge(const std::string& file) {
   return OneFinding(file, Code::kLargeFile,
                     "the file is larger than " + std::to_string(kLargestFile >> 20U) +
                         " MiB and was not checked");
+}
+
+std::string Remark(const std::string& path, const std::string& text) {
+  const FileReport report = CheckText(path, text, /*machine=*/nullptr);
+  const auto first = std::find_if(report.findings.begin(), report.findings.end(), IsError);
+  const auto count = std::count_if(first, report.findings.end(), IsError);
+  if (count == 0) return {};
+  std::string remark = count == 1 ? "1 error" : std::to_string(count) + " errors, the first";
+  // A finding about no line is one about the file.
+  if (!first->excerpt.text.empty()) remark += " on line " + std::to_string(first->place.line);
+  return Printable(remark + ": " + first->message + "; see orvanta-config check " + path);
 }
 
 }  // namespace tool::check

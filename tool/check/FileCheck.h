@@ -11,14 +11,10 @@ namespace tool::check {
 
 /// Something that only one computer can have.
 struct Claim {
-  /// The finding that a second claim is.
-  Code code;
   /// Equal for equal claims, however they are written.
   std::string identity;
-  /// As the file writes it.
-  std::string text;
-  Place place;
-  Excerpt excerpt;
+  /// What a second claim is, but for where the first one is.
+  Finding finding;
 };
 
 struct FileReport {
@@ -37,5 +33,9 @@ FileReport Unreadable(const std::string& file, const std::string& reason);
 /// A file of more bytes is not a configuration.
 constexpr std::size_t kLargestFile = std::size_t{4} << 20U;
 FileReport TooLarge(const std::string& file);
+
+/// "2 errors, the first on line 3: ...; see orvanta-config check pc.cfg": one line for a file that
+/// has errors, empty for any other. `path` is as the user gave it.
+std::string Remark(const std::string& path, const std::string& text);
 
 }  // namespace tool::check

@@ -1,8 +1,8 @@
 // Everything that `check` can find, as a table: a stable code, how bad it is, and what helps.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <span>
 
 namespace tool::check {
 
@@ -13,7 +13,10 @@ enum class Severity : std::uint8_t {
 };
 
 /// "error", "warning" or "note".
-const char* TextOf(Severity severity);
+constexpr const char* TextOf(Severity severity) {
+  constexpr const char* kNames[] = {"error", "warning", "note"};
+  return kNames[static_cast<std::size_t>(severity)];
+}
 
 enum class Code : std::uint8_t {
 #define FINDING(name, severity, id, title, hint) k##name,
@@ -31,8 +34,14 @@ struct FindingKind {
   const char* hint;
 };
 
-const FindingKind& KindOf(Code code);
 /// In the order of `Code`.
-std::span<const FindingKind> AllKinds();
+inline constexpr FindingKind kFindingKinds[] = {
+#define FINDING(name, severity, id, title, hint) {Severity::k##severity, id, title, hint},
+#include "tool/check/FindingList.def"
+#undef FINDING
+};
+constexpr const FindingKind& KindOf(Code code) {
+  return kFindingKinds[static_cast<std::size_t>(code)];
+}
 
 }  // namespace tool::check

@@ -38,19 +38,19 @@ void Findings::At(Code code, Span span, std::string message, std::string hint) {
                        document_.ExcerptOf(span)});
 }
 
-void Findings::At(Code code, const Item& item, std::string message, std::string hint) {
-  At(code, item.span, std::move(message), std::move(hint));
+void Findings::OfItem(Code code, const Item& item, const std::string& what, std::string hint) {
+  At(code, item.span, Quoted(item.text) + " " + what, std::move(hint));
 }
 
 void Findings::AtLine(Code code, std::uint32_t line, std::string message, std::string hint) {
-  At(code, document_.ItemOf(line), std::move(message), std::move(hint));
+  At(code, document_.ItemOf(line).span, std::move(message), std::move(hint));
 }
 
-void Findings::AtKey(Code code, const Entry& entry, std::string message, std::string hint) {
+void Findings::AtKey(Code code, const PlacedEntry& entry, std::string message, std::string hint) {
   At(code, document_.KeySpan(entry), std::move(message), std::move(hint));
 }
 
-void Findings::AtValue(Code code, const Entry& entry, std::string message, std::string hint) {
+void Findings::AtValue(Code code, const PlacedEntry& entry, std::string message, std::string hint) {
   At(code, document_.ValueSpan(entry), std::move(message), std::move(hint));
 }
 

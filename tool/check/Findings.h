@@ -29,6 +29,10 @@ struct Finding {
   std::optional<RelatedPlace> related = std::nullopt;
 };
 
+inline bool IsError(const Finding& finding) {
+  return KindOf(finding.code).severity == Severity::kError;
+}
+
 /// Collects the findings of a document, so many of each severity at most.
 class Findings {
  public:
@@ -40,10 +44,11 @@ class Findings {
   // Each adds a finding about a place; without a `hint` with the one of the table.
 
   void At(Code code, Span span, std::string message, std::string hint = {});
-  void At(Code code, const Item& item, std::string message, std::string hint = {});
+  /// What the item is: the message begins with it.
+  void OfItem(Code code, const Item& item, const std::string& what, std::string hint = {});
   void AtLine(Code code, std::uint32_t line, std::string message, std::string hint = {});
-  void AtKey(Code code, const Entry& entry, std::string message, std::string hint = {});
-  void AtValue(Code code, const Entry& entry, std::string message, std::string hint = {});
+  void AtKey(Code code, const PlacedEntry& entry, std::string message, std::string hint = {});
+  void AtValue(Code code, const PlacedEntry& entry, std::string message, std::string hint = {});
   /// At the first header of the section.
   void AtHeader(Code code, const Section& section, std::string message, std::string hint = {});
   /// About the file as a whole.

@@ -20,7 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view kAnyFolders = "**";
-constexpr std::string_view kEnding = ".cfg";
 
 bool IsPattern(std::string_view text) { return text.find_first_of("*?") != std::string_view::npos; }
 
@@ -61,26 +60,16 @@ bool Fits(std::string_view name, std::string_view pattern) {
 
 class Search {
  public:
-  /// Adds the configuration files in a folder and below.
-  void AddFolder(const fs::path& folder) {
-    ForEach(folder, [this](const fs::directory_entry& entry) {
-      if (IsFolder(entry)) {
-        AddFolder(entry.path());
-      } else if (EndsAsConfiguration(entry.path()) && IsFile(entry)) {
-        Add(entry.path());
-      }
-    });
-  }
-
-  /// Adds what fits the components of a pattern from `next` on, below `base`.
+  /// Adds what fits the components of a pattern from `next` on, below `base`. A folder that fits
+  /// stands for the configuration files in it and below.
   void AddFitting(const fs::path& base, const std::vector<std::string>& components,
                   std::size_t next) {
     if (next == components.size()) {
       std::error_code error;
-      if (fs::is_directory(base, error)) {
+      if (!fs::is_directory(base, error)) {
+        if (fs::exists(fs::symlink_status(base, error))) Add(base);
+      } else if (&components != &configurations_) {
         AddFolder(base);
-      } else if (fs::exists(base, error)) {
-        Add(base);
       }
       return;
     }
@@ -94,12 +83,18 @@ class Search {
     ForEach(base.empty() ? fs::path(".") : base, [&](const fs::directory_entry& entry) {
       const fs::path path = base / entry.path().filename();
       if (isAnyFolders) {
-        if (IsFolder(entry)) AddFitting(path, components, next);
+        // Links to folders are not followed, so that no search runs in circles.
+        std::error_code error;
+        if (entry.is_directory(error) && !entry.is_symlink(error)) {
+          AddFitting(path, components, next);
+        }
       } else if (Fits(NameOf(entry.path().filename()), component)) {
         AddFitting(path, components, next + 1);
       }
     });
   }
+
+  void AddFolder(const fs::path& folder) { AddFitting(folder, configurations_, 0); }
 
   void Add(const fs::path& path, bool isNamed = false) {
     inputs_.push_back({NameOf(path.lexically_normal()), isNamed, {}});
@@ -125,21 +120,6 @@ class Search {
   }
 
  private:
-  static bool EndsAsConfiguration(const fs::path& path) {
-    return base::SameText(NameOf(path.extension()), kEnding);
-  }
-
-  /// Links to folders are not followed, so that no search runs in circles.
-  static bool IsFolder(const fs::directory_entry& entry) {
-    std::error_code error;
-    return entry.is_directory(error) && !entry.is_symlink(error);
-  }
-
-  static bool IsFile(const fs::directory_entry& entry) {
-    std::error_code error;
-    return !entry.is_directory(error);
-  }
-
   template <typename Visit>
   void ForEach(const fs::path& folder, Visit visit) {
     std::error_code error;
@@ -152,6 +132,8 @@ class Search {
     }
   }
 
+  /// What is looked for in a folder.
+  const std::vector<std::string> configurations_{std::string(kAnyFolders), "?*.cfg"};
   std::vector<Input> inputs_;
 };
 

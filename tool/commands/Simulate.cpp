@@ -8,7 +8,7 @@
 
 #include "base/Pieces.h"
 #include "tool/agent/Conversation.h"
-#include "tool/check/CheckRemark.h"
+#include "tool/check/FileCheck.h"
 #include "tool/commands/SimulateReport.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
@@ -126,7 +126,7 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
     simulation.file =
         (options.file == "-" ? "standard input" : options.file) + ", placed as " + options.at;
     if (options.message == "configure" && !options.machine.json) {
-      simulation.checkRemark = CheckRemark(options.file, *text);
+      simulation.checkRemark = check::Remark(options.file, *text);
     }
   }
   std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);

@@ -5,7 +5,7 @@
 #include <ostream>
 #include <vector>
 
-#include "tool/check/CheckRemark.h"
+#include "tool/check/FileCheck.h"
 #include "tool/io/Files.h"
 #include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
@@ -87,7 +87,7 @@ int Plan(const PlanOptions& options, const Streams& streams) {
     plan = MakePlan(machine, kPlace, name, Comparing::kInTurn);
   }
   const bool isShown = page || !options.machine.json;
-  const std::string remark = isShown ? CheckRemark(options.file, text) : "";
+  const std::string remark = isShown ? check::Remark(options.file, text) : "";
   if (page) page->Commit(PlanPage({name, remark, machineName, machine, *chain}));
   if (!options.followRestarts) chain.reset();
 

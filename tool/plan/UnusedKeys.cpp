@@ -15,13 +15,13 @@ using base::Key;
 using base::SectionKind;
 using base::ValueKind;
 using check::Document;
-using check::Entry;
+using check::PlacedEntry;
 using check::Section;
 
 constexpr std::size_t kMostKeys = 8;
 
 /// The key asks for something by itself when its section is translated.
-bool AsksByItself(const Entry& entry, SectionKind section) {
+bool AsksByItself(const PlacedEntry& entry, SectionKind section) {
   if (!entry.known) return true;
   if (section != SectionKind::kNetworking && section != SectionKind::kAdapter) return false;
   switch (RowOf(*entry.known).value) {
@@ -37,7 +37,7 @@ bool AsksByItself(const Entry& entry, SectionKind section) {
 }
 
 /// The domain's other name was asked for.
-bool IsRuledByDnsDomain(const Section& section, const Entry& entry) {
+bool IsRuledByDnsDomain(const Section& section, const PlacedEntry& entry) {
   return entry.known == Key::kDomain && section.Find(Key::kDnsDomain) != nullptr;
 }
 
@@ -49,7 +49,7 @@ std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
   std::set<std::size_t> heard;
   for (const PlannedEvent& event : plan.events) heard.insert(event.line);
   const Document document(plan.text);
-  const auto isHeard = [&](const Entry& entry, std::size_t line) {
+  const auto isHeard = [&](const PlacedEntry& entry, std::size_t line) {
     const auto next = heard.lower_bound(line);
     return next != heard.end() &&
            *next <= document.PlaceOf(document.ItemOf(entry.lastLine).span).line;
@@ -57,7 +57,7 @@ std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kAgentSettings) continue;
     UnusedKeys unused{ToUtf8(section.name), {}, {}};
-    for (const Entry& entry : section.entries) {
+    for (const PlacedEntry& entry : section.entries) {
       if (entry.isComment || entry.key.empty() || base::Trimmed(entry.value).empty()) continue;
       if (entry.isFound && !AsksByItself(entry, section.kind)) continue;
       const std::size_t line = document.PlaceOf(document.KeySpan(entry)).line;

@@ -8,9 +8,12 @@
 #include "base/ConfigKeys.h"
 #include "base/LetterCase.h"
 #include "base/Pieces.h"
+#include "common/sys/NicInfoWriter.h"
+#include "common/sys/NicText.h"
 #include "common/sys/Registry.h"
+#include "handlers/internal/ConfigFile.h"
+#include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
-#include "tool/roundtrip/ImageEvidence.h"
 
 namespace tool {
 namespace {
@@ -22,6 +25,128 @@ using simulated::Change;
 using simulated::Machine;
 using simulated::OnImage;
 using Texts = std::vector<std::string>;
+
+// ---- Evidence -----------------------------------------------------------------------------------
+
+const Change* FindLast(const std::vector<Change>& changes, const char* call, const auto& matches) {
+  const auto found = std::find_if(changes.rbegin(), changes.rend(), [&](const Change& change) {
+    return change.call == call && matches(change);
+  });
+  return found == changes.rend() ? nullptr : &*found;
+}
+
+bool IsPci(const Adapter& adapter) { return sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci; }
+
+/// Why the machine refused the change; empty when it did it, or when there is none.
+std::string RefusalOf(const Change* change) {
+  return change == nullptr ? std::string() : Describe(*change).refusal;
+}
+
+/// What the library recorded, read back, and did: the captured file and the journal of its
+/// messages.
+class Evidence {
+ public:
+  explicit Evidence(const ImageRestore& image) : image_(image) {
+    if (image.captured) file_.Parse(image.captured->text, /*merge=*/false);
+    for (const Delivery& delivery : image.restore.deliveries) {
+      restoring_.insert(restoring_.end(), delivery.changes.begin(), delivery.changes.end());
+      if (delivery.Result() == "Success" || delivery.Result() == "Reboot") wasRead_ = true;
+    }
+    if (LastRestoring("wmi.method", [](const Change& /*change*/) { return true; })) wasRead_ = true;
+  }
+
+  /// An entry of the captured file.
+  std::optional<std::string> Value(std::string_view section, std::string_view key) {
+    return std::optional<std::string>(file_.FindValue(section, key));
+  }
+
+  /// The adapter's position among those that the capture looks at.
+  std::optional<int> NumberOf(const Adapter& adapter) const {
+    const auto& all = image_.before.adapters;
+    const auto own = std::find_if(all.begin(), all.end(),
+                                  [&](const Adapter& one) { return one.index == adapter.index; });
+    if (!adapter.ipEnabled) return std::nullopt;
+    return static_cast<int>(
+        std::count_if(all.begin(), own, [](const Adapter& one) { return one.ipEnabled; }));
+  }
+
+  /// The section that the capture wrote of the adapter; empty when there is none.
+  std::string SectionOf(const Adapter& adapter) const {
+    const auto number = NumberOf(adapter);
+    return number && HasSection(*number) ? sys::SectionName(*number) : std::string();
+  }
+
+  /// Configure took the section for one of an adapter.
+  bool WasRead(const std::string& section) const {
+    return wasRead_ && base::KindOfSection(section) == base::SectionKind::kAdapter;
+  }
+
+  /// The capture's last attempt to write the key; null when there was none.
+  const Change* WriteOf(std::string_view section, std::string_view key) const {
+    return FindLast(image_.capture.changes, "file.write", [&](const Change& change) {
+      return change["section"] == section && change["key"] == key;
+    });
+  }
+
+  /// Configure's last change of that kind that matches; null when there was none.
+  const Change* LastRestoring(const char* call, const auto& matches) const {
+    return FindLast(restoring_, call, matches);
+  }
+
+  /// What ended the restore early; empty when all that was asked for was done.
+  std::string RestoreFailure() const {
+    for (const Delivery& delivery : image_.restore.deliveries) {
+      if (!delivery.Succeeded()) return "Configure failed: " + delivery.Failure();
+    }
+    const bool restarts = image_.restore.deliveries.back().Result() == "Reboot";
+    return restarts ? "Configure still asks for a restart" : "";
+  }
+
+  /// Why the adapter has no section of its own.
+  std::string WhyNotRecorded(const Adapter& adapter) const {
+    const auto number = NumberOf(adapter);
+    const bool wasWritten =
+        WriteOf(NameOf(base::SectionKind::kGlobal), NameOf(Key::kRebootAfterConfig)) != nullptr;
+    if (!wasWritten && !image_.capture.Succeeded()) {
+      return "nothing was recorded, for PrepForImage failed: " + CaptureFailure(image_);
+    }
+    if (!number) return "not recorded, for the adapter is not IP-enabled";
+    if (!IsPci(adapter)) {
+      return "not recorded, for the adapter is not on PCI (" + adapter.pnpDeviceId + ")";
+    }
+    const auto* const write = WriteOf(sys::SectionName(*number), NameOf(Key::kDhcp));
+    return write == nullptr ? "not recorded, for PrepForImage did not see the adapter"
+                            : "recording it was refused: " + RefusalOf(write);
+  }
+
+  /// Why the adapter's section was not read.
+  std::string WhyNotRead(const Adapter& adapter) const {
+    if (std::string failure = RestoreFailure(); !wasRead_ && !failure.empty()) return failure;
+    std::string reason = "section [" + SectionOf(adapter) + "] is not read back";
+    if (NumberOf(adapter).value_or(0) != 0 && !HasSection(0)) {
+      const auto& all = image_.before.adapters;
+      const auto first =
+          std::find_if(all.begin(), all.end(), [](const Adapter& one) { return one.ipEnabled; });
+      reason += "; adapter " + std::to_string(first->index) + ", which is not recorded, used up [" +
+                sys::SectionName(0) + "]";
+    }
+    return reason;
+  }
+
+ private:
+  bool HasSection(int number) const {
+    const std::string section = sys::SectionName(number);
+    return FindLast(image_.capture.changes, "file.write", [&](const Change& change) {
+             return change["section"] == section && RefusalOf(&change).empty();
+           }) != nullptr;
+  }
+
+  const ImageRestore& image_;
+  ConfigFile file_{/*caseSensitive=*/false};
+  std::vector<Change> restoring_;
+  /// Configure came to apply the file's sections.
+  bool wasRead_ = false;
+};
 
 // ---- The settings of an adapter -----------------------------------------------------------------
 
@@ -61,7 +186,7 @@ Outcome OutcomeOf(const States& states) {
 /// Explains one setting of one adapter.
 class Explanation {
  public:
-  Explanation(ImageEvidence& evidence, const AdapterField& field, const Adapter& before)
+  Explanation(Evidence& evidence, const AdapterField& field, const Adapter& before)
       : evidence_(evidence), field_(field), before_(before), section_(evidence.SectionOf(before)) {
     if (section_.empty()) return;
     for (const std::optional<Key>& key : field.record.keys) {
@@ -145,7 +270,7 @@ class Explanation {
     });
   }
 
-  ImageEvidence& evidence_;
+  Evidence& evidence_;
   const AdapterField& field_;
   const Adapter& before_;
   std::string section_;
@@ -155,7 +280,7 @@ class Explanation {
   Texts entries_;
 };
 
-std::string ServiceReason(const ImageEvidence& evidence, const std::string& service) {
+std::string ServiceReason(const Evidence& evidence, const std::string& service) {
   const auto isIts = [&](const Change& change) {
     return base::SameText(change["service"].Text(), service);
   };
@@ -173,12 +298,30 @@ std::string ServiceReason(const ImageEvidence& evidence, const std::string& serv
              : "starting it was refused: " + startRefusal;
 }
 
-std::string RouteReason(const ImageEvidence& evidence, const simulated::PersistentRoute& route) {
+std::string RouteReason(const Evidence& evidence, const simulated::PersistentRoute& route) {
   const std::string refusal =
       RefusalOf(evidence.LastRestoring("process.run", [&](const Change& change) {
         return change["command"].Text().find(" " + route.destination + " ") != std::string::npos;
       }));
   return refusal.empty() ? "routes are not recorded" : "setting it was refused: " + refusal;
+}
+
+/// The first text of an adapter that the capture looks up as a host name and that is none.
+std::optional<std::string> UnknownHost(const simulated::Machine& machine, const Adapter& adapter) {
+  if (!adapter.ipEnabled || !IsPci(adapter)) return std::nullopt;
+  std::vector<std::string> texts;
+  if (!adapter.ipAddresses.empty()) texts.push_back(adapter.ipAddresses.front());
+  texts.insert(texts.end(), adapter.gateways.begin(), adapter.gateways.end());
+  texts.insert(texts.end(), adapter.dnsServers.begin(), adapter.dnsServers.end());
+  for (const std::string& text : texts) {
+    const std::string first = base::Folded(text.substr(0, 1));
+    const bool isName = first >= "a" && first <= "z";
+    if (isName && std::none_of(machine.hosts.begin(), machine.hosts.end(),
+                               [&](const auto& host) { return base::SameText(host.name, text); })) {
+      return text;
+    }
+  }
+  return std::nullopt;
 }
 
 // ---- The list -----------------------------------------------------------------------------------
@@ -317,26 +460,27 @@ class Listing {
   }
 
   const ImageRestore& image_;
-  ImageEvidence evidence_;
+  Evidence evidence_;
   std::vector<RestoredSetting> settings_;
 };
 
 }  // namespace
 
-std::string_view OutcomeName(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::kStayed:
-      return "stayed";
-    case Outcome::kRestored:
-      return "restored";
-    case Outcome::kGiven:
-      return "given";
-    case Outcome::kLost:
-      return "lost";
-    case Outcome::kChanged:
-      return "changed";
+std::string CaptureFailure(const ImageRestore& image) {
+  std::string failure = image.capture.Failure();
+  if (failure.find("Name Resolution") == std::string::npos) return failure;
+  for (const Adapter& adapter : image.before.adapters) {
+    if (const auto name = UnknownHost(image.before, adapter)) {
+      return failure + "; " + *name + " of adapter " + std::to_string(adapter.index) +
+             " is no IPv4 address and no known host";
+    }
   }
-  return "";
+  return failure;
+}
+
+std::string_view OutcomeName(Outcome outcome) {
+  constexpr std::string_view kNames[] = {"stayed", "restored", "given", "lost", "changed"};
+  return kNames[static_cast<std::size_t>(outcome)];
 }
 
 std::vector<RestoredSetting> RestoredSettings(const ImageRestore& image) {

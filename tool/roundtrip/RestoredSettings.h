@@ -45,4 +45,8 @@ struct RestoredSetting {
 /// and what no image keeps: link-local addresses. Texts come from files: print them with care.
 std::vector<RestoredSetting> RestoredSettings(const ImageRestore& image);
 
+/// Why the capture failed, with the address that it could not read if that is why; empty when it
+/// succeeded.
+std::string CaptureFailure(const ImageRestore& image);
+
 }  // namespace tool

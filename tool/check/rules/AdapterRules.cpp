@@ -10,9 +10,9 @@ namespace tool::check {
 namespace {
 
 /// The first of the keys that is given; null when none is.
-const Entry* FirstGiven(const Section& section, std::initializer_list<Key> keys) {
+const PlacedEntry* FirstGiven(const Section& section, std::initializer_list<Key> keys) {
   for (const Key key : keys) {
-    if (const Entry* const entry = section.Find(key)) return entry;
+    if (const PlacedEntry* const entry = section.Find(key)) return entry;
   }
   return nullptr;
 }
@@ -20,7 +20,7 @@ const Entry* FirstGiven(const Section& section, std::initializer_list<Key> keys)
 // ---- Addressing ---------------------------------------------------------------------------------
 
 void CheckWhetherAddressesCount(const DesiredAdapter& adapter, Findings& findings) {
-  const Entry* const given =
+  const PlacedEntry* const given =
       FirstGiven(*adapter.section, {Key::kAddress, Key::kNetmask, Key::kGateway});
   if (given == nullptr || adapter.IsStatic()) return;
   const std::string key(given->key);
@@ -69,10 +69,9 @@ void CheckHostParts(const DesiredAdapter& adapter, Findings& findings) {
     if (!IsContiguous(*masks[i].bits) || hosts <= 1 || *masks[i].bits == 0) continue;
     const std::uint32_t host = *addresses[i].bits & hosts;
     if (host != 0 && host != hosts) continue;
-    findings.At(Code::kUnusableAddress, addresses[i].item,
-                Quoted(addresses[i].item.text) + " is the " +
-                    (host == 0 ? "network's own" : "broadcast") + " address with mask " +
-                    std::string(masks[i].item.text));
+    findings.OfItem(Code::kUnusableAddress, addresses[i].item,
+                    std::string("is the ") + (host == 0 ? "network's own" : "broadcast") +
+                        " address with mask " + std::string(masks[i].item.text));
   }
 }
 
@@ -83,11 +82,9 @@ void CheckGateways(const DesiredAdapter& adapter, Findings& findings) {
     if (!gateway.bits) continue;
     if (std::any_of(addresses.begin(), addresses.end(),
                     [&](const Address& own) { return own.bits == gateway.bits; })) {
-      findings.At(Code::kGatewayIsOwnAddress, gateway.item,
-                  Quoted(gateway.item.text) + " is the adapter's own address");
+      findings.OfItem(Code::kGatewayIsOwnAddress, gateway.item, "is the adapter's own address");
     } else if (!adapter.IsInSubnet(*gateway.bits)) {
-      findings.At(Code::kGatewayOutside, gateway.item,
-                  Quoted(gateway.item.text) + " is in no subnet of this adapter");
+      findings.OfItem(Code::kGatewayOutside, gateway.item, "is in no subnet of this adapter");
     }
   }
 }
@@ -100,10 +97,10 @@ bool Counts(const DesiredAdapter& adapter, Key numbered) {
 }
 
 void CheckUnread(const DesiredAdapter& adapter, Findings& findings) {
-  for (const Entry* const entry : adapter.unread) {
+  for (const PlacedEntry* const entry : adapter.unread) {
     if (!Counts(adapter, *entry->known)) continue;
     const Key count = *entry->known == Key::kRoute ? Key::kStaticRouteCount : Key::kDnsServerCount;
-    const Entry* const given = adapter.section->Find(count);
+    const PlacedEntry* const given = adapter.section->Find(count);
     const std::string countName(NameOf(count));
     findings.AtKey(Code::kNumberedKeyNotRead, *entry,
                    std::string(entry->key) + " is not read: " +
@@ -123,10 +120,10 @@ void CheckCounts(const DesiredAdapter& adapter, Findings& findings) {
       {Key::kStaticRouteCount, Key::kRoute, adapter.routes.size() + adapter.emptyRoutes.size()},
   };
   for (const auto& row : kCounts) {
-    const Entry* const count = adapter.section->Find(row.count);
+    const PlacedEntry* const count = adapter.section->Find(row.count);
     if (count == nullptr || !Counts(adapter, row.numbered)) continue;
     const std::uint32_t wanted = base::ParseUnsigned(count->FirstLine());
-    const auto isUnread = [&row](const Entry* entry) { return entry->known == row.numbered; };
+    const auto isUnread = [&row](const PlacedEntry* entry) { return entry->known == row.numbered; };
     const auto& unread = adapter.unread;
     // Keys beyond a gap have a finding of their own.
     if (wanted <= row.read || std::any_of(unread.begin(), unread.end(), isUnread)) continue;
@@ -139,11 +136,11 @@ void CheckCounts(const DesiredAdapter& adapter, Findings& findings) {
 void CheckWhetherDnsCounts(const DesiredAdapter& adapter, Findings& findings) {
   if (adapter.setsDns) return;
   const Section& section = *adapter.section;
-  const auto isServer = [](const Entry& entry) {
+  const auto isServer = [](const PlacedEntry& entry) {
     return entry.known == Key::kDnsServer && entry.isFound && !entry.value.empty();
   };
   const auto server = std::find_if(section.entries.begin(), section.entries.end(), isServer);
-  const Entry* given = section.Find(Key::kDnsSuffixes);
+  const PlacedEntry* given = section.Find(Key::kDnsSuffixes);
   if (server != section.entries.end()) given = &*server;
   if (given == nullptr) return;
   const std::string key(given->key);
@@ -157,7 +154,7 @@ void CheckWhetherDnsCounts(const DesiredAdapter& adapter, Findings& findings) {
 // ---- Routes and the adapter's place -------------------------------------------------------------
 
 void CheckRoutes(const DesiredAdapter& adapter, Findings& findings) {
-  for (const Entry* const entry : adapter.emptyRoutes) {
+  for (const PlacedEntry* const entry : adapter.emptyRoutes) {
     findings.AtValue(
         Code::kShortRoute, *entry,
         std::string(entry->key) + " is empty: it uses up a number, but gives no route");
@@ -167,9 +164,8 @@ void CheckRoutes(const DesiredAdapter& adapter, Findings& findings) {
     if (*route.destination.bits == 0 && *route.mask.bits == 0) {
       findings.AtValue(Code::kDefaultRoute, *route.entry, "this is a default route");
     } else if ((*route.destination.bits & ~*route.mask.bits) != 0) {
-      findings.At(Code::kRouteHostBits, route.destination.item,
-                  Quoted(route.destination.item.text) + " has bits outside the mask " +
-                      std::string(route.mask.item.text));
+      findings.OfItem(Code::kRouteHostBits, route.destination.item,
+                      "has bits outside the mask " + std::string(route.mask.item.text));
     }
   }
 }
@@ -177,7 +173,7 @@ void CheckRoutes(const DesiredAdapter& adapter, Findings& findings) {
 void CheckLocation(const DesiredAdapter& adapter, Findings& findings) {
   const Section& section = *adapter.section;
   constexpr Key kParts[] = {Key::kPciBus, Key::kPciDevice, Key::kPciFunction};
-  const Entry* const given = FirstGiven(section, {kParts[0], kParts[1], kParts[2]});
+  const PlacedEntry* const given = FirstGiven(section, {kParts[0], kParts[1], kParts[2]});
   if (given == nullptr || adapter.hasLocation) return;
   for (const Key part : kParts) {
     if (section.Find(part) != nullptr) continue;

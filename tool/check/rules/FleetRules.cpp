@@ -1,20 +1,14 @@
-#include "tool/check/rules/FleetRules.h"
-
 #include <algorithm>
 #include <unordered_map>
 #include <utility>
 
 #include "base/LetterCase.h"
 #include "platform/simulated/Secrets.h"
+#include "tool/check/rules/Rules.h"
 #include "tool/io/CodePage.h"
 
 namespace tool::check {
 namespace {
-
-std::string_view NounOf(Code code) {
-  if (code == Code::kFleetComputerName) return "computer name ";
-  return code == Code::kFleetAddress ? "address " : "MAC address ";
-}
 
 struct FirstClaim {
   std::size_t report;
@@ -26,24 +20,29 @@ struct FirstClaim {
 std::vector<Claim> ClaimsOf(const DesiredState& desired) {
   const Document& document = desired.document;
   std::vector<Claim> claims;
-  const auto add = [&](Code code, const std::string& identity, Span span, std::string_view text) {
+  const auto add = [&](Code code, const char* noun, const std::string& identity, Span span,
+                       std::string_view text) {
     const bool isHidden = !document.Hidden(span).empty();
-    claims.push_back({code, identity, isHidden ? simulated::kHidden : ToUtf8(text),
-                      document.PlaceOf(span), document.ExcerptOf(span)});
+    const std::string shown = isHidden ? simulated::kHidden : ToUtf8(text);
+    claims.push_back({KindOf(code).id + identity,
+                      {code, noun + (" " + Quoted(shown)), KindOf(code).hint,
+                       document.PlaceOf(span), document.ExcerptOf(span)}});
   };
-  if (const Entry* const name = desired.identity.Find(Key::kComputerName)) {
+  if (const PlacedEntry* const name = desired.identity.Find(Key::kComputerName)) {
     std::string identity(name->FirstLine());
     base::ToUpper(identity);
-    add(Code::kFleetComputerName, identity, document.ValueSpan(*name), name->FirstLine());
+    add(Code::kFleetComputerName, "computer name", identity, document.ValueSpan(*name),
+        name->FirstLine());
   }
   for (const DesiredAdapter& adapter : desired.adapters) {
     if (!adapter.mac.empty()) {
-      const Entry& entry = *adapter.section->Find(Key::kMacAddress);
-      add(Code::kFleetMacAddress, adapter.mac, document.ValueSpan(entry), entry.FirstLine());
+      const PlacedEntry& entry = *adapter.section->Find(Key::kMacAddress);
+      add(Code::kFleetMacAddress, "MAC address", adapter.mac, document.ValueSpan(entry),
+          entry.FirstLine());
     }
     if (!adapter.IsStatic()) continue;
     for (const auto& [item, bits] : adapter.addresses) {
-      if (bits) add(Code::kFleetAddress, std::to_string(*bits), item.span, item.text);
+      if (bits) add(Code::kFleetAddress, "address", std::to_string(*bits), item.span, item.text);
     }
   }
   return claims;
@@ -55,16 +54,14 @@ void CheckFleet(std::vector<FileReport>& reports) {
     FileReport& report = reports[i];
     const std::size_t before = report.findings.size();
     for (Claim& claim : report.claims) {
-      const std::string key = std::string(KindOf(claim.code).id) + claim.identity;
-      const auto [first, isNew] = firsts.try_emplace(key, FirstClaim{i, claim.place});
+      Finding& finding = claim.finding;
+      const auto [first, isNew] = firsts.try_emplace(claim.identity, FirstClaim{i, finding.place});
       // Within a file that is a finding of its own.
       if (isNew || first->second.report == i) continue;
-      RelatedPlace other{reports[first->second.report].file, first->second.place};
-      report.findings.push_back(
-          {claim.code,
-           std::string(NounOf(claim.code)) + Quoted(claim.text) + " is also given in " +
-               other.file + ":" + std::to_string(other.place.line),
-           KindOf(claim.code).hint, claim.place, std::move(claim.excerpt), std::move(other)});
+      finding.related = {reports[first->second.report].file, first->second.place};
+      finding.message += " is also given in " + finding.related->file + ":" +
+                         std::to_string(finding.related->place.line);
+      report.findings.push_back(std::move(finding));
     }
     if (report.findings.size() != before) SortByPlace(report.findings);
   }

@@ -12,8 +12,8 @@ namespace {
 // ---- What belongs together ----------------------------------------------------------------------
 
 void CheckMembership(const DesiredState& desired, Findings& findings) {
-  const Entry* const workgroup = desired.identity.Find(Key::kWorkgroup);
-  const Entry* domain = desired.identity.Find(Key::kDomain);
+  const PlacedEntry* const workgroup = desired.identity.Find(Key::kWorkgroup);
+  const PlacedEntry* domain = desired.identity.Find(Key::kDomain);
   if (workgroup == nullptr) {
     if (domain == nullptr) domain = desired.identity.Find(Key::kDnsDomain);
     if (domain == nullptr) return;
@@ -37,8 +37,8 @@ void CheckMembership(const DesiredState& desired, Findings& findings) {
 }
 
 void CheckWorkgroupName(const DesiredState& desired, Findings& findings) {
-  const Entry* const computer = desired.identity.Find(Key::kComputerName);
-  const Entry* const workgroup = desired.identity.membershipName;
+  const PlacedEntry* const computer = desired.identity.Find(Key::kComputerName);
+  const PlacedEntry* const workgroup = desired.identity.membershipName;
   if (computer == nullptr || workgroup == nullptr) return;
   if (!desired.identity.IsWorkgroup()) return;
   if (!base::SameText(computer->FirstLine(), workgroup->FirstLine())) return;
@@ -47,16 +47,16 @@ void CheckWorkgroupName(const DesiredState& desired, Findings& findings) {
 }
 
 void CheckAccount(const DesiredState& desired, Findings& findings) {
-  const Entry* const user = desired.identity.Find(Key::kDomainUsername);
-  const Entry* const password = desired.identity.Find(Key::kDomainPassword);
+  const PlacedEntry* const user = desired.identity.Find(Key::kDomainUsername);
+  const PlacedEntry* const password = desired.identity.Find(Key::kDomainPassword);
   if ((user == nullptr) == (password == nullptr)) return;
   const bool isUser = user != nullptr;
   const std::string_view missing[] = {NameOf(isUser ? Key::kDomainPassword : Key::kDomainUsername)};
-  const auto isMisspelled = [&missing](const Entry& entry) {
+  const auto isMisspelled = [&missing](const PlacedEntry& entry) {
     return !entry.known && simulated::Nearest(entry.key, missing);
   };
   // That is a finding of its own.
-  const auto& entries = desired.identity.section->entries;
+  const auto& entries = desired.identity.section.entries;
   if (std::any_of(entries.begin(), entries.end(), isMisspelled)) return;
   findings.AtKey(Code::kHalfAccount, isUser ? *user : *password,
                  std::string(missing[0]) + " is not given");
@@ -69,8 +69,8 @@ void CheckRestart(const DesiredState& desired, Findings& findings) {
   const Identity& identity = desired.identity;
   const bool joins = identity.joinsDomain;
   if (!identity.renames && !joins && !identity.leavesDomain) return;
-  const Section& global = *desired.document.FindSection(SectionKind::kGlobal);
-  const Entry& cause = *global.Find(Key::kRebootAfterConfig);
+  const Section& global = desired.document.SectionOf(SectionKind::kGlobal);
+  const PlacedEntry& cause = *global.Find(Key::kRebootAfterConfig);
   if (identity.renames && joins && !identity.joinFirst) {
     findings.AtValue(
         Code::kStrandedJoin, cause,
@@ -86,7 +86,7 @@ void CheckRestart(const DesiredState& desired, Findings& findings) {
 }
 
 void CheckCredentials(const DesiredState& desired, Findings& findings) {
-  const Entry* const user = desired.identity.Find(Key::kDomainUsername);
+  const PlacedEntry* const user = desired.identity.Find(Key::kDomainUsername);
   const bool hasOu = desired.identity.Find(Key::kOrganizationalUnit) != nullptr;
   if (user == nullptr) {
     const Identity& identity = desired.identity;
@@ -109,7 +109,7 @@ void CheckCredentials(const DesiredState& desired, Findings& findings) {
 }
 
 void CheckOrganizationalUnit(const DesiredState& desired, Findings& findings) {
-  const Entry* const ou = desired.identity.Find(Key::kOrganizationalUnit);
+  const PlacedEntry* const ou = desired.identity.Find(Key::kOrganizationalUnit);
   if (ou == nullptr || !desired.identity.IsWorkgroup()) return;
   findings.AtValue(Code::kOuInWorkgroup, *ou, "a workgroup is joined: the unit is ignored");
 }
@@ -124,7 +124,6 @@ void CheckJoinOrder(const DesiredState& desired, Findings& findings) {
 }  // namespace
 
 void CheckIdentity(const DesiredState& desired, Findings& findings) {
-  if (desired.identity.section == nullptr) return;
   for (const auto rule : {CheckMembership, CheckWorkgroupName, CheckAccount, CheckRestart,
                           CheckCredentials, CheckOrganizationalUnit, CheckJoinOrder}) {
     rule(desired, findings);

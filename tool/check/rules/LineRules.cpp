@@ -14,31 +14,18 @@ std::string LineNumber(const Document& document, std::uint32_t line) {
   return std::to_string(document.PlaceOf(document.ItemOf(line).span).line);
 }
 
-/// What stands between the brackets of a header, and what follows them.
-struct HeaderText {
-  std::string_view name;
-  Item rest;
-};
-
-HeaderText Split(const Item& line) {
-  const std::size_t close = line.text.find(']');
-  const std::string_view rest = base::Trimmed(line.text.substr(close + 1));
-  return {base::Trimmed(line.text.substr(1, close - 1)),
-          {rest, {line.span.offset + line.text.size() - rest.size(), rest.size()}}};
-}
-
 void CheckHeader(const Document& document, std::uint32_t line, Findings& findings) {
-  const Item item = document.ItemOf(line);
   if (document.Lines()[line].kind == Kind::kOpenHeader) {
-    findings.At(Code::kOpenHeader, item, "the header has no \"]\", so the whole file is refused");
+    findings.AtLine(Code::kOpenHeader, line,
+                    "the header has no \"]\", so the whole file is refused");
     return;
   }
-  const HeaderText header = Split(item);
-  if (header.rest.text.empty() || base::KindOfSection(header.name) == SectionKind::kUnknown) return;
+  const auto header = document.TextAfterHeader(line);
   const Section& section = document.Sections()[document.Lines()[line].section];
-  if (section.kind == base::KindOfSection(header.name)) return;  // still an adapter
-  findings.At(Code::kTextAfterHeader, header.rest,
-              "this is section " + Quoted(section.name) + ", not " + Quoted(header.name));
+  // It may still be an adapter.
+  if (!header || section.kind == base::KindOfSection(header->name)) return;
+  findings.At(Code::kTextAfterHeader, header->rest.span,
+              "this is section " + Quoted(section.name) + ", not " + Quoted(header->name));
 }
 
 void CheckRepeatedHeaders(const Document& document, const Section& section, Findings& findings) {
@@ -85,7 +72,7 @@ bool IsListLine(const Document& document, std::uint32_t line) {
 void CheckCommented(const Document& document, std::uint32_t line, Reading& reading,
                     Findings& findings) {
   const Kind kind = document.Lines()[line].kind;
-  if (kind == Kind::kHeader || kind == Kind::kOpenHeader) reading = {};
+  if (IsHeader(kind)) reading = {};
   if (kind == Kind::kEntry) reading = {IsListLine(document, line), /*isInComment=*/false};
   const bool wasInComment = std::exchange(reading.isInComment, kind == Kind::kComment);
   if (!wasInComment || kind != Kind::kContinuation) return;  // once for each comment
@@ -96,7 +83,7 @@ void CheckCommented(const Document& document, std::uint32_t line, Reading& readi
                       (reading.isInList ? ", not to the list before that" : ""));
 }
 
-void CheckStrayLines(const Document& document, const Section& section, const Entry& entry,
+void CheckStrayLines(const Document& document, const Section& section, const PlacedEntry& entry,
                      Findings& findings) {
   if (document.Lines()[entry.line].kind == Kind::kContinuation) {
     if (document.LooksLikeOther(entry.line)) return;
@@ -110,10 +97,10 @@ void CheckStrayLines(const Document& document, const Section& section, const Ent
                       " in section " + Quoted(section.name));
 }
 
-void CheckDuplicate(const Document& document, const Section& section, const Entry& entry,
+void CheckDuplicate(const Document& document, const Section& section, const PlacedEntry& entry,
                     Findings& findings) {
   if (entry.isFound || entry.isComment || entry.key.empty()) return;
-  const Entry& first = section.entries[entry.found];
+  const PlacedEntry& first = section.entries[entry.found];
   const bool isSame = first.value == entry.value;
   findings.AtKey(isSame ? Code::kRepeatedKey : Code::kDuplicateKey, entry,
                  document.ShownKey(entry) + " is on line " + LineNumber(document, first.line) +
@@ -121,7 +108,7 @@ void CheckDuplicate(const Document& document, const Section& section, const Entr
 }
 
 void CheckUnnamed(const Document& document, const Section& section, Findings& findings) {
-  for (const Entry& entry : section.entries) {
+  for (const PlacedEntry& entry : section.entries) {
     if (entry.isComment || document.Lines()[entry.line].kind != Kind::kEntry) continue;
     findings.AtKey(Code::kBeforeFirstHeader, entry,
                    document.ShownKey(entry) + " belongs to no section and is not read");
@@ -136,10 +123,10 @@ void CheckLines(const DesiredState& desired, Findings& findings) {
   for (std::uint32_t line = 0; line < document.Lines().size(); ++line) {
     CheckCommented(document, line, reading, findings);
     const Kind kind = document.Lines()[line].kind;
-    if (kind == Kind::kHeader || kind == Kind::kOpenHeader) CheckHeader(document, line, findings);
+    if (IsHeader(kind)) CheckHeader(document, line, findings);
     if (kind == Kind::kContinuation) CheckContinuation(document, line, findings);
   }
-  const auto isComment = [](const Entry& entry) { return entry.isComment; };
+  const auto isComment = [](const PlacedEntry& entry) { return entry.isComment; };
   const auto& unnamed = document.Sections()[0].entries;
   if (document.Sections().size() == 1 && std::all_of(unnamed.begin(), unnamed.end(), isComment)) {
     findings.OfFile(Code::kAsksNothing, "the file holds neither a section nor an entry");
@@ -147,7 +134,7 @@ void CheckLines(const DesiredState& desired, Findings& findings) {
   CheckUnnamed(document, document.Sections()[0], findings);
   for (const Section& section : document.Sections()) {
     CheckRepeatedHeaders(document, section, findings);
-    for (const Entry& entry : section.entries) {
+    for (const PlacedEntry& entry : section.entries) {
       CheckStrayLines(document, section, entry, findings);
       if (!section.IsRead()) continue;
       CheckDuplicate(document, section, entry, findings);

@@ -1,5 +1,3 @@
-#include "tool/check/rules/MachineRules.h"
-
 #include <algorithm>
 #include <array>
 #include <map>
@@ -23,6 +21,7 @@
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/DirectoryTree.h"
 #include "platform/simulated/SimulatedPlatform.h"
+#include "tool/check/rules/Rules.h"
 
 namespace tool::check {
 namespace {
@@ -126,7 +125,7 @@ void CheckHost(const Pairing& pairing, const Address& address) {
   if (!isName) return;
   ipc::WinSockManager::Instance().EnsureStarted();
   if (platform::Current().Resolver().LookUpHost(std::string(text), &bits)) return;
-  pairing.findings.At(Code::kHostNotFound, address.item,
+  pairing.findings.At(Code::kHostNotFound, address.item.span,
                       "the machine cannot resolve " + Quoted(text));
 }
 
@@ -137,7 +136,7 @@ void CheckHosts(const Pairing& pairing) {
         for (const Address& address : *list) CheckHost(pairing, address);
       }
     }
-    for (const Entry* const server : adapter.servers) {
+    for (const PlacedEntry* const server : adapter.servers) {
       if (!adapter.setsDns) break;
       for (const Item& item : pairing.desired.document.Items(*server)) {
         CheckHost(pairing, ReadAddress(item));
@@ -205,7 +204,7 @@ void CheckRoutesOf(const Pairing& pairing, const DesiredAdapter& adapter) {
 // ---- Domain -------------------------------------------------------------------------------------
 
 /// The plain text; nothing when the machine cannot decipher it.
-std::optional<std::string> Deciphered(const Pairing& pairing, const Entry& entry) {
+std::optional<std::string> Deciphered(const Pairing& pairing, const PlacedEntry& entry) {
   const auto& known = pairing.machine.decrypt;
   if (!known) return std::nullopt;
   const auto found = known->find(std::string(entry.FirstLine()));
@@ -213,8 +212,8 @@ std::optional<std::string> Deciphered(const Pairing& pairing, const Entry& entry
 }
 
 void CheckAccount(const Pairing& pairing, const DirectoryDomain* domain) {
-  const Entry* const user = pairing.desired.identity.Find(Key::kDomainUsername);
-  const Entry* const password = pairing.desired.identity.Find(Key::kDomainPassword);
+  const PlacedEntry* const user = pairing.desired.identity.Find(Key::kDomainUsername);
+  const PlacedEntry* const password = pairing.desired.identity.Find(Key::kDomainPassword);
   if (user == nullptr || password == nullptr || !pairing.machine.KnowsDecrypt()) return;
   if (!pairing.machine.decrypt) {
     pairing.findings.AtValue(Code::kNoDecryption, *user, "the machine does not have LibCrypto.dll");
@@ -236,10 +235,9 @@ void CheckAccount(const Pairing& pairing, const DirectoryDomain* domain) {
 
 void CheckDomain(const Pairing& pairing) {
   const Identity& identity = pairing.desired.identity;
-  if (identity.section == nullptr) return;
   DirectoryDomain* domain = pairing.machine.FindOwnDomain();
   if (identity.IsDomain()) {
-    const Entry& name = *identity.membershipName;
+    const PlacedEntry& name = *identity.membershipName;
     domain = simulated::FindDomain(pairing.machine, std::string(name.FirstLine()));
     if (domain == nullptr && pairing.machine.KnowsDirectory()) {
       pairing.findings.AtValue(Code::kNoSuchDomain, name,
@@ -247,7 +245,7 @@ void CheckDomain(const Pairing& pairing) {
     }
   }
   CheckAccount(pairing, domain);
-  const Entry* const ou = identity.Find(Key::kOrganizationalUnit);
+  const PlacedEntry* const ou = identity.Find(Key::kOrganizationalUnit);
   if (ou == nullptr || identity.IsWorkgroup()) return;
   if (identity.membership == Identity::Membership::kUnchanged &&
       MemberOf(pairing.machine) == nullptr) {
@@ -270,8 +268,7 @@ void CheckDomain(const Pairing& pairing) {
 void CompareIdentity(DesiredState& desired, const Machine& machine) {
   desired.isOfMachine = true;
   Identity& identity = desired.identity;
-  if (identity.section == nullptr) return;
-  const std::string_view name = identity.section->Value(Key::kComputerName);
+  const std::string_view name = identity.section.Value(Key::kComputerName);
   identity.renames = !name.empty() && !base::SameText(name, machine.computerName);
   const simulated::DomainMembership* const current = MemberOf(machine);
   if (current == nullptr) return;

@@ -61,20 +61,13 @@ std::optional<SectionKind> HomeOf(std::string_view key) {
 }
 
 bool HoldsAdapterKeys(const Section& section) {
-  return std::any_of(section.entries.begin(), section.entries.end(), [](const Entry& entry) {
+  return std::any_of(section.entries.begin(), section.entries.end(), [](const PlacedEntry& entry) {
     return MatchKey(SectionKind::kAdapter, entry.key).has_value();
   });
 }
 
-bool HasTextAfterHeader(const Document& document, std::uint32_t line) {
-  const std::string_view text = document.ItemOf(line).text;
-  const std::size_t close = text.find(']');
-  return close != std::string_view::npos && close + 1 != text.size() &&
-         base::KindOfSection(base::Trimmed(text.substr(1, close - 1))) != SectionKind::kUnknown;
-}
-
 void CheckUnknownSection(const Document& document, const Section& section, Findings& findings) {
-  if (section.headers.empty() || HasTextAfterHeader(document, section.headers[0])) return;
+  if (section.headers.empty() || document.TextAfterHeader(section.headers[0])) return;
   const std::string name = Quoted(section.name);
   if (const auto nearest = NearestSection(section.name)) {
     findings.AtHeader(Code::kMisspelledSection, section, "section " + name + " is not read",
@@ -87,7 +80,7 @@ void CheckUnknownSection(const Document& document, const Section& section, Findi
   }
 }
 
-void CheckUnknownKey(const Document& document, const Section& section, const Entry& entry,
+void CheckUnknownKey(const Document& document, const Section& section, const PlacedEntry& entry,
                      Findings& findings) {
   const std::string name = Quoted(document.ShownKey(entry));
   if (const auto home = HomeOf(entry.key)) {
@@ -113,7 +106,7 @@ void CheckNames(const DesiredState& desired, Findings& findings) {
       continue;
     }
     if (section.kind == SectionKind::kAgentSettings) continue;
-    for (const Entry& entry : section.entries) {
+    for (const PlacedEntry& entry : section.entries) {
       const bool isMade = document.Lines()[entry.line].kind == Kind::kEntry;
       if (isMade && !entry.known && !entry.key.empty()) {
         CheckUnknownKey(document, section, entry, findings);

@@ -1,8 +1,10 @@
 // The rules: each function looks for one family of faults in one file and adds what it finds.
 #pragma once
 
+#include <vector>
+
 #include "tool/check/DesiredState.h"
-#include "tool/check/Findings.h"
+#include "tool/check/FileCheck.h"
 
 namespace tool::check {
 
@@ -23,5 +25,22 @@ void CheckIdentity(const DesiredState& desired, Findings& findings);
 
 /// What goes wrong between adapters' sections.
 void CheckSections(const DesiredState& desired, Findings& findings);
+
+// What only a machine can tell.
+
+/// Tells the desired what of the computer's identity changes on the machine.
+void CompareIdentity(DesiredState& desired, const simulated::Machine& machine);
+
+/// Looks for the adapters, routes, host names, domain, unit and account that the file needs. One
+/// thread at a time may call it.
+void CheckOnMachine(const DesiredState& desired, simulated::Machine& machine, Findings& findings);
+
+// What must not be the same in two files.
+
+/// The computer name, the static addresses and the MAC addresses of a file.
+std::vector<Claim> ClaimsOf(const DesiredState& desired);
+
+/// Adds a finding to every file that claims what an earlier one claims already.
+void CheckFleet(std::vector<FileReport>& reports);
 
 }  // namespace tool::check

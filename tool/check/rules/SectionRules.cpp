@@ -59,9 +59,8 @@ void CheckAddressesTwice(const DesiredState& desired, Findings& findings) {
       if (!address.bits) continue;
       const auto [earlier, isNew] = givenBy.emplace(*address.bits, &adapter);
       if (isNew) continue;
-      findings.At(Code::kAddressTwice, address.item,
-                  Quoted(address.item.text) + " is given in section " + earlier->second->Name() +
-                      " already");
+      findings.OfItem(Code::kAddressTwice, address.item,
+                      "is given in section " + earlier->second->Name() + " already");
     }
   }
 }
@@ -82,15 +81,15 @@ void CheckRoutesOfSections(const DesiredState& desired, Findings& findings) {
 
 /// The suffixes are a setting of the whole computer, although each section has its own.
 void CheckSuffixes(const DesiredState& desired, Findings& findings) {
-  const auto suffixesOf = [&desired](const Entry& entry) {
+  const auto suffixesOf = [&desired](const PlacedEntry& entry) {
     std::vector<std::string_view> suffixes;
     for (const Item& item : desired.document.Items(entry)) suffixes.push_back(item.text);
     return suffixes;
   };
   const DesiredAdapter* first = nullptr;
-  const Entry* given = nullptr;
+  const PlacedEntry* given = nullptr;
   for (const DesiredAdapter& adapter : desired.adapters) {
-    const Entry* const entry = adapter.section->Find(Key::kDnsSuffixes);
+    const PlacedEntry* const entry = adapter.section->Find(Key::kDnsSuffixes);
     if (!adapter.setsDns || entry == nullptr) continue;
     if (first == nullptr) {
       first = &adapter;
@@ -114,8 +113,8 @@ void CheckRouteGateways(const DesiredState& desired, Findings& findings) {
         return one.IsInSubnet(*route.gateway.bits);
       };
       if (!route.gateway.bits || std::any_of(adapters.begin(), adapters.end(), reaches)) continue;
-      findings.At(Code::kRouteGatewayOutside, route.gateway.item,
-                  Quoted(route.gateway.item.text) + " is in no subnet of the file's adapters");
+      findings.OfItem(Code::kRouteGatewayOutside, route.gateway.item,
+                      "is in no subnet of the file's adapters");
     }
   }
 }
@@ -131,7 +130,7 @@ void CheckDestinations(const DesiredState& desired, Findings& findings) {
       const bool isSame = first.mask.bits == route.mask.bits &&
                           first.gateway.bits == route.gateway.bits && first.metric == route.metric;
       if (isNew || isSame) continue;
-      findings.At(Code::kSharedDestination, route.destination.item,
+      findings.At(Code::kSharedDestination, route.destination.item.span,
                   std::string(route.entry->key) + " and " + std::string(first.entry->key) +
                       " share the destination " + std::string(route.destination.item.text));
     }

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -27,7 +26,7 @@ bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= '
 struct Value {
   const Document& document;
   const Section& section;
-  const Entry& entry;
+  const PlacedEntry& entry;
   std::string_view text;
   Findings& findings;
 
@@ -35,19 +34,12 @@ struct Value {
   void Add(Code code, const std::string& what, const std::string& hint = {}) const {
     findings.AtValue(code, entry, Quoted(text) + " " + what, hint);
   }
-  /// The same of an item of its list.
-  void Add(Code code, const Item& item, const std::string& what,
-           const std::string& hint = {}) const {
-    findings.At(code, item, Quoted(item.text) + " " + what, hint);
-  }
 };
 
 // ---- Flags and numbers --------------------------------------------------------------------------
 
 void CheckFlag(const Value& value) {
-  if (base::SameText(value.text, "true") || base::SameText(value.text, "false")) {
-    return;
-  }
+  if (IsTrue(value.text) || IsFalse(value.text)) return;
   // Whatever is not the one word counts as the other.
   const Key key = *value.entry.known;
   const bool isTrueUnlessFalse = key == Key::kRebootAfterConfig || key == Key::kDhcp;
@@ -64,14 +56,11 @@ void CheckMode(const Value& value) {
 
 /// Adds a finding unless the text is a decimal number up to `largest`.
 void CheckNumber(const Value& value, std::uint32_t largest) {
-  std::uint32_t number = 0;
-  const char* const end = value.text.data() + value.text.size();
-  const auto [read, error] = std::from_chars(value.text.data(), end, number);
-  if (error == std::errc{} && read == end && number <= largest) return;
-  const bool isNumber = std::all_of(value.text.begin(), value.text.end(), IsDigit);
-  value.Add(Code::kNoNumber, isNumber ? "is larger than " + std::to_string(largest)
-                                      : "is not a decimal number and is read as " +
-                                            std::to_string(base::ParseUnsigned(value.text)));
+  const auto number = base::ParseDecimal(value.text);
+  if (number && *number <= largest) return;
+  value.Add(Code::kNoNumber, number ? "is larger than " + std::to_string(largest)
+                                    : "is not a decimal number and is read as " +
+                                          std::to_string(base::ParseUnsigned(value.text)));
 }
 
 void CheckPciNumber(const Value& value) {
@@ -135,8 +124,8 @@ bool IsDomainName(std::string_view name) {
 
 void CheckDomainName(const Value& value) {
   // "Domain" names a workgroup when "Workgroup" is true.
-  const bool isWorkgroup = *value.entry.known == Key::kDomain &&
-                           base::SameText(value.section.Value(Key::kWorkgroup), "true");
+  const bool isWorkgroup =
+      *value.entry.known == Key::kDomain && IsTrue(value.section.Value(Key::kWorkgroup));
   if (!isWorkgroup) {
     if (!IsDomainName(value.text)) {
       value.Add(Code::kBadDomainName, "is not a domain name");
@@ -197,15 +186,15 @@ void CheckAddress(const Value& value, const Item& item, bool mayBeLoopback) {
   const Address address = ReadAddress(item);
   const char* const why = address.bits ? WhyUnusable(*address.bits) : nullptr;
   if (HasLeadingZero(item.text)) {
-    value.Add(Code::kLeadingZero, item, "is read as another address");
+    value.findings.OfItem(Code::kLeadingZero, item, "is read as another address");
   } else if (!address.bits && !item.text.empty() && IsLetter(item.text[0])) {
-    value.Add(Code::kHostName, item, "is a host name and is resolved during the run");
+    value.findings.OfItem(Code::kHostName, item, "is a host name and is resolved during the run");
   } else if (!address.bits) {
-    value.Add(Code::kNoAddress, item, "is not an IPv4 address", HintForPrefix(item));
+    value.findings.OfItem(Code::kNoAddress, item, "is not an IPv4 address", HintForPrefix(item));
   } else if (why != nullptr) {
-    value.Add(Code::kUnusableAddress, item, why);
+    value.findings.OfItem(Code::kUnusableAddress, item, why);
   } else if (*address.bits >> 24 == 127 && !mayBeLoopback) {
-    value.Add(Code::kUnusableAddress, item, "is a loopback address");
+    value.findings.OfItem(Code::kUnusableAddress, item, "is a loopback address");
   }
 }
 
@@ -213,15 +202,16 @@ void CheckMask(const Value& value, const Item& item, bool mayBeZero) {
   const Address mask = ReadAddress(item);
   const auto prefix = PrefixIn(item.text);
   if (HasLeadingZero(item.text)) {
-    value.Add(Code::kLeadingZero, item, "is read as another mask");
+    value.findings.OfItem(Code::kLeadingZero, item, "is read as another mask");
   } else if (!mask.bits) {
-    value.Add(Code::kNoAddress, item, "is not an IPv4 netmask",
-              prefix ? "/" + std::to_string(*prefix) + " is " + MaskOf(*prefix) : "");
+    value.findings.OfItem(Code::kNoAddress, item, "is not an IPv4 netmask",
+                          prefix ? "/" + std::to_string(*prefix) + " is " + MaskOf(*prefix) : "");
   } else if (!IsContiguous(*mask.bits)) {
-    value.Add(Code::kBadMask, item, "is not a valid netmask: the 1 bits must be contiguous");
+    value.findings.OfItem(Code::kBadMask, item,
+                          "is not a valid netmask: the 1 bits must be contiguous");
   } else if (*mask.bits == 0 && !mayBeZero) {
-    value.Add(Code::kBadMask, item, "is not a valid netmask: it has no 1 bits",
-              "write a mask such as 255.255.255.0");
+    value.findings.OfItem(Code::kBadMask, item, "is not a valid netmask: it has no 1 bits",
+                          "write a mask such as 255.255.255.0");
   }
 }
 
@@ -240,16 +230,14 @@ void CheckMasks(const Value& value) {
 
 void CheckMetric(const Value& value, const Item& item) {
   constexpr std::uint32_t kLargest = 9999;
-  std::uint32_t metric = 0;
-  const char* const end = item.text.data() + item.text.size();
-  const auto [read, error] = std::from_chars(item.text.data(), end, metric);
-  if (read != end) {
-    value.Add(Code::kNoNumber, item, "is not a decimal number for a metric");
-  } else if (error != std::errc{} || metric > kLargest) {
-    value.Add(Code::kNoNumber, item,
-              "is larger than " + std::to_string(kLargest) + ", the largest metric");
-  } else if (metric == 0) {
-    value.findings.At(Code::kNoMetric, item, "the metric is 0");
+  const auto metric = base::ParseDecimal(item.text);
+  if (!metric) {
+    value.findings.OfItem(Code::kNoNumber, item, "is not a decimal number for a metric");
+  } else if (*metric > kLargest) {
+    value.findings.OfItem(Code::kNoNumber, item,
+                          "is larger than " + std::to_string(kLargest) + ", the largest metric");
+  } else if (*metric == 0) {
+    value.findings.At(Code::kNoMetric, item.span, "the metric is 0");
   }
 }
 
@@ -258,10 +246,10 @@ void CheckRoute(const Value& value) {
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const Item& field = fields[i];
     if (i == 0 && HasLeadingZero(field.text)) {
-      value.Add(Code::kLeadingZero, field, "is read as another address");
+      value.findings.OfItem(Code::kLeadingZero, field, "is read as another address");
     } else if (i == 0 && !ReadAddress(field).bits) {
       const std::string hint = HintForPrefix(field);
-      value.Add(Code::kNoAddress, field, "is not an IPv4 address", hint);
+      value.findings.OfItem(Code::kNoAddress, field, "is not an IPv4 address", hint);
       if (!hint.empty()) return;  // all behind it stands a place too early
     } else if (i == 1) {
       CheckMask(value, field, /*mayBeZero=*/true);
@@ -282,7 +270,7 @@ void CheckRoute(const Value& value) {
         Code::kNoMetric, value.entry,
         "the route has " + std::to_string(fields.size()) + " fields: its metric is 0");
   } else if (fields.size() > kMost) {
-    value.Add(Code::kLongRoute, fields[kMost], "is the sixth field of the route");
+    value.findings.OfItem(Code::kLongRoute, fields[kMost], "is the sixth field of the route");
   }
 }
 
@@ -299,34 +287,23 @@ void CheckRecorded(const Value& value) {
 
 using Rule = void (*)(const Value& value);
 
-constexpr std::pair<ValueKind, Rule> kRules[] = {
-    {ValueKind::kText, CheckNothing},
-    {ValueKind::kFlag, CheckFlag},
-    {ValueKind::kMode, CheckMode},
-    {ValueKind::kCipherText, CheckNothing},
-    {ValueKind::kComputerName, CheckComputerName},
-    {ValueKind::kDomainName, CheckDomainName},
-    {ValueKind::kOrganizationalUnit, CheckOrganizationalUnit},
-    {ValueKind::kPciNumber, CheckPciNumber},
-    {ValueKind::kMacAddress, CheckMacAddress},
-    {ValueKind::kCount, CheckCount},
-    {ValueKind::kRecorded, CheckRecorded},
-    {ValueKind::kAddresses, CheckAddresses},
-    {ValueKind::kMasks, CheckMasks},
-    {ValueKind::kSuffixes, CheckNothing},
-    {ValueKind::kRoute, CheckRoute},
-};
-
-constexpr Rule RuleFor(ValueKind kind) {
-  for (const auto& [known, rule] : kRules) {
-    if (known == kind) return rule;
-  }
-  return nullptr;
-}
-
-/// Every key has a rule.
-static_assert(std::all_of(std::begin(base::kKnownKeys), std::end(base::kKnownKeys),
-                          [](const base::KnownKey& key) { return RuleFor(key.value) != nullptr; }));
+/// In the order of `ValueKind`.
+constexpr Rule kRules[] = {CheckNothing,
+                           CheckFlag,
+                           CheckMode,
+                           CheckNothing,
+                           CheckComputerName,
+                           CheckDomainName,
+                           CheckOrganizationalUnit,
+                           CheckPciNumber,
+                           CheckMacAddress,
+                           CheckCount,
+                           CheckRecorded,
+                           CheckAddresses,
+                           CheckMasks,
+                           CheckNothing,
+                           CheckRoute};
+static_assert(std::size(kRules) == static_cast<std::size_t>(ValueKind::kRoute) + 1);
 
 void CheckEncoding(const Value& value) {
   // Names of computers and domains must be ASCII anyway, and nobody reads a description.
@@ -343,18 +320,18 @@ bool IsRecordedOnly(const Value& value) {
   const Key key = *value.entry.known;
   if (key != Key::kAddress && key != Key::kNetmask && key != Key::kGateway) return false;
   const std::string_view dhcp = value.section.Value(Key::kDhcp);
-  return !dhcp.empty() && !base::SameText(dhcp, "false");
+  return !dhcp.empty() && !IsFalse(dhcp);
 }
 
 }  // namespace
 
 void CheckValues(const DesiredState& desired, Findings& findings) {
   for (const Section& section : desired.document.Sections()) {
-    for (const Entry& entry : section.entries) {
+    for (const PlacedEntry& entry : section.entries) {
       if (!entry.known || !entry.isFound || entry.FirstLine().empty()) continue;
       const Value value{desired.document, section, entry, entry.FirstLine(), findings};
       if (IsRecordedOnly(value)) continue;
-      RuleFor(RowOf(*entry.known).value)(value);
+      kRules[static_cast<std::size_t>(RowOf(*entry.known).value)](value);
       CheckEncoding(value);
     }
   }
