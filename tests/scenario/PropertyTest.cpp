@@ -24,7 +24,7 @@
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/Conversation.h"
 #include "tool/check/DesiredState.h"
-#include "tool/plan/PlanJson.h"
+#include "tool/plan/PlanOutput.h"
 #include "tool/plan/QueuePlan.h"
 
 namespace {

@@ -1,19 +1,15 @@
 #include "tool/plan/Plan.h"
 
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <vector>
 
 #include "tool/check/FileCheck.h"
 #include "tool/io/Files.h"
-#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDifference.h"
 #include "tool/machine/MachineDocument.h"
-#include "tool/plan/PlanJson.h"
-#include "tool/plan/PlanPage.h"
-#include "tool/plan/PlanReport.h"
+#include "tool/plan/PlanOutput.h"
 #include "tool/plan/QueuePlan.h"
 #include "tool/plan/RestartChain.h"
 
@@ -93,8 +89,8 @@ int Plan(const PlanOptions& options, const Streams& streams) {
 
   if (saved) saved->Commit(PrintedMachine(chain ? chain->after : machine));
   if (options.machine.json) {
-    streams.out << PrintedJson(chain ? ToJson(*chain, options.verbose)
-                                     : ToJson(plan, options.verbose));
+    streams.out << (chain ? PrintedJson(*chain, options.verbose)
+                          : PrintedJson(plan, options.verbose));
   } else {
     const Style style(streams.color && !options.machine.noColor);
     std::vector<Row> rows{{"File", Printable(name + ", placed as " + kPlace)}};

@@ -1,58 +1,41 @@
-#include "tool/plan/PlanJson.h"
-
 #include <nlohmann/json.hpp>
 
 #include "platform/simulated/MachineFile.h"
+#include "tool/io/JsonText.h"
+#include "tool/plan/PlanOutput.h"
 #include "tool/plan/PlanText.h"
 
 namespace tool {
 namespace {
 
 using simulated::Json;
-using By = PlannedBinding::By;
-
-const char* Name(By by) {
-  switch (by) {
-    case By::kPci:
-      return "pci";
-    case By::kMac:
-      return "mac";
-    case By::kNext:
-      return "next";
-    case By::kNone:
-      break;
-  }
-  return "none";
-}
+/// By their numbers.
+constexpr const char* kBoundBy[] = {"none", "pci", "mac", "next"};
+constexpr const char* kEndings[] = {"settled", "failed", "loops", "limit"};
 
 Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
-Json ToJson(const std::vector<PlannedCommand>& commands, bool dropped, bool verbose);
-
-Json ToJson(const PlannedCommand& command, bool dropped, bool verbose) {
-  Json json = Json::object();
-  json["class"] = command.className;
-  json["description"] = command.description;
-  if (command.binding) {
-    const PlannedBinding& binding = *command.binding;
-    json["index"] = binding.index ? Json(*binding.index) : Json(-1);
-    json["bound_by"] = Name(binding.by);
-    if (verbose) {
-      json["pci_location"] = OrNull(binding.pciLocation);
-      json["mac_address"] = OrNull(binding.macAddress);
-    }
-  }
-  if (!dropped) json["needed"] = command.needed;
-  if (command.current) json["current"] = *command.current;
-  if (command.wanted) json["wanted"] = *command.wanted;
-  if (verbose) json["events"] = command.events;
-  if (command.binding) json["commands"] = ToJson(command.commands, dropped, verbose);
-  return json;
-}
-
 Json ToJson(const std::vector<PlannedCommand>& commands, bool dropped, bool verbose) {
   Json list = Json::array();
-  for (const PlannedCommand& command : commands) list.push_back(ToJson(command, dropped, verbose));
+  for (const PlannedCommand& command : commands) {
+    Json& json = list.emplace_back(Json::object());
+    json["class"] = command.className;
+    json["description"] = command.description;
+    if (command.binding) {
+      const PlannedBinding& binding = *command.binding;
+      json["index"] = binding.index ? Json(*binding.index) : Json(-1);
+      json["bound_by"] = kBoundBy[static_cast<std::size_t>(binding.by)];
+      if (verbose) {
+        json["pci_location"] = OrNull(binding.pciLocation);
+        json["mac_address"] = OrNull(binding.macAddress);
+      }
+    }
+    if (!dropped) json["needed"] = command.needed;
+    if (command.current) json["current"] = *command.current;
+    if (command.wanted) json["wanted"] = *command.wanted;
+    if (verbose) json["events"] = command.events;
+    if (command.binding) json["commands"] = ToJson(command.commands, dropped, verbose);
+  }
   return list;
 }
 
@@ -82,20 +65,6 @@ Json ToJson(const QueuePlan& plan, const PlannedAdapter& adapter) {
           {"mac_address", OrNull(adapter.macAddress)},
           {"not_eligible", OrNull(adapter.refused)},
           {"taken_by", std::move(sections)}};
-}
-
-const char* Name(ChainEnding ending) {
-  switch (ending) {
-    case ChainEnding::kSettled:
-      return "settled";
-    case ChainEnding::kLoops:
-      return "loops";
-    case ChainEnding::kLimit:
-      return "limit";
-    case ChainEnding::kFailed:
-      break;
-  }
-  return "failed";
 }
 
 Json ToJson(const NotTrue& wish) {
@@ -129,10 +98,14 @@ Json ToJson(const QueuePlan& plan, bool verbose) {
   return json;
 }
 
-Json ToJson(const RestartChain& chain, bool verbose) {
+std::string PrintedJson(const QueuePlan& plan, bool verbose) {
+  return PrintedJson(ToJson(plan, verbose));
+}
+
+std::string PrintedJson(const RestartChain& chain, bool verbose) {
   Json json = ToJson(chain.steps.front().plan, verbose);
   json["restarts"] = chain.restarts;
-  json["ending"] = Name(chain.ending);
+  json["ending"] = kEndings[static_cast<std::size_t>(chain.ending)];
   json["loops_to"] = chain.ending == ChainEnding::kLoops ? Json(chain.loopsTo) : Json();
   Json& steps = json["steps"] = Json::array();
   for (const ChainStep& step : chain.steps) {
@@ -143,7 +116,7 @@ Json ToJson(const RestartChain& chain, bool verbose) {
   }
   Json& notTrue = json["not_true"] = Json::array();
   for (const NotTrue& wish : chain.notTrue) notTrue.push_back(ToJson(wish));
-  return json;
+  return PrintedJson(json);
 }
 
 }  // namespace tool

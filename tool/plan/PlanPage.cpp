@@ -1,9 +1,8 @@
-#include "tool/plan/PlanPage.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <map>
 #include <set>
+#include <sstream>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "tool/io/Text.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
+#include "tool/plan/PlanOutput.h"
 #include "tool/plan/PlanText.h"
 #include "tool/plan/UnusedKeys.h"
 
@@ -27,63 +27,36 @@ constexpr char kStyle[] = R"css(
 @media (prefers-color-scheme: dark) {
   :root { --ground: #14171a; --sheet: #1d2125; --ink: #e5e8eb; --soft: #a0a9b3; --line: #363c43;
     --now: #7cbcf2; --wait: #efb765; --good: #82cf9b; --bad: #ff9d94; --code: #272d33; } }
-* { box-sizing: border-box; }
 body { margin: 0 auto; padding: 1rem; max-width: 62rem; background: var(--ground); color: var(--ink);
   font: 1rem/1.5 system-ui, sans-serif; overflow-wrap: anywhere; }
-h1 { margin: .5rem 0; font-size: 1.5rem; line-height: 1.25; }
-h2 { margin: 2rem 0 .5rem; font-size: 1.2rem; }
-h3 { margin: 1.25rem 0 .5rem; font-size: 1rem; color: var(--soft); }
+h2 { margin-top: 2rem; }
+h3 { margin: 1.25rem 0 .5rem; font-size: 1rem; }
 p { margin: .25rem 0; }
-a { color: var(--now); }
+a, summary { color: var(--now); }
 nav a { display: inline-block; padding: .35rem .9rem .35rem 0; }
-code, pre, .mono { font-family: ui-monospace, Consolas, monospace; font-size: .9em; }
-.soft { color: var(--soft); }
+code, .mono, .file { font: .9em/1.55 ui-monospace, Consolas, monospace; }
+h3, .soft, .not-needed { color: var(--soft); }
 .good { color: var(--good); } .bad { color: var(--bad); } .wait { color: var(--wait); }
 .ending { padding: .6rem .9rem; border-left: .3rem solid; background: var(--sheet); }
-ol.queue, ul.plain { margin: 0; padding: 0; list-style: none; }
-ol.queue > li, .card { margin: .5rem 0; padding: .6rem .9rem; background: var(--sheet);
+.queue, .file, li ul { margin: 0; padding: 0; list-style: none; }
+.queue > li { margin: .5rem 0; padding: .6rem .9rem; background: var(--sheet);
   border: 1px solid var(--line); border-left: .3rem solid var(--now); border-radius: .3rem; }
-ol.queue > li.waits { border-left-color: var(--wait); }
-ol.queue > li.fails, ol.queue > li.never, .card.bad { border-left-color: var(--bad); color: inherit; }
-ol.queue > li.never { opacity: .7; }
-ol.queue > li.restart { padding: .35rem .9rem; text-align: center; color: var(--wait);
-  background: none; border: 1px dashed; }
-ol.queue > li.restart.bad { color: var(--bad); }
-.card.idle { border-left-color: var(--line); }
-li .head { display: flex; flex-wrap: wrap; gap: .1rem .75rem; align-items: baseline; }
-li .head b { min-width: 1.5rem; }
-.from { font-size: .9em; }
-li ul { margin: .4rem 0 0; padding: 0 0 0 1rem; border-left: 1px solid var(--line); list-style: none; }
-li ul li { padding: .2rem 0; }
-.values { display: inline-block; padding: 0 .4rem; background: var(--code); border-radius: .2rem; }
-.not-needed { color: var(--soft); }
+.queue > .waits { border-left-color: var(--wait); }
+.queue > .fails, .queue > .never { border-left-color: var(--bad); }
+.queue > .not-needed { border-left-color: var(--line); }
+.never { opacity: .7; }
+.head { display: flex; flex-wrap: wrap; gap: .1rem .75rem; align-items: baseline; }
+li ul { margin-top: .4rem; padding-left: 1rem; border-left: 1px solid var(--line); }
+.values, .asks, .subject { background: var(--code); }
+.table { overflow-x: auto; }
 table { width: 100%; border-collapse: collapse; background: var(--sheet); }
-th, td { padding: .35rem .6rem; border: 1px solid var(--line); text-align: left; vertical-align: top;
-  overflow-wrap: anywhere; }
-td[data-name="Setting"] { min-width: 9rem; }
-th { color: var(--soft); font-weight: 600; }
-tr.subject td { font-weight: 600; background: var(--code); }
-tr:target, .file li:target { outline: 2px solid var(--now); }
-summary { cursor: pointer; padding: .35rem 0; color: var(--now); }
-ol.file { margin: 0; padding: .6rem 0; background: var(--sheet); border: 1px solid var(--line);
-  list-style: none; font: .9em/1.55 ui-monospace, Consolas, monospace; }
+th, td { padding: .35rem .6rem; border: 1px solid var(--line); text-align: left; vertical-align: top; }
+.file { background: var(--sheet); border: 1px solid var(--line); }
 .file li { display: flex; gap: .75rem; padding: 0 .75rem; }
-.file li.asks { background: var(--code); }
-.file .number { flex: 0 0 2.5rem; text-align: right; color: var(--soft); user-select: none; }
-.file .text { flex: 1; white-space: pre-wrap; }
-.file .to { white-space: nowrap; }
-@media (max-width: 40rem) {
-  body { padding: .75rem; }
-  .from { flex-basis: 100%; }
-  table, tbody, tr, td { display: block; }
-  thead { display: none; }
-  tr { border: 1px solid var(--line); border-bottom: 0; }
-  tbody tr:last-child { border-bottom: 1px solid var(--line); }
-  td { border: 0; padding: .2rem .6rem; overflow-wrap: anywhere; }
-  td:empty { display: none; }
-  td[data-name]::before { content: attr(data-name) ": "; color: var(--soft); }
-  .file .number { flex-basis: 1.75rem; }
-}
+.file li:target { outline: 2px solid var(--now); }
+.number { flex: 0 0 2.5rem; text-align: right; color: var(--soft); user-select: none; }
+.text { flex: 1; white-space: pre-wrap; }
+@media (max-width: 40rem) { body { padding: .75rem; } .number { flex-basis: 1.75rem; } }
 )css";
 
 std::string Escaped(std::string_view text) {
@@ -119,9 +92,19 @@ std::string WithArrow(std::string text) {
   return arrow == std::string::npos ? text : text.replace(arrow, kTyped.size(), "\u2192 ");
 }
 
-std::string Element(const char* name, const char* className, const std::string& content) {
-  return "<" + std::string(name) + (*className != '\0' ? " class=\"" : "") + className +
-         (*className != '\0' ? "\">" : ">") + content + "</" + name + ">";
+std::string Element(const char* name, std::string_view className, const std::string& content) {
+  std::string start = name;
+  if (!className.empty()) start.append(" class=\"").append(className).append("\"");
+  return "<" + start + ">" + content + "</" + name + ">";
+}
+
+std::string Paragraph(std::string_view className, const std::string& content) {
+  return Element("p", className, content) + "\n";
+}
+
+const char* ClassOf(Tone tone) {
+  constexpr const char* kClasses[] = {"", "soft", "good", "wait", "bad"};
+  return kClasses[static_cast<std::size_t>(tone)];
 }
 
 std::string LineLink(std::size_t line) {
@@ -130,7 +113,8 @@ std::string LineLink(std::size_t line) {
 }
 
 std::string LineLinks(const std::set<std::size_t>& lines) {
-  std::string html = lines.size() == 1 ? "line" : "lines";
+  if (lines.contains(0)) return LinesText(lines);
+  std::string html = lines.size() > 1 ? "lines" : lines.empty() ? "" : "line";
   for (const std::size_t line : lines) html += " " + LineLink(line);
   return html;
 }
@@ -142,158 +126,78 @@ std::string TakerLink(const std::string& taker, const std::string& shown) {
   return "<a href=\"#s1c" + number + "\">" + Escaped(shown) + "</a>";
 }
 
-/// Rows of cells; on a narrow page each cell is shown with its column's name. A row of one cell is
-/// a heading across the table.
+/// Rows of cells; a row of one cell is a heading across the table.
 std::string Table(const std::vector<const char*>& names,
                   const std::vector<std::vector<std::string>>& rows) {
-  std::string html = "<table><thead><tr>";
+  std::string html = "<div class=\"table\"><table><thead><tr>";
   for (const char* name : names) html += Element("th", "", name);
   html += "</tr></thead><tbody>\n";
+  const std::string across = "<td colspan=\"" + std::to_string(names.size()) + "\">";
   for (const std::vector<std::string>& row : rows) {
-    if (row.size() == 1) {
-      html += "<tr class=\"subject\"><td colspan=\"" + std::to_string(names.size()) + "\">" +
-              row[0] + "</td></tr>\n";
-      continue;
-    }
-    html += "<tr>";
-    for (std::size_t i = 0; i < row.size(); ++i) {
-      html += "<td data-name=\"" + std::string(names[i]) + "\">" + row[i] + "</td>";
-    }
+    html += row.size() == 1 ? "<tr class=\"subject\">" : "<tr>";
+    for (const std::string& cell : row)
+      html += (row.size() == 1 ? across : "<td>") + cell + "</td>";
     html += "</tr>\n";
   }
-  return html + "</tbody></table>\n";
+  return html + "</tbody></table></div>\n";
 }
 
-/// The commands of one start.
-class StartSection {
- public:
-  StartSection(const QueuePlan& plan, std::size_t start)
-      : plan_(plan),
-        prefix_("s" + std::to_string(start + 1) + "c"),
-        goesOn_(FateOfRestart(plan) == RestartFate::kStops) {}
+std::string CommandHtml(const ShownCommand& command) {
+  std::string html = "<div class=\"head\">";
+  if (!command.number.empty()) html += Element("b", "", command.number);
+  html += Element("b", "", Shown(command.name));
+  if (!command.description.empty()) html += Element("span", "mono", Listed(command.description));
+  if (!command.values.empty()) {
+    html += Element("span", "values mono", WithArrow(Listed(command.values)));
+  }
+  if (!command.lines.empty()) {
+    html += Element("span", "from soft", Escaped(command.section) + " " + LineLinks(command.lines));
+  }
+  html += "</div>";
+  for (const std::string& note : command.notes) html += Element("p", "soft", Shown(note));
+  if (command.commands.empty()) return html;
+  html += "<ul>\n";
+  for (const ShownCommand& inner : command.commands) {
+    html += Element("li", inner.turn == Turn::kNotNeeded ? "not-needed" : "", CommandHtml(inner));
+  }
+  return html + "</ul>";
+}
 
-  std::string Queue() const {
-    if (plan_.error) return Error(*plan_.error);
-    const std::size_t runsNow = plan_.RunsNow();
-    std::string html = "<h3>Runs now</h3>\n";
-    if (runsNow == 0) html += Element("p", "soft", "Nothing.") + "\n";
-    html += "<ol class=\"queue\">\n";
-    for (std::size_t i = 0; i < plan_.commands.size(); ++i) {
-      html += plan_.commands[i].Is("Reboot") ? RestartItem(i) : Item(i, /*waits=*/i > runsNow);
+/// The queue of one start, whose commands have identifiers that begin with `prefix`.
+std::string QueueHtml(const QueuePlan& plan, const std::string& prefix) {
+  constexpr const char* kTurns[] = {"", "fails", "waits", "never", "not-needed"};
+  std::string html;
+  for (const ShownBlock& block : BlocksOf(plan)) {
+    html += Element("h3", ClassOf(block.heading.tone), Escaped(block.heading.text)) + "\n";
+    if (!block.commands.empty()) html += "<ol class=\"queue\">\n";
+    for (const ShownCommand& command : block.commands) {
+      html += command.number.empty() ? "<li" : "<li id=\"" + prefix + command.number + "\"";
+      html += " class=\"" + std::string(kTurns[static_cast<std::size_t>(command.turn)]) + "\">" +
+              CommandHtml(command) + "</li>\n";
     }
-    html += "</ol>\n";
-    if (!plan_.dropped.empty()) {
-      html += "<h3>Dropped</h3>\n<ul class=\"plain\">\n";
-      for (const PlannedCommand& command : plan_.dropped) {
-        html += "<li class=\"card idle not-needed\">" + Head("", command) + "</li>\n";
-      }
-      html += "</ul>\n";
-    }
-    return html;
+    if (!block.commands.empty()) html += "</ol>\n";
+    for (const Line& line : block.lines) html += Paragraph(ClassOf(line.tone), Shown(line.text));
   }
-
- private:
-  static std::string Error(const PlanError& error) {
-    return Element("p", "card bad",
-                   "<b>No plan.</b> " + Shown(error.source) + ":" + std::to_string(error.line) +
-                       " - " + Shown(error.message) + " <span class=\"soft\">(" +
-                       Shown(error.className) + ", value " + std::to_string(error.value) +
-                       ", system error " + std::to_string(error.systemError) + ")</span>") +
-           "\n";
-  }
-
-  std::string RestartItem(std::size_t position) const {
-    const bool isFirst = position == plan_.RunsNow();
-    const bool isLast = position + 1 == plan_.commands.size();
-    if (!isFirst) return goesOn_ ? Element("li", "restart", "one more restart") + "\n" : "";
-    std::string text = RestartText(plan_);
-    if (!isLast) {
-      text += goesOn_ ? "; what follows waits for it and is planned anew then"
-                      : "; what follows is never done: the run fails and the file is put away";
-    }
-    return Element("li", goesOn_ ? "restart" : "restart bad", text) + "\n";
-  }
-
-  std::string Item(std::size_t position, bool waits) const {
-    const PlannedCommand& command = plan_.commands[position];
-    const std::string number = std::to_string(position + 1);
-    std::string html = "<li id=\"" + prefix_ + number + "\"";
-    html += command.LacksAdapter() ? " class=\"fails\">"
-            : !waits               ? ">"
-            : goesOn_              ? " class=\"waits\">"
-                                   : " class=\"never\">";
-    html += Head(number, command);
-    if (command.binding) html += Binding(position);
-    if (!command.commands.empty()) {
-      html += "<ul>\n";
-      for (const PlannedCommand& inner : command.commands) {
-        html += Element("li", inner.needed ? "" : "not-needed", Head("", inner, /*isInner=*/true)) +
-                "\n";
-      }
-      html += "</ul>";
-    }
-    return html + "</li>\n";
-  }
-
-  std::string Binding(std::size_t position) const {
-    const bool fails = plan_.commands[position].LacksAdapter();
-    std::string html = Element("p", fails ? "bad" : "", Shown(AdapterText(plan_, position)));
-    html += Element("p", "soft", Shown(BindingText(plan_, position)));
-    std::string passedOver;
-    for (const std::string& reason : PassedOver(plan_, position)) {
-      passedOver += (passedOver.empty() ? "Passed over: " : ", ") + Shown(reason);
-    }
-    return passedOver.empty() ? html : html + Element("p", "soft", passedOver);
-  }
-
-  std::string Head(const std::string& number, const PlannedCommand& command,
-                   bool isInner = false) const {
-    std::string html = "<div class=\"head\">";
-    if (!number.empty()) html += Element("b", "", number);
-    html += Element("b", "", Shown(command.ShortName()));
-    if (!command.description.empty()) html += Element("span", "mono", Listed(command.description));
-    const std::string values = ComparisonText(command);
-    if (!values.empty()) html += Element("span", "values mono", WithArrow(Listed(values)));
-    std::string from = isInner ? "" : Escaped(SectionOf(plan_, command));
-    if (!from.empty()) from += " ";
-    if (!command.events.empty()) from += Origin(command);
-    return html + (from.empty() ? "" : Element("span", "from soft", from)) + "</div>";
-  }
-
-  /// The lines of the file as links.
-  std::string Origin(const PlannedCommand& command) const {
-    std::set<std::size_t> lines;
-    for (const std::size_t event : command.events) lines.insert(plan_.events[event].line);
-    return *lines.begin() == 0 ? Escaped(LinesOf(plan_, command)) : LineLinks(lines);
-  }
-
-  const QueuePlan& plan_;
-  std::string prefix_;
-  /// What stands behind the restart gets its turn.
-  bool goesOn_;
-};
+  return html;
+}
 
 std::string NothingHtml(const QueuePlan& plan) {
   std::string items;
   for (const Unanswered& ask : CameToNothing(plan)) {
-    items += Element("li", "card idle",
-                     Escaped(ask.what) + ", " + LineLinks(ask.lines) + ": " + Shown(ask.reason)) +
-             "\n";
+    items += Element("li", "not-needed",
+                     Escaped(ask.what) + ", " + LineLinks(ask.lines) + ": " + Shown(ask.reason));
   }
   return items.empty() ? items
-                       : "<h3>Asks for nothing</h3>\n<ul class=\"plain\">\n" + items + "</ul>\n";
+                       : "<h3>Asks for nothing</h3>\n" + Element("ul", "queue", items) + "\n";
 }
 
 std::string RunHtml(const Delivery& delivery) {
   const std::string result = delivery.Result();
-  std::string html = "<h3>Its run</h3>\n<p>The reply is ";
-  html += Element("b",
-                  result == "Reboot"    ? "wait"
-                  : result == "Success" ? "good"
-                                        : "bad",
-                  result.empty() ? "missing" : Shown(result)) +
-          ".</p>\n<details><summary>" + base::Counted(delivery.changes.size(), "change") +
-          "</summary>\n<ol>\n";
+  std::string html =
+      "<h3>Its run</h3>\n<p>The reply is " +
+      Element("b", ClassOf(ToneOf(result)), result.empty() ? "missing" : Shown(result)) +
+      ".</p>\n<details><summary>" + base::Counted(delivery.changes.size(), "change") +
+      "</summary>\n<ol>\n";
   for (const simulated::Change& change : delivery.changes) {
     const ChangeText text = Describe(change);
     html += "<li>" + Escaped(text.words);
@@ -308,48 +212,40 @@ std::string Starts(const RestartChain& chain) {
   std::string html;
   for (std::size_t i = 0; i < chain.steps.size(); ++i) {
     const ChainStep& step = chain.steps[i];
-    const StartSection section(step.plan, i);
-    html += "<h2 id=\"start" + std::to_string(i + 1) + "\">";
-    html += step.delivery.restarts == 0
-                ? "Plan"
-                : "Plan after restart " + std::to_string(step.delivery.restarts);
-    html += "</h2>\n";
-    if (step.plan.restored) {
-      html += Element("p", "wait",
-                      "A restore file is pending: it takes the place of this one and is planned.") +
-              "\n";
+    const std::string number = std::to_string(i + 1);
+    html += "<h2 id=\"start" + number + "\">Plan";
+    if (step.delivery.restarts > 0) {
+      html += " after restart " + std::to_string(step.delivery.restarts);
     }
-    html += section.Queue() + NothingHtml(step.plan);
+    html += "</h2>\n";
+    if (step.plan.restored) html += Paragraph("wait", kRestoreNotice);
+    html += QueueHtml(step.plan, "s" + number + "c") + NothingHtml(step.plan);
     const std::string pauses = PauseText(step.plan);
-    if (!pauses.empty()) html += Element("p", "soft", "Pauses: " + Escaped(pauses)) + "\n";
+    if (!pauses.empty()) html += Paragraph("soft", "Pauses: " + Escaped(pauses));
     html += RunHtml(step.delivery);
   }
   return html;
 }
 
 std::string NotTrueHtml(const RestartChain& chain) {
-  if (chain.notTrue.empty()) return {};
-  std::string html = R"(<h2 id="not-true">Still not true</h2>
-<ul class="plain">
-)";
+  std::string items;
   for (const NotTrue& wish : chain.notTrue) {
-    html += "<li class=\"card bad\"><div class=\"head\">" + Element("b", "", Shown(wish.what)) +
-            Element("span", "mono", Listed(wish.description));
+    ShownCommand shown{Turn::kFails, "", wish.what, wish.description, "", "", {}, {}, {}};
+    shown.notes = {SectionText(wish.section) + " " + wish.lines, wish.reason};
     if (wish.current) {
-      html += Element("span", "values mono",
-                      Listed("is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted)));
+      shown.values = "is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted);
     }
-    html +=
-        Element("span", "from soft", Escaped(SectionText(wish.section)) + " " + Shown(wish.lines)) +
-        "</div>" + Element("p", "", Shown(wish.reason)) + "</li>\n";
+    items += Element("li", "fails", CommandHtml(shown));
   }
-  return html + "</ul>\n";
+  return items.empty()
+             ? items
+             : "<h2 id=\"not-true\">Still not true</h2>\n" + Element("ul", "queue", items) + "\n";
 }
 
 std::string MachineHtml(const simulated::Machine& before, const simulated::Machine& after) {
   const std::string html = "<h2 id=\"machine\">Machine, before and after</h2>\n";
   const std::vector<Difference> differences = Differences(before, after);
-  if (differences.empty()) return html + Element("p", "soft", "No difference.") + "\n";
+  if (differences.empty()) return html + Paragraph("soft", "No difference.");
   std::vector<std::vector<std::string>> rows;
   std::string subject;
   for (const Difference& difference : differences) {
@@ -395,26 +291,22 @@ std::string FileHtml(const QueuePlan& plan, const std::string& name) {
     if (!takers[i].empty()) numbers.insert(takers[i].substr(0, takers[i].find(' ')));
   }
   std::string html = "<h2 id=\"file\">" + Shown(name) + "</h2>\n<ol class=\"file\">\n";
-  const std::string text = ToUtf8(simulated::RedactedFile(plan.text));
+  std::istringstream text(ToUtf8(simulated::RedactedFile(plan.text)));
   std::size_t number = 0;
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find('\n', start), text.size());
-    std::string_view line = std::string_view(text).substr(start, end - start);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    std::string shown(line);
-    std::replace(shown.begin(), shown.end(), '\t', ' ');
+  for (std::string line; std::getline(text, line);) {
+    if (line.ends_with('\r')) line.pop_back();
+    std::replace(line.begin(), line.end(), '\t', ' ');
     const auto asks = byLine.find(++number);
     html += "<li id=\"L" + std::to_string(number) + "\"";
     html += asks != byLine.end() ? " class=\"asks\">" : ">";
     html +=
-        Element("span", "number", std::to_string(number)) + Element("span", "text", Shown(shown));
+        Element("span", "number", std::to_string(number)) + Element("span", "text", Shown(line));
     if (asks != byLine.end()) {
       std::string links;
       for (const std::string& taker : asks->second) links += " " + TakerLink(taker, taker);
       html += Element("span", "to soft", links.empty() ? "nothing" : links);
     }
     html += "</li>\n";
-    start = end + 1;
   }
   return html + "</ol>\n";
 }
@@ -440,10 +332,6 @@ std::string PlanPage(const PlanPageInput& input) {
   const RestartChain& chain = input.chain;
   const QueuePlan& first = chain.steps.front().plan;
   const std::string title = "Plan of " + Shown(input.fileName);
-  const char* const tone = !chain.Succeeded()                    ? "ending bad"
-                           : chain.ending == ChainEnding::kLimit ? "ending wait"
-                           : chain.notTrue.empty()               ? "ending good"
-                                                                 : "ending wait";
   return R"(<!DOCTYPE html>
 <html lang="en">
 <head>
@@ -453,13 +341,10 @@ std::string PlanPage(const PlanPageInput& input) {
 <title>)" +
          title + "</title>\n<style>" + kStyle + "</style>\n</head>\n<body>\n<header>\n<h1>" +
          title + "</h1>\n" +
-         Element("p", "soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
-         "\n" +
-         (input.checkRemark.empty()
-              ? ""
-              : Element("p", "bad", "Check: " + Shown(input.checkRemark)) + "\n") +
-         Element("p", tone, Shown(EndingText(chain))) + "\n" + Navigation(chain) +
-         "</header>\n<main>\n" + Starts(chain) + NotTrueHtml(chain) +
+         Paragraph("soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
+         (input.checkRemark.empty() ? "" : Paragraph("bad", "Check: " + Shown(input.checkRemark))) +
+         Paragraph(std::string("ending ") + ClassOf(ToneOf(chain)), Shown(EndingText(chain))) +
+         Navigation(chain) + "</header>\n<main>\n" + Starts(chain) + NotTrueHtml(chain) +
          MachineHtml(input.before, chain.after) + AdaptersHtml(first) + EventsHtml(first) +
          FileHtml(first, first.restored ? "The restore file" : input.fileName) +
          "</main>\n</body>\n</html>\n";

@@ -9,13 +9,15 @@
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
 #include "tool/io/Text.h"
-#include "tool/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
 
 /// How many adapters are told before the rest is only counted.
 constexpr std::size_t kMostPassedOver = 4;
+
+/// What asks for networking to be turned on again.
+constexpr char kRegistry[] = "registry value NetworkDisabled";
 
 using By = PlannedBinding::By;
 
@@ -31,6 +33,12 @@ std::string Ranges(const std::set<std::size_t>& lines) {
     if (last != first) text += "-" + std::to_string(last);
   }
   return text;
+}
+
+std::string SectionOf(const QueuePlan& plan, const PlannedCommand& command) {
+  if (command.events.empty()) return {};
+  const std::string& section = plan.events[command.events.front()].section;
+  return section.empty() ? "" : SectionText(section);
 }
 
 /// What was looked for in vain.
@@ -57,18 +65,47 @@ std::string Tried(const QueuePlan& plan, const PlannedBinding& binding) {
   return binding.by == By::kMac ? "" : "no PCI location or MAC address given";
 }
 
-const PlannedAdapter* FindAdapter(const QueuePlan& plan, std::uint32_t index) {
-  const auto found =
-      std::find_if(plan.adapters.begin(), plan.adapters.end(),
-                   [=](const PlannedAdapter& adapter) { return adapter.index == index; });
-  return found != plan.adapters.end() ? &*found : nullptr;
+/// How it found its adapter.
+std::string HowFound(const QueuePlan& plan, std::size_t position) {
+  const PlannedBinding& binding = *plan.commands[position].binding;
+  std::string text = binding.by == By::kPci ? "found by its PCI location " + binding.pciLocation
+                     : binding.by == By::kMac
+                         ? "found by its MAC address " + Printable(binding.macAddress)
+                     : binding.by == By::kNext ? "the next free one"
+                                               : "";
+  const std::string tried = Tried(plan, binding);
+  if (!tried.empty()) text += (text.empty() ? "" : ", ") + tried;
+  if (binding.adapter) {
+    const std::size_t first = plan.adapters[*binding.adapter].takers.front();
+    if (first < position) text += "; " + SectionOf(plan, plan.commands[first]) + " has it too";
+  }
+  return text;
+}
+
+/// Which adapters it could not have.
+std::string PassedOver(const QueuePlan& plan, const PlannedBinding& binding) {
+  if (binding.by == By::kPci || binding.by == By::kMac) return {};
+  std::vector<std::string> reasons;
+  std::size_t more = 0;
+  for (std::size_t i = 0; i < binding.adapter.value_or(plan.adapters.size()); ++i) {
+    const PlannedAdapter& adapter = plan.adapters[i];
+    if (adapter.IsFree()) continue;
+    if (reasons.size() == kMostPassedOver) {
+      ++more;
+      continue;
+    }
+    reasons.push_back("adapter " + std::to_string(adapter.index) + " is " +
+                      AdapterFate(plan, adapter));
+  }
+  if (more > 0) reasons.push_back("and " + std::to_string(more) + " more");
+  return reasons.empty() ? "" : "passed over: " + base::Join(reasons, ", ");
 }
 
 /// The event and where it comes from, without the line.
 std::string Words(const PlannedEvent& event) {
   const std::string value = ShownValue(event);
   const std::string words = event.kind + (value.empty() ? "" : " " + value) + " from ";
-  if (event.section.empty()) return words + "registry value NetworkDisabled";
+  if (event.section.empty()) return words + kRegistry;
   return words + SectionText(event.section) + (event.key.empty() ? "" : " " + Printable(event.key));
 }
 
@@ -78,29 +115,112 @@ std::string DurationText(std::uint64_t milliseconds) {
                                   : std::to_string(milliseconds) + " ms";
 }
 
+/// The run gets to its first restart.
+bool ReachesRestart(const QueuePlan& plan) {
+  const auto first = plan.commands.begin();
+  return plan.RunsNow() < plan.commands.size() &&
+         std::none_of(first, first + static_cast<std::ptrdiff_t>(plan.RunsNow()),
+                      [](const PlannedCommand& command) { return command.LacksAdapter(); });
+}
+
+/// The run stops at its first restart, and the message is sent again after it. Otherwise nothing
+/// behind it is ever done: the run fails and puts the file away.
+bool GoesOn(const QueuePlan& plan) { return ReachesRestart(plan) && !plan.restartForbidden; }
+
+Line RestartLine(const QueuePlan& plan) {
+  if (!ReachesRestart(plan)) return {Tone::kDim, "-- restart, which is not reached --"};
+  if (GoesOn(plan)) return {Tone::kNotice, "-- restart: the run stops here --"};
+  return {Tone::kBad, "-- restart, which RebootAfterConfig=False forbids: the run fails here --"};
+}
+
+ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn turn) {
+  return {!command.needed          ? Turn::kNotNeeded
+          : command.LacksAdapter() ? Turn::kFails
+                                   : turn,
+          "",
+          command.ShortName(),
+          Printable(command.description),
+          ComparisonText(command),
+          SectionOf(plan, command),
+          LinesOf(plan, command),
+          {},
+          {}};
+}
+
+ShownCommand Queued(const QueuePlan& plan, std::size_t position, Turn turn) {
+  const PlannedCommand& command = plan.commands[position];
+  ShownCommand shown = Shown(plan, command, turn);
+  shown.number = std::to_string(position + 1);
+  if (command.binding) shown.notes = BindingTexts(plan, position);
+  for (const PlannedCommand& inner : command.commands) {
+    shown.commands.push_back(Shown(plan, inner, turn));
+    shown.commands.back().section.clear();
+  }
+  return shown;
+}
+
+ShownBlock ErrorBlock(const QueuePlan& plan) {
+  const PlanError& error = *plan.error;
+  ShownBlock block{{Tone::kPlain, "No plan"},
+                   {},
+                   {{Tone::kBad, Printable(error.source + ":" + std::to_string(error.line) + " - " +
+                                           error.message)},
+                    {Tone::kPlain, error.className + ", value " + std::to_string(error.value) +
+                                       ", system error " + std::to_string(error.systemError)}}};
+  if (error.event) {
+    block.lines.push_back({Tone::kPlain, "at " + EventText(plan.events[*error.event])});
+  }
+  return block;
+}
+
 }  // namespace
+
+std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
+  if (plan.error) return {ErrorBlock(plan)};
+  std::vector<ShownBlock> blocks{{{Tone::kPlain, "Runs now"}, {}, {}}};
+  const bool goesOn = GoesOn(plan);
+  const std::size_t runsNow = plan.RunsNow();
+  Turn turn = Turn::kRuns;
+  for (std::size_t i = 0; i < plan.commands.size(); ++i) {
+    if (i != runsNow) {
+      // What is never done needs no second restart.
+      if (turn == Turn::kNever && plan.commands[i].Is("Reboot")) continue;
+      blocks.back().commands.push_back(Queued(plan, i, turn));
+      continue;
+    }
+    blocks.back().lines.push_back(RestartLine(plan));
+    if (i + 1 == plan.commands.size()) continue;
+    turn = goesOn ? Turn::kWaits : Turn::kNever;
+    blocks.push_back({goesOn
+                          ? Line{Tone::kPlain, "Waits for the restart, and is planned anew then"}
+                          : Line{Tone::kBad, "Never done: the run fails and the file is put away"},
+                      {},
+                      {}});
+  }
+  if (blocks.front().commands.empty()) {
+    blocks.front().lines.insert(blocks.front().lines.begin(), {Tone::kPlain, "nothing"});
+  }
+  if (!plan.dropped.empty()) blocks.push_back({{Tone::kPlain, "Dropped"}, {}, {}});
+  for (const PlannedCommand& command : plan.dropped) {
+    blocks.back().commands.push_back(Shown(plan, command, Turn::kNotNeeded));
+  }
+  return blocks;
+}
 
 std::string SectionText(const std::string& section) {
   return section.empty() ? "before the first section" : "[" + Printable(section) + "]";
 }
 
-std::string SectionOf(const QueuePlan& plan, const PlannedCommand& command) {
-  if (command.events.empty()) return {};
-  const std::string& section = plan.events[command.events.front()].section;
-  return section.empty() ? "" : SectionText(section);
-}
-
-std::string LinesOf(const QueuePlan& plan, const PlannedCommand& command) {
-  if (command.events.empty()) return {};
+std::set<std::size_t> LinesOf(const QueuePlan& plan, const PlannedCommand& command) {
   std::set<std::size_t> lines;
-  for (const std::size_t event : command.events) {
-    if (plan.events[event].line != 0) lines.insert(plan.events[event].line);
-  }
-  if (lines.empty()) return "registry value NetworkDisabled";
-  return LinesText(lines);
+  for (const std::size_t event : command.events) lines.insert(plan.events[event].line);
+  if (lines.size() > 1) lines.erase(0);
+  return lines;
 }
 
 std::string LinesText(const std::set<std::size_t>& lines) {
+  if (lines.empty()) return {};
+  if (*lines.begin() == 0) return kRegistry;
   return (lines.size() == 1 ? "line " : "lines ") + Ranges(lines);
 }
 
@@ -125,58 +245,22 @@ std::string ComparisonText(const PlannedCommand& command) {
   return "not needed: is " + current + ", wanted " + wanted;
 }
 
-std::string AdapterText(const QueuePlan& plan, std::size_t position) {
+std::vector<std::string> BindingTexts(const QueuePlan& plan, std::size_t position) {
   const PlannedBinding& binding = *plan.commands[position].binding;
-  return binding.index ? Printable(FindAdapter(plan, *binding.index)->name)
-                       : "no adapter is left, so the run fails here";
-}
-
-std::string BindingText(const QueuePlan& plan, std::size_t position) {
-  const PlannedBinding& binding = *plan.commands[position].binding;
-  std::string text;
-  if (binding.by == By::kPci) {
-    text = "found by its PCI location " + binding.pciLocation;
-  } else if (binding.by == By::kMac) {
-    text = "found by its MAC address " + Printable(binding.macAddress);
-  } else if (binding.by == By::kNext) {
-    text = "the next free one";
-  }
-  const std::string tried = Tried(plan, binding);
-  if (!tried.empty()) text += (text.empty() ? "" : ", ") + tried;
-  if (binding.index) {
-    const std::size_t first = FindAdapter(plan, *binding.index)->takers.front();
-    if (first < position) text += "; " + SectionOf(plan, plan.commands[first]) + " has it too";
-  }
-  return text;
-}
-
-std::vector<std::string> PassedOver(const QueuePlan& plan, std::size_t position) {
-  const PlannedBinding& binding = *plan.commands[position].binding;
-  std::vector<std::string> reasons;
-  if (binding.by == By::kPci || binding.by == By::kMac) return reasons;
-  std::size_t more = 0;
-  for (const PlannedAdapter& adapter : plan.adapters) {
-    if (adapter.index == binding.index) break;
-    if (reasons.size() == kMostPassedOver) {
-      ++more;
-    } else if (!adapter.refused.empty()) {
-      reasons.push_back("adapter " + std::to_string(adapter.index) + " is " + adapter.refused);
-    } else if (!adapter.takers.empty()) {
-      reasons.push_back("adapter " + std::to_string(adapter.index) + " is taken by " +
-                        SectionOf(plan, plan.commands[adapter.takers.front()]));
-    }
-  }
-  if (more > 0) reasons.push_back("and " + std::to_string(more) + " more");
-  return reasons;
+  std::vector<std::string> texts{binding.adapter ? Printable(plan.adapters[*binding.adapter].name)
+                                                 : "no adapter is left, so the run fails here",
+                                 HowFound(plan, position), PassedOver(plan, binding)};
+  std::erase(texts, "");
+  return texts;
 }
 
 std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter) {
-  if (!adapter.refused.empty()) return adapter.refused;
-  std::string text;
+  if (adapter.IsFree()) return "free";
+  std::string text = adapter.refused;
   for (const std::size_t taker : adapter.takers) {
     text += (text.empty() ? "taken by " : " and ") + SectionOf(plan, plan.commands[taker]);
   }
-  return text.empty() ? "free" : text;
+  return text;
 }
 
 std::vector<std::string> TakersOf(const QueuePlan& plan) {
@@ -195,34 +279,9 @@ std::vector<std::string> TakersOf(const QueuePlan& plan) {
   return takers;
 }
 
-RestartFate FateOfRestart(const QueuePlan& plan) {
-  const std::size_t runsNow = plan.RunsNow();
-  if (runsNow == plan.commands.size()) return RestartFate::kNone;
-  const auto runs = static_cast<std::ptrdiff_t>(runsNow);
-  const bool isReached =
-      std::none_of(plan.commands.begin(), plan.commands.begin() + runs,
-                   [](const PlannedCommand& command) { return command.LacksAdapter(); });
-  if (!isReached) return RestartFate::kNotReached;
-  return plan.restartForbidden ? RestartFate::kForbidden : RestartFate::kStops;
-}
-
-std::string RestartText(const QueuePlan& plan) {
-  switch (FateOfRestart(plan)) {
-    case RestartFate::kStops:
-      return "restart: the run stops here";
-    case RestartFate::kForbidden:
-      return "restart, which RebootAfterConfig=False forbids: the run fails here";
-    case RestartFate::kNotReached:
-      return "restart, which is not reached";
-    case RestartFate::kNone:
-      break;
-  }
-  return {};
-}
-
 PauseForecast ForecastPauses(const QueuePlan& plan) {
   PauseForecast forecast;
-  const bool goesOn = FateOfRestart(plan) == RestartFate::kStops;
+  const bool goesOn = GoesOn(plan);
   std::uint64_t adapterMs = 0;
   std::size_t adapters = 0;
   const std::size_t runsNow = plan.RunsNow();
@@ -266,11 +325,21 @@ std::vector<Unanswered> CameToNothing(const QueuePlan& plan) {
     if (!event.cameToNothing.empty())
       asks.push_back({Words(event), {event.line}, event.cameToNothing});
   }
-  for (const UnusedKeys& unused : FindUnusedKeys(plan)) {
-    asks.push_back({SectionText(unused.section) + " " + UnusedText(unused), unused.lines,
-                    "no event comes of it"});
+  for (const UnusedKeys& unused : plan.unused) {
+    asks.push_back(
+        {SectionText(unused.section) + " " + unused.keys, unused.lines, "no event comes of it"});
   }
   return asks;
+}
+
+Tone ToneOf(const std::string& result) {
+  return result == "Reboot" ? Tone::kNotice : result == "Success" ? Tone::kGood : Tone::kBad;
+}
+
+Tone ToneOf(const RestartChain& chain) {
+  if (!chain.Succeeded()) return Tone::kBad;
+  return chain.ending == ChainEnding::kSettled && chain.notTrue.empty() ? Tone::kGood
+                                                                        : Tone::kNotice;
 }
 
 }  // namespace tool

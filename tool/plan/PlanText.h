@@ -1,4 +1,4 @@
-// The words in which a plan is told, on a terminal and on a page.
+// A plan in words, the same on a terminal and on a page. Every text is safe to print.
 #pragma once
 
 #include <cstddef>
@@ -8,27 +8,63 @@
 #include <vector>
 
 #include "tool/plan/QueuePlan.h"
+#include "tool/plan/RestartChain.h"
 
 namespace tool {
+
+inline constexpr char kRestoreNotice[] =
+    "A restore file is pending: it takes the place of this one and is planned.";
+
+/// How a text is meant: a terminal has a colour for it, a page a class.
+enum class Tone : std::uint8_t { kPlain, kDim, kGood, kNotice, kBad };
+struct Line {
+  Tone tone = Tone::kPlain;
+  std::string text;
+};
+
+/// What becomes of a command.
+enum class Turn : std::uint8_t { kRuns, kFails, kWaits, kNever, kNotNeeded };
+
+struct ShownCommand {
+  Turn turn = Turn::kRuns;
+  /// Of the queue; empty inside another command, and when dropped.
+  std::string number;
+  std::string name;
+  std::string description;
+  /// "TEMPLATE -> PC-42", "not needed: PC-42 already"; empty when nothing was compared.
+  std::string values;
+  /// The section that asks for it, as "[TCP/IP]"; empty for none.
+  std::string section;
+  /// The lines that ask for it; 0 for the registry.
+  std::set<std::size_t> lines;
+  /// Its adapter and how that was found.
+  std::vector<std::string> notes;
+  std::vector<ShownCommand> commands;
+};
+
+/// A part of the queue, or why there is none.
+struct ShownBlock {
+  Line heading;
+  std::vector<ShownCommand> commands;
+  /// Below the commands: that there are none, and the restart.
+  std::vector<Line> lines;
+};
+std::vector<ShownBlock> BlocksOf(const QueuePlan& plan);
 
 /// "[TCP/IP]"; "before the first section" for an empty name.
 std::string SectionText(const std::string& section);
 
-/// The section of the file that asks for the command, as "[TCP/IP]"; empty for a command that the
-/// analysis added.
-std::string SectionOf(const QueuePlan& plan, const PlannedCommand& command);
+/// The lines that ask for the command; 0 for what no section asks for.
+std::set<std::size_t> LinesOf(const QueuePlan& plan, const PlannedCommand& command);
 
-/// "line 8" or "lines 12-14, 20"; "registry value NetworkDisabled" for what no section asks for.
-std::string LinesOf(const QueuePlan& plan, const PlannedCommand& command);
-
-/// "line 8" or "lines 12-14, 20"; there is at least one.
+/// "line 8" or "lines 12-14, 20"; "registry value NetworkDisabled" for line 0.
 std::string LinesText(const std::set<std::size_t>& lines);
-
-/// The event with its place: "IP_ADDRESS 10.0.0.5 from [TCP/IP] Address, line 12".
-std::string EventText(const PlannedEvent& event);
 
 /// The event's value as it may be shown.
 std::string ShownValue(const PlannedEvent& event);
+
+/// The event with its place: "IP_ADDRESS 10.0.0.5 from [TCP/IP] Address, line 12".
+std::string EventText(const PlannedEvent& event);
 
 /// A compared value as it may be shown; "none" for an empty one.
 std::string OrNone(const std::string& value);
@@ -36,14 +72,9 @@ std::string OrNone(const std::string& value);
 /// "TEMPLATE -> PC-42", "not needed: PC-42 already"; empty when nothing was compared.
 std::string ComparisonText(const PlannedCommand& command);
 
-/// The adapter of the section at this position of the queue: "adapter 7, Intel(R) PRO/1000".
-std::string AdapterText(const QueuePlan& plan, std::size_t position);
-
-/// How the section found it, and what it looked for in vain: "found by its PCI location 0/3/0".
-std::string BindingText(const QueuePlan& plan, std::size_t position);
-
-/// Which adapters it could not have, each with the reason; the first few of many.
-std::vector<std::string> PassedOver(const QueuePlan& plan, std::size_t position);
+/// Which adapter the section at this position of the queue has and how it found it, what it looked
+/// for in vain, and which it could not have, each with the reason; the first few of many.
+std::vector<std::string> BindingTexts(const QueuePlan& plan, std::size_t position);
 
 /// What became of the adapter: "free", "taken by [TCP/IP]", "not on the PCI bus".
 std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter);
@@ -51,19 +82,6 @@ std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter);
 /// Per event the command that took it, as "3 SetStatic" or "dropped ChangeCompName"; empty for
 /// none.
 std::vector<std::string> TakersOf(const QueuePlan& plan);
-
-/// What comes of the first restart of a queue. Behind any but `kStops` nothing is ever done: the
-/// run fails and puts the file away.
-enum class RestartFate : std::uint8_t {
-  kNone,       ///< there is none
-  kStops,      ///< the run stops there, and the message is sent again behind the restart
-  kForbidden,  ///< the run fails there
-  kNotReached  ///< the run fails before it
-};
-RestartFate FateOfRestart(const QueuePlan& plan);
-
-/// "restart: the run stops here".
-std::string RestartText(const QueuePlan& plan);
 
 /// How long the run will pause: before the first restart, and behind it when it gets there.
 struct PauseForecast {
@@ -84,7 +102,11 @@ struct Unanswered {
   std::set<std::size_t> lines;
   std::string reason;
 };
-/// Safe to print.
+/// Nothing when there is no plan.
 std::vector<Unanswered> CameToNothing(const QueuePlan& plan);
+
+/// How a reply's "Result" is meant, and how the end of a chain is.
+Tone ToneOf(const std::string& result);
+Tone ToneOf(const RestartChain& chain);
 
 }  // namespace tool

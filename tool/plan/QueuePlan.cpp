@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <iterator>
-#include <map>
-#include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <variant>
@@ -26,13 +24,16 @@
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/AgentMessage.h"
+#include "tool/check/Document.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDifference.h"
+#include "tool/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
 
+using check::Document;
 using config::EventKind;
 using config::analyzer::Analysis;
 using config::command::Comparison;
@@ -88,9 +89,9 @@ class Recorder final : public IEventListener {
     PlannedEvent& planned = events.emplace_back();
     planned.kind = NameOf(event.kind);
     planned.opens = event.phase == config::Event::BEGIN;
-    planned.value = IsAccount(event.kind) ? "***" : event.value;
-    planned.section = event.section;
-    planned.key = event.key;
+    planned.value = IsAccount(event.kind) ? "***" : ToUtf8(event.value);
+    planned.section = ToUtf8(event.section);
+    planned.key = ToUtf8(event.key);
   }
 
   void Taken(const IConfigureCommand* taker) override {
@@ -129,7 +130,7 @@ PlanError Caught() {
     return {util::ClassName(typeid(Error)).substr(kPrefix),
             error.file,
             error.line,
-            error.message,
+            ToUtf8(error.message),
             error.Value,
             error.SystemError,
             std::nullopt};
@@ -145,21 +146,14 @@ PlanError CaughtByTheLibrary() {
                 proc::ChildProcessError, err::CGeneralError>();
 }
 
-[[noreturn]] void ThrowUnloaded(const std::string& text, bool isEmpty,
+[[noreturn]] void ThrowUnloaded(const Document& document, bool isEmpty,
                                 const std::string& shownPath) {
-  ConfigFile file(/*caseSensitive=*/false);
-  std::vector<ConfigFile::Line> lines;
-  file.ParseLines(text, &lines);
-  const auto open = std::find_if(lines.begin(), lines.end(), [](const ConfigFile::Line& line) {
-    return line.kind == ConfigFile::Line::Kind::kOpenHeader;
-  });
-  if (open != lines.end()) {
-    const std::string_view before = std::string_view(text).substr(0, open->offset);
-    const auto line = 1 + std::count(before.begin(), before.end(), '\n');
-    // Without a newline the difference wraps round to the whole size, as it should.
-    const std::size_t column = before.size() - before.rfind('\n');
-    throw ToolError(shownPath + ":" + std::to_string(line) + ":" + std::to_string(column),
-                    "section header without \"]\"", "close it, as in [Networking]");
+  for (std::uint32_t line = 0; line < document.Lines().size(); ++line) {
+    if (document.Lines()[line].kind != Document::Line::Kind::kOpenHeader) continue;
+    const check::Place place = document.PlaceOf(document.ItemOf(line).span);
+    throw ToolError(
+        shownPath + ":" + std::to_string(place.line) + ":" + std::to_string(place.column),
+        "section header without \"]\"", "close it, as in [Networking]");
   }
   if (isEmpty) {
     throw ToolError(shownPath, "is empty", "name a configuration file that says something");
@@ -181,10 +175,10 @@ PlannedCommand Describe(IConfigureCommand& command, const Comparison& comparison
                         const Recorder& recorder) {
   PlannedCommand planned;
   planned.className = util::ClassName(typeid(command)).substr(sizeof "class");
-  planned.description = command.Describe();
+  planned.description = ToUtf8(command.Describe());
   planned.needed = comparison.needed;
-  planned.current = comparison.current;
-  planned.wanted = comparison.wanted;
+  if (comparison.current) planned.current = ToUtf8(*comparison.current);
+  if (comparison.wanted) planned.wanted = ToUtf8(*comparison.wanted);
   planned.pauseMs = command.PauseMs();
   const auto events = recorder.takers.find(&command);
   if (events != recorder.takers.end()) planned.events = events->second;
@@ -198,7 +192,7 @@ PlannedBinding DescribeBinding(const ConfigureNic& nic) {
   if (nic.HasPciLocation()) {
     binding.pciLocation = LocationText({nic.PciBus(), nic.PciDevice(), nic.PciFunction()});
   }
-  binding.macAddress = nic.MacAddress();
+  binding.macAddress = ToUtf8(nic.MacAddress());
   return binding;
 }
 
@@ -226,23 +220,17 @@ PlannedCommand DescribeNic(ConfigureNic& nic, const Recorder& recorder, Comparin
   return planned;
 }
 
-std::vector<PlannedAdapter> DescribeAdapters(const simulated::Machine& machine,
-                                             const sys::NicList& known,
-                                             const std::vector<PlannedCommand>& commands) {
+void DescribeAdapters(const simulated::Machine& machine, const sys::NicList& known,
+                      QueuePlan& plan) {
   std::unordered_map<std::uint32_t, const sys::NicAdapter*> byIndex;
   for (const sys::NicAdapter* adapter : known.Adapters()) byIndex[adapter->Index()] = adapter;
-  std::unordered_map<std::uint32_t, std::vector<std::size_t>> takers;
-  for (std::size_t i = 0; i < commands.size(); ++i) {
-    const auto& binding = commands[i].binding;
-    if (binding && binding->index) takers[*binding->index].push_back(i);
-  }
-  std::vector<PlannedAdapter> adapters;
+  std::unordered_map<std::uint32_t, std::size_t> positions;
   for (const simulated::Adapter& adapter : machine.adapters) {
-    PlannedAdapter& planned = adapters.emplace_back();
+    positions[adapter.index] = plan.adapters.size();
+    PlannedAdapter& planned = plan.adapters.emplace_back();
     planned.index = adapter.index;
-    planned.name = AdapterName(adapter);
-    planned.takers = takers[adapter.index];
-    planned.macAddress = adapter.macAddress.value_or("");
+    planned.name = ToUtf8(AdapterName(adapter));
+    planned.macAddress = ToUtf8(adapter.macAddress.value_or(""));
     if (sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci) {
       planned.pciLocation =
           LocationText(sys::ParseLocationInformation(adapter.locationInformation.value_or("")));
@@ -254,7 +242,12 @@ std::vector<PlannedAdapter> DescribeAdapters(const simulated::Machine& machine,
       planned.refused = "not on the PCI bus";
     }
   }
-  return adapters;
+  for (std::size_t i = 0; i < plan.commands.size(); ++i) {
+    auto& binding = plan.commands[i].binding;
+    if (!binding || !binding->index) continue;
+    binding->adapter = positions.at(*binding->index);
+    plan.adapters[*binding->adapter].takers.push_back(i);
+  }
 }
 
 /// Of a section and a key, whatever their letter case.
@@ -262,27 +255,18 @@ std::string PlaceOf(std::string_view section, std::string_view key) {
   return base::Folded(section) + "\n" + base::Folded(key);
 }
 
-/// The line of every section's first header, under an empty key, and of every key that a look-up
-/// finds.
-std::map<std::string, std::size_t> LinesOf(const std::string& text) {
-  ConfigFile file(/*caseSensitive=*/false);
-  std::vector<ConfigFile::Line> lines;
-  file.ParseLines(text, &lines);
-  std::map<std::string, std::size_t> found;
-  std::size_t offset = 0;
-  std::size_t number = 1;
-  for (const ConfigFile::Line& line : lines) {
-    const std::string_view between(text.data() + offset, line.offset - offset);
-    number += static_cast<std::size_t>(std::count(between.begin(), between.end(), '\n'));
-    offset = line.offset;
-    const auto entry = line.entry != 0 ? file.EntryOf(line) : ConfigFile::Entry();
-    if (entry.first == line.entry) found.emplace(PlaceOf(file.SectionOf(line), entry.key), number);
+/// Finds where each event stands: at its key, else at its section's first header.
+void FindLines(const Document& document, std::vector<PlannedEvent>& events) {
+  std::unordered_map<std::string, std::size_t> lines;
+  const auto note = [&](const check::Section& section, std::string_view key, check::Span span) {
+    lines.emplace(PlaceOf(ToUtf8(section.name), ToUtf8(key)), document.PlaceOf(span).line);
+  };
+  for (const check::Section& section : document.Sections()) {
+    if (!section.headers.empty()) note(section, "", document.ItemOf(section.headers.front()).span);
+    for (const check::PlacedEntry& entry : section.entries) {
+      if (entry.isFound && !entry.isComment) note(section, entry.key, document.KeySpan(entry));
+    }
   }
-  return found;
-}
-
-void FindLines(const std::string& text, std::vector<PlannedEvent>& events) {
-  const auto lines = LinesOf(text);
   for (PlannedEvent& event : events) {
     if (event.section.empty() && event.key.empty()) continue;
     auto line = lines.find(PlaceOf(event.section, event.key));
@@ -323,13 +307,14 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
   // Before a call can fail, since the text is needed all the same.
   const simulated::File* const file = machine.FindFile(path);
   plan.text = file != nullptr ? file->text : "";
+  const Document document(plan.text);
   try {
     const ConfigurePlan::Opening opening = configure.Open(message);
     if (!host.Posted().empty()) {
       return host.Posted().back().values.front().text;
     }
     if (opening != ConfigurePlan::Opening::kLoaded) {
-      ThrowUnloaded(plan.text, file != nullptr && plan.text.empty(), shownPath);
+      ThrowUnloaded(document, file != nullptr && plan.text.empty(), shownPath);
     }
     plan.restartForbidden = configure.Global().noReboot;
     configure.Build();
@@ -337,7 +322,7 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     configure.Analyze(&analysis);
     DescribeQueue(configure.Builder(), analysis, recorder, comparing, plan);
     if (analysis.adapters != nullptr) {
-      plan.adapters = DescribeAdapters(machine, *analysis.adapters, plan.commands);
+      DescribeAdapters(machine, *analysis.adapters, plan);
     }
   } catch (const err::CGeneralError&) {
     plan.error = CaughtByTheLibrary();
@@ -346,39 +331,9 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     plan.dropped.clear();
   }
   plan.events = std::move(recorder.events);
-  FindLines(plan.text, plan.events);
+  FindLines(document, plan.events);
+  if (!plan.error) plan.unused = FindUnusedKeys(document, plan.events);
   return std::nullopt;
-}
-
-void PutIntoUtf8(std::optional<std::string>& text) {
-  if (text) text = ToUtf8(*text);
-}
-
-void PutIntoUtf8(std::vector<PlannedCommand>& commands) {
-  for (PlannedCommand& command : commands) {
-    command.description = ToUtf8(command.description);
-    PutIntoUtf8(command.current);
-    PutIntoUtf8(command.wanted);
-    if (command.binding) command.binding->macAddress = ToUtf8(command.binding->macAddress);
-    PutIntoUtf8(command.commands);
-  }
-}
-
-/// The library's texts are bytes of the code page.
-void PutIntoUtf8(QueuePlan& plan) {
-  for (PlannedEvent& event : plan.events) {
-    event.value = ToUtf8(event.value);
-    event.section = ToUtf8(event.section);
-    event.key = ToUtf8(event.key);
-    event.cameToNothing = ToUtf8(event.cameToNothing);
-  }
-  PutIntoUtf8(plan.commands);
-  PutIntoUtf8(plan.dropped);
-  for (PlannedAdapter& adapter : plan.adapters) {
-    adapter.name = ToUtf8(adapter.name);
-    adapter.macAddress = ToUtf8(adapter.macAddress);
-  }
-  if (plan.error) plan.error->message = ToUtf8(plan.error->message);
 }
 
 }  // namespace
@@ -405,7 +360,6 @@ QueuePlan MakePlan(simulated::Machine machine, const std::string& path,
     // The file is gone from where it was, so there is nothing to hand over a second time.
     PlanMessage(machine, *restore, "the restore file on the machine", comparing, plan);
   }
-  PutIntoUtf8(plan);
   return plan;
 }
 

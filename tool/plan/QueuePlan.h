@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -30,12 +31,23 @@ struct PlannedEvent {
   std::string cameToNothing;
 };
 
+/// Keys of one section that the library makes nothing of.
+struct UnusedKeys {
+  /// Empty for what stands before the first section.
+  std::string section;
+  /// As they may be shown: "Address, Netmask"; of many keys the first few.
+  std::string keys;
+  std::set<std::size_t> lines;
+};
+
 /// How a section found its adapter.
 struct PlannedBinding {
   using By = config::command::ConfigureNic::BoundBy;
 
   /// Absent when no adapter was left.
   std::optional<std::uint32_t> index;
+  /// The same adapter's position in `QueuePlan::adapters`.
+  std::optional<std::size_t> adapter;
   By by = By::kNone;
   /// "0/25/0"; empty when the section does not tell all three numbers.
   std::string pciLocation;
@@ -77,6 +89,8 @@ struct PlannedAdapter {
   std::string refused;
   /// Positions in `QueuePlan::commands` of the sections that have it, in order.
   std::vector<std::size_t> takers;
+
+  bool IsFree() const { return refused.empty() && takers.empty(); }
 };
 
 /// An error that kept the plan from being made; what it holds is the library's own record.
@@ -99,6 +113,8 @@ struct QueuePlan {
   /// A restart that the queue asks for ends the run as a failure.
   bool restartForbidden = false;
   std::vector<PlannedEvent> events;
+  /// Empty with an error, behind which nothing of the file was heard.
+  std::vector<UnusedKeys> unused;
   /// The queue in the order in which it runs; empty with an error.
   std::vector<PlannedCommand> commands;
   std::vector<PlannedCommand> dropped;

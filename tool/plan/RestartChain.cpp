@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <nlohmann/json.hpp>
-#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -13,13 +11,11 @@
 #include "base/Pieces.h"
 #include "tool/agent/Conversation.h"
 #include "tool/io/CodePage.h"
-#include "tool/io/JsonText.h"
 #include "tool/io/Text.h"
 #include "tool/machine/MachineDifference.h"
 #include "tool/machine/MachineDocument.h"
-#include "tool/plan/PlanJson.h"
+#include "tool/plan/PlanOutput.h"
 #include "tool/plan/PlanText.h"
-#include "tool/plan/UnusedKeys.h"
 
 namespace tool {
 namespace {
@@ -28,7 +24,7 @@ using simulated::Machine;
 
 /// Everything that decides what a start does.
 std::string StateOf(const Machine& machine, const QueuePlan& plan) {
-  std::string state = PrintedMachine(machine) + PrintedJson(ToJson(plan, /*verbose=*/false));
+  std::string state = PrintedMachine(machine) + PrintedJson(plan, /*verbose=*/false);
   // A fault that strikes once makes two starts differ.
   for (const simulated::Fault& fault : machine.faults) {
     if (fault.nth) state += " " + std::to_string(std::min(fault.matched, *fault.nth));
@@ -75,9 +71,7 @@ class UnmetSettings {
     for (std::size_t i = 0; i < plan.commands.size(); ++i) {
       const PlannedCommand& command = plan.commands[i];
       if (command.LacksAdapter()) {
-        std::string reason = "no adapter is left: " + BindingText(plan, i);
-        for (const std::string& other : PassedOver(plan, i)) reason += ", " + other;
-        Add(plan, command, reason);
+        Add(plan, command, base::Join(BindingTexts(plan, i), "; "));
         continue;
       }
       Check(plan, command, /*adapter=*/nullptr);
@@ -93,40 +87,37 @@ class UnmetSettings {
                                 ShownValue(event), std::nullopt, std::nullopt,
                                 event.cameToNothing});
     }
-    for (const UnusedKeys& unused : FindUnusedKeys(plan)) {
-      chain_.notTrue.push_back({unused.section, LinesText(unused.lines), UnusedText(unused), "",
+    for (const UnusedKeys& unused : plan.unused) {
+      chain_.notTrue.push_back({unused.section, LinesText(unused.lines), unused.keys, "",
                                 std::nullopt, std::nullopt,
                                 "nothing came of it; orvanta-config check tells why"});
     }
   }
 
  private:
-  /// Where the file asks for the command: what is the same of it in every start.
+  /// Where the file asks for a command of this class: what is the same of it in every start.
+  static std::string OriginOf(const std::string& className, const PlannedEvent& event) {
+    return className + " " + event.section + " " + event.key;
+  }
   static std::string OriginOf(const QueuePlan& plan, const PlannedCommand& command) {
     if (command.events.empty()) return command.className;
-    const PlannedEvent& event = plan.events[command.events.front()];
-    return command.className + " " + event.section + " " + event.key;
+    return OriginOf(command.className, plan.events[command.events.front()]);
   }
 
   /// Which commands a run did, and why not the others.
   void Learn(const QueuePlan& plan) {
     const auto learn = [&](const PlannedCommand& command) {
-      if (command.needed) {
-        done_.insert(OriginOf(plan, command));
-      } else {
-        whyNot_[OriginOf(plan, command)] = ComparisonText(command);
-      }
+      if (command.needed) whyNot_[OriginOf(plan, command)].clear();
+      whyNot_.emplace(OriginOf(plan, command), ComparisonText(command));
     };
     for (std::size_t i = 0; i < plan.RunsNow(); ++i) {
       learn(plan.commands[i]);
       for (const PlannedCommand& inner : plan.commands[i].commands) learn(inner);
     }
-    for (const PlannedCommand& command : plan.dropped) {
-      whyNot_[OriginOf(plan, command)] = ComparisonText(command);
-    }
+    for (const PlannedCommand& command : plan.dropped) learn(command);
     for (const PlannedEvent& event : plan.events) {
-      if (event.kind == "DOMAIN" && !event.cameToNothing.empty())
-        domainWhyNot_ = event.cameToNothing;
+      if (event.kind != "DOMAIN" || event.cameToNothing.empty()) continue;
+      whyNot_.emplace(OriginOf("config::command::JoinDomain", event), event.cameToNothing);
     }
   }
 
@@ -135,18 +126,14 @@ class UnmetSettings {
     if (chain_.ending == ChainEnding::kFailed) {
       return "the run failed: " + FailureText(chain_.steps.back().delivery);
     }
-    const std::string origin = OriginOf(plan, command);
-    if (done_.contains(origin)) {
-      return chain_.ending == ChainEnding::kLoops
-                 ? "every start does it again, to no effect"
-                 : "the run did it, and something behind it or the machine undid it";
+    const auto found = whyNot_.find(OriginOf(plan, command));
+    if (found == whyNot_.end()) return "no run did it, and something else changed it";
+    if (!found->second.empty()) {
+      return "no run did it (" + found->second + "), and something else changed it";
     }
-    const auto found = whyNot_.find(origin);
-    const std::string why = found != whyNot_.end()     ? found->second
-                            : command.Is("JoinDomain") ? domainWhyNot_
-                                                       : "";
-    return "no run did it" + (why.empty() ? "" : " (" + why + ")") +
-           ", and something else changed it";
+    return chain_.ending == ChainEnding::kLoops
+               ? "every start does it again, to no effect"
+               : "the run did it, and something behind it or the machine undid it";
   }
 
   void Check(const QueuePlan& plan, const PlannedCommand& command,
@@ -169,15 +156,14 @@ class UnmetSettings {
 
   void Add(const QueuePlan& plan, const PlannedCommand& command, const std::string& reason) {
     const std::size_t event = command.events.front();
-    chain_.notTrue.push_back({plan.events[event].section, LinesOf(plan, command),
+    chain_.notTrue.push_back({plan.events[event].section, LinesText(LinesOf(plan, command)),
                               command.ShortName(), command.description, command.current,
                               command.wanted, reason});
   }
 
   RestartChain& chain_;
-  std::set<std::string> done_;
+  /// Empty for what was done.
   std::map<std::string, std::string> whyNot_;
-  std::string domainWhyNot_;
 };
 
 }  // namespace

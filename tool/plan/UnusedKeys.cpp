@@ -3,8 +3,6 @@
 #include <algorithm>
 
 #include "base/Pieces.h"
-#include "tool/check/Document.h"
-#include "tool/check/FileCheck.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 
@@ -41,14 +39,20 @@ bool IsRuledByDnsDomain(const Section& section, const PlacedEntry& entry) {
   return entry.known == Key::kDomain && section.Find(Key::kDnsDomain) != nullptr;
 }
 
+std::string ShownKeys(std::vector<std::string> keys) {
+  const std::size_t more = keys.size() - std::min(keys.size(), kMostKeys);
+  keys.resize(keys.size() - more);
+  if (more > 0) keys.push_back("and " + std::to_string(more) + " more");
+  return Printable(base::Join(keys, ", "));
+}
+
 }  // namespace
 
-std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
+std::vector<UnusedKeys> FindUnusedKeys(const Document& document,
+                                       const std::vector<PlannedEvent>& events) {
   std::vector<UnusedKeys> found;
-  if (plan.text.size() > check::kLargestFile) return found;
   std::set<std::size_t> heard;
-  for (const PlannedEvent& event : plan.events) heard.insert(event.line);
-  const Document document(plan.text);
+  for (const PlannedEvent& event : events) heard.insert(event.line);
   const auto isHeard = [&](const PlacedEntry& entry, std::size_t line) {
     const auto next = heard.lower_bound(line);
     return next != heard.end() &&
@@ -56,26 +60,19 @@ std::vector<UnusedKeys> FindUnusedKeys(const QueuePlan& plan) {
   };
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kAgentSettings) continue;
-    UnusedKeys unused{ToUtf8(section.name), {}, {}};
+    std::vector<std::string> keys;
+    std::set<std::size_t> lines;
     for (const PlacedEntry& entry : section.entries) {
       if (entry.isComment || entry.key.empty() || base::Trimmed(entry.value).empty()) continue;
       if (entry.isFound && !AsksByItself(entry, section.kind)) continue;
       const std::size_t line = document.PlaceOf(document.KeySpan(entry)).line;
       if (isHeard(entry, line) || IsRuledByDnsDomain(section, entry)) continue;
-      unused.keys.push_back(ToUtf8(document.ShownKey(entry)));
-      unused.lines.insert(line);
+      keys.push_back(ToUtf8(document.ShownKey(entry)));
+      lines.insert(line);
     }
-    if (!unused.keys.empty()) found.push_back(std::move(unused));
+    if (!keys.empty()) found.push_back({ToUtf8(section.name), ShownKeys(keys), lines});
   }
   return found;
-}
-
-std::string UnusedText(const UnusedKeys& unused) {
-  std::vector<std::string> keys = unused.keys;
-  const std::size_t more = keys.size() - std::min(keys.size(), kMostKeys);
-  keys.resize(keys.size() - more);
-  return Printable(base::Join(keys, ", ")) +
-         (more > 0 ? ", and " + std::to_string(more) + " more" : "");
 }
 
 }  // namespace tool
