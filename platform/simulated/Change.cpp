@@ -1,6 +1,6 @@
 #include "platform/simulated/Change.h"
 
-#include <algorithm>
+#include "base/FindIn.h"
 
 namespace simulated {
 namespace {
@@ -8,9 +8,8 @@ namespace {
 const Value& FieldOf(const Fields* fields, std::string_view name) {
   static const Value none;
   if (fields == nullptr) return none;
-  const auto found = std::find_if(fields->begin(), fields->end(),
-                                  [&](const auto& field) { return field.first == name; });
-  return found == fields->end() ? none : found->second;
+  const auto* found = base::FindIn(*fields, [&](const auto& field) { return field.first == name; });
+  return found == nullptr ? none : found->second;
 }
 
 }  // namespace

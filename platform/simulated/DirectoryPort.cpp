@@ -10,7 +10,7 @@
 #include "platform/IDirectory.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/DirectoryTree.h"
-#include "platform/simulated/Ports.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
 
 namespace simulated {
@@ -36,23 +36,26 @@ std::string WithoutScheme(const std::string& path) {
   return base::StartsWith(path, kScheme) ? path.substr(kScheme.size()) : path;
 }
 
-class Container final : public platform::IDirectoryContainer {
+class Container final : public ComObject<platform::IDirectoryContainer> {
  public:
   Container(Simulation& simulation, std::string path)
-      : simulation_(simulation), live_(simulation.usage), path_(std::move(path)) {}
+      : ComObject(simulation), path_(std::move(path)) {}
 
   HResult MoveHere(const std::string& sourcePath) override {
-    const std::string paths = sourcePath + "\n" + path_;
-    const auto refused = simulation_.RefuseCom({.name = "directory.move", .text = paths});
+    const auto refused = simulation_.RefuseCom({"directory.move", sourcePath + "\n" + path_});
     const HResult result = refused ? *refused : Move(WithoutScheme(sourcePath));
-    Change& change = simulation_.machine.journal.emplace_back(
-        Change{"directory.move", Fields{{"source", sourcePath}, {"destination", path_}}});
+    Change& change =
+        simulation_.Journal("directory.move", {{"source", sourcePath}, {"destination", path_}});
     if (platform::Failed(result)) change.fields.emplace_back("hresult", HResultText(result));
     return result;
   }
 
  private:
   HResult Move(const std::string& dn) {
+    if (simulation_.machine.AssumesDirectory()) {
+      simulation_.machine.assumed = "directory";
+      return platform::kOk;
+    }
     const std::string target = WithoutScheme(path_);
     DirectoryDomain* domain = FindDomainOf(simulation_.machine, target);
     Computer* computer = domain == nullptr ? nullptr : FindComputer(*domain, dn);
@@ -65,125 +68,124 @@ class Container final : public platform::IDirectoryContainer {
     return platform::kOk;
   }
 
-  Simulation& simulation_;
-  LiveObject live_;
   std::string path_;
 };
 
-class DirectoryPort final : public platform::IDirectory {
+class DirectoryPort final : public Port<platform::IDirectory> {
  public:
-  explicit DirectoryPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
 
   platform::NtStatus OpenPolicy(PolicyHandle* policy) override {
-    if (const Fault* fault = simulation_.Strike({.name = "lsa.open"})) return ToStatus(*fault);
-    policies_.insert(++nextPolicy_);
+    if (const Fault* fault = simulation_.Strike({"lsa.open"})) return ToStatus(*fault);
+    *policy = *policies_.insert(PolicyHandle{++nextPolicy_}).first;
     ++simulation_.usage.policies;
-    *policy = PolicyHandle{nextPolicy_};
     return 0;
   }
 
   platform::NtStatus QueryPrimaryDomain(PolicyHandle policy, bool* hasSid,
                                         std::string* name) override {
-    if (const NtStatus status = Check({.name = "lsa.primary"}, policy)) return status;
-    const Membership& membership = simulation_.machine.membership;
-    if (const auto* domain = std::get_if<DomainMembership>(&membership)) {
-      *hasSid = domain->hasSid;
-      *name = domain->flatName;
-    } else {
-      *hasSid = false;
-      *name = std::get<WorkgroupMembership>(membership).name;
-    }
+    if (const NtStatus status = Check({"lsa.primary"}, policy)) return status;
+    const auto* domain = std::get_if<DomainMembership>(&simulation_.machine.membership);
+    *hasSid = domain != nullptr && domain->hasSid;
+    *name = GroupName();
     return 0;
   }
 
   platform::NtStatus QueryDnsDomain(PolicyHandle policy, std::string* dnsName) override {
-    if (const NtStatus status = Check({.name = "lsa.dns"}, policy)) return status;
+    if (const NtStatus status = Check({"lsa.dns"}, policy)) return status;
     const auto* domain = std::get_if<DomainMembership>(&simulation_.machine.membership);
     *dnsName = domain == nullptr ? std::string() : domain->dnsName;
     return 0;
   }
 
   void ClosePolicy(PolicyHandle policy) override {
-    simulation_.Strike({.name = "lsa.close"});
-    if (policies_.erase(static_cast<std::uint64_t>(policy)) != 0) --simulation_.usage.policies;
+    simulation_.Strike({"lsa.close"});
+    if (policies_.erase(policy) != 0) --simulation_.usage.policies;
   }
 
   platform::Win32Error StatusToError(NtStatus status) override {
     const auto digits = static_cast<std::uint32_t>(status);
     if ((digits & 0xFFFF0000U) == kWrappedError) return digits & 0xFFFFU;
-    switch (digits) {
-      case 0:
-        return kSuccess;
-      case 0xC0000008:
-        return kInvalidHandle;
-      case 0xC0000022:
-        return kAccessDenied;
-      default:
-        return kNoTextForCode;
-    }
+    return digits == 0            ? kSuccess
+           : digits == 0xC0000008 ? kInvalidHandle
+           : digits == 0xC0000022 ? kAccessDenied
+                                  : kNoTextForCode;
   }
 
   bool LanGroup(std::string* name) override {
-    if (simulation_.Fails({.name = "lsa.workgroup"})) return false;
-    const Membership& membership = simulation_.machine.membership;
-    const auto* domain = std::get_if<DomainMembership>(&membership);
-    *name = domain != nullptr ? domain->flatName : std::get<WorkgroupMembership>(membership).name;
+    if (simulation_.Fails({"lsa.workgroup"})) return false;
+    *name = GroupName();
     return true;
   }
 
   bool ComputerObjectName(char* buffer, std::uint32_t* length) override {
-    if (simulation_.Fails({.name = "directory.name"})) return false;
+    if (simulation_.Fails({"directory.name"})) return false;
     if (std::holds_alternative<WorkgroupMembership>(simulation_.machine.membership)) {
-      return simulation_.Fail(kNotDomainMember);
+      return simulation_.Answer(kNotDomainMember);
     }
-    const Computer* account = simulation_.machine.FindOwnAccount();
-    if (account == nullptr) return simulation_.Fail(kNoSuchAccount);
-    const auto needed = static_cast<std::uint32_t>(account->dn.size() + 1);
+    Machine& machine = simulation_.machine;
+    const Computer* account = machine.FindOwnAccount();
+    if (account == nullptr && !machine.AssumesDirectory()) {
+      return simulation_.Answer(kNoSuchAccount);
+    }
+    std::string dn = account != nullptr ? account->dn : "CN=" + machine.computerName;
+    if (account == nullptr)
+      dn += "," + DomainDn({std::get<DomainMembership>(machine.membership).dnsName});
+    const auto needed = static_cast<std::uint32_t>(dn.size() + 1);
     const std::uint32_t room = std::exchange(*length, needed);
     if (buffer == nullptr) return true;
-    if (room < needed) return simulation_.Fail(kBufferTooSmall);
-    std::memcpy(buffer, account->dn.c_str(), needed);
+    if (room < needed) return simulation_.Answer(kBufferTooSmall);
+    std::memcpy(buffer, dn.c_str(), needed);
     return true;
   }
 
   platform::HResult EnterApartment() override {
-    return simulation_.EnterApartment({.name = "directory.enter"}, ApartmentKind::kSingleThreaded);
+    return simulation_.EnterApartment({"directory.enter"}, ApartmentKind::kSingleThreaded);
   }
 
-  void LeaveApartment() override { simulation_.LeaveApartment({.name = "directory.leave"}); }
+  void LeaveApartment() override { simulation_.LeaveApartment({"directory.leave"}); }
 
   platform::HResult BindContainer(
       const std::string& path, const std::string& account, const std::string& password,
       std::unique_ptr<platform::IDirectoryContainer>* container) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "directory.bind", .text = path})) {
+    if (const auto failure = simulation_.RefuseCom({"directory.bind", path})) {
       return *failure;
     }
     if (!simulation_.InApartment()) return kNotInApartment;
+    Machine& machine = simulation_.machine;
+    if (machine.AssumesDirectory()) {
+      *container = std::make_unique<Container>(simulation_, path);
+      return platform::kOk;
+    }
     const std::string dn = WithoutScheme(path);
     const DirectoryDomain* domain = FindDomainOf(simulation_.machine, dn);
     if (domain == nullptr) return kDirectoryServerDown;
-    if (!IsAccount(*domain, account, password)) return FromError(kLogonFailure);
+    if (!MayUse(machine, *domain, account, password)) return FromError(kLogonFailure);
     if (!FindContainer(*domain, dn)) return kDirectoryNoSuchObject;
     *container = std::make_unique<Container>(simulation_, path);
     return platform::kOk;
   }
 
  private:
+  /// What the computer belongs to.
+  std::string GroupName() const {
+    const Membership& membership = simulation_.machine.membership;
+    const auto* domain = std::get_if<DomainMembership>(&membership);
+    return domain != nullptr ? domain->flatName : std::get<WorkgroupMembership>(membership).name;
+  }
+
   /// Counts a policy call; its failure, or success.
   platform::NtStatus Check(const Call& call, PolicyHandle policy) {
     if (const Fault* fault = simulation_.Strike(call)) return ToStatus(*fault);
-    return policies_.contains(static_cast<std::uint64_t>(policy)) ? 0 : kStatusInvalidHandle;
+    return policies_.contains(policy) ? 0 : kStatusInvalidHandle;
   }
 
-  Simulation& simulation_;
-  std::unordered_set<std::uint64_t> policies_;
+  std::unordered_set<PolicyHandle> policies_;
   std::uint64_t nextPolicy_ = 0;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::IDirectory> MakeDirectory(Simulation& simulation) {
-  return std::make_unique<DirectoryPort>(simulation);
-}
+platform::IDirectory& SimulatedPlatform::Directory() { return Made<DirectoryPort>(&directory_); }
 
 }  // namespace simulated

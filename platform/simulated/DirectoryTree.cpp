@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 
 namespace simulated {
@@ -33,21 +34,15 @@ bool SameDn(std::string_view left, std::string_view right) {
   return base::SameText(Compact(left), Compact(right));
 }
 
-template <class Predicate>
-DirectoryDomain* FindDomainIf(Machine& machine, Predicate matches) {
-  const auto found = std::find_if(machine.domains.begin(), machine.domains.end(), matches);
-  return found == machine.domains.end() ? nullptr : &*found;
-}
-
 }  // namespace
 
 DirectoryDomain* FindDomain(Machine& machine, const std::string& name) {
-  return FindDomainIf(machine, [&](const auto& domain) { return IsNameOf(domain, name); });
+  return base::FindIn(machine.domains, [&](const auto& domain) { return IsNameOf(domain, name); });
 }
 
 DirectoryDomain* FindDomainOf(Machine& machine, const std::string& dn) {
   const std::string name = "," + Compact(dn);
-  return FindDomainIf(machine,
+  return base::FindIn(machine.domains,
                       [&](const auto& domain) { return EndsWith(name, "," + DomainDn(domain)); });
 }
 
@@ -64,18 +59,14 @@ std::optional<std::string> FindContainer(const DirectoryDomain& domain, const st
   for (const std::string& container : {root, "CN=Computers," + root}) {
     if (SameDn(container, dn)) return container;
   }
-  const auto found = std::find_if(domain.ous.begin(), domain.ous.end(),
-                                  [&](const std::string& ou) { return SameDn(ou, dn); });
-  if (found == domain.ous.end()) return std::nullopt;
-  return *found;
+  const auto* ou = base::FindIn(domain.ous, [&](const auto& known) { return SameDn(known, dn); });
+  return ou != nullptr ? std::optional(*ou) : std::nullopt;
 }
 
 Computer* FindComputer(DirectoryDomain& domain, const std::string& nameOrDn) {
-  const auto found =
-      std::find_if(domain.computers.begin(), domain.computers.end(), [&](const Computer& computer) {
-        return base::SameText(computer.name, nameOrDn) || SameDn(computer.dn, nameOrDn);
-      });
-  return found == domain.computers.end() ? nullptr : &*found;
+  return base::FindIn(domain.computers, [&](const Computer& computer) {
+    return base::SameText(computer.name, nameOrDn) || SameDn(computer.dn, nameOrDn);
+  });
 }
 
 bool IsAccount(const DirectoryDomain& domain, const std::string& user,
@@ -86,6 +77,14 @@ bool IsAccount(const DirectoryDomain& domain, const std::string& user,
   return std::any_of(domain.accounts.begin(), domain.accounts.end(), [&](const Account& account) {
     return base::SameText(account.user, bare) && account.password == password;
   });
+}
+
+bool MayUse(Machine& machine, const DirectoryDomain& domain, const std::string& user,
+            const std::string& password) {
+  if (IsAccount(domain, user, password)) return true;
+  if (!machine.AssumesDecrypt() || password != kUnknownText) return false;
+  machine.assumed = "decrypt";
+  return true;
 }
 
 }  // namespace simulated

@@ -23,5 +23,8 @@ Computer* FindComputer(DirectoryDomain& domain, const std::string& nameOrDn);
 /// True when the domain knows the user with this password. `user` may be qualified with the
 /// domain's name and a backslash.
 bool IsAccount(const DirectoryDomain& domain, const std::string& user, const std::string& password);
+/// The same, and true for a password that the machine assumes.
+bool MayUse(Machine& machine, const DirectoryDomain& domain, const std::string& user,
+            const std::string& password);
 
 }  // namespace simulated

@@ -8,7 +8,7 @@
 #include "base/Pieces.h"
 #include "platform/IFiles.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Ports.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
@@ -99,81 +99,61 @@ std::string FolderOf(const std::string& path) {
   return separator == std::string::npos ? std::string() : path.substr(0, separator);
 }
 
-class FilesPort final : public platform::IFiles {
+class FilesPort final : public Port<platform::IFiles> {
  public:
-  explicit FilesPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
 
   std::uint32_t Attributes(const std::string& path) override {
-    if (simulation_.Fails({.name = "file.attributes", .text = path}))
-      return platform::kNoAttributes;
+    if (simulation_.Fails({"file.attributes", path})) return platform::kNoAttributes;
     const Win32Error error = ReadError(path);
-    if (error == kSuccess) return kArchiveAttribute;
     if (error == kAccessDenied) return platform::kDirectoryAttribute;
-    simulation_.lastError = error;
+    if (simulation_.Answer(error)) return kArchiveAttribute;
     return platform::kNoAttributes;
   }
 
   bool ReadWhole(const std::string& path, std::string* content) override {
-    if (simulation_.Fails({.name = "file.read", .text = path})) return false;
-    if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
+    if (simulation_.Fails({"file.read", path})) return false;
+    if (const Win32Error error = ReadError(path)) return simulation_.Answer(error);
     *content = simulation_.machine.FindFile(path)->text;
     return true;
   }
 
   bool Move(const std::string& source, const std::string& destination) override {
-    Win32Error error = ReadError(source);
-    if (error == kSuccess) error = MakeError(destination);
     const bool sameFile = FoldedPath(source) == FoldedPath(destination);
-    if (error == kSuccess && !sameFile && simulation_.machine.FindFile(destination) != nullptr) {
-      error = kAlreadyExists;
-    }
-    const std::string paths = source + "\n" + destination;
-    const auto refused = simulation_.Refuse({.name = "file.move", .text = paths});
-    if (!refused && error == kSuccess) simulation_.machine.FindFile(source)->path = destination;
-    return Finish({"file.move", {{"source", source}, {"destination", destination}}},
-                  refused.value_or(error));
+    const Win32Error present = sameFile ? kSuccess : kAlreadyExists;
+    return Transfer("file.move", source, destination, present,
+                    [&] { simulation_.machine.FindFile(source)->path = destination; });
   }
 
   bool Copy(const std::string& source, const std::string& destination, bool failIfExists) override {
-    Win32Error error = ReadError(source);
-    if (error == kSuccess) error = MakeError(destination);
-    if (error == kSuccess && simulation_.machine.FindFile(destination) != nullptr) {
-      if (FoldedPath(source) == FoldedPath(destination)) error = kSharingViolation;
-      if (failIfExists) error = kFileExists;
-    }
-    const std::string paths = source + "\n" + destination;
-    const auto refused = simulation_.Refuse({.name = "file.copy", .text = paths});
-    if (!refused && error == kSuccess) {
+    const bool sameFile = FoldedPath(source) == FoldedPath(destination);
+    const Win32Error present = failIfExists ? kFileExists : sameFile ? kSharingViolation : kSuccess;
+    return Transfer("file.copy", source, destination, present, [&] {
       const std::string text = simulation_.machine.FindFile(source)->text;
       simulation_.machine.PutFile(destination, text);
-    }
-    return Finish({"file.copy", {{"source", source}, {"destination", destination}}},
-                  refused.value_or(error));
+    });
   }
 
   bool Erase(const std::string& path) override {
-    const Win32Error error = ReadError(path);
-    const auto refused = simulation_.Refuse({.name = "file.delete", .text = path});
-    if (!refused && error == kSuccess) {
-      const File* file = simulation_.machine.FindFile(path);
-      auto& files = simulation_.machine.files;
-      files.erase(files.begin() + (file - files.data()));
-    }
-    return Finish({"file.delete", {{"path", path}}}, refused.value_or(error));
+    return simulation_.Answer(
+        simulation_.Commit({"file.delete", path}, {{"path", path}}, ReadError(path), [&] {
+          auto& files = simulation_.machine.files;
+          files.erase(files.begin() + (simulation_.machine.FindFile(path) - files.data()));
+        }));
   }
 
   bool SameFile(const std::string& first, const std::string& second, bool* same) override {
     const std::string paths = first + "\n" + second;
-    if (simulation_.Fails({.name = "file.same", .text = paths})) return false;
+    if (simulation_.Fails({"file.same", paths})) return false;
     for (const std::string& path : {first, second}) {
-      if (const Win32Error error = ReadError(path)) return simulation_.Fail(error);
+      if (const Win32Error error = ReadError(path)) return simulation_.Answer(error);
     }
     *same = FoldedPath(first) == FoldedPath(second);
     return true;
   }
 
   bool ModulePath(std::string* path) override {
-    if (simulation_.Fails({.name = "file.module"})) return false;
+    if (simulation_.Fails({"file.module"})) return false;
     *path = simulation_.machine.agentFolder;
     if (!path->ends_with('\\')) *path += '\\';
     *path += "agent.exe";
@@ -182,15 +162,13 @@ class FilesPort final : public platform::IFiles {
 
   bool WriteProfileEntry(const std::string& section, const std::string& key,
                          const std::string& value, const std::string& path) override {
-    const Win32Error error = MakeError(path);
-    const auto refused = simulation_.Refuse({.name = "file.write", .text = path, .item = key});
-    if (!refused && error == kSuccess) {
-      if (simulation_.machine.FindFile(path) == nullptr) simulation_.machine.PutFile(path, "");
-      PutEntry(simulation_.machine.FindFile(path)->text, section, key, value);
-    }
-    return Finish(
-        {"file.write", {{"path", path}, {"section", section}, {"key", key}, {"value", value}}},
-        refused.value_or(error));
+    return simulation_.Answer(simulation_.Commit(
+        {.name = "file.write", .text = path, .item = key},
+        {{"path", path}, {"section", section}, {"key", key}, {"value", value}}, MakeError(path),
+        [&] {
+          if (simulation_.machine.FindFile(path) == nullptr) simulation_.machine.PutFile(path, "");
+          PutEntry(simulation_.machine.FindFile(path)->text, section, key, value);
+        }));
   }
 
  private:
@@ -212,8 +190,8 @@ class FilesPort final : public platform::IFiles {
   /// Why a file cannot be read, or made, at `path`; `kSuccess` when it can.
   platform::Win32Error ReadError(const std::string& path) {
     if (simulation_.machine.FindFile(path) != nullptr) return kSuccess;
-    if (IsFolder(path)) return kAccessDenied;
-    return IsFolder(FolderOf(path)) ? kFileNotFound : kPathNotFound;
+    const Win32Error error = MakeError(path);
+    return error == kSuccess ? kFileNotFound : error;
   }
 
   platform::Win32Error MakeError(const std::string& path) {
@@ -222,23 +200,21 @@ class FilesPort final : public platform::IFiles {
     return IsFolder(FolderOf(path)) ? kSuccess : kPathNotFound;
   }
 
-  /// Journals a change and tells whether it succeeded.
-  bool Finish(Change change, Win32Error error) {
-    if (error != kSuccess) {
-      change.fields.emplace_back("error", error);
-      simulation_.lastError = error;
-    }
-    simulation_.machine.journal.push_back(std::move(change));
-    return error == kSuccess;
+  /// Moves or copies a file; `present` is the answer where the destination is there already.
+  template <class Action>
+  bool Transfer(CallName call, const std::string& source, const std::string& destination,
+                Win32Error present, Action transfer) {
+    Win32Error error = ReadError(source);
+    if (error == kSuccess) error = MakeError(destination);
+    if (error == kSuccess && simulation_.machine.FindFile(destination) != nullptr) error = present;
+    return simulation_.Answer(simulation_.Commit({call, source + "\n" + destination},
+                                                 {{"source", source}, {"destination", destination}},
+                                                 error, transfer));
   }
-
-  Simulation& simulation_;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::IFiles> MakeFiles(Simulation& simulation) {
-  return std::make_unique<FilesPort>(simulation);
-}
+platform::IFiles& SimulatedPlatform::Files() { return Made<FilesPort>(&files_); }
 
 }  // namespace simulated

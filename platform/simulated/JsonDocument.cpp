@@ -62,8 +62,8 @@ std::string FaultOf(const nlohmann::json::exception& error) {
 /// Builds a document while it is parsed, so that every fault can be told by its place.
 class Builder {
  public:
-  Builder(const std::string& text, const std::string& fileName)
-      : text_(text), fileName_(fileName) {}
+  Builder(const std::string& text, const std::string& fileName, const Encoder& encode)
+      : text_(text), fileName_(fileName), encode_(encode) {}
 
   nlohmann::json Take() { return std::move(root_); }
 
@@ -73,7 +73,11 @@ class Builder {
   bool number_integer(std::int64_t value) { return Put(value); }
   bool number_unsigned(std::uint64_t value) { return Put(value); }
   bool number_float(double value, const std::string&) { return Put(value); }
-  bool string(std::string& value) { return Put(std::move(value)); }
+  bool string(std::string& value) {
+    const std::optional<std::string> bytes = Encoded(value);
+    Place(bytes.value_or(""));
+    return bytes || FailEncoding();
+  }
   bool binary(nlohmann::json::binary_t&) { return false; }
   bool start_object(std::size_t) { return Open(nlohmann::json::object()); }
   bool start_array(std::size_t) { return Open(nlohmann::json::array()); }
@@ -82,8 +86,10 @@ class Builder {
 
   bool key(std::string& name) {
     auto& object = levels_.back().value->get_ref<nlohmann::json::object_t&>();
-    const auto [entry, isNew] = object.try_emplace(std::move(name));
+    const std::optional<std::string> bytes = Encoded(name);
+    const auto [entry, isNew] = object.try_emplace(bytes.value_or(name));
     levels_.back().entry = &*entry;
+    if (!bytes) FailEncoding();
     if (!isNew) Fail("stands twice in this object; keep one");
     return true;
   }
@@ -130,6 +136,15 @@ class Builder {
     return true;
   }
 
+  /// A text as the machine holds it; none when it cannot.
+  std::optional<std::string> Encoded(const std::string& text) const {
+    return encode_ ? encode_(text) : text;
+  }
+
+  [[noreturn]] bool FailEncoding() const {
+    Fail("cannot be written in the machine's code page; use its characters");
+  }
+
   [[noreturn]] void Fail(const std::string& fault) const {
     std::string path = "$";
     for (const Level& level : levels_) {
@@ -141,6 +156,7 @@ class Builder {
 
   const std::string& text_;
   const std::string& fileName_;
+  const Encoder& encode_;
   nlohmann::json root_;
   std::vector<Level> levels_;
 };
@@ -152,12 +168,13 @@ bool IsWideText(const std::string& text) {
 
 }  // namespace
 
-nlohmann::json ParseDocument(const std::string& text, const std::string& fileName) {
+nlohmann::json ParseDocument(const std::string& text, const std::string& fileName,
+                             const Encoder& encode) {
   if (text.size() > kLargestDocument) {
     throw MachineFileError(fileName + ": larger than 64 MiB; leave out what the run does not need");
   }
   if (IsWideText(text)) throw MachineFileError(fileName + ":1:1: not UTF-8; save it as UTF-8");
-  Builder builder(text, fileName);
+  Builder builder(text, fileName, encode);
   nlohmann::json::sax_parse(text, &builder);
   return builder.Take();
 }

@@ -9,11 +9,15 @@
 #include <string>
 #include <string_view>
 
+#include "platform/simulated/MachineFile.h"
+
 namespace simulated {
 
-/// Parses a document. Throws `MachineFileError` for malformed JSON (with line and column), a key
-/// that stands twice in an object, and documents that are too deep or too large.
-nlohmann::json ParseDocument(const std::string& text, const std::string& fileName);
+/// Parses a document, whose texts `encode` turns into the machine's bytes. Throws
+/// `MachineFileError` for malformed JSON (with line and column), a key that stands twice in an
+/// object, and documents that are too deep or too large.
+nlohmann::json ParseDocument(const std::string& text, const std::string& fileName,
+                             const Encoder& encode);
 
 /// A place in a document. Lives no longer than the cursor it was reached from.
 class Cursor {

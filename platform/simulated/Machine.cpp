@@ -1,21 +1,11 @@
 #include "platform/simulated/Machine.h"
 
-#include <algorithm>
-
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "platform/simulated/DirectoryTree.h"
 #include "platform/simulated/Text.h"
 
 namespace simulated {
-namespace {
-
-template <class Item, class Predicate>
-Item* FindIn(std::vector<Item>& items, Predicate matches) {
-  const auto found = std::find_if(items.begin(), items.end(), matches);
-  return found == items.end() ? nullptr : &*found;
-}
-
-}  // namespace
 
 void Machine::Restart() {
   if (!pendingComputerName) return;
@@ -30,17 +20,17 @@ void Machine::Restart() {
 }
 
 Adapter* Machine::FindAdapter(std::uint32_t index) {
-  return FindIn(adapters, [=](const Adapter& adapter) { return adapter.index == index; });
+  return base::FindIn(adapters, [=](const Adapter& adapter) { return adapter.index == index; });
 }
 
 Service* Machine::FindService(const std::string& name) {
-  return FindIn(services,
-                [&](const Service& service) { return base::SameText(service.name, name); });
+  return base::FindIn(services,
+                      [&](const Service& service) { return base::SameText(service.name, name); });
 }
 
 File* Machine::FindFile(const std::string& path) {
   const std::string wanted = FoldedPath(path);
-  return FindIn(files, [&](const File& file) { return FoldedPath(file.path) == wanted; });
+  return base::FindIn(files, [&](const File& file) { return FoldedPath(file.path) == wanted; });
 }
 
 DirectoryDomain* Machine::FindOwnDomain() {
@@ -63,10 +53,7 @@ void Machine::PutFile(const std::string& path, const std::string& text) {
 }
 
 void Machine::FailCall(std::uint32_t nth, platform::Win32Error error) {
-  Fault fault;
-  fault.nth = nth;
-  fault.error = error;
-  faults.push_back(std::move(fault));
+  faults.push_back({.nth = nth, .error = error});
 }
 
 }  // namespace simulated

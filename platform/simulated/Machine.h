@@ -1,5 +1,6 @@
 // A whole computer as plain data: fill it in, run the engine on it, read it back. Its journal lists
-// in order every call that changed it or paused.
+// in order every call that changed it or paused. Members say " = {}" so that compilers take an
+// initializer that leaves them out.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +16,11 @@
 #include "platform/simulated/Change.h"
 
 namespace simulated {
+
+/// What an unknown text is deciphered to where the unknown is assumed.
+inline constexpr char kUnknownText[] = "(unknown)";
+/// What an unreadable address becomes on its way to the machine, an unresolved name too.
+inline constexpr char kNoAddressText[] = "255.255.255.255";
 
 /// A text property that may hold the null value.
 using NullableText = std::optional<std::string>;
@@ -33,13 +39,13 @@ struct Adapter {
   NullableText manufacturer = "Intel";
   NullableText caption = "[00000007] Intel(R) PRO/1000 MT Desktop Adapter";
   bool dhcpEnabled = true;
-  std::vector<std::string> ipAddresses;
-  std::vector<std::string> subnetMasks;
-  std::vector<std::string> gateways;
-  std::vector<std::string> dnsServers;
-  std::vector<std::string> dnsSuffixes;
-  NullableText dnsDomain;
-  NullableText dnsHostName;
+  std::vector<std::string> ipAddresses = {};
+  std::vector<std::string> subnetMasks = {};
+  std::vector<std::string> gateways = {};
+  std::vector<std::string> dnsServers = {};
+  std::vector<std::string> dnsSuffixes = {};
+  NullableText dnsDomain = {};
+  NullableText dnsHostName = {};
   /// The DNS servers were set by hand: the registry value "NameServer" holds them.
   bool staticDns = false;
 };
@@ -103,10 +109,10 @@ struct Computer {
 struct DirectoryDomain {
   std::string dnsName = "corp.example";
   std::string flatName = "CORP";
-  std::vector<Account> accounts;
+  std::vector<Account> accounts = {};
   /// Distinguished names of the organizational units.
-  std::vector<std::string> ous;
-  std::vector<Computer> computers;
+  std::vector<std::string> ous = {};
+  std::vector<Computer> computers = {};
 };
 
 /// Makes calls to the machine fail. An absent matcher matches every call of that name; texts are
@@ -116,25 +122,25 @@ struct Fault {
   /// "*" for a call of any kind.
   std::string call = "*";
   /// Text that stands somewhere in the call's query, command line or path.
-  NullableText contains;
-  NullableText method;
-  NullableText service;
+  NullableText contains = {};
+  NullableText method = {};
+  NullableText service = {};
   /// Name of a registry value, host, property or library.
-  NullableText name;
+  NullableText name = {};
   /// Adapter index in a method's path or a query's condition.
-  std::optional<std::uint32_t> index;
+  std::optional<std::uint32_t> index = {};
   /// Only the n-th matching call fails, counted from 1.
-  std::optional<std::uint32_t> nth;
+  std::optional<std::uint32_t> nth = {};
   /// What the call answers: `hresult` for COM calls, `error` for system calls, `result` for the
   /// return value of a method or the exit code of a process that did run. A call of the other kind
   /// answers the same code in its own form; without any code it is a general failure.
-  std::optional<platform::HResult> hresult;
-  std::optional<std::uint32_t> error;
-  std::optional<std::int32_t> result;
+  std::optional<platform::HResult> hresult = {};
+  std::optional<std::uint32_t> error = {};
+  std::optional<std::int32_t> result = {};
   /// How many calls have matched so far.
   std::uint32_t matched = 0;
   /// The call that it struck last, by its name; empty before the first.
-  std::string struck;
+  std::string struck = {};
 };
 
 struct Machine {
@@ -158,6 +164,12 @@ struct Machine {
   /// Nothing is deciphered, and no domain is there: not unknown, which runs alike, but known.
   bool decryptIsNone = false;
   bool directoryIsNone = false;
+  /// `hosts` says nothing of which names resolve.
+  bool hostsUnknown = false;
+  /// For a rehearsal: what is unknown answers as if all that is needed were there.
+  bool assumesUnknown = false;
+  /// What the call in progress took for granted; "unknown" of its journal entry tells it.
+  std::string assumed;
   /// The SIDs that window stations and desktops let in, as numbers, by the object's handle. An
   /// object that is absent lets everyone in. Machine files do not hold them.
   std::map<std::uint64_t, std::vector<std::uint64_t>> userObjects;
@@ -180,6 +192,10 @@ struct Machine {
 
   bool KnowsDecrypt() const { return decrypt || decryptIsNone; }
   bool KnowsDirectory() const { return directoryIsNone || !domains.empty(); }
+  /// Calls that need what is unknown go well; one that changes the machine sets `assumed`.
+  bool AssumesDecrypt() const { return assumesUnknown && !KnowsDecrypt(); }
+  bool AssumesDirectory() const { return assumesUnknown && !KnowsDirectory(); }
+  bool AssumesHosts() const { return assumesUnknown && hostsUnknown; }
 
   /// Makes or replaces a file.
   void PutFile(const std::string& path, const std::string& text);

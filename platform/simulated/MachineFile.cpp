@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <concepts>
+#include <functional>
 #include <limits>
 #include <tuple>
 #include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "base/OperatingSystem.h"
 #include "base/Services.h"
 #include "platform/IRegistry.h"
@@ -52,12 +54,12 @@ constexpr auto As(std::string_view name, Member Struct::*member) {
 template <class Struct>
 constexpr auto kFields = nullptr;
 
-/// How many members are no field of the file: what a run leaves behind, and what is known to be
-/// none.
+/// How many members are no field of the file: what a run leaves behind or assumes, and what is
+/// known to be none.
 template <class Struct>
 constexpr std::size_t kLeftOutMembers = 0;
 template <>
-constexpr std::size_t kLeftOutMembers<Machine> = 4;
+constexpr std::size_t kLeftOutMembers<Machine> = 7;
 template <>
 constexpr std::size_t kLeftOutMembers<Fault> = 2;
 
@@ -66,6 +68,15 @@ concept Described = !std::same_as<decltype(kFields<Struct>), const std::nullptr_
 
 void RequireObject(const Cursor& at) {
   if (!at.Value().is_object()) at.FailType("an object");
+}
+
+/// Refuses an object with a name that is none of `known`.
+void RefuseUnknown(const Cursor& at, const std::string& what,
+                   std::span<const std::string_view> known) {
+  for (const auto& [name, ignored] : at.Value().items()) {
+    const bool isKnown = std::find(known.begin(), known.end(), name) != known.end();
+    if (!isKnown) at.Field(name).FailUnknown(what, name, known);
+  }
 }
 
 Json Discarded() { return Json(Json::value_t::discarded); }
@@ -134,9 +145,76 @@ struct Codec<std::vector<Item>> {
 // What must hold beyond the fields themselves; most structs need nothing.
 template <class Struct>
 void Check(const Cursor&, Struct&) {}
-void Check(const Cursor& at, RegistryValue& value);
-void Check(const Cursor& at, Fault& fault);
-void Check(const Cursor& at, Machine& machine);
+
+void Check(const Cursor& at, RegistryValue& value) {
+  const bool wantsNumber = value.type == platform::kRegDWord;
+  if (!wantsNumber && !at.Value().contains("data")) value.data = std::string();
+  if (wantsNumber != std::holds_alternative<std::uint32_t>(value.data)) {
+    at.Field("data").FailType(wantsNumber ? "a number, as type REG_DWORD says"
+                                          : "a text, as the type says");
+  }
+  if (!base::StartsWith(value.key, "HKEY_")) {
+    at.Fail("key names no root; begin it with HKEY_LOCAL_MACHINE\\");
+  }
+}
+
+void Check(const Cursor& at, Fault& fault) {
+  const bool isKnown = fault.call == "*" || std::find(std::begin(kCallNames), std::end(kCallNames),
+                                                      fault.call) != std::end(kCallNames);
+  if (!isKnown) at.Field("call").FailUnknown("call", fault.call, kCallNames);
+  if (fault.error == 0U) at.Field("error").Fail("0 is no error; write the number of one");
+  if (fault.hresult && !platform::Failed(*fault.hresult)) {
+    at.Field("hresult").Fail("is no failure; write one from 0x80000000 on");
+  }
+  if (fault.nth == 0U) at.Field("nth").Fail("calls are counted from 1; write 1 or more");
+}
+
+/// Refuses a list in which two items have the same key.
+template <class Item, class KeyOf>
+void RequireUnique(const Cursor& at, const std::string& list, const std::string& field,
+                   const std::vector<Item>& items, KeyOf keyOf) {
+  std::unordered_map<std::string, std::size_t> seen;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const auto [first, isNew] = seen.emplace(base::Folded(std::invoke(keyOf, items[i])), i);
+    if (isNew) continue;
+    const Cursor places(at.Field(list));
+    const std::string fault = "stands at " + places.Element(first->second).Path() +
+                              " already; give each its own " + field;
+    const Cursor item(places.Element(i));
+    if (item.Value().contains(field)) item.Field(field).Fail(fault);
+    item.Fail(field + " " + fault);
+  }
+}
+
+/// Appends its index to the default of every adapter that leaves out a text which is unique on a
+/// computer, but for the first to have that text.
+void MakeDefaultsUnique(const Cursor& at, std::string_view field, std::string Adapter::*member,
+                        std::vector<Adapter>& adapters) {
+  std::unordered_set<std::string> taken;
+  for (std::size_t i = 0; i < adapters.size(); ++i) {
+    std::string& text = adapters[i].*member;
+    const bool isDefault = !at.Field("adapters").Element(i).FindField(field);
+    if (isDefault && taken.contains(text)) text += "_" + std::to_string(adapters[i].index);
+    taken.insert(text);
+  }
+}
+
+void Check(const Cursor& at, Machine& machine) {
+  const auto hosts = at.FindField("hosts");
+  machine.hostsUnknown = hosts && hosts->Value().is_null();
+  machine.decryptIsNone = at.FindField("decrypt") && !machine.decrypt;
+  machine.directoryIsNone = at.FindField("directory") && machine.domains.empty();
+  MakeDefaultsUnique(at, "pnp_device_id", &Adapter::pnpDeviceId, machine.adapters);
+  MakeDefaultsUnique(at, "setting_id", &Adapter::settingId, machine.adapters);
+  RequireUnique(at, "adapters", "index", machine.adapters,
+                [](const Adapter& adapter) { return std::to_string(adapter.index); });
+  RequireUnique(at, "services", "name", machine.services, &Service::name);
+  RequireUnique(at, "registry", "name", machine.registry,
+                [](const RegistryValue& value) { return value.key + '\0' + value.name; });
+  RequireUnique(at, "files", "path", machine.files,
+                [](const File& file) { return FoldedPath(file.path); });
+  RequireUnique(at, "hosts", "name", machine.hosts, &Host::name);
+}
 
 template <Described Struct>
 struct Codec<Struct> {
@@ -150,7 +228,7 @@ struct Codec<Struct> {
           ++known;
           MemberCodec::Read(*place, value.*field.member);
         });
-    if (known != at.Value().size()) RefuseUnknownFields(at);
+    if (known != at.Value().size()) RefuseUnknown(at, "field", kNames);
     Check(at, value);
   }
 
@@ -173,15 +251,8 @@ struct Codec<Struct> {
     std::apply([&](const auto&... field) { (action(field), ...); }, kFields<Struct>);
   }
 
-  static void RefuseUnknownFields(const Cursor& at) {
-    static constexpr auto kNames =
-        std::apply([](const auto&... field) { return std::array{field.name...}; }, kFields<Struct>);
-    for (const auto& [name, ignored] : at.Value().items()) {
-      if (std::find(kNames.begin(), kNames.end(), name) == kNames.end()) {
-        at.Field(name).FailUnknown("field", name, kNames);
-      }
-    }
-  }
+  static constexpr auto kNames =
+      std::apply([](const auto&... field) { return std::array{field.name...}; }, kFields<Struct>);
 };
 
 /// A value that is left out of the file when there is none.
@@ -218,59 +289,41 @@ struct HResultCodec {
     constexpr const char* kForm = "a text such as \"0x80041002\"";
     if (!at.Value().is_string()) at.FailType(kForm);
     const auto text = at.Value().get<std::string>();
-    std::uint32_t digits = 0;
-    const char* const end = text.data() + text.size();
     const bool isHexadecimal = text.size() > 2 && text.size() <= 10 && base::StartsWith(text, "0x");
-    if (!isHexadecimal || std::from_chars(text.data() + 2, end, digits, 16).ptr != end) {
-      at.Fail(std::string("no result code; write ") + kForm);
-    }
-    value = static_cast<platform::HResult>(digits);
+    const auto digits =
+        isHexadecimal ? base::ParseWhole<std::uint32_t>(text.substr(2), 16) : std::nullopt;
+    if (!digits) at.Fail(std::string("no result code; write ") + kForm);
+    value = static_cast<platform::HResult>(*digits);
   }
   static Json Write(const std::optional<platform::HResult>& value, bool) {
     return value ? Json(HResultText(*value)) : Discarded();
   }
 };
 
-/// Reads one of a few names as the value that belongs to it.
-template <class Row, std::size_t kCount, class Value>
-void ReadName(const Cursor& at, const Row (&names)[kCount], const std::string& what, Value& value) {
-  std::string text;
-  Codec<std::string>::Read(at, text);
-  std::array<std::string_view, kCount> known;
-  for (std::size_t i = 0; i < kCount; ++i) {
-    known[i] = names[i].name;
-    if (known[i] != text) continue;
-    value = names[i].value;
-    return;
-  }
-  at.FailUnknown(what, text, known);
-}
+constexpr char kStartType[] = "start type";
+constexpr char kRegistryType[] = "registry type";
+constexpr struct {
+  const char* name;
+  std::uint32_t value;
+} kRegistryTypes[] = {{"REG_DWORD", platform::kRegDWord},
+                      {"REG_SZ", platform::kRegSz},
+                      {"REG_EXPAND_SZ", platform::kRegExpandSz}};
 
-template <>
-struct Codec<platform::ServiceStart> {
-  static void Read(const Cursor& at, platform::ServiceStart& value) {
-    ReadName(at, base::kStartTypes, "start type", value);
+/// One of the names of a table, for the value that belongs to it; `kWhat` says what it names.
+template <const auto& kRows, const char* kWhat>
+struct Named {
+  static void Read(const Cursor& at, auto& value) {
+    std::string text;
+    Codec<std::string>::Read(at, text);
+    std::array<std::string_view, std::size(kRows)> known;
+    std::transform(std::begin(kRows), std::end(kRows), known.begin(),
+                   [](const auto& row) { return row.name; });
+    const auto found = std::find(known.begin(), known.end(), text);
+    if (found == known.end()) at.FailUnknown(kWhat, text, known);
+    value = kRows[found - known.begin()].value;
   }
-  static Json Write(platform::ServiceStart value, bool) {
-    return std::string(base::TypeOf(value).name);
-  }
-};
-
-struct RegistryType {
-  static constexpr struct {
-    std::string_view name;
-    std::uint32_t value;
-  } kTypes[] = {{"REG_DWORD", platform::kRegDWord},
-                {"REG_SZ", platform::kRegSz},
-                {"REG_EXPAND_SZ", platform::kRegExpandSz}};
-
-  static void Read(const Cursor& at, std::uint32_t& value) {
-    ReadName(at, kTypes, "registry type", value);
-  }
-  static Json Write(std::uint32_t value, bool) {
-    const auto* found = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                     [=](const auto& type) { return type.value == value; });
-    return std::string(found->name);
+  static Json Write(auto value, bool) {
+    return base::FindIn(kRows, [=](const auto& row) { return row.value == value; })->name;
   }
 };
 
@@ -289,79 +342,55 @@ struct Codec<std::variant<std::uint32_t, std::string>> {
   }
 };
 
-/// An object whose keys are the machine's to choose.
-struct PlainTexts {
-  using Value = std::optional<std::map<std::string, std::string>>;
-  static void Read(const Cursor& at, Value& value) {
-    value.reset();
-    if (at.Value().is_null()) return;
-    RequireObject(at);
-    value.emplace();
-    for (const auto& [name, ignored] : at.Value().items()) {
-      Codec<std::string>::Read(at.Field(name), (*value)[name]);
-    }
-  }
-  static Json Write(const Value& value, bool hideSecrets) {
-    if (!value) return nullptr;
-    Json::object_t object;
-    for (const auto& [name, text] : *value) object.emplace_back(name, hideSecrets ? kHidden : text);
-    return object;
-  }
-};
-
-/// A value of any kind, which is written only.
 template <>
-struct Codec<Fields> {
-  static Json Write(const Fields& fields) {
-    Json object = Json::object();
-    for (const auto& [name, value] : fields) object[name] = Write(value);
-    return object;
+struct Codec<Value> {
+  static void Read(const Cursor& at, Value& value) {
+    const auto& json = at.Value();
+    if (json.is_structured()) at.FailType("a text, a number, true, false or null");
+    if (json.is_boolean()) value = json.get<bool>();
+    if (json.is_string()) value = json.get<std::string>();
+    if (!json.is_number()) return;
+    auto& number = value.emplace<std::int64_t>();
+    Codec<std::int64_t>::Read(at, number);
+    if (!std::in_range<std::int32_t>(number) && !std::in_range<std::uint32_t>(number)) {
+      at.FailType("a number of 32 bits");
+    }
   }
-  static Json Write(const Value& value) {
-    if (const auto* fields = std::get_if<Fields>(&value)) return Write(*fields);
-    return std::visit(
-        []<class Kind>(const Kind& own) -> Json {
-          if constexpr (std::same_as<Kind, Fields>)
-            return nullptr;
-          else
-            return own;
-        },
-        value);
+  static Json Write(const Value& value, bool) { return value; }
+};
+
+/// An object whose names are the machine's to choose.
+template <class Item>
+struct Codec<std::map<std::string, Item>> {
+  static void Read(const Cursor& at, std::map<std::string, Item>& items) {
+    RequireObject(at);
+    items.clear();
+    for (const auto& [name, ignored] : at.Value().items()) {
+      Codec<Item>::Read(at.Field(name), items[name]);
+    }
+  }
+  static Json Write(const std::map<std::string, Item>& items, bool hideSecrets) {
+    Json object = Json::object();
+    for (const auto& [name, item] : items) object[name] = Codec<Item>::Write(item, hideSecrets);
+    return object;
   }
 };
 
-struct OperatingSystem {
-  using Properties = std::map<std::string, Value>;
-
-  static void Read(const Cursor& at, Properties& properties) {
-    RequireObject(at);
-    properties.clear();
-    for (const auto& [name, json] : at.Value().items()) {
-      const auto& known = base::kSystemProperties;
-      if (std::find(std::begin(known), std::end(known), name) == std::end(known)) {
-        at.Field(name).FailUnknown("property", name, known);
-      }
-      const Cursor place = at.Field(name);
-      Value& value = properties[name];
-      if (json.is_number()) {
-        auto& number = value.emplace<std::int64_t>();
-        Codec<std::int64_t>::Read(place, number);
-        if (!std::in_range<std::int32_t>(number) && !std::in_range<std::uint32_t>(number)) {
-          place.FailType("a number of 32 bits");
-        }
-      } else if (json.is_boolean()) {
-        value = json.get<bool>();
-      } else if (json.is_string()) {
-        value = json.get<std::string>();
-      } else if (json.is_structured()) {
-        place.FailType("a text, a number, true, false or null");
-      }
-    }
+struct PlainTexts : Codec<std::optional<std::map<std::string, std::string>>> {
+  static Json Write(const std::optional<std::map<std::string, std::string>>& value,
+                    bool hideSecrets) {
+    Json texts = Codec::Write(value, hideSecrets);
+    if (!hideSecrets) return texts;
+    for (Json& text : texts) text = kHidden;
+    return texts;
   }
-  static Json Write(const Properties& properties, bool) {
-    Json object = Json::object();
-    for (const auto& [name, value] : properties) object[name] = Codec<Fields>::Write(value);
-    return object;
+};
+
+struct OperatingSystem : Codec<std::map<std::string, Value>> {
+  static void Read(const Cursor& at, std::map<std::string, Value>& properties) {
+    RequireObject(at);
+    RefuseUnknown(at, "property", base::kSystemProperties);
+    Codec::Read(at, properties);
   }
 };
 
@@ -375,10 +404,7 @@ struct Codec<Membership> {
   static void Read(const Cursor& at, Membership& value) {
     static constexpr std::string_view kKinds[] = {"workgroup", "domain"};
     RequireObject(at);
-    for (const auto& [name, ignored] : at.Value().items()) {
-      if (name != "workgroup" && name != "domain")
-        at.Field(name).FailUnknown("field", name, kKinds);
-    }
+    RefuseUnknown(at, "field", kKinds);
     if (at.Value().size() > 1) at.Fail("both a workgroup and a domain; keep one");
     if (at.Value().contains("domain")) {
       Codec<DomainMembership>::Read(at.Field("domain"), value.emplace<DomainMembership>());
@@ -411,13 +437,15 @@ constexpr auto kFields<PersistentRoute> = std::tuple{
 
 template <>
 constexpr auto kFields<Service> =
-    std::tuple{Plain("name", &Service::name), Plain("start", &Service::start),
+    std::tuple{Plain("name", &Service::name),
+               As<Named<base::kStartTypes, kStartType>>("start", &Service::start),
                Plain("running", &Service::running)};
 
 template <>
 constexpr auto kFields<RegistryValue> =
     std::tuple{Plain("key", &RegistryValue::key), Plain("name", &RegistryValue::name),
-               As<RegistryType>("type", &RegistryValue::type), Plain("data", &RegistryValue::data)};
+               As<Named<kRegistryTypes, kRegistryType>>("type", &RegistryValue::type),
+               Plain("data", &RegistryValue::data)};
 
 template <>
 constexpr auto kFields<File> =
@@ -448,6 +476,13 @@ struct Directory {
 
 template <>
 constexpr auto kFields<Directory> = std::tuple{Plain("domains", &Directory::domains)};
+
+/// Null where it is not known which names resolve.
+struct Hosts : Codec<std::vector<Host>> {
+  static void Read(const Cursor& at, std::vector<Host>& hosts) {
+    if (!at.Value().is_null()) Codec::Read(at, hosts);
+  }
+};
 
 struct DirectoryCodec {
   static void Read(const Cursor& at, std::vector<DirectoryDomain>& domains) {
@@ -485,114 +520,16 @@ constexpr auto kFields<Machine> =
                Plain("services", &Machine::services),
                Plain("registry", &Machine::registry),
                Plain("files", &Machine::files),
-               Plain("hosts", &Machine::hosts),
+               As<Hosts>("hosts", &Machine::hosts),
                As<PlainTexts>("decrypt", &Machine::decrypt),
                As<DirectoryCodec>("directory", &Machine::domains),
                Plain("faults", &Machine::faults)};
 
-void Check(const Cursor& at, RegistryValue& value) {
-  const bool wantsNumber = value.type == platform::kRegDWord;
-  if (!wantsNumber && !at.Value().contains("data")) value.data = std::string();
-  if (wantsNumber != std::holds_alternative<std::uint32_t>(value.data)) {
-    at.Field("data").FailType(wantsNumber ? "a number, as type REG_DWORD says"
-                                          : "a text, as the type says");
-  }
-  if (!base::StartsWith(value.key, "HKEY_")) {
-    at.Fail("key names no root; begin it with HKEY_LOCAL_MACHINE\\");
-  }
-}
-
-void Check(const Cursor& at, Fault& fault) {
-  const bool isKnown = fault.call == "*" || std::find(std::begin(kCallNames), std::end(kCallNames),
-                                                      fault.call) != std::end(kCallNames);
-  if (!isKnown) at.Field("call").FailUnknown("call", fault.call, kCallNames);
-  if (fault.error == 0U) at.Field("error").Fail("0 is no error; write the number of one");
-  if (fault.hresult && !platform::Failed(*fault.hresult)) {
-    at.Field("hresult").Fail("is no failure; write one from 0x80000000 on");
-  }
-  if (fault.nth == 0U) at.Field("nth").Fail("calls are counted from 1; write 1 or more");
-}
-
-/// Refuses a list in which two items have the same key.
-template <class Item, class KeyOf>
-void RequireUnique(const Cursor& at, const std::string& list, const std::string& field,
-                   const std::vector<Item>& items, KeyOf keyOf) {
-  std::unordered_map<std::string, std::size_t> seen;
-  for (std::size_t i = 0; i < items.size(); ++i) {
-    const auto [first, isNew] = seen.emplace(keyOf(items[i]), i);
-    if (isNew) continue;
-    const Cursor places(at.Field(list));
-    const std::string place = places.Path() + "[" + std::to_string(first->second) + "]";
-    const Cursor item(places.Element(i));
-    const std::string fault = "stands at " + place + " already; give each its own " + field;
-    if (item.Value().contains(field)) item.Field(field).Fail(fault);
-    item.Fail(field + " " + fault);
-  }
-}
-
-/// Appends its index to the default of every adapter that leaves out a text which is unique on a
-/// computer, but for the first to have that text.
-void MakeDefaultsUnique(const Cursor& at, std::string_view field, std::string Adapter::*member,
-                        std::vector<Adapter>& adapters) {
-  std::unordered_set<std::string> taken;
-  for (std::size_t i = 0; i < adapters.size(); ++i) {
-    std::string& text = adapters[i].*member;
-    const bool isDefault = !at.Field("adapters").Element(i).FindField(field);
-    if (isDefault && taken.contains(text)) text += "_" + std::to_string(adapters[i].index);
-    taken.insert(text);
-  }
-}
-
-void Check(const Cursor& at, Machine& machine) {
-  machine.decryptIsNone = at.FindField("decrypt") && !machine.decrypt;
-  machine.directoryIsNone = at.FindField("directory") && machine.domains.empty();
-  MakeDefaultsUnique(at, "pnp_device_id", &Adapter::pnpDeviceId, machine.adapters);
-  MakeDefaultsUnique(at, "setting_id", &Adapter::settingId, machine.adapters);
-  RequireUnique(at, "adapters", "index", machine.adapters,
-                [](const Adapter& adapter) { return std::to_string(adapter.index); });
-  RequireUnique(at, "services", "name", machine.services,
-                [](const Service& service) { return base::Folded(service.name); });
-  RequireUnique(at, "registry", "name", machine.registry, [](const RegistryValue& value) {
-    return base::Folded(value.key + '\0' + value.name);
-  });
-  RequireUnique(at, "files", "path", machine.files,
-                [](const File& file) { return FoldedPath(file.path); });
-  RequireUnique(at, "hosts", "name", machine.hosts,
-                [](const Host& host) { return base::Folded(host.name); });
-}
-
-/// Turns all texts below `value`, which is the one at `place`, into the machine's bytes.
-void Encode(nlohmann::json& value, const Cursor& place, const Encoder& encode) {
-  const auto encoded = [&](const std::string& text, const Cursor& at) {
-    std::optional<std::string> bytes = encode(text);
-    if (!bytes) at.Fail("cannot be written in the machine's code page; use its characters");
-    return *std::move(bytes);
-  };
-  if (value.is_string()) {
-    value = encoded(value.get_ref<const std::string&>(), place);
-  } else if (value.is_array()) {
-    for (std::size_t i = 0; i < value.size(); ++i) Encode(value[i], place.Element(i), encode);
-  } else if (value.is_object()) {
-    std::map<std::string, std::string> renamed;
-    for (auto& [name, item] : value.items()) {
-      Encode(item, place.Field(name), encode);
-      if (std::string bytes = encoded(name, place.Field(name)); bytes != name) {
-        renamed.emplace(name, std::move(bytes));
-      }
-    }
-    for (const auto& [name, bytes] : renamed) {
-      value[bytes] = std::move(value[name]);
-      value.erase(name);
-    }
-  }
-}
-
 }  // namespace
 
 Machine ParseMachine(const std::string& text, const std::string& fileName, const Encoder& encode) {
-  nlohmann::json document = ParseDocument(text, fileName);
+  nlohmann::json document = ParseDocument(text, fileName, encode);
   const Cursor root(document, fileName);
-  if (encode) Encode(document, root, encode);
   RequireObject(root);
   if (!document.contains("schema")) root.Fail("no schema; add \"schema\": 1");
   int schema = 0;
@@ -614,6 +551,7 @@ std::string PrintMachine(const Machine& machine, bool hideSecrets) {
 Json ToJson(const Machine& machine, bool hideSecrets) {
   Json document{{"schema", kSchema}};
   document.update(Codec<Machine>::Write(machine, hideSecrets));
+  if (machine.hostsUnknown) document["hosts"] = nullptr;
   if (!machine.KnowsDecrypt()) document.erase("decrypt");
   if (!machine.KnowsDirectory()) document.erase("directory");
   for (Json& value : document["registry"]) {
@@ -624,9 +562,18 @@ Json ToJson(const Machine& machine, bool hideSecrets) {
   return document;
 }
 
+void to_json(Json& json, const Value& value) {
+  if (const auto* fields = std::get_if<Fields>(&value)) {
+    json = Json::object();
+    for (const auto& [name, item] : *fields) json[name] = item;
+  } else {
+    std::visit([&](const auto& own) { json = own; }, value);
+  }
+}
+
 void to_json(Json& entry, const Change& change) {
   entry = {{"call", change.call}};
-  entry.update(Codec<Fields>::Write(change.fields));
+  for (const auto& [name, value] : change.fields) entry[name] = value;
 }
 
 }  // namespace simulated

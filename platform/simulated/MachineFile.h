@@ -38,5 +38,6 @@ Json ToJson(const Machine& machine, bool hideSecrets);
 
 /// An entry of the journal, as it is; also what `Json(change)` calls.
 void to_json(Json& entry, const Change& change);
+void to_json(Json& json, const Value& value);
 
 }  // namespace simulated

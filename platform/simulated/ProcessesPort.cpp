@@ -2,18 +2,18 @@
 // standard handles carry nothing; they are only counted.
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <unordered_map>
 #include <vector>
 
 #include "base/LetterCase.h"
+#include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "platform/IProcesses.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Ports.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
@@ -25,69 +25,46 @@ using platform::StandardStream;
 
 constexpr std::uint32_t kWaitFailed = 0xFFFFFFFF;
 
-/// True for what the route tool takes as an address of a network or a gateway; the broadcast
-/// address is what an unreadable text becomes on its way here.
-bool IsRouteAddress(const std::string& text) {
-  return ParseIpv4(text) && text != "255.255.255.255";
-}
-
-std::uint32_t DeleteRoutes(std::vector<PersistentRoute>& routes, const std::string& destination) {
-  const auto removed = std::erase_if(routes, [&](const PersistentRoute& route) {
-    return base::SameText(route.destination, destination);
-  });
-  return removed == 0 ? 1 : 0;
-}
-
-std::uint32_t AddRoute(std::vector<PersistentRoute>& routes, PersistentRoute route,
-                       const std::string& metric) {
-  // Metrics are unsigned on the command line; the table keeps their bits.
-  std::uint32_t number = 0;
-  const char* const end = metric.data() + metric.size();
-  const auto [rest, error] = std::from_chars(metric.data(), end, number);
-  if (!IsRouteAddress(route.destination) || !ParseIpv4(route.mask) ||
-      !IsRouteAddress(route.nextHop) || error != std::errc{} || rest != end) {
-    return 1;
-  }
-  route.metric = static_cast<std::int32_t>(number);
-  routes.push_back(std::move(route));
-  return 0;
-}
-
 /// Runs a command line and answers the exit code; nothing when there is no such program.
-std::optional<std::uint32_t> Run(Machine& machine, const std::string& command) {
-  std::istringstream stream(command);
-  std::vector<std::string> words;
-  for (std::string word; stream >> word;) words.push_back(word);
+std::optional<std::uint32_t> Run(std::vector<PersistentRoute>& routes, const std::string& command) {
+  const std::vector<std::string> words = base::Split(command, " \t\r\n\v\f");
   const auto is = [&](std::size_t at, std::string_view text) {
     return at < words.size() && base::SameText(words[at], text);
   };
   if (!is(0, "route") && !is(0, "route.exe")) return std::nullopt;
   if (words.size() == 3 && is(1, "DELETE")) {
-    return DeleteRoutes(machine.persistentRoutes, words[2]);
+    const auto removed = std::erase_if(routes, [&](const PersistentRoute& route) {
+      return base::SameText(route.destination, words[2]);
+    });
+    return removed == 0 ? 1 : 0;
   }
-  if (words.size() == 9 && is(1, "-p") && is(2, "ADD") && is(4, "mask") && is(7, "METRIC")) {
-    return AddRoute(machine.persistentRoutes, {words[3], words[5], words[6], 0}, words[8]);
+  if (words.size() != 9 || !is(1, "-p") || !is(2, "ADD") || !is(4, "mask") || !is(7, "METRIC")) {
+    return 1;
   }
-  return 1;
+  // Metrics are unsigned on the command line; the table keeps their bits.
+  const auto metric = base::ParseWhole<std::uint32_t>(words[8]);
+  if (!metric || !IsHostAddress(words[3]) || !ParseIpv4(words[5]) || !IsHostAddress(words[6])) {
+    return 1;
+  }
+  routes.push_back({words[3], words[5], words[6], static_cast<std::int32_t>(*metric)});
+  return 0;
 }
 
-class ProcessesPort final : public platform::IProcesses {
+class ProcessesPort final : public Port<platform::IProcesses> {
  public:
-  explicit ProcessesPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
 
   bool MakePipe(Handle* read, Handle* write, std::uint32_t) override {
-    if (simulation_.Fails({.name = "process.pipe"})) return false;
+    if (simulation_.Fails({"process.pipe"})) return false;
     *read = Make(0);
     *write = Make(0);
     return true;
   }
 
-  bool StopInheriting(Handle handle) override {
-    return Usable({.name = "process.inherit"}, handle);
-  }
+  bool StopInheriting(Handle handle) override { return Usable({"process.inherit"}, handle); }
 
   bool Duplicate(Handle source, Handle* copy) override {
-    if (!Usable({.name = "process.duplicate"}, source)) return false;
+    if (!Usable({"process.duplicate"}, source)) return false;
     *copy = Make(0);
     return true;
   }
@@ -97,21 +74,20 @@ class ProcessesPort final : public platform::IProcesses {
     const std::string command = commandLine != nullptr   ? commandLine
                                 : application != nullptr ? application
                                                          : "";
-    const Fault* fault = simulation_.Strike({.name = "process.run", .text = command});
+    const Fault* fault = simulation_.Strike({"process.run", command});
     std::optional<std::uint32_t> exitCode;
     platform::Win32Error error = kFileNotFound;
     if (fault == nullptr) {
-      exitCode = Run(simulation_.machine, command);
+      exitCode = Run(simulation_.machine.persistentRoutes, command);
     } else if (OnlyChoosesResult(*fault)) {
       exitCode = static_cast<std::uint32_t>(*fault->result);
     } else {
       error = ToWin32Error(*fault);
     }
-    Change& change = simulation_.machine.journal.emplace_back(
-        simulated::Change{"process.run", Fields{{"command", command}}});
+    Change& change = simulation_.Journal("process.run", {{"command", command}});
     if (!exitCode) {
       change.fields.emplace_back("error", error);
-      return simulation_.Fail(error);
+      return simulation_.Answer(error);
     }
     change.fields.emplace_back("result", static_cast<std::int32_t>(*exitCode));
     *information = {Make(*exitCode), Make(0), static_cast<std::uint32_t>(nextHandle_),
@@ -120,47 +96,47 @@ class ProcessesPort final : public platform::IProcesses {
   }
 
   std::uint32_t Wait(Handle handle, std::uint32_t) override {
-    return Usable({.name = "process.wait"}, handle) ? platform::kWaitSignalled : kWaitFailed;
+    return Usable({"process.wait"}, handle) ? platform::kWaitSignalled : kWaitFailed;
   }
 
   bool ExitCode(Handle process, std::uint32_t* exitCode) override {
-    if (!Usable({.name = "process.exit_code"}, process)) return false;
-    const auto found = open_.find(static_cast<std::uint64_t>(process));
-    if (found == open_.end()) return simulation_.Fail(kInvalidHandle);
+    if (!Usable({"process.exit_code"}, process)) return false;
+    const auto found = open_.find(process);
+    if (found == open_.end()) return simulation_.Answer(kInvalidHandle);
     *exitCode = found->second;
     return true;
   }
 
   bool Terminate(Handle process, std::uint32_t) override {
-    return Usable({.name = "process.terminate"}, process);
+    return Usable({"process.terminate"}, process);
   }
 
   bool Peek(Handle pipe, std::uint32_t* available) override {
-    if (!Usable({.name = "process.peek"}, pipe)) return false;
+    if (!Usable({"process.peek"}, pipe)) return false;
     *available = 0;
     return true;
   }
 
   bool Read(Handle pipe, void*, std::uint32_t, std::uint32_t*) override {
-    return Usable({.name = "process.read"}, pipe) && simulation_.Fail(kBrokenPipe);
+    return Usable({"process.read"}, pipe) && simulation_.Answer(kBrokenPipe);
   }
 
   bool Write(Handle file, const void*, std::uint32_t) override {
-    return Usable({.name = "process.write"}, file);
+    return Usable({"process.write"}, file);
   }
 
   void Close(Handle handle) override {
-    simulation_.Strike({.name = "process.close"});
-    if (open_.erase(static_cast<std::uint64_t>(handle)) != 0) --simulation_.usage.processHandles;
+    simulation_.Strike({"process.close"});
+    if (open_.erase(handle) != 0) --simulation_.usage.processHandles;
   }
 
   platform::Handle GetStandardHandle(StandardStream stream) override {
-    if (simulation_.Fails({.name = "process.get_standard"})) return Handle::kInvalid;
+    if (simulation_.Fails({"process.get_standard"})) return Handle::kInvalid;
     return standard_[static_cast<std::size_t>(stream)];
   }
 
   bool SetStandardHandle(StandardStream stream, Handle handle) override {
-    if (simulation_.Fails({.name = "process.set_standard"})) return false;
+    if (simulation_.Fails({"process.set_standard"})) return false;
     standard_[static_cast<std::size_t>(stream)] = handle;
     return true;
   }
@@ -168,9 +144,8 @@ class ProcessesPort final : public platform::IProcesses {
  private:
   platform::Handle Make(std::uint32_t exitCode) {
     nextHandle_ += 4;
-    open_.emplace(nextHandle_, exitCode);
     ++simulation_.usage.processHandles;
-    return Handle{nextHandle_};
+    return open_.emplace(Handle{nextHandle_}, exitCode).first->first;
   }
 
   /// True when `call` passes and `handle` can be used; otherwise the last error says why not.
@@ -178,13 +153,11 @@ class ProcessesPort final : public platform::IProcesses {
     if (simulation_.Fails(call)) return false;
     const bool isStandard =
         std::find(kStandard.begin(), kStandard.end(), handle) != kStandard.end();
-    return isStandard || open_.contains(static_cast<std::uint64_t>(handle)) ||
-           simulation_.Fail(kInvalidHandle);
+    return isStandard || open_.contains(handle) || simulation_.Answer(kInvalidHandle);
   }
 
-  Simulation& simulation_;
   /// Exit codes of processes by handle; other things have 0.
-  std::unordered_map<std::uint64_t, std::uint32_t> open_;
+  std::unordered_map<Handle, std::uint32_t> open_;
   std::uint64_t nextHandle_ = 0x1000;
   /// What the standard streams are at first; always open, never counted.
   static constexpr std::array<platform::Handle, 3> kStandard{
@@ -194,8 +167,6 @@ class ProcessesPort final : public platform::IProcesses {
 
 }  // namespace
 
-std::unique_ptr<platform::IProcesses> MakeProcesses(Simulation& simulation) {
-  return std::make_unique<ProcessesPort>(simulation);
-}
+platform::IProcesses& SimulatedPlatform::Processes() { return Made<ProcessesPort>(&processes_); }
 
 }  // namespace simulated

@@ -8,8 +8,28 @@
 
 #include "platform/ISecurity.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Ports.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
+
+// What the engine knows by name only.
+namespace platform {
+
+struct Sid {
+  std::uint64_t number;
+};
+
+/// The SIDs that a list lets in follow it.
+struct Acl {
+  std::uint32_t bytes;
+  std::uint32_t count;
+};
+
+/// The descriptor that an object answers holds its list behind itself, any other refers to one.
+struct Descriptor {
+  Acl* list;
+};
+
+}  // namespace platform
 
 namespace simulated {
 namespace {
@@ -20,42 +40,21 @@ using platform::Descriptor;
 using platform::Sid;
 using platform::UserObject;
 
-using SidNumber = std::uint64_t;
+static_assert(sizeof(Descriptor) <= platform::kDescriptorSize);
 
-/// The SIDs that a list lets in follow it.
-struct List {
-  std::uint32_t bytes;
-  std::uint32_t count;
-};
-
-/// The descriptor that an object answers holds its list behind itself, any other refers to one.
-struct Header {
-  List* list;
-};
-
-static_assert(sizeof(Header) <= platform::kDescriptorSize);
-
-SidNumber* Entries(List* list) { return reinterpret_cast<SidNumber*>(list + 1); }
-const SidNumber* Entries(const List* list) { return reinterpret_cast<const SidNumber*>(list + 1); }
-
-SidNumber NumberOf(const Sid* sid) { return *reinterpret_cast<const SidNumber*>(sid); }
-List* ListOf(Acl* list) { return reinterpret_cast<List*>(list); }
-const List* ListOf(const Acl* list) { return reinterpret_cast<const List*>(list); }
-Header* HeaderOf(Descriptor* descriptor) { return reinterpret_cast<Header*>(descriptor); }
-const Header* HeaderOf(const Descriptor* descriptor) {
-  return reinterpret_cast<const Header*>(descriptor);
-}
+Sid* Entries(Acl* list) { return reinterpret_cast<Sid*>(list + 1); }
+const Sid* Entries(const Acl* list) { return reinterpret_cast<const Sid*>(list + 1); }
 
 std::uint32_t BytesFor(std::size_t entryCount) {
-  return static_cast<std::uint32_t>(sizeof(List) + entryCount * sizeof(SidNumber));
+  return static_cast<std::uint32_t>(sizeof(Acl) + entryCount * sizeof(Sid));
 }
 
-class SecurityPort final : public platform::ISecurity {
+class SecurityPort final : public Port<platform::ISecurity> {
  public:
-  explicit SecurityPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
 
   void* Allocate(std::uint32_t size) override {
-    if (simulation_.Fails({.name = "security.allocate"})) return nullptr;
+    if (simulation_.Fails({"security.allocate"})) return nullptr;
     ++simulation_.usage.heapBlocks;
     return std::malloc(size);
   }
@@ -67,11 +66,12 @@ class SecurityPort final : public platform::ISecurity {
 
   bool TokenUser(platform::Token token, void* buffer, std::uint32_t size, std::uint32_t* needed,
                  const Sid** user) override {
-    if (simulation_.Fails({.name = "security.token_user"})) return false;
-    *needed = sizeof(SidNumber);
-    if (size < *needed) return simulation_.Fail(kBufferTooSmall);
-    *static_cast<SidNumber*>(buffer) = static_cast<SidNumber>(token);
-    *user = static_cast<const Sid*>(buffer);
+    if (simulation_.Fails({"security.token_user"})) return false;
+    *needed = sizeof(Sid);
+    if (size < *needed) return simulation_.Answer(kBufferTooSmall);
+    auto* const sid = static_cast<Sid*>(buffer);
+    sid->number = static_cast<std::uint64_t>(token);
+    *user = sid;
     return true;
   }
 
@@ -85,102 +85,96 @@ class SecurityPort final : public platform::ISecurity {
     Change("security.close", static_cast<std::uint64_t>(token));
   }
 
-  std::uint32_t SidSize(const Sid* /*sid*/) override { return sizeof(SidNumber); }
+  std::uint32_t SidSize(const Sid* /*sid*/) override { return sizeof(Sid); }
 
   bool CopySid(std::uint32_t size, Sid* copy, const Sid* sid) override {
-    if (simulation_.Fails({.name = "security.copy_sid"})) return false;
-    if (size < sizeof(SidNumber)) return simulation_.Fail(kBufferTooSmall);
-    *reinterpret_cast<SidNumber*>(copy) = NumberOf(sid);
+    if (simulation_.Fails({"security.copy_sid"})) return false;
+    if (size < sizeof(Sid)) return simulation_.Answer(kBufferTooSmall);
+    *copy = *sid;
     return true;
   }
 
-  bool SameSid(const Sid* left, const Sid* right) override {
-    return NumberOf(left) == NumberOf(right);
-  }
+  bool SameSid(const Sid* left, const Sid* right) override { return left->number == right->number; }
 
   bool InitializeAcl(Acl* list, std::uint32_t size) override {
-    if (simulation_.Fails({.name = "security.init_acl"})) return false;
-    if (size < sizeof(List)) return simulation_.Fail(kBufferTooSmall);
-    *ListOf(list) = {size, 0};
+    if (simulation_.Fails({"security.init_acl"})) return false;
+    if (size < sizeof(Acl)) return simulation_.Answer(kBufferTooSmall);
+    *list = {size, 0};
     return true;
   }
 
   bool GetAclSize(const Acl* list, platform::AclSize* size) override {
-    if (simulation_.Fails({.name = "security.acl_size"})) return false;
-    *size = {ListOf(list)->count, ListOf(list)->bytes};
+    if (simulation_.Fails({"security.acl_size"})) return false;
+    *size = {list->count, list->bytes};
     return true;
   }
 
   bool EntryAt(const Acl* list, std::uint32_t index, AccessEntry* entry) override {
-    if (simulation_.Fails({.name = "security.get_entry"})) return false;
-    if (index >= ListOf(list)->count) return simulation_.Fail(kInvalidParameter);
-    const SidNumber* const found = Entries(ListOf(list)) + index;
-    *entry = {found, sizeof *found, reinterpret_cast<const Sid*>(found)};
+    if (simulation_.Fails({"security.get_entry"})) return false;
+    if (index >= list->count) return simulation_.Answer(kInvalidParameter);
+    const Sid* const found = Entries(list) + index;
+    *entry = {found, sizeof *found, found};
     return true;
   }
 
   bool AddEntry(Acl* list, const AccessEntry& entry) override {
-    if (simulation_.Fails({.name = "security.add_entry"})) return false;
-    List* const target = ListOf(list);
-    if (BytesFor(target->count + 1) > target->bytes)
-      return simulation_.Fail(kAllottedSpaceExceeded);
-    Entries(target)[target->count++] = *static_cast<const SidNumber*>(entry.record);
+    if (simulation_.Fails({"security.add_entry"})) return false;
+    if (BytesFor(list->count + 1) > list->bytes) return simulation_.Answer(kAllottedSpaceExceeded);
+    Entries(list)[list->count++] = *static_cast<const Sid*>(entry.record);
     return true;
   }
 
   bool InitializeDescriptor(Descriptor* descriptor) override {
-    if (simulation_.Fails({.name = "security.init_descriptor"})) return false;
-    *HeaderOf(descriptor) = {nullptr};
+    if (simulation_.Fails({"security.init_descriptor"})) return false;
+    *descriptor = {nullptr};
     return true;
   }
 
   bool IsValidDescriptor(const Descriptor* /*descriptor*/) override {
-    return !simulation_.Refuse({.name = "security.valid_descriptor"});
+    return !simulation_.Refuse({"security.valid_descriptor"});
   }
 
   std::uint32_t DescriptorSize(const Descriptor* descriptor) override {
-    const List* const list = HeaderOf(descriptor)->list;
-    return static_cast<std::uint32_t>(sizeof(Header)) + (list != nullptr ? list->bytes : 0);
+    const std::uint32_t behind = descriptor->list != nullptr ? descriptor->list->bytes : 0;
+    return static_cast<std::uint32_t>(sizeof *descriptor) + behind;
   }
 
   bool DescriptorList(const Descriptor* descriptor, const Acl** list) override {
-    if (simulation_.Fails({.name = "security.get_list"})) return false;
-    *list = reinterpret_cast<const Acl*>(HeaderOf(descriptor)->list);
+    if (simulation_.Fails({"security.get_list"})) return false;
+    *list = descriptor->list;
     return true;
   }
 
   bool SetDescriptorList(Descriptor* descriptor, Acl* list) override {
-    if (simulation_.Fails({.name = "security.set_list"})) return false;
-    HeaderOf(descriptor)->list = ListOf(list);
+    if (simulation_.Fails({"security.set_list"})) return false;
+    descriptor->list = list;
     return true;
   }
 
   bool GetObjectSecurity(UserObject object, Descriptor* descriptor, std::uint32_t size,
                          std::uint32_t* needed) override {
-    if (simulation_.Fails({.name = "security.get_object"})) return false;
+    if (simulation_.Fails({"security.get_object"})) return false;
     const auto& objects = simulation_.machine.userObjects;
     const auto found = objects.find(static_cast<std::uint64_t>(object));
-    const bool hasList = found != objects.end();
-    *needed = sizeof(Header) + (hasList ? BytesFor(found->second.size()) : 0);
-    if (size < *needed) return simulation_.Fail(kBufferTooSmall);
-    HeaderOf(descriptor)->list = nullptr;
-    if (!hasList) return true;
-    List* const list = reinterpret_cast<List*>(HeaderOf(descriptor) + 1);
-    *list = {BytesFor(found->second.size()), static_cast<std::uint32_t>(found->second.size())};
-    std::copy(found->second.begin(), found->second.end(), Entries(list));
-    HeaderOf(descriptor)->list = list;
+    const std::uint32_t bytes = found != objects.end() ? BytesFor(found->second.size()) : 0;
+    *needed = static_cast<std::uint32_t>(sizeof *descriptor) + bytes;
+    if (size < *needed) return simulation_.Answer(kBufferTooSmall);
+    descriptor->list = bytes != 0 ? reinterpret_cast<Acl*>(descriptor + 1) : nullptr;
+    if (bytes == 0) return true;
+    *descriptor->list = {bytes, static_cast<std::uint32_t>(found->second.size())};
+    std::transform(found->second.begin(), found->second.end(), Entries(descriptor->list),
+                   [](std::uint64_t number) { return Sid{number}; });
     return true;
   }
 
   bool SetObjectSecurity(UserObject object, const Descriptor* descriptor) override {
-    if (!Change("security.set_object", static_cast<std::uint64_t>(object))) return false;
-    const List* const list = HeaderOf(descriptor)->list;
+    const auto handle = static_cast<std::uint64_t>(object);
+    if (!Change("security.set_object", handle)) return false;
     auto& objects = simulation_.machine.userObjects;
-    if (list == nullptr) {
-      objects.erase(static_cast<std::uint64_t>(object));
-    } else {
-      objects[static_cast<std::uint64_t>(object)].assign(Entries(list),
-                                                         Entries(list) + list->count);
+    objects.erase(handle);
+    const Acl* const list = descriptor->list;
+    for (std::uint32_t i = 0; list != nullptr && i < list->count; ++i) {
+      objects[handle].push_back(Entries(list)[i].number);
     }
     return true;
   }
@@ -200,20 +194,13 @@ class SecurityPort final : public platform::ISecurity {
  private:
   /// Runs a call that changes the machine: journals it and tells whether it succeeded.
   bool Change(CallName name, std::uint64_t handle) {
-    const bool failed = simulation_.Fails({.name = name});
-    simulated::Change& change = simulation_.machine.journal.emplace_back(simulated::Change{
-        std::string(name.Text()), Fields{{"handle", static_cast<std::int64_t>(handle)}}});
-    if (failed) change.fields.emplace_back("error", simulation_.lastError);
-    return !failed;
+    return simulation_.Answer(simulation_.Commit(
+        {name}, {{"handle", static_cast<std::int64_t>(handle)}}, kSuccess, [] {}));
   }
-
-  Simulation& simulation_;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::ISecurity> MakeSecurity(Simulation& simulation) {
-  return std::make_unique<SecurityPort>(simulation);
-}
+platform::ISecurity& SimulatedPlatform::Security() { return Made<SecurityPort>(&security_); }
 
 }  // namespace simulated

@@ -14,22 +14,20 @@ namespace simulated {
 class SimulatedPlatform final : public platform::IPlatform {
  public:
   /// Borrows the machine, which may be edited between calls. One thread at a time may use it.
-  explicit SimulatedPlatform(Machine& machine);
-  ~SimulatedPlatform() override;
-  SimulatedPlatform(const SimulatedPlatform&) = delete;
-  SimulatedPlatform& operator=(const SimulatedPlatform&) = delete;
+  explicit SimulatedPlatform(Machine& machine) : simulation_(machine) {}
 
-  platform::IClock& Clock() override { return *clock_; }
-  platform::IDirectory& Directory() override { return *directory_; }
-  platform::IErrors& Errors() override { return *errors_; }
-  platform::IFiles& Files() override { return *files_; }
-  platform::ILibraries& Libraries() override { return *libraries_; }
-  platform::IProcesses& Processes() override { return *processes_; }
-  platform::IRegistry& Registry() override { return *registry_; }
-  platform::IResolver& Resolver() override { return *resolver_; }
-  platform::ISecurity& Security() override { return *security_; }
-  platform::IServices& Services() override { return *services_; }
-  platform::IWmi& Wmi() override { return *wmi_; }
+  // Each port is made in its own source, when it is first asked for.
+  platform::IClock& Clock() override;
+  platform::IDirectory& Directory() override;
+  platform::IErrors& Errors() override;
+  platform::IFiles& Files() override;
+  platform::ILibraries& Libraries() override;
+  platform::IProcesses& Processes() override;
+  platform::IRegistry& Registry() override;
+  platform::IResolver& Resolver() override;
+  platform::ISecurity& Security() override;
+  platform::IServices& Services() override;
+  platform::IWmi& Wmi() override;
   std::unique_ptr<platform::ICriticalSection> MakeCriticalSection() override;
 
   /// What callers hold at the moment; equal to `Usage{}` when everything was given back.
@@ -39,18 +37,24 @@ class SimulatedPlatform final : public platform::IPlatform {
   std::uint32_t CallCount() const { return simulation_.callCount; }
 
  private:
+  template <class Own, class Interface>
+  Interface& Made(std::shared_ptr<Interface>* port) {
+    if (!*port) *port = std::make_shared<Own>(simulation_);
+    return **port;
+  }
+
   Simulation simulation_;
-  std::unique_ptr<platform::IClock> clock_;
-  std::unique_ptr<platform::IDirectory> directory_;
-  std::unique_ptr<platform::IErrors> errors_;
-  std::unique_ptr<platform::IFiles> files_;
-  std::unique_ptr<platform::ILibraries> libraries_;
-  std::unique_ptr<platform::IProcesses> processes_;
-  std::unique_ptr<platform::IRegistry> registry_;
-  std::unique_ptr<platform::IResolver> resolver_;
-  std::unique_ptr<platform::ISecurity> security_;
-  std::unique_ptr<platform::IServices> services_;
-  std::unique_ptr<platform::IWmi> wmi_;
+  std::shared_ptr<platform::IClock> clock_;
+  std::shared_ptr<platform::IDirectory> directory_;
+  std::shared_ptr<platform::IErrors> errors_;
+  std::shared_ptr<platform::IFiles> files_;
+  std::shared_ptr<platform::ILibraries> libraries_;
+  std::shared_ptr<platform::IProcesses> processes_;
+  std::shared_ptr<platform::IRegistry> registry_;
+  std::shared_ptr<platform::IResolver> resolver_;
+  std::shared_ptr<platform::ISecurity> security_;
+  std::shared_ptr<platform::IServices> services_;
+  std::shared_ptr<platform::IWmi> wmi_;
 };
 
 }  // namespace simulated

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
@@ -54,9 +55,14 @@ bool Simulation::Fails(const Call& call) {
   return error.has_value();
 }
 
-bool Simulation::Fail(platform::Win32Error error) {
-  lastError = error;
-  return false;
+bool Simulation::Answer(platform::Win32Error error) {
+  if (error != 0) lastError = error;
+  return error == 0;
+}
+
+Change& Simulation::Journal(CallName call, Fields fields) {
+  if (!machine.assumed.empty()) fields.emplace_back("unknown", std::exchange(machine.assumed, {}));
+  return machine.journal.emplace_back(Change{std::string(call.Text()), std::move(fields)});
 }
 
 platform::HResult Simulation::EnterApartment(const Call& call, ApartmentKind kind) {
@@ -75,7 +81,7 @@ void Simulation::LeaveApartment(const Call& call) {
 }
 
 platform::HResult Simulation::SecureProcess() {
-  if (const auto failure = RefuseCom({.name = "wmi.secure_process"})) return *failure;
+  if (const auto failure = RefuseCom({"wmi.secure_process"})) return *failure;
   if (!InApartment()) return kNotInApartment;
   if (processSecured_) return kAlreadySecured;
   processSecured_ = true;
@@ -86,14 +92,9 @@ Adapter* Simulation::AdapterByIndex(std::uint32_t index) {
   return LookUp(byIndex_, index, [](const Adapter& adapter) { return adapter.index; });
 }
 
-Adapter* Simulation::AdapterByPnpId(const std::string& pnpDeviceId) {
-  return LookUp(byPnpId_, base::Folded(pnpDeviceId),
-                [](const Adapter& adapter) { return base::Folded(adapter.pnpDeviceId); });
-}
-
-Adapter* Simulation::AdapterBySettingId(const std::string& settingId) {
-  return LookUp(bySettingId_, base::Folded(settingId),
-                [](const Adapter& adapter) { return base::Folded(adapter.settingId); });
+Adapter* Simulation::AdapterById(std::string Adapter::*id, const std::string& text) {
+  return LookUp(id == &Adapter::settingId ? bySettingId_ : byPnpId_, base::Folded(text),
+                [=](const Adapter& adapter) { return base::Folded(adapter.*id); });
 }
 
 template <class Key, class KeyOf>

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 
 #include "base/Words.h"
 #include "platform/Types.h"
@@ -30,18 +31,6 @@ struct Usage {
   int heapBlocks = 0;
 
   bool operator==(const Usage&) const = default;
-};
-
-/// Counts a COM-like object in `Usage::comObjects` for as long as it lives.
-class LiveObject {
- public:
-  explicit LiveObject(Usage& usage) : usage_(&usage) { ++usage_->comObjects; }
-  ~LiveObject() { --usage_->comObjects; }
-  LiveObject(const LiveObject&) = delete;
-  LiveObject& operator=(const LiveObject&) = delete;
-
- private:
-  Usage* usage_;
 };
 
 inline constexpr char kCallText[] =
@@ -110,8 +99,23 @@ class Simulation {
   std::optional<platform::Win32Error> Refuse(const Call& call);
   /// As `Strike`: true when the call fails; the last error then says why.
   bool Fails(const Call& call);
-  /// Stores the last error; false, for `return Fail(...)`.
-  bool Fail(platform::Win32Error error);
+  /// True for success; stores any other error as the last one.
+  bool Answer(platform::Win32Error error);
+  /// Notes a call that changed the machine or paused, and what it took for granted.
+  Change& Journal(CallName call, Fields fields);
+  /// A call that changes the machine: does `change` unless there is an `error` already or a fault
+  /// strikes, and answers the error. The journal tells `fields` and a failure as "error", or any
+  /// answer as "result".
+  template <class Action>
+  platform::Win32Error Commit(const Call& call, Fields fields, platform::Win32Error error,
+                              Action change, bool tellsResult = false) {
+    const auto refused = Refuse(call);
+    if (!refused && error == 0) change();
+    const platform::Win32Error answer = refused.value_or(error);
+    if (tellsResult || answer != 0) fields.emplace_back(tellsResult ? "result" : "error", answer);
+    Journal(call.name, std::move(fields));
+    return answer;
+  }
 
   /// `CoInitializeEx` and `CoUninitialize` with the rules of one thread.
   platform::HResult EnterApartment(const Call& call, ApartmentKind kind);
@@ -121,11 +125,10 @@ class Simulation {
   /// `CoInitializeSecurity`: once per stay in an apartment.
   platform::HResult SecureProcess();
 
-  /// The adapter with this index, registry device key or interface key; null when there is none.
-  /// Takes constant time unless the adapters were changed meanwhile.
+  /// The adapter with this index, PNP device id or setting id; null when there is none. Takes
+  /// constant time unless the adapters were changed meanwhile.
   Adapter* AdapterByIndex(std::uint32_t index);
-  Adapter* AdapterByPnpId(const std::string& pnpDeviceId);
-  Adapter* AdapterBySettingId(const std::string& settingId);
+  Adapter* AdapterById(std::string Adapter::*id, const std::string& text);
 
   Machine& machine;
   Usage usage;
@@ -145,6 +148,26 @@ class Simulation {
   ApartmentKind apartmentKind_ = ApartmentKind::kMultithreaded;
   int apartmentDepth_ = 0;
   bool processSecured_ = false;
+};
+
+/// A port over what all of them share.
+template <class Interface>
+class Port : public Interface {
+ public:
+  explicit Port(Simulation& simulation) : simulation_(simulation) {}
+
+ protected:
+  Simulation& simulation_;
+};
+
+/// The same, counted in `Usage::comObjects` for as long as it lives.
+template <class Interface>
+class ComObject : public Port<Interface> {
+ public:
+  explicit ComObject(Simulation& simulation) : Port<Interface>(simulation) {
+    ++simulation.usage.comObjects;
+  }
+  ~ComObject() override { --this->simulation_.usage.comObjects; }
 };
 
 /// The adapter index that a query's condition or an object path names.

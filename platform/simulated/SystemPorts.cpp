@@ -1,8 +1,6 @@
 // The small ports of the simulated computer: waiting, the last error, libraries and host names.
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <charconv>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
@@ -10,12 +8,13 @@
 #include <string>
 
 #include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "platform/IClock.h"
 #include "platform/IErrors.h"
 #include "platform/ILibraries.h"
 #include "platform/IResolver.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Ports.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/Text.h"
 
@@ -36,11 +35,15 @@ bool Decrypt(const char* input, char* output) {
   if (decrypting == nullptr || decrypting->Fails({.name = "library.call", .item = "Decrypt"})) {
     return false;
   }
-  const auto& known = decrypting->machine.decrypt;
-  if (!known) return false;
-  const auto found = known->find(input);
-  if (found == known->end() || found->second.size() >= kPlainTextRoom) return false;
-  std::memcpy(output, found->second.c_str(), found->second.size() + 1);
+  std::string plain = kUnknownText;
+  if (const auto& known = decrypting->machine.decrypt) {
+    const auto found = known->find(input);
+    if (found == known->end() || found->second.size() >= kPlainTextRoom) return false;
+    plain = found->second;
+  } else if (!decrypting->machine.AssumesDecrypt()) {
+    return false;
+  }
+  std::memcpy(output, plain.c_str(), plain.size() + 1);
   return true;
 }
 
@@ -55,22 +58,15 @@ constexpr struct {
                      {0x8007052E, "The user name or password is incorrect.\r\n"},
                      {0x800706BA, "The RPC server is unavailable.\r\n"}};
 
-std::uint32_t InNetworkOrder(const std::array<std::uint8_t, 4>& bytes) {
-  return std::bit_cast<std::uint32_t>(bytes);
-}
-
 /// One number of a dotted address: "0x" starts a hexadecimal, "0" an octal one.
 std::optional<std::uint32_t> ParsePart(std::string_view text) {
-  int base = 10;
+  int radix = 10;
   if (text.size() > 1 && text[0] == '0') {
     const bool isHexadecimal = text[1] == 'x' || text[1] == 'X';
     text.remove_prefix(isHexadecimal ? 2 : 1);
-    base = isHexadecimal ? 16 : 8;
+    radix = isHexadecimal ? 16 : 8;
   }
-  std::uint32_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, base);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  return number;
+  return base::ParseWhole<std::uint32_t>(text, radix);
 }
 
 /// The classic rules: all parts but the last are one byte each, the last fills what is left.
@@ -86,7 +82,7 @@ std::optional<std::uint32_t> ParseClassic(std::string_view text) {
       for (std::size_t i = 0; i < left; ++i) {
         bytes[3 - i] = static_cast<std::uint8_t>(*number >> (8 * i));
       }
-      return InNetworkOrder(bytes);
+      return Bits(bytes);
     }
     if (*number > std::numeric_limits<std::uint8_t>::max()) return std::nullopt;
     bytes[part] = static_cast<std::uint8_t>(*number);
@@ -96,42 +92,36 @@ std::optional<std::uint32_t> ParseClassic(std::string_view text) {
 }
 
 /// Sleeping takes no time; the journal tells how long it would have been.
-class ClockPort final : public platform::IClock {
+class ClockPort final : public Port<platform::IClock> {
  public:
-  explicit ClockPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
   void Sleep(std::uint32_t milliseconds) override {
-    simulation_.Strike({.name = "sleep"});
-    simulation_.machine.journal.push_back({"sleep", {{"milliseconds", milliseconds}}});
+    simulation_.Strike({"sleep"});
+    simulation_.Journal("sleep", {{"milliseconds", milliseconds}});
   }
-
- private:
-  Simulation& simulation_;
 };
 
-class ErrorsPort final : public platform::IErrors {
+class ErrorsPort final : public Port<platform::IErrors> {
  public:
-  explicit ErrorsPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
   platform::Win32Error LastError() override { return simulation_.lastError; }
 
   void SetLastError(Win32Error error) override { simulation_.lastError = error; }
 
   bool Describe(platform::HResult result, std::string* text) override {
-    const auto* const known =
-        std::find_if(std::begin(kDescriptions), std::end(kDescriptions),
-                     [&](const auto& description) { return Com(description.digits) == result; });
-    if (known == std::end(kDescriptions)) return false;
-    *text = known->text;
-    return true;
+    for (const auto& known : kDescriptions) {
+      if (Com(known.digits) != result) continue;
+      *text = known.text;
+      return true;
+    }
+    return false;
   }
-
- private:
-  Simulation& simulation_;
 };
 
 /// Knows one library, "LibCrypto.dll" with its export "Decrypt", and only when the machine has it.
-class LibrariesPort final : public platform::ILibraries {
+class LibrariesPort final : public Port<platform::ILibraries> {
  public:
-  explicit LibrariesPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
   ~LibrariesPort() override {
     if (decrypting == &simulation_) decrypting = nullptr;
   }
@@ -140,18 +130,18 @@ class LibrariesPort final : public platform::ILibraries {
     if (simulation_.Fails({.name = "library.load", .text = fileName, .item = fileName})) {
       return LibraryHandle::kNone;
     }
-    if (simulation_.machine.decrypt && base::SameText(fileName, "LibCrypto.dll")) return kCrypto;
-    simulation_.lastError = kModuleNotFound;
-    return LibraryHandle::kNone;
+    const Machine& machine = simulation_.machine;
+    const bool isThere =
+        (machine.decrypt || machine.AssumesDecrypt()) && base::SameText(fileName, "LibCrypto.dll");
+    return simulation_.Answer(isThere ? kSuccess : kModuleNotFound) ? kCrypto
+                                                                    : LibraryHandle::kNone;
   }
 
   /// The export works on this machine until another machine hands out its own.
   platform::ExportedFunction FindExport(LibraryHandle library, const std::string& name) override {
     if (simulation_.Fails({.name = "library.find", .item = name})) return nullptr;
-    if (library != kCrypto || name != "Decrypt") {
-      simulation_.lastError = kProcedureNotFound;
-      return nullptr;
-    }
+    const bool isThere = library == kCrypto && name == "Decrypt";
+    if (!simulation_.Answer(isThere ? kSuccess : kProcedureNotFound)) return nullptr;
     decrypting = &simulation_;
     return reinterpret_cast<platform::ExportedFunction>(&simulated::Decrypt);
   }
@@ -159,60 +149,46 @@ class LibrariesPort final : public platform::ILibraries {
   bool Decrypt(platform::ExportedFunction function, const char* input, char* output) override {
     return reinterpret_cast<decltype(&simulated::Decrypt)>(function)(input, output);
   }
-
- private:
-  Simulation& simulation_;
 };
 
-class ResolverPort final : public platform::IResolver {
+class ResolverPort final : public Port<platform::IResolver> {
  public:
-  explicit ResolverPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
   platform::Win32Error Start() override {
-    if (const auto error = simulation_.Refuse({.name = "host.start"})) return *error;
+    if (const auto error = simulation_.Refuse({"host.start"})) return *error;
     socketsStarted = true;
     return kSuccess;
   }
 
   bool LookUpHost(const std::string& name, std::uint32_t* address) override {
     if (simulation_.Fails({.name = "host.resolve", .text = name, .item = name})) return false;
-    if (!socketsStarted) return simulation_.Fail(kSocketsNotStarted);
+    if (!socketsStarted) return simulation_.Answer(kSocketsNotStarted);
     for (const Host& host : simulation_.machine.hosts) {
       if (!base::SameText(host.name, name)) continue;
       const auto bytes = ParseIpv4(host.address);
       if (!bytes) break;
-      *address = InNetworkOrder(*bytes);
+      *address = Bits(*bytes);
       return true;
     }
-    return simulation_.Fail(kHostNotFound);
+    return simulation_.Answer(kHostNotFound);
   }
 
   platform::Win32Error LastError() override { return simulation_.lastError; }
 
   std::uint32_t ParseDotted(const std::string& text) override {
-    if (simulation_.Refuse({.name = "host.parse", .text = text})) return platform::kNoAddress;
+    if (simulation_.Refuse({"host.parse", text})) return platform::kNoAddress;
     return ParseClassic(text).value_or(platform::kNoAddress);
   }
-
- private:
-  Simulation& simulation_;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::IClock> MakeClock(Simulation& simulation) {
-  return std::make_unique<ClockPort>(simulation);
-}
+platform::IClock& SimulatedPlatform::Clock() { return Made<ClockPort>(&clock_); }
 
-std::unique_ptr<platform::IErrors> MakeErrors(Simulation& simulation) {
-  return std::make_unique<ErrorsPort>(simulation);
-}
+platform::IErrors& SimulatedPlatform::Errors() { return Made<ErrorsPort>(&errors_); }
 
-std::unique_ptr<platform::ILibraries> MakeLibraries(Simulation& simulation) {
-  return std::make_unique<LibrariesPort>(simulation);
-}
+platform::ILibraries& SimulatedPlatform::Libraries() { return Made<LibrariesPort>(&libraries_); }
 
-std::unique_ptr<platform::IResolver> MakeResolver(Simulation& simulation) {
-  return std::make_unique<ResolverPort>(simulation);
-}
+platform::IResolver& SimulatedPlatform::Resolver() { return Made<ResolverPort>(&resolver_); }
 
 }  // namespace simulated

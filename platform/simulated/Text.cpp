@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <charconv>
-#include <limits>
 #include <numeric>
 #include <utility>
 #include <vector>
 
 #include "base/LetterCase.h"
+#include "base/Numbers.h"
+#include "platform/simulated/Machine.h"
 
 namespace simulated {
 namespace {
@@ -81,15 +82,15 @@ std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text) {
   return bytes;
 }
 
+bool IsHostAddress(const std::string& text) { return ParseIpv4(text) && text != kNoAddressText; }
+
 std::optional<std::uint32_t> ParseIndex(std::string_view text) {
-  std::int64_t number = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc{} || end != text.data() + text.size()) return std::nullopt;
-  if (number < std::numeric_limits<std::int32_t>::min() ||
-      number > std::numeric_limits<std::uint32_t>::max()) {
+  const auto number = base::ParseWhole<std::int64_t>(text);
+  if (!number ||
+      (!std::in_range<std::int32_t>(*number) && !std::in_range<std::uint32_t>(*number))) {
     return std::nullopt;
   }
-  return static_cast<std::uint32_t>(number);
+  return static_cast<std::uint32_t>(*number);
 }
 
 }  // namespace simulated

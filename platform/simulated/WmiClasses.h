@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -17,28 +16,27 @@ namespace simulated {
 
 /// Properties of an instance, or arguments of a method, in their order.
 using Properties = std::vector<std::pair<std::string, platform::Variant>>;
+using WmiRows = std::vector<Properties>;
 
 /// The value of a property, whose name is compared without regard to case; null when it is absent.
 const platform::Variant* FindProperty(const Properties& properties, std::string_view name);
 
 /// Runs "select A, B from CLASS" with an optional "where PROPERTY=VALUE". The rows stand in the
 /// machine's order and hold the selected properties only.
-platform::HResult RunQuery(Simulation& simulation, const std::string& query,
-                           std::vector<Properties>* rows);
+platform::HResult RunQuery(Simulation& simulation, const std::string& query, WmiRows* rows);
 /// All instances of a class with all their properties.
 platform::HResult ListInstances(Simulation& simulation, const std::string& className,
-                                std::vector<Properties>* rows);
+                                WmiRows* rows);
 bool IsWmiClass(std::string_view name);
-
-/// What a method works on.
-enum class WmiTarget : std::uint8_t { kComputer, kAdapter, kClass };
 
 /// A method of a class, which may change the machine.
 struct WmiMethod {
   std::string_view className;
   std::string_view name;
-  WmiTarget target;
-  std::span<const std::string_view> parameters;
+  /// What the path of its object names behind the class, up to the value; empty for the class.
+  std::string_view key;
+  /// Their names, separated by blanks.
+  std::string_view parameters;
   /// Runs the method and answers its return value. `adapter` is null unless it is the target.
   std::uint32_t (*run)(Machine& machine, Adapter* adapter, const Properties& arguments);
 };

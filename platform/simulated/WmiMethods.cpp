@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/DirectoryTree.h"
@@ -24,37 +25,34 @@ constexpr std::int32_t kJoinDomain = 0x1;
 constexpr std::int32_t kCreateAccount = 0x2;
 constexpr std::int32_t kJoinIfJoined = 0x20;
 
-/// The items of a list argument; empty when it is null or was never put.
-Texts ListOf(const Properties& arguments, std::string_view name) {
+/// An argument as its method takes it; what is null, of another type or was never put counts as
+/// the empty value.
+template <class Type>
+Type Get(const Properties& arguments, std::string_view name) {
   const Variant* value = FindProperty(arguments, name);
-  const auto* list = value == nullptr ? nullptr : std::get_if<platform::TextArray>(value);
-  return list == nullptr ? Texts() : list->items;
+  const auto* given = value == nullptr ? nullptr : std::get_if<Type>(value);
+  return given == nullptr ? Type() : *given;
+}
+
+Texts ListOf(const Properties& arguments, std::string_view name) {
+  return Get<platform::TextArray>(arguments, name).items;
 }
 
 std::string TextOf(const Properties& arguments, std::string_view name) {
-  const Variant* value = FindProperty(arguments, name);
-  const auto* text = value == nullptr ? nullptr : std::get_if<std::string>(value);
-  return text == nullptr ? std::string() : *text;
+  return Get<std::string>(arguments, name);
 }
-
-std::int32_t NumberOf(const Properties& arguments, std::string_view name) {
-  const Variant* value = FindProperty(arguments, name);
-  const auto* number = value == nullptr ? nullptr : std::get_if<std::int32_t>(value);
-  return number == nullptr ? 0 : *number;
-}
-
-/// True for an address a computer can have; the broadcast address is what an unreadable text
-/// becomes on its way here.
-bool IsHostAddress(const std::string& text) { return ParseIpv4(text) && text != "255.255.255.255"; }
 
 bool IsInSubnet(const std::string& text, const std::string& address, const std::string& mask) {
   const auto left = ParseIpv4(text);
   const auto right = ParseIpv4(address);
   const auto bits = ParseIpv4(mask);
-  if (!left || !right || !bits) return false;
-  for (std::size_t i = 0; i < bits->size(); ++i) {
-    if (((*left)[i] & (*bits)[i]) != ((*right)[i] & (*bits)[i])) return false;
-  }
+  return left && right && bits && ((Bits(*left) ^ Bits(*right)) & Bits(*bits)) == 0;
+}
+
+/// An address that a name would have, were it known which names resolve.
+bool IsAssumed(Machine& machine, const std::string& address) {
+  if (!machine.AssumesHosts() || address != kNoAddressText) return false;
+  machine.assumed = "hosts";
   return true;
 }
 
@@ -74,11 +72,14 @@ std::uint32_t EnableDhcp(Machine&, Adapter* adapter, const Properties&) {
   return 0;
 }
 
-std::uint32_t EnableStatic(Machine&, Adapter* adapter, const Properties& arguments) {
+std::uint32_t EnableStatic(Machine& machine, Adapter* adapter, const Properties& arguments) {
   const Texts addresses = ListOf(arguments, "IPAddress");
   const Texts masks = ListOf(arguments, "SubNetMask");
   if (addresses.empty() || addresses.size() != masks.size()) return kInvalidInput;
-  if (!std::all_of(addresses.begin(), addresses.end(), IsHostAddress) ||
+  const auto isUsable = [&](const std::string& address) {
+    return IsHostAddress(address) || IsAssumed(machine, address);
+  };
+  if (!std::all_of(addresses.begin(), addresses.end(), isUsable) ||
       !std::all_of(masks.begin(), masks.end(), ParseIpv4)) {
     return kInvalidMaskOrAddress;
   }
@@ -92,10 +93,11 @@ std::uint32_t EnableStatic(Machine&, Adapter* adapter, const Properties& argumen
   return 0;
 }
 
-std::uint32_t SetGateways(Machine&, Adapter* adapter, const Properties& arguments) {
+std::uint32_t SetGateways(Machine& machine, Adapter* adapter, const Properties& arguments) {
   const Texts gateways = ListOf(arguments, "DefaultIPGateway");
   if (adapter->dhcpEnabled) return kDhcpInUse;
   for (const std::string& gateway : gateways) {
+    if (IsAssumed(machine, gateway)) continue;
     if (!IsHostAddress(gateway) || !IsReachable(*adapter, gateway)) return kInvalidGateway;
   }
   adapter->gateways = gateways;
@@ -122,14 +124,20 @@ std::uint32_t Rename(Machine& machine, Adapter*, const Properties& arguments) {
 }
 
 std::uint32_t JoinDomain(Machine& machine, const std::string& name, const Properties& arguments) {
+  const std::int32_t options = Get<std::int32_t>(arguments, "FJoinOptions");
+  const bool joined = std::holds_alternative<DomainMembership>(machine.membership);
+  const bool isRefused = joined && (options & kJoinIfJoined) == 0;
+  if (!isRefused && machine.AssumesDirectory()) {
+    machine.assumed = "directory";
+    machine.membership = DomainMembership{name, name.substr(0, name.find('.')), true};
+    return 0;
+  }
   DirectoryDomain* domain = FindDomain(machine, name);
   if (domain == nullptr) return kNoSuchDomain;
-  if (!IsAccount(*domain, TextOf(arguments, "UserName"), TextOf(arguments, "Password"))) {
+  if (!MayUse(machine, *domain, TextOf(arguments, "UserName"), TextOf(arguments, "Password"))) {
     return kLogonFailure;
   }
-  const std::int32_t options = NumberOf(arguments, "FJoinOptions");
-  const bool joined = std::holds_alternative<DomainMembership>(machine.membership);
-  if (joined && (options & kJoinIfJoined) == 0) return kAlreadyJoined;
+  if (isRefused) return kAlreadyJoined;
 
   if (FindComputer(*domain, machine.computerName) == nullptr) {
     if ((options & kCreateAccount) == 0) return kNoSuchAccount;
@@ -146,7 +154,7 @@ std::uint32_t JoinDomain(Machine& machine, const std::string& name, const Proper
 
 std::uint32_t JoinDomainOrWorkgroup(Machine& machine, Adapter*, const Properties& arguments) {
   const std::string name = TextOf(arguments, "Name");
-  if ((NumberOf(arguments, "FJoinOptions") & kJoinDomain) != 0) {
+  if ((Get<std::int32_t>(arguments, "FJoinOptions") & kJoinDomain) != 0) {
     return JoinDomain(machine, name, arguments);
   }
   machine.membership = WorkgroupMembership{name};
@@ -160,58 +168,45 @@ std::uint32_t UnjoinDomainOrWorkgroup(Machine& machine, Adapter*, const Properti
 }
 
 constexpr std::string_view kComputerClass = "Win32_ComputerSystem";
+constexpr std::string_view kNameKey = "Name=";
+constexpr std::string_view kIndexKey = "Index=";
 constexpr std::string_view kAdapterClass = "Win32_NetworkAdapterConfiguration";
 
-constexpr std::string_view kRenameParameters[] = {"Name", "UserName", "Password"};
-constexpr std::string_view kJoinParameters[] = {"Name", "UserName", "Password", "AccountOU",
-                                                "FJoinOptions"};
-constexpr std::string_view kUnjoinParameters[] = {"UserName", "Password", "FUnjoinOptions"};
-constexpr std::string_view kStaticParameters[] = {"IPAddress", "SubNetMask"};
-constexpr std::string_view kGatewayParameters[] = {"DefaultIPGateway", "GatewayCostMetric"};
-constexpr std::string_view kDnsParameters[] = {"DNSServerSearchOrder"};
-constexpr std::string_view kSuffixParameters[] = {"DNSDomainSuffixSearchOrder"};
-
 constexpr WmiMethod kMethods[] = {
-    {kComputerClass, "Rename", WmiTarget::kComputer, kRenameParameters, Rename},
-    {kComputerClass, "JoinDomainOrWorkgroup", WmiTarget::kComputer, kJoinParameters,
-     JoinDomainOrWorkgroup},
-    {kComputerClass, "UnjoinDomainOrWorkgroup", WmiTarget::kComputer, kUnjoinParameters,
+    {kComputerClass, "Rename", kNameKey, "Name UserName Password", Rename},
+    {kComputerClass, "JoinDomainOrWorkgroup", kNameKey,
+     "Name UserName Password AccountOU FJoinOptions", JoinDomainOrWorkgroup},
+    {kComputerClass, "UnjoinDomainOrWorkgroup", kNameKey, "UserName Password FUnjoinOptions",
      UnjoinDomainOrWorkgroup},
-    {kAdapterClass, "EnableDHCP", WmiTarget::kAdapter, {}, EnableDhcp},
-    {kAdapterClass, "EnableStatic", WmiTarget::kAdapter, kStaticParameters, EnableStatic},
-    {kAdapterClass, "SetGateways", WmiTarget::kAdapter, kGatewayParameters, SetGateways},
-    {kAdapterClass, "SetDNSServerSearchOrder", WmiTarget::kAdapter, kDnsParameters, SetDnsServers},
-    {kAdapterClass, "SetDNSSuffixSearchOrder", WmiTarget::kClass, kSuffixParameters,
-     SetDnsSuffixes}};
+    {kAdapterClass, "EnableDHCP", kIndexKey, "", EnableDhcp},
+    {kAdapterClass, "EnableStatic", kIndexKey, "IPAddress SubNetMask", EnableStatic},
+    {kAdapterClass, "SetGateways", kIndexKey, "DefaultIPGateway GatewayCostMetric", SetGateways},
+    {kAdapterClass, "SetDNSServerSearchOrder", kIndexKey, "DNSServerSearchOrder", SetDnsServers},
+    {kAdapterClass, "SetDNSSuffixSearchOrder", "", "DNSDomainSuffixSearchOrder", SetDnsSuffixes}};
 
 /// Finds the object a method is to work on.
 HResult FindTarget(Simulation& simulation, const WmiMethod& method, std::string_view key,
                    Adapter** adapter) {
-  switch (method.target) {
-    case WmiTarget::kClass:
-      return key.empty() ? platform::kOk : kWmiInvalidPath;
-    case WmiTarget::kComputer:
-      if (!base::StartsWith(key, "Name=")) return kWmiInvalidPath;
-      return base::SameText(key, "Name=\"" + simulation.machine.computerName + "\"") ? platform::kOk
-                                                                                     : kWmiNotFound;
-    case WmiTarget::kAdapter: {
-      const auto index = base::StartsWith(key, "Index=") ? IndexIn(key) : std::nullopt;
-      if (!index) return kWmiInvalidPath;
-      *adapter = simulation.AdapterByIndex(*index);
-      return *adapter == nullptr ? kWmiNotFound : platform::kOk;
-    }
+  if (key.empty() != method.key.empty() || !base::StartsWith(key, method.key)) {
+    return kWmiInvalidPath;
   }
-  return kWmiInvalidPath;
+  if (key.empty()) return platform::kOk;
+  if (method.key == kNameKey) {
+    const std::string own = "Name=\"" + simulation.machine.computerName + "\"";
+    return base::SameText(key, own) ? platform::kOk : kWmiNotFound;
+  }
+  const auto index = IndexIn(key);
+  if (!index) return kWmiInvalidPath;
+  *adapter = simulation.AdapterByIndex(*index);
+  return *adapter == nullptr ? kWmiNotFound : platform::kOk;
 }
 
 }  // namespace
 
 const WmiMethod* FindMethod(std::string_view className, std::string_view method) {
-  const auto found =
-      std::find_if(std::begin(kMethods), std::end(kMethods), [&](const WmiMethod& known) {
-        return base::SameText(known.className, className) && base::SameText(known.name, method);
-      });
-  return found == std::end(kMethods) ? nullptr : found;
+  return base::FindIn(kMethods, [&](const WmiMethod& known) {
+    return base::SameText(known.className, className) && base::SameText(known.name, method);
+  });
 }
 
 HResult RunMethod(Simulation& simulation, const std::string& path, const std::string& methodName,

@@ -4,9 +4,10 @@
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "platform/IWmi.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Ports.h"
+#include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/WmiClasses.h"
 
@@ -21,16 +22,25 @@ using platform::Variant;
 
 constexpr std::string_view kNameSpace = R"(root\cimv2)";
 
+struct Content {
+  Properties properties;
+  /// Names of the parameters that are declared, put or not.
+  std::string_view parameters = {};
+  /// For a class: its name.
+  std::string className = {};
+};
+
 /// A row, a class, or the parameters of a method.
-class Object final : public IWmiObject {
+class Object final : public ComObject<IWmiObject> {
  public:
-  explicit Object(Simulation& simulation) : simulation_(simulation), live_(simulation.usage) {}
+  Object(Simulation& simulation, Content content)
+      : ComObject(simulation), content_(std::move(content)) {}
 
   HResult Get(const std::string& property, Variant* value) override {
     if (const auto failure = simulation_.RefuseCom({.name = "wmi.get", .item = property})) {
       return *failure;
     }
-    if (const Variant* found = FindProperty(properties, property)) {
+    if (const Variant* found = FindProperty(content_.properties, property)) {
       *value = *found;
       return platform::kOk;
     }
@@ -44,11 +54,9 @@ class Object final : public IWmiObject {
       return *failure;
     }
     const auto same = [&](const auto& entry) { return base::SameText(entry.first, property); };
-    if (!IsParameter(property) && FindProperty(properties, property) == nullptr) {
+    if (std::erase_if(content_.properties, same) == 0 && !IsParameter(property))
       return kWmiNotFound;
-    }
-    std::erase_if(properties, same);
-    properties.emplace_back(property, value);
+    content_.properties.emplace_back(property, value);
     return platform::kOk;
   }
 
@@ -56,102 +64,86 @@ class Object final : public IWmiObject {
     if (const auto failure = simulation_.RefuseCom({.name = "wmi.definition", .method = name})) {
       return *failure;
     }
-    const WmiMethod* method = FindMethod(className, name);
+    const WmiMethod* method = FindMethod(content_.className, name);
     if (method == nullptr) return kWmiNotFound;
     definition->reset();
     if (method->parameters.empty()) return platform::kOk;
-    auto made = std::make_unique<Object>(simulation_);
-    made->parameters = method->parameters;
-    *definition = std::move(made);
+    *definition = std::make_unique<Object>(simulation_, Content{{}, method->parameters});
     return platform::kOk;
   }
 
   HResult SpawnInstance(std::unique_ptr<IWmiObject>* instance) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.spawn"})) return *failure;
-    if (parameters.empty()) return kWmiInvalidOperation;
-    auto made = std::make_unique<Object>(simulation_);
-    made->parameters = parameters;
-    *instance = std::move(made);
+    if (const auto failure = simulation_.RefuseCom({"wmi.spawn"})) return *failure;
+    if (content_.parameters.empty()) return kWmiInvalidOperation;
+    *instance = std::make_unique<Object>(simulation_, Content{{}, content_.parameters});
     return platform::kOk;
   }
 
-  Properties properties;
-  /// Names of the parameters that are declared, put or not.
-  std::span<const std::string_view> parameters;
-  /// For a class: its name.
-  std::string className;
+  const Properties& Values() const { return content_.properties; }
 
  private:
   bool IsParameter(std::string_view name) const {
-    return std::any_of(parameters.begin(), parameters.end(),
-                       [&](std::string_view parameter) { return base::SameText(parameter, name); });
+    const std::vector<std::string> names = base::Split(content_.parameters, " ");
+    return std::any_of(names.begin(), names.end(),
+                       [&](const std::string& known) { return base::SameText(known, name); });
   }
-
-  Simulation& simulation_;
-  LiveObject live_;
+  Content content_;
 };
 
-class Rows final : public IWmiRows {
+class Rows final : public ComObject<IWmiRows> {
  public:
-  Rows(Simulation& simulation, std::vector<Properties> rows)
-      : simulation_(simulation), live_(simulation.usage), rows_(std::move(rows)) {}
+  Rows(Simulation& simulation, WmiRows rows) : ComObject(simulation), rows_(std::move(rows)) {}
 
   HResult Next(std::int32_t, std::unique_ptr<IWmiObject>* row, std::uint32_t* returned) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.next"})) return *failure;
+    if (const auto failure = simulation_.RefuseCom({"wmi.next"})) return *failure;
     if (next_ == rows_.size()) {
       *returned = 0;
       return platform::kNoMoreRows;
     }
-    auto object = std::make_unique<Object>(simulation_);
-    object->properties = std::move(rows_[next_++]);
-    *row = std::move(object);
+    *row = std::make_unique<Object>(simulation_, Content{std::move(rows_[next_++])});
     *returned = 1;
     return platform::kOk;
   }
 
  private:
-  Simulation& simulation_;
-  LiveObject live_;
-  std::vector<Properties> rows_;
+  WmiRows rows_;
   std::size_t next_ = 0;
 };
 
-class Services final : public IWmiServices {
+class Services final : public ComObject<IWmiServices> {
  public:
-  explicit Services(Simulation& simulation) : simulation_(simulation), live_(simulation.usage) {}
+  using ComObject::ComObject;
 
   HResult SecureProxy() override {
-    return simulation_.RefuseCom({.name = "wmi.secure_proxy"}).value_or(platform::kOk);
+    return simulation_.RefuseCom({"wmi.secure_proxy"}).value_or(platform::kOk);
   }
 
   HResult ExecQuery(const std::string& query, std::int32_t,
                     std::unique_ptr<IWmiRows>* rows) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.query", .text = query})) {
+    if (const auto failure = simulation_.RefuseCom({"wmi.query", query})) {
       return *failure;
     }
-    std::vector<Properties> found;
+    WmiRows found;
     const HResult outcome = RunQuery(simulation_, query, &found);
     return Deliver(outcome, std::move(found), rows);
   }
 
   HResult CreateInstanceEnum(const std::string& className,
                              std::unique_ptr<IWmiRows>* rows) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.instances", .text = className})) {
+    if (const auto failure = simulation_.RefuseCom({"wmi.instances", className})) {
       return *failure;
     }
-    std::vector<Properties> found;
+    WmiRows found;
     const HResult outcome = ListInstances(simulation_, className, &found);
     return Deliver(outcome, std::move(found), rows);
   }
 
   HResult FetchClass(const std::string& className, std::unique_ptr<IWmiObject>* object) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.class", .text = className})) {
+    if (const auto failure = simulation_.RefuseCom({"wmi.class", className})) {
       return *failure;
     }
     if (!IsWmiClass(className)) return kWmiNotFound;
-    auto made = std::make_unique<Object>(simulation_);
-    made->className = className;
-    *object = std::move(made);
+    *object = std::make_unique<Object>(simulation_, Content{{}, "", className});
     return platform::kOk;
   }
 
@@ -159,7 +151,7 @@ class Services final : public IWmiServices {
                      std::unique_ptr<IWmiObject>* result) override {
     // Every object that can be handed in was made here.
     const auto* given = static_cast<const Object*>(parameters);
-    const Properties* arguments = given == nullptr ? nullptr : &given->properties;
+    const Properties* arguments = given == nullptr ? nullptr : &given->Values();
     const Fault* fault = simulation_.Strike({.name = "wmi.method", .text = path, .method = method});
 
     std::int32_t returnValue = 0;
@@ -179,13 +171,11 @@ class Services final : public IWmiServices {
     if (arguments != nullptr) {
       for (const auto& [name, value] : *arguments) told.emplace_back(name, ToValue(value));
     }
-    Change& change = simulation_.machine.journal.emplace_back(Change{
-        "wmi.method", Fields{{"path", path}, {"method", method}, {"arguments", std::move(told)}}});
+    Change& change = simulation_.Journal(
+        "wmi.method", {{"path", path}, {"method", method}, {"arguments", std::move(told)}});
     if (ran) {
       change.fields.emplace_back("result", returnValue);
-      auto answer = std::make_unique<Object>(simulation_);
-      answer->properties.emplace_back("ReturnValue", returnValue);
-      *result = std::move(answer);
+      *result = std::make_unique<Object>(simulation_, Content{{{"ReturnValue", returnValue}}});
     } else {
       change.fields.emplace_back("hresult", HResultText(outcome));
     }
@@ -193,61 +183,49 @@ class Services final : public IWmiServices {
   }
 
  private:
-  HResult Deliver(HResult outcome, std::vector<Properties> found, std::unique_ptr<IWmiRows>* rows) {
+  HResult Deliver(HResult outcome, WmiRows found, std::unique_ptr<IWmiRows>* rows) {
     if (!platform::Failed(outcome)) *rows = std::make_unique<Rows>(simulation_, std::move(found));
     return outcome;
   }
-
-  Simulation& simulation_;
-  LiveObject live_;
 };
 
-class Locator final : public platform::IWmiLocator {
+class Locator final : public ComObject<platform::IWmiLocator> {
  public:
-  explicit Locator(Simulation& simulation) : simulation_(simulation), live_(simulation.usage) {}
+  using ComObject::ComObject;
 
   HResult ConnectServer(const std::string& nameSpace,
                         std::unique_ptr<IWmiServices>* services) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.connect", .text = nameSpace})) {
+    if (const auto failure = simulation_.RefuseCom({"wmi.connect", nameSpace})) {
       return *failure;
     }
     if (!base::SameText(nameSpace, kNameSpace)) return kWmiInvalidNamespace;
     *services = std::make_unique<Services>(simulation_);
     return platform::kOk;
   }
-
- private:
-  Simulation& simulation_;
-  LiveObject live_;
 };
 
-class WmiPort final : public platform::IWmi {
+class WmiPort final : public Port<platform::IWmi> {
  public:
-  explicit WmiPort(Simulation& simulation) : simulation_(simulation) {}
+  using Port::Port;
 
   platform::HResult EnterApartment() override {
-    return simulation_.EnterApartment({.name = "wmi.enter"}, ApartmentKind::kMultithreaded);
+    return simulation_.EnterApartment({"wmi.enter"}, ApartmentKind::kMultithreaded);
   }
 
-  void LeaveApartment() override { simulation_.LeaveApartment({.name = "wmi.leave"}); }
+  void LeaveApartment() override { simulation_.LeaveApartment({"wmi.leave"}); }
 
   platform::HResult SecureProcess() override { return simulation_.SecureProcess(); }
 
   platform::HResult MakeLocator(std::unique_ptr<platform::IWmiLocator>* locator) override {
-    if (const auto failure = simulation_.RefuseCom({.name = "wmi.locator"})) return *failure;
+    if (const auto failure = simulation_.RefuseCom({"wmi.locator"})) return *failure;
     if (!simulation_.InApartment()) return kNotInApartment;
     *locator = std::make_unique<Locator>(simulation_);
     return platform::kOk;
   }
-
- private:
-  Simulation& simulation_;
 };
 
 }  // namespace
 
-std::unique_ptr<platform::IWmi> MakeWmi(Simulation& simulation) {
-  return std::make_unique<WmiPort>(simulation);
-}
+platform::IWmi& SimulatedPlatform::Wmi() { return Made<WmiPort>(&wmi_); }
 
 }  // namespace simulated

@@ -1,7 +1,9 @@
 #include <algorithm>
-#include <array>
+#include <functional>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "base/Services.h"
 #include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/Codes.h"
@@ -14,11 +16,14 @@ namespace {
 using platform::HResult;
 using platform::Variant;
 
+/// A property of a class, and how a row tells it.
 template <class Row>
 struct Column {
   std::string_view name;
-  Variant (*read)(const Row&);
+  std::function<Variant(const Row&)> read;
 };
+template <class Row>
+using Columns = std::vector<Column<Row>>;
 
 Variant AsVariant(bool flag) { return flag ? platform::kVariantTrue : platform::kVariantFalse; }
 Variant AsVariant(std::uint32_t number) { return static_cast<std::int32_t>(number); }
@@ -32,53 +37,24 @@ Variant AsVariant(const std::vector<std::string>& items) {
   return platform::TextArray{items};
 }
 
-constexpr Column<Machine> kComputerSystem[] = {
-    {"Name", [](const Machine& m) -> Variant { return m.computerName; }}};
-
-template <std::size_t kRow>
-Variant ReadField(const Adapter& adapter) {
-  constexpr AnyAdapterMember kMember = kAdapterFields[kRow].member;
-  return AsVariant(adapter.*std::get<kMember.index()>(kMember));
-}
-
 /// The fields that one of the adapter's two classes holds.
-template <Home kHome>
-constexpr auto kAdapterColumns = [] {
-  constexpr auto kIsIn = [](const AdapterField& field) {
-    return field.home == kHome || field.home == Home::kBoth;
-  };
-  std::array<Column<Adapter>,
-             static_cast<std::size_t>(std::ranges::count_if(kAdapterFields, kIsIn))>
-      columns{};
-  auto next = columns.begin();
-  const auto add = [&]<std::size_t kRow>() {
-    if (kIsIn(kAdapterFields[kRow])) *next++ = {kAdapterFields[kRow].property, ReadField<kRow>};
-  };
-  [&]<std::size_t... kRows>(std::index_sequence<kRows...>) {
-    (add.template operator()<kRows>(), ...);
-  }
-  (std::make_index_sequence<std::size(kAdapterFields)>());
+Columns<Adapter> AdapterColumns(Home home) {
+  Columns<Adapter> columns;
+  ForEachAdapterField([&](const AdapterField& field, auto member) {
+    if (field.home != home && field.home != Home::kBoth) return;
+    columns.push_back(
+        {field.property, [=](const Adapter& adapter) { return AsVariant(adapter.*member); }});
+  });
   return columns;
-}();
-
-constexpr Column<PersistentRoute> kPersistedRoute[] = {
-    {"Destination", [](const PersistentRoute& r) -> Variant { return r.destination; }},
-    {"Mask", [](const PersistentRoute& r) -> Variant { return r.mask; }},
-    {"NextHop", [](const PersistentRoute& r) -> Variant { return r.nextHop; }},
-    {"Metric1", [](const PersistentRoute& r) -> Variant { return r.metric; }}};
+}
 
 /// The services whose program is a driver; they are instances of a class of their own.
 bool IsDriver(const Service& service) {
-  return std::any_of(std::begin(base::kNetworkServices), std::end(base::kNetworkServices),
-                     [&](const auto& known) {
-                       return known.isDriver && base::SameText(service.name, known.name);
-                     });
+  const auto* known = base::FindIn(base::kNetworkServices, [&](const auto& row) {
+    return base::SameText(service.name, row.name);
+  });
+  return known != nullptr && known->isDriver;
 }
-
-constexpr Column<Service> kService[] = {
-    {"Name", [](const Service& s) -> Variant { return s.name; }},
-    {"StartMode", [](const Service& s) -> Variant { return base::TypeOf(s.start).mode; }},
-    {"State", [](const Service& s) -> Variant { return s.running ? "Running" : "Stopped"; }}};
 
 struct Condition {
   std::string_view property;
@@ -89,82 +65,34 @@ struct Condition {
 struct Query {
   std::string_view className;
   /// Empty: all of them.
-  std::vector<std::string_view> properties;
+  std::vector<std::string> properties;
   std::optional<Condition> condition;
 };
 
-bool IsWordLetter(char letter) {
-  return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z') ||
-         (letter >= '0' && letter <= '9') || letter == '_' || letter == '-' || letter == '.';
+/// What stands before `word`, which is taken off `rest` with it; none when the word is not there.
+std::optional<std::string_view> TakeUpTo(std::string_view word, std::string_view& rest) {
+  const std::size_t at = base::Find(rest, word);
+  if (at == std::string_view::npos) return std::nullopt;
+  const std::string_view taken = rest.substr(0, at);
+  rest.remove_prefix(at + word.size());
+  return taken;
 }
 
-/// Splits a query into words, quoted texts and single signs; blanks only separate.
-std::vector<std::string_view> Tokens(std::string_view query) {
-  std::vector<std::string_view> tokens;
-  tokens.reserve(16);
-  for (std::size_t at = 0; at < query.size();) {
-    std::size_t length = 1;
-    if (IsWordLetter(query[at])) {
-      while (at + length < query.size() && IsWordLetter(query[at + length])) ++length;
-    } else if (query[at] == '\'' || query[at] == '"') {
-      const std::size_t end = query.find(query[at], at + 1);
-      length = end == std::string_view::npos ? query.size() - at : end - at + 1;
-    }
-    if (query[at] != ' ' && query[at] != '\t') tokens.push_back(query.substr(at, length));
-    at += length;
+std::optional<Query> Parse(std::string_view text) {
+  if (TakeUpTo("select ", text) != "") return std::nullopt;
+  const auto properties = TakeUpTo(" from ", text);
+  if (!properties) return std::nullopt;
+  Query query{{}, base::Split(*properties, ", "), std::nullopt};
+  if (const auto className = TakeUpTo(" where ", text)) {
+    const auto property = TakeUpTo("=", text);
+    if (!property) return std::nullopt;
+    query.condition = Condition{base::Trimmed(*property), base::Trimmed(text)};
+    query.className = base::Trimmed(*className);
+  } else {
+    query.className = base::Trimmed(text);
   }
-  return tokens;
+  return query.properties.empty() ? std::nullopt : std::optional(query);
 }
-
-/// Reads a query token by token; every step fails for good once the tokens do not fit.
-class QueryReader {
- public:
-  explicit QueryReader(std::string_view query) : tokens_(Tokens(query)) {}
-
-  std::optional<Query> Read() {
-    Query query;
-    Expect("select");
-    do {
-      query.properties.push_back(Word());
-    } while (Accept(","));
-    Expect("from");
-    query.className = Word();
-    if (Accept("where")) {
-      query.condition = Condition{Word(), {}};
-      Expect("=");
-      query.condition->literal = Next();
-    }
-    if (!fits_ || next_ != tokens_.size()) return std::nullopt;
-    return query;
-  }
-
- private:
-  bool Accept(std::string_view token) {
-    const bool accepted = next_ < tokens_.size() && base::SameText(tokens_[next_], token);
-    if (accepted) ++next_;
-    return accepted;
-  }
-
-  void Expect(std::string_view token) {
-    if (!Accept(token)) fits_ = false;
-  }
-
-  std::string_view Next() {
-    if (next_ < tokens_.size()) return tokens_[next_++];
-    fits_ = false;
-    return {};
-  }
-
-  std::string_view Word() {
-    const std::string_view word = Next();
-    if (word.empty() || !IsWordLetter(word.front())) fits_ = false;
-    return word;
-  }
-
-  std::vector<std::string_view> tokens_;
-  std::size_t next_ = 0;
-  bool fits_ = true;
-};
 
 bool Equals(const Variant& value, std::string_view literal) {
   if (const auto* flag = std::get_if<platform::RawBool>(&value)) {
@@ -179,13 +107,11 @@ bool Equals(const Variant& value, std::string_view literal) {
 }
 
 template <class Row>
-HResult Select(const Query& query, std::span<const Column<Row>> table, std::span<const Row> rows,
-               std::vector<Properties>* result) {
+HResult Select(const Query& query, const Columns<Row>& table, std::span<const Row> rows,
+               WmiRows* result) {
   const auto find = [&](std::string_view name) {
-    const auto found = std::find_if(table.begin(), table.end(), [&](const auto& column) {
-      return base::SameText(column.name, name);
-    });
-    return found == table.end() ? nullptr : &*found;
+    return base::FindIn(table,
+                        [&](const auto& column) { return base::SameText(column.name, name); });
   };
   std::vector<const Column<Row>*> columns;
   for (const std::string_view name : query.properties) columns.push_back(find(name));
@@ -208,8 +134,10 @@ HResult Select(const Query& query, std::span<const Column<Row>> table, std::span
   return platform::kOk;
 }
 
-HResult SelectComputer(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  return Select<Machine>(query, kComputerSystem, {&simulation.machine, 1}, rows);
+HResult SelectComputer(Simulation& simulation, const Query& query, WmiRows* rows) {
+  static const Columns<Machine> kColumns{
+      {"Name", [](const Machine& machine) { return machine.computerName; }}};
+  return Select<Machine>(query, kColumns, {&simulation.machine, 1}, rows);
 }
 
 /// The adapters a query can concern: one of them when it asks for an index, else all.
@@ -223,34 +151,29 @@ std::span<const Adapter> Candidates(Simulation& simulation, const Query& query) 
   return {adapter, 1};
 }
 
-HResult SelectConfiguration(Simulation& simulation, const Query& query,
-                            std::vector<Properties>* rows) {
-  return Select<Adapter>(query, kAdapterColumns<Home::kConfiguration>,
-                         Candidates(simulation, query), rows);
+template <Home kHome>
+HResult SelectAdapter(Simulation& simulation, const Query& query, WmiRows* rows) {
+  static const Columns<Adapter> kColumns = AdapterColumns(kHome);
+  return Select<Adapter>(query, kColumns, Candidates(simulation, query), rows);
 }
 
-HResult SelectAdapter(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  return Select<Adapter>(query, kAdapterColumns<Home::kHardware>, Candidates(simulation, query),
-                         rows);
+HResult SelectRoute(Simulation& simulation, const Query& query, WmiRows* rows) {
+  static const Columns<PersistentRoute> kColumns{{"Destination", &PersistentRoute::destination},
+                                                 {"Mask", &PersistentRoute::mask},
+                                                 {"NextHop", &PersistentRoute::nextHop},
+                                                 {"Metric1", &PersistentRoute::metric}};
+  return Select<PersistentRoute>(query, kColumns, simulation.machine.persistentRoutes, rows);
 }
 
-HResult SelectRoute(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  return Select<PersistentRoute>(query, kPersistedRoute, simulation.machine.persistentRoutes, rows);
-}
-
-HResult SelectServices(Simulation& simulation, const Query& query, bool drivers,
-                       std::vector<Properties>* rows) {
+template <bool kDrivers>
+HResult SelectService(Simulation& simulation, const Query& query, WmiRows* rows) {
+  static const Columns<Service> kColumns{
+      {"Name", &Service::name},
+      {"StartMode", [](const Service& service) { return base::TypeOf(service.start).mode; }},
+      {"State", [](const Service& service) { return service.running ? "Running" : "Stopped"; }}};
   std::vector<Service> services = simulation.machine.services;
-  std::erase_if(services, [&](const Service& service) { return IsDriver(service) != drivers; });
-  return Select<Service>(query, kService, services, rows);
-}
-
-HResult SelectService(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  return SelectServices(simulation, query, /*drivers=*/false, rows);
-}
-
-HResult SelectDriver(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  return SelectServices(simulation, query, /*drivers=*/true, rows);
+  std::erase_if(services, [&](const Service& service) { return IsDriver(service) != kDrivers; });
+  return Select<Service>(query, kColumns, services, rows);
 }
 
 Variant ToVariant(const Value& value) {
@@ -263,71 +186,53 @@ Variant ToVariant(const Value& value) {
 }
 
 /// The one record whose properties are the machine's to choose.
-HResult SelectOperatingSystem(Simulation& simulation, const Query& query,
-                              std::vector<Properties>* rows) {
-  Properties record;
-  for (const auto& [name, value] : simulation.machine.operatingSystem) {
-    record.emplace_back(name, ToVariant(value));
+HResult SelectOperatingSystem(Simulation& simulation, const Query& query, WmiRows* rows) {
+  Columns<Machine> columns;
+  for (const auto& property : simulation.machine.operatingSystem) {
+    columns.push_back(
+        {property.first, [&property](const Machine&) { return ToVariant(property.second); }});
   }
-  if (query.properties.empty()) {
-    rows->push_back(std::move(record));
-    return platform::kOk;
-  }
-  Properties selected;
-  for (const std::string_view name : query.properties) {
-    const Variant* value = FindProperty(record, name);
-    if (value == nullptr) return kWmiInvalidQuery;
-    selected.emplace_back(std::string(name), *value);
-  }
-  const Variant* filtered =
-      query.condition ? FindProperty(record, query.condition->property) : nullptr;
-  if (query.condition && filtered == nullptr) return kWmiInvalidQuery;
-  if (filtered == nullptr || Equals(*filtered, query.condition->literal)) {
-    rows->push_back(std::move(selected));
-  }
-  return platform::kOk;
+  return Select<Machine>(query, columns, {&simulation.machine, 1}, rows);
 }
 
 constexpr struct {
   std::string_view name;
-  HResult (*select)(Simulation&, const Query&, std::vector<Properties>*);
+  HResult (*select)(Simulation&, const Query&, WmiRows*);
 } kClasses[] = {{"Win32_ComputerSystem", SelectComputer},
-                {"Win32_NetworkAdapterConfiguration", SelectConfiguration},
-                {"Win32_NetworkAdapter", SelectAdapter},
+                {"Win32_NetworkAdapterConfiguration", SelectAdapter<Home::kConfiguration>},
+                {"Win32_NetworkAdapter", SelectAdapter<Home::kHardware>},
                 {"Win32_IP4PersistedRouteTable", SelectRoute},
-                {"Win32_Service", SelectService},
-                {"Win32_SystemDriver", SelectDriver},
+                {"Win32_Service", SelectService<false>},
+                {"Win32_SystemDriver", SelectService<true>},
                 {"Win32_OperatingSystem", SelectOperatingSystem}};
 
-HResult Run(Simulation& simulation, const Query& query, std::vector<Properties>* rows) {
-  for (const auto& known : kClasses) {
-    if (base::SameText(known.name, query.className)) return known.select(simulation, query, rows);
-  }
-  return kWmiInvalidClass;
+const auto* FindClass(std::string_view name) {
+  return base::FindIn(kClasses,
+                      [&](const auto& known) { return base::SameText(known.name, name); });
+}
+
+HResult Run(Simulation& simulation, const Query& query, WmiRows* rows) {
+  const auto* known = FindClass(query.className);
+  return known != nullptr ? known->select(simulation, query, rows) : kWmiInvalidClass;
 }
 
 }  // namespace
 
 const Variant* FindProperty(const Properties& properties, std::string_view name) {
-  for (const auto& [known, value] : properties) {
-    if (base::SameText(known, name)) return &value;
-  }
-  return nullptr;
+  const auto* found = base::FindIn(
+      properties, [&](const auto& property) { return base::SameText(property.first, name); });
+  return found == nullptr ? nullptr : &found->second;
 }
 
-HResult RunQuery(Simulation& simulation, const std::string& query, std::vector<Properties>* rows) {
-  const auto parsed = QueryReader(query).Read();
+HResult RunQuery(Simulation& simulation, const std::string& query, WmiRows* rows) {
+  const auto parsed = Parse(query);
   return parsed ? Run(simulation, *parsed, rows) : kWmiInvalidQuery;
 }
 
-HResult ListInstances(Simulation& simulation, const std::string& className,
-                      std::vector<Properties>* rows) {
+HResult ListInstances(Simulation& simulation, const std::string& className, WmiRows* rows) {
   return Run(simulation, {className, {}, {}}, rows);
 }
 
-bool IsWmiClass(std::string_view name) {
-  return std::any_of(std::begin(kClasses), std::end(kClasses),
-                     [&](const auto& known) { return base::SameText(known.name, name); });
-}
+bool IsWmiClass(std::string_view name) { return FindClass(name) != nullptr; }
 
 }  // namespace simulated

@@ -23,6 +23,7 @@ class CaptureTest : public support::MachineTest {
   /// What a machine tells of itself; the rest is only the simulation's.
   static Json Told(Machine machine) {
     machine.hosts.clear();
+    machine.hostsUnknown = false;
     machine.faults.clear();
     machine.decrypt.reset();
     machine.domains.clear();
@@ -58,6 +59,7 @@ TEST_F(CaptureTest, WhatTheMachineTellsComesBack) {
     EXPECT_EQ(machine_.journal.size(), changes) << "nothing is changed";
     const Json file = simulated::ToJson(captured.machine, /*hideSecrets=*/false);
     EXPECT_FALSE(file.contains("directory") || file.contains("decrypt")) << "unknown, not none";
+    EXPECT_TRUE(file.at("hosts").is_null());
   }
   // The caption is the one of the class that the library asks.
   machine_.faults.resize(2);

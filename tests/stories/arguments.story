@@ -36,7 +36,11 @@ a.cfg: unexpected argument; see orvanta-config simulate --help
 $ sh try simulate "$(printf 'a\nb.cfg')"
 a\nb.cfg: cannot be read: No such file or directory; name a file that you can read
 $ sh try simulate - --machine -
---machine -: cannot come from standard input; name a machine file
+--machine -: standard input holds the configuration file already; name a file for one of them
+$ sh try check a.cfg - --machine -
+--machine -: standard input holds the configuration file already; name a file for one of them
+$ sh try plan a.cfg --machine live
+--machine live: only Windows tells what this computer is; name a machine file
 $ sh try simulate a.cfg --message boot
 --message: "boot" is not one of configure, prep-for-image or update-info; see orvanta-config simulate --help
 $ sh try simulate a.cfg --set abc

@@ -35,6 +35,10 @@ $ sh try nothing '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=False|
 standard input:2:19: error: the join needs a restart: without it the run ends as a failure [C301]
 standard input:5:8: error: the machine has to join the domain, but no account is given: error 1326 [C512]
 standard input:5:8: error: the directory has no domain "CORP" [C504]
+$ for h in '[]' null; do printf '{"schema": 1, "adapters": [{}], "hosts": '$h'}' >h.json; sh try h '[TCP/IP]|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server0=dns.example' | grep -c C509; done  # which names resolve is not known
+1
+0
+[exit code 1]
 $ sh try none '[Networking]|Domain=CORP|Workgroup=False|DomainUsername=A|DomainPassword=B'  # a directory and texts that are not known
 standard input:4:1: error: without DSOrganizationalUnit the account does not reach the join [C303]
 $ sh try nothing '[Networking]|Domain=CORP|Workgroup=False|DomainUsername=A|DomainPassword=B'

@@ -90,7 +90,7 @@ Command CheckCommand(CheckOptions& options) {
             "configuration files, folders or patterns, or - for standard input",
             /*isRequired=*/true},
            {"--machine", &options.machineFile, "M.json",
-            "also look for what the files need on this simulated machine"},
+            "also look for what the files need on this machine (- and live as for plan)"},
            {"--json", &options.json, "", "one JSON document on standard output"},
            sarif,
            NoColorOption(options.noColor)}};
@@ -99,11 +99,7 @@ Command CheckCommand(CheckOptions& options) {
 int Check(const CheckOptions& options, const Streams& streams) {
   const std::vector<Input> inputs = check::FindInputs(options.files);
   std::optional<Machine> machine;
-  if (options.machineFile) {
-    MachineOptions chosen;
-    chosen.machineFile = options.machineFile;
-    machine = LoadMachine(chosen);
-  }
+  if (options.machineFile) machine = LoadMachine(options.machineFile, streams, options.files);
   std::vector<FileReport> reports = CheckAll(inputs, machine ? &*machine : nullptr, streams);
   check::CheckFleet(reports);
   if (options.json) {

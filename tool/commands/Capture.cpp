@@ -3,10 +3,8 @@
 #include <optional>
 #include <ostream>
 
-#include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
 #include "tool/io/HostSystem.h"
-#include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/LiveMachine.h"
 #include "tool/machine/MachineDocument.h"
@@ -38,12 +36,10 @@ int Capture(const MachineOptions& options, const Streams& streams) {
   std::optional<PrivateFile> saved = OpenSavedMachine(options);
   const bool live = !options.machineFile && RunsWindows();
   const CapturedMachine captured =
-      live ? CaptureMachine() : CapturedMachine{LoadMachine(options), {}};
+      live ? CaptureMachine() : CapturedMachine{LoadMachine(options.machineFile, streams), {}};
   if (saved) saved->Commit(PrintedMachine(captured.machine));
   streams.out << PrintedMachine(captured.machine, /*hideSecrets=*/true);
-  for (const std::string& gap : captured.gaps) {
-    streams.err << "orvanta-config: capture: " << Printable(ToUtf8(gap)) << '\n';
-  }
+  TellGaps(captured, "capture", streams);
   return captured.gaps.empty() ? kDone : kFailed;
 }
 

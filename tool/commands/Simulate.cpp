@@ -116,11 +116,11 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
   if (options.message == "configure") request.values.emplace_back("Filename", options.at);
   AddSetValues(options.set, request.values);
   Simulation simulation;
-  simulation.machineName = options.machine.machineFile.value_or("built-in example");
+  simulation.machineName = MachineName(options.machine.machineFile);
   std::optional<std::string> text;
   if (!options.file.empty()) text = ReadInput(options.file, streams.in);
   Machine& machine = simulation.after;
-  machine = LoadMachine(options.machine);
+  machine = LoadMachine(options.machine.machineFile, streams, {options.file});
   if (text) {
     machine.PutFile(BytesOf("--at", options.at), *text);
     simulation.file =

@@ -15,7 +15,7 @@ struct Simulation {
   std::string file;
   /// What `check` finds wrong with it; empty for nothing.
   std::string checkRemark;
-  /// "built-in example" or the name of the machine file.
+  /// As `MachineName` tells it.
   std::string machineName;
   /// The machine with the file on it, before the first message.
   simulated::Machine before;

@@ -1,8 +1,11 @@
 #include "tool/machine/ChangeText.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <string_view>
 
+#include "base/FindIn.h"
 #include "tool/explain/Numbers.h"
 #include "tool/io/Text.h"
 
@@ -72,28 +75,6 @@ std::string Join(const Value& arguments) {
   return (bits & 2) != 0 ? text + ", making the computer account" : text;
 }
 
-std::string Method(const Change& change) {
-  const std::string method = ValueText(change["method"]);
-  const Value& arguments = change["arguments"];
-  const auto argument = [&](const char* name) { return ValueText(arguments[name]); };
-  if (method == "EnableDHCP") return Adapter(change) + ": turn DHCP on";
-  if (method == "EnableStatic") return Adapter(change) + ": addresses " + Addresses(arguments);
-  if (method == "SetGateways")
-    return Adapter(change) + ": gateways " + argument("DefaultIPGateway");
-  if (method == "SetDNSServerSearchOrder") {
-    const bool given = !arguments["DNSServerSearchOrder"].IsNull();
-    return Adapter(change) + ": DNS servers " +
-           (given ? argument("DNSServerSearchOrder") : "from DHCP");
-  }
-  if (method == "SetDNSSuffixSearchOrder") {
-    return "every adapter: DNS suffixes " + argument("DNSDomainSuffixSearchOrder");
-  }
-  if (method == "Rename") return "rename the computer to " + argument("Name") + As(arguments);
-  if (method == "JoinDomainOrWorkgroup") return Join(arguments);
-  if (method == "UnjoinDomainOrWorkgroup") return "leave the domain" + As(arguments);
-  return method + ValueText(arguments) + " on " + ValueText(change["path"]);
-}
-
 std::string Pause(const Change& change) {
   const auto* milliseconds = std::get_if<std::int64_t>(&change["milliseconds"]);
   if (milliseconds == nullptr) return "pause";
@@ -101,30 +82,59 @@ std::string Pause(const Change& change) {
                                    : "pause " + std::to_string(*milliseconds) + " ms";
 }
 
+/// What a change is told as, by its call or its method; "{name}" stands for a field or an argument.
+constexpr struct {
+  std::string_view name;
+  std::string_view words;
+} kWords[] = {
+    {"EnableDHCP", "{adapter}: turn DHCP on"},
+    {"EnableStatic", "{adapter}: addresses {addresses}"},
+    {"SetGateways", "{adapter}: gateways {DefaultIPGateway}"},
+    {"SetDNSServerSearchOrder", "{adapter}: DNS servers {DNSServerSearchOrder}"},
+    {"SetDNSSuffixSearchOrder", "every adapter: DNS suffixes {DNSDomainSuffixSearchOrder}"},
+    {"Rename", "rename the computer to {Name}{as}"},
+    {"JoinDomainOrWorkgroup", "{join}"},
+    {"UnjoinDomainOrWorkgroup", "leave the domain{as}"},
+    {"sleep", "{pause}"},
+    {"process.run", "run {command}"},
+    {"service.start_type", "service {service}: {start}"},
+    {"service.start", "service {service}: start it"},
+    {"registry.set", "registry: set {key}\\{name} to {data}"},
+    {"registry.delete", "registry: delete {key}\\{name}"},
+    {"file.move", "move {source} to {destination}"},
+    {"file.copy", "copy {source} to {destination}"},
+    {"file.delete", "delete {path}"},
+    {"file.write", "write {path}: [{section}] {key}={value}"},
+    {"directory.move", "directory: move {source} to {destination}"}};
+
+std::string Part(std::string_view name, const Change& change) {
+  const Value& arguments = change["arguments"];
+  if (name == "adapter") return Adapter(change);
+  if (name == "addresses") return Addresses(arguments);
+  if (name == "as") return As(arguments);
+  if (name == "join") return Join(arguments);
+  if (name == "pause") return Pause(change);
+  const Value& value = change[name].IsNull() ? arguments[name] : change[name];
+  return name == "DNSServerSearchOrder" && value.IsNull() ? "from DHCP" : ValueText(value);
+}
+
 std::string Words(const Change& change) {
-  const std::string& call = change.call;
-  const auto field = [&](const char* name) { return ValueText(change[name]); };
-  const auto move = [&] { return field("source") + " to " + field("destination"); };
-  if (call == "wmi.method") return Method(change);
-  if (call == "sleep") return Pause(change);
-  if (call == "process.run") return "run " + field("command");
-  if (call == "service.start_type") return "service " + field("service") + ": " + field("start");
-  if (call == "service.start") return "service " + field("service") + ": start it";
-  if (call == "registry.set") {
-    return "registry: set " + field("key") + "\\" + field("name") + " to " + field("data");
+  const bool isMethod = change.call == "wmi.method";
+  const std::string name = isMethod ? ValueText(change["method"]) : change.call;
+  const auto* row = base::FindIn(kWords, [&](const auto& words) { return words.name == name; });
+  if (row == nullptr) {
+    return isMethod ? name + ValueText(change["arguments"]) + " on " + ValueText(change["path"])
+                    : name + FieldsText(change.fields);
   }
-  if (call == "registry.delete") {
-    return "registry: delete " + field("key") + "\\" + field("name");
+  std::string text;
+  for (std::string_view rest = row->words; !rest.empty();) {
+    const std::size_t open = std::min(rest.find('{'), rest.size());
+    const std::size_t close = std::min(rest.find('}'), rest.size());
+    text += rest.substr(0, open);
+    if (open < close) text += Part(rest.substr(open + 1, close - open - 1), change);
+    rest.remove_prefix(std::min(close + 1, rest.size()));
   }
-  if (call == "file.move") return "move " + move();
-  if (call == "file.copy") return "copy " + move();
-  if (call == "file.delete") return "delete " + field("path");
-  if (call == "file.write") {
-    return "write " + field("path") + ": [" + field("section") + "] " + field("key") + "=" +
-           field("value");
-  }
-  if (call == "directory.move") return "directory: move " + move();
-  return call + FieldsText(change.fields);
+  return text;
 }
 
 /// The code with its meaning: "1326 (wrong user or password)".

@@ -1,14 +1,17 @@
 #include "tool/machine/LiveMachine.h"
 
 #include <algorithm>
+#include <concepts>
 #include <exception>
 #include <functional>
 #include <map>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 #include <utility>
 #include <variant>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "base/OperatingSystem.h"
 #include "base/Services.h"
@@ -19,6 +22,8 @@
 #include "common/util/FileUtils.h"
 #include "platform/IWmi.h"
 #include "platform/simulated/AdapterFields.h"
+#include "tool/io/CodePage.h"
+#include "tool/io/Text.h"
 
 namespace tool {
 namespace {
@@ -40,23 +45,25 @@ class Record {
  public:
   explicit Record(platform::IWmiObject& object) : object_(object) {}
 
-  /// None when it is of another type.
+  /// The property as a member holds it; what is of another type counts as no value.
   template <typename Type>
-  std::optional<Type> Get(const std::string& property) const {
+  Type Get(const std::string& property) const {
     Variant value = platform::Null{};
     object_.Get(property, &value);
-    const auto* const found = std::get_if<Type>(&value);
-    return found != nullptr ? std::optional<Type>(*found) : std::nullopt;
-  }
-  NullableText Text(const std::string& property) const { return Get<std::string>(property); }
-  std::int32_t Number(const std::string& property) const {
-    return Get<std::int32_t>(property).value_or(0);
-  }
-  bool Flag(const std::string& property) const {
-    return Get<platform::RawBool>(property) == platform::kVariantTrue;
-  }
-  std::vector<std::string> List(const std::string& property) const {
-    return Get<platform::TextArray>(property).value_or(platform::TextArray()).items;
+    if constexpr (std::same_as<Type, bool>) {
+      return value == Variant(platform::kVariantTrue);
+    } else if constexpr (std::same_as<Type, NullableText>) {
+      const auto* const text = std::get_if<std::string>(&value);
+      return text != nullptr ? NullableText(*text) : std::nullopt;
+    } else if constexpr (std::same_as<Type, std::vector<std::string>>) {
+      const auto* const list = std::get_if<platform::TextArray>(&value);
+      return list != nullptr ? list->items : Type();
+    } else if constexpr (std::same_as<Type, std::string>) {
+      return Get<NullableText>(property).value_or("");
+    } else {
+      const auto* const number = std::get_if<std::int32_t>(&value);
+      return number != nullptr ? static_cast<Type>(*number) : Type();
+    }
   }
 
  private:
@@ -87,18 +94,25 @@ void ForEachInstance(const std::string& className,
   }
 }
 
-/// A text below `kRoot`; none when it is not there.
-NullableText RegistryText(const std::string& key, const std::string& name) {
+/// Reads from a key of this computer; false when it, or what is read, is not there.
+bool FromRegistry(const std::string& subkey, const std::function<void(sys::Registry&)>& read) {
   try {
     sys::Registry registry;
-    registry.SetSubkey(key.substr(kRoot.size()));
+    registry.SetSubkey(subkey);
     registry.OpenForReading(/*view64=*/false);
-    std::string text;
-    registry.ReadString(name, &text);
-    return text;
+    read(registry);
+    return true;
   } catch (const sys::RegistryError&) {
-    return std::nullopt;
+    return false;
   }
+}
+
+/// A text below `kRoot`; none when it is not there.
+NullableText RegistryText(const std::string& key, const std::string& name) {
+  std::string text;
+  const bool isThere = FromRegistry(
+      key.substr(kRoot.size()), [&](sys::Registry& registry) { registry.ReadString(name, &text); });
+  return isThere ? NullableText(text) : std::nullopt;
 }
 
 void ReadNames(Machine& machine) {
@@ -130,47 +144,25 @@ void ReadOperatingSystem(Machine& machine) {
   }
 }
 
-// A property as the member that it belongs to.
-void Assign(std::uint32_t& member, const Record& record, const char* property) {
-  member = static_cast<std::uint32_t>(record.Number(property));
-}
-void Assign(bool& member, const Record& record, const char* property) {
-  member = record.Flag(property);
-}
-void Assign(std::string& member, const Record& record, const char* property) {
-  member = record.Text(property).value_or("");
-}
-void Assign(NullableText& member, const Record& record, const char* property) {
-  member = record.Text(property);
-}
-void Assign(std::vector<std::string>& member, const Record& record, const char* property) {
-  member = record.List(property);
-}
-
-// The same of a registry value; a flag is set by any text.
+// A registry value as the member that it belongs to; a flag is set by any text.
 void Assign(NullableText& member, const NullableText& value) { member = value; }
 void Assign(bool& member, const NullableText& value) { member = !value.value_or("").empty(); }
 
 void ReadFields(Home home, const Record& record, Adapter& adapter) {
-  simulated::ForEachAdapterField([&](const AdapterField& field, auto member) {
-    if (field.home == home || field.home == Home::kBoth) {
-      Assign(adapter.*member, record, field.property);
-    }
+  simulated::ForEachAdapterField([&]<class Type>(const AdapterField& field, Type Adapter::*member) {
+    if (field.home != home && field.home != Home::kBoth) return;
+    adapter.*member = record.Get<Type>(field.property);
   });
 }
 
 void ReadRegistry(Adapter& adapter) {
   simulated::ForEachAdapterField([&]<class Type>(const AdapterField& field, Type member) {
     if constexpr (requires { Assign(adapter.*member, NullableText()); }) {
-      if (field.home == Home::kDeviceKey) {
-        Assign(adapter.*member,
-               RegistryText(std::string(simulated::kDeviceKeys) + adapter.pnpDeviceId,
-                            field.property));
-      } else if (field.home == Home::kInterfaceKey) {
-        Assign(adapter.*member,
-               RegistryText(std::string(simulated::kInterfaceKeys) + adapter.settingId,
-                            field.property));
-      }
+      const bool isDevice = field.home == Home::kDeviceKey;
+      if (!isDevice && field.home != Home::kInterfaceKey) return;
+      const std::string key = isDevice ? std::string(simulated::kDeviceKeys) + adapter.pnpDeviceId
+                                       : std::string(simulated::kInterfaceKeys) + adapter.settingId;
+      Assign(adapter.*member, RegistryText(key, field.property));
     }
   });
 }
@@ -181,11 +173,11 @@ void ReadAdapters(Machine& machine) {
   std::map<std::int32_t, Adapter> hardware;
   ForEachInstance("Win32_NetworkAdapter", [&](const Record& record) {
     ReadFields(Home::kHardware, record,
-               hardware.try_emplace(record.Number("Index"), blank).first->second);
+               hardware.try_emplace(record.Get<std::int32_t>("Index"), blank).first->second);
   });
   ForEachInstance("Win32_NetworkAdapterConfiguration", [&](const Record& record) {
     Adapter& adapter = machine.adapters.emplace_back(
-        hardware.try_emplace(record.Number("Index"), blank).first->second);
+        hardware.try_emplace(record.Get<std::int32_t>("Index"), blank).first->second);
     ReadFields(Home::kConfiguration, record, adapter);
     ReadRegistry(adapter);
   });
@@ -194,26 +186,22 @@ void ReadAdapters(Machine& machine) {
 void ReadRoutes(Machine& machine) {
   ForEachInstance("Win32_IP4PersistedRouteTable", [&](const Record& record) {
     machine.persistentRoutes.push_back(
-        {record.Text("Destination").value_or(""), record.Text("Mask").value_or(""),
-         record.Text("NextHop").value_or(""), record.Number("Metric1")});
+        {record.Get<std::string>("Destination"), record.Get<std::string>("Mask"),
+         record.Get<std::string>("NextHop"), record.Get<std::int32_t>("Metric1")});
   });
 }
 
 void ReadServices(Machine& machine) {
   const auto add = [&machine](const Record& record) {
-    const std::string name = record.Text("Name").value_or("");
-    const bool isSwitched =
-        std::any_of(std::begin(base::kNetworkServices), std::end(base::kNetworkServices),
-                    [&](const auto& known) { return base::SameText(name, known.name); });
-    if (!isSwitched) return;
-    const std::string mode = record.Text("StartMode").value_or("");
-    const auto* const type =
-        std::find_if(std::begin(base::kStartTypes), std::end(base::kStartTypes),
-                     [&](const auto& row) { return row.mode == mode; });
-    machine.services.push_back(
-        {name,
-         type != std::end(base::kStartTypes) ? type->value : platform::ServiceStart::kDisabled,
-         record.Text("State") == "Running"});
+    const std::string name = record.Get<std::string>("Name");
+    const auto isNamed = [&](const auto& known) { return base::SameText(name, known.name); };
+    if (base::FindIn(base::kNetworkServices, isNamed) == nullptr) return;
+    const std::string mode = record.Get<std::string>("StartMode");
+    const auto* type =
+        base::FindIn(base::kStartTypes, [&](const auto& row) { return row.mode == mode; });
+    machine.services.push_back({name,
+                                type != nullptr ? type->value : platform::ServiceStart::kDisabled,
+                                record.Get<std::string>("State") == "Running"});
   };
   ForEachInstance("Win32_Service", add);
   ForEachInstance("Win32_SystemDriver", add);
@@ -221,17 +209,11 @@ void ReadServices(Machine& machine) {
 
 void ReadFlag(Machine& machine) {
   std::uint32_t flag = 0;
-  try {
-    sys::Registry registry;
-    registry.SetSubkey(sys::kClientServiceKey);
-    registry.OpenForReading(/*view64=*/false);
+  const auto read = [&](sys::Registry& registry) {
     registry.ReadDWord(sys::kNetworkDisabledValue, &flag);
-  } catch (const sys::RegistryError&) {
-    return;  // networking was not disabled
-  }
-  simulated::RegistryValue value;
-  value.data = flag;
-  machine.registry = {value};
+  };
+  if (!FromRegistry(sys::kClientServiceKey, read)) return;  // networking was not disabled
+  machine.registry.emplace_back().data = flag;
 }
 
 void ReadFiles(Machine& machine) {
@@ -265,6 +247,7 @@ constexpr struct {
 
 CapturedMachine CaptureMachine() {
   CapturedMachine captured;
+  captured.machine.hostsUnknown = true;
   for (const auto& part : kParts) {
     try {
       part.read(captured.machine);
@@ -276,6 +259,12 @@ CapturedMachine CaptureMachine() {
     }
   }
   return captured;
+}
+
+void TellGaps(const CapturedMachine& captured, const char* teller, const Streams& streams) {
+  for (const std::string& gap : captured.gaps) {
+    streams.err << "orvanta-config: " << teller << ": " << Printable(ToUtf8(gap)) << '\n';
+  }
 }
 
 }  // namespace tool

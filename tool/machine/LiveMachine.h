@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/simulated/Machine.h"
+#include "tool/io/Streams.h"
 
 namespace tool {
 
@@ -19,5 +20,8 @@ struct CapturedMachine {
 /// value and the agent's configuration files. What no machine can tell is left out: the directory,
 /// host names, what can be deciphered.
 CapturedMachine CaptureMachine();
+
+/// Lists the gaps on standard error, as told by the command or option `teller`.
+void TellGaps(const CapturedMachine& captured, const char* teller, const Streams& streams);
 
 }  // namespace tool

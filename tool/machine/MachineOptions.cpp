@@ -1,12 +1,13 @@
 #include "tool/machine/MachineOptions.h"
 
+#include <algorithm>
 #include <filesystem>
-#include <sstream>
 #include <system_error>
 #include <utility>
 
 #include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
+#include "tool/machine/LiveMachine.h"
 #include "tool/machine/MachineDocument.h"
 
 namespace tool {
@@ -14,6 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char kLive[] = "live";
 constexpr std::uint32_t kMostRestarts = 1000;
 
 /// Neither need be there yet.
@@ -31,7 +33,8 @@ bool AreSameFile(const std::string& left, const std::string& right) {
 
 std::vector<Option> MachineOptionRows(MachineOptions& options) {
   return {
-      {"--machine", &options.machineFile, "M.json", "the simulated machine (default: an example)"},
+      {"--machine", &options.machineFile, "M.json",
+       "the machine: a file, - for standard input, or live (Windows); default: an example"},
       {"--json", &options.json, "", "one JSON document on standard output"},
       {"--save-machine", &options.saveMachine, "OUT.json", "save the machine as it is afterwards"},
       NoColorOption(options.noColor),
@@ -46,13 +49,31 @@ Option FollowRestartsOption(std::optional<std::uint32_t>& most, const char* desc
   return {"--follow-restarts", &most, "N", description, /*isRequired=*/false, kMostRestarts};
 }
 
-simulated::Machine LoadMachine(const MachineOptions& options) {
-  if (!options.machineFile) return simulated::ExampleMachine();
-  if (*options.machineFile == "-") {
-    throw ToolError("--machine -", "cannot come from standard input", "name a machine file");
+simulated::Machine LoadMachine(const std::optional<std::string>& name, const Streams& streams,
+                               const std::vector<std::string>& inputs) {
+  if (!name) return simulated::ExampleMachine();
+  if (*name != kLive) {
+    if (*name == "-" && std::find(inputs.begin(), inputs.end(), "-") != inputs.end()) {
+      throw ToolError("--machine -", "standard input holds the configuration file already",
+                      "name a file for one of them");
+    }
+    return ReadMachine(ReadInput(*name, streams.in), MachineName(name));
   }
-  std::istringstream noInput;
-  return ReadMachine(ReadInput(*options.machineFile, noInput), *options.machineFile);
+  if (!RunsWindows()) {
+    throw ToolError("--machine live", "only Windows tells what this computer is",
+                    "name a machine file");
+  }
+  const CapturedMachine captured = CaptureMachine();
+  TellGaps(captured, "--machine live", streams);
+  return captured.machine;
+}
+
+std::string MachineName(const std::optional<std::string>& name) {
+  if (name == kLive) return "this computer";
+  if (name == "-") return "standard input";
+  const char* example =
+      RunsWindows() ? "built-in example, not this computer (--machine live)" : "built-in example";
+  return name.value_or(example);
 }
 
 std::optional<PrivateFile> OpenOutput(const char* option, const std::optional<std::string>& path,

@@ -9,11 +9,12 @@
 #include "platform/simulated/Machine.h"
 #include "tool/cli/Command.h"
 #include "tool/io/Files.h"
+#include "tool/io/Streams.h"
 
 namespace tool {
 
 struct MachineOptions {
-  /// Without one the built-in example.
+  /// What `LoadMachine` takes.
   std::optional<std::string> machineFile;
   bool json = false;
   std::optional<std::string> saveMachine;
@@ -28,8 +29,13 @@ Option NoColorOption(bool& noColor);
 /// The option that follows a number of restarts, 1000 at most.
 Option FollowRestartsOption(std::optional<std::uint32_t>& most, const char* description);
 
-/// Reads the chosen machine. Throws ToolError.
-simulated::Machine LoadMachine(const MachineOptions& options);
+/// The machine that "--machine" names: a machine file, "-" for standard input where no `input` of
+/// the command is that, "live" for this computer on Windows, and without a name the built-in
+/// example. What cannot be read of this computer is told on standard error. Throws ToolError.
+simulated::Machine LoadMachine(const std::optional<std::string>& name, const Streams& streams,
+                               const std::vector<std::string>& inputs = {});
+/// What reports call it.
+std::string MachineName(const std::optional<std::string>& name);
 
 /// A file that a command reads or writes already, and what it is to the user.
 struct FileInUse {

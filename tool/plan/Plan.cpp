@@ -65,14 +65,14 @@ Command PlanCommand(PlanOptions& options) {
 int Plan(const PlanOptions& options, const Streams& streams) {
   const std::string name = options.file == "-" ? "standard input" : options.file;
   const std::string text = ReadInput(options.file, streams.in);
-  simulated::Machine machine = LoadMachine(options.machine);
+  simulated::Machine machine = LoadMachine(options.machine.machineFile, streams, {options.file});
   machine.PutFile(kPlace, text);
   std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
   std::optional<PrivateFile> page = OpenOutput("--html", options.html,
                                                {{options.file, "configuration file"},
                                                 {options.machine.machineFile, "machine file"},
                                                 {options.machine.saveMachine, "saved machine"}});
-  const std::string machineName = options.machine.machineFile.value_or("built-in example");
+  const std::string machineName = MachineName(options.machine.machineFile);
 
   std::optional<RestartChain> chain;
   QueuePlan plan;

@@ -193,13 +193,13 @@ Command RoundtripCommand(MachineOptions& options) {
 }
 
 int Roundtrip(const MachineOptions& options, const Streams& streams) {
-  simulated::Machine machine = LoadMachine(options);
+  simulated::Machine machine = LoadMachine(options.machineFile, streams);
   std::optional<PrivateFile> saved = OpenSavedMachine(options);
 
   ImageRestore image = RestoreFromImage(std::move(machine));
   if (saved) saved->Commit(PrintedMachine(image.after));
   const std::string machineText =
-      MachineText(options.machineFile.value_or("built-in example"), image.before);
+      MachineText(MachineName(options.machineFile), image.before);
   PutIntoUtf8(image);
   const std::vector<RestoredSetting> settings = RestoredSettings(image);
   const bool everything =

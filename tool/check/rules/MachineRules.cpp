@@ -122,7 +122,7 @@ void CheckHost(const Pairing& pairing, const Address& address) {
   const std::string_view text = address.item.text;
   const bool isName = !text.empty() && !address.bits && (text[0] < '0' || text[0] > '9');
   std::uint32_t bits = 0;
-  if (!isName) return;
+  if (!isName || pairing.machine.hostsUnknown) return;
   ipc::WinSockManager::Instance().EnsureStarted();
   if (platform::Current().Resolver().LookUpHost(std::string(text), &bits)) return;
   pairing.findings.At(Code::kHostNotFound, address.item.span,
