@@ -69,3 +69,12 @@ function(config_split_symbols target)
     COMMAND ${timeless} ${CMAKE_STRIP} ${program}
     VERBATIM)
 endfunction()
+
+# config_version_resource(TARGET TYPE FILE DESCRIPTION): what the file properties show of a program for
+# Windows; TYPE is VFT_DLL or VFT_APP.
+function(config_version_resource target type file description)
+  string(REPLACE "." "," numbers ${PROJECT_VERSION})
+  set(resource ${CMAKE_CURRENT_BINARY_DIR}/version.rc)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${resource} @ONLY)
+  target_sources(${target} PRIVATE ${resource})
+endfunction()

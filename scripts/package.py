@@ -5,13 +5,11 @@ The plug-in and the tool out of BUILD_FOLDER, their symbols, the documents and e
 licences of everything that is linked in. One source packs to the same bytes every time.
 """
 
-import argparse
 import pathlib
 import sys
 import zipfile
 
 SOURCES = pathlib.Path(__file__).resolve().parent.parent
-PROGRAMS = ["orvanta-config-{version}.X64.dll", "orvanta-config.exe"]
 DOCUMENTS = ["CONTRIBUTING.md", "README.md", "docs/*.md", "examples/*"]
 # Of the libraries inside the programs, by the name under which their terms are packed. The plug-in
 # holds the first two, the tool all.
@@ -25,21 +23,27 @@ LICENCES = {
 FIRST_DAY_OF_ZIP = (1980, 1, 1, 0, 0, 0)
 
 
-def contents(build, version):
+def contents(build, top):
     """The files to pack, by their names in the package."""
-    packed = {}
-    for program in (name.format(version=version) for name in PROGRAMS):
+    packed = {f"licences/{name}.txt": pathlib.Path(path) for name, path in LICENCES.items()}
+    for program in (f"{top}.X64.dll", "orvanta-config.exe"):
         packed[program] = build / program
         packed[f"symbols/{program}.debug"] = build / f"{program}.debug"
     for pattern in DOCUMENTS:
         for path in SOURCES.glob(pattern):
             packed[path.relative_to(SOURCES).as_posix()] = path
-    for name, path in LICENCES.items():
-        packed[f"licences/{name}.txt"] = pathlib.Path(path)
     return packed
 
 
-def pack(files, top, target):
+def main():
+    build, target = map(pathlib.Path, sys.argv[1:])
+    top = target.stem  # orvanta-config-6.8.378
+    files = contents(build, top)
+    missing = [str(path) for path in files.values() if not path.is_file()]
+    if missing:
+        print("package.py: these are missing; `make package` builds and installs them:",
+              *missing, sep="\n  ", file=sys.stderr)
+        return 1
     target.parent.mkdir(parents=True, exist_ok=True)
     with zipfile.ZipFile(target, "w", zipfile.ZIP_DEFLATED, compresslevel=9) as package:
         for name, path in sorted(files.items()):
@@ -48,22 +52,7 @@ def pack(files, top, target):
             entry.create_system = 3  # Unix, whichever system packs
             entry.external_attr = 0o644 << 16
             package.writestr(entry, path.read_bytes())
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("build", type=pathlib.Path, help="folder of the Windows build")
-    parser.add_argument("zip", type=pathlib.Path, help="the package to write")
-    arguments = parser.parse_args()
-    top = arguments.zip.stem  # orvanta-config-6.8.378
-    files = contents(arguments.build, top.rpartition("-")[2])
-    missing = [str(path) for path in files.values() if not path.is_file()]
-    if missing:
-        print("package.py: these are missing; `make package` builds and installs them:",
-              *missing, sep="\n  ", file=sys.stderr)
-        return 1
-    pack(files, top, arguments.zip)
-    print(f"{arguments.zip}: {len(files)} files, {arguments.zip.stat().st_size} bytes")
+    print(f"{target}: {len(files)} files, {target.stat().st_size} bytes")
     return 0
 
 
