@@ -63,7 +63,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   };
   MachineOptions capture;
   CheckOptions check;
-  std::string shell;
+  CompletionOptions completion;
   PlanOptions plan;
   MachineOptions roundtrip;
   SendOptions send;
@@ -74,16 +74,11 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   addReading(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
   addReading(CaptureCommand(capture), [&] { return Capture(capture, streams); });
   add(SendCommand(send), [&] { return Send(send, streams); });
-  add(CompletionCommand(shell), [&] { return Completion(shell, streams); });
+  add(CompletionCommand(completion), [&] { return Completion(completion, commands, streams); });
   add(ManPageCommand(), [&] { return ManPage(commands, streams); });
 
   int exitCode = kDone;
   try {
-    if (arguments.size() > 1 && arguments[0] == "complete" && arguments[1].starts_with("word=")) {
-      Complete({arguments.begin() + 2, arguments.end()}, arguments[1].substr(5), commands,
-               streams.out);
-      return kDone;
-    }
     const Command* chosen = ParseCommandLine(commands, "orvanta-config " + version::Text(),
                                              std::move(arguments), streams.out);
     UseCodePage(codePage);

@@ -99,7 +99,7 @@ std::string Mend(std::string_view instead, const Command& command, const Command
   return mend + (&command == &program ? "" : command.name + " ") + "--help";
 }
 
-/// The option that was likely meant; a letter stands for the first one that begins with it.
+/// The option that was likely meant; for a letter, the first one that begins with it.
 std::string NearestOption(const Command& command, const std::string& name) {
   std::vector<std::string> names;
   for (const Option& option : command.options) {
@@ -114,7 +114,7 @@ std::string NearestOption(const Command& command, const std::string& name) {
   return std::string(simulated::Nearest(name, known).value_or(""));
 }
 
-/// A line about an argument that the parser had no use for.
+/// A line about an argument that the parser did not expect.
 std::string ExtraFault(const std::string& argument, const Command& command,
                        const std::vector<Command>& commands) {
   const Command& program = commands.front();

@@ -26,16 +26,16 @@ Examples:
   orvanta-config completion fish | source
   orvanta-config completion powershell | Out-String | Invoke-Expression)";
 
-/// What a shell's script gets instead of words where one of the user's files may follow.
+/// Printed instead of words if one of the user's files can follow.
 constexpr char kFiles[] = ":files";
 
-// Each script passes on the word at the cursor and those before it, and offers what it gets back:
-// a word a line, with a tab and a description behind it, or `kFiles`.
+// Each script passes the word at the cursor and those before it to the tool, and offers what it
+// gets back: one word a line, then a tab and a description, or `kFiles`.
 constexpr char kBash[] = R"(# Completion of orvanta-config for bash.
 _orvanta_config() {
   local -a answer
   COMPREPLY=()
-  mapfile -t answer < <("$1" complete "word=$2" "${COMP_WORDS[@]:1:COMP_CWORD-1}" 2>/dev/null)
+  mapfile -t answer < <("$1" completion bash -- "=$2" "${COMP_WORDS[@]:1:COMP_CWORD-1}" 2>/dev/null)
   if [[ ${answer[0]-} == :files ]]; then
     mapfile -t COMPREPLY < <(compgen -f -- "$2")
   else
@@ -49,7 +49,7 @@ constexpr char kZsh[] = R"(#compdef orvanta-config
 # Completion of orvanta-config for zsh.
 _orvanta_config() {
   local -a answer
-  answer=("${(@f)$($words[1] complete "word=$PREFIX" "${(@)words[2,CURRENT-1]}" 2>/dev/null)}")
+  answer=("${(@f)$($words[1] completion zsh -- "=$PREFIX" "${(@)words[2,CURRENT-1]}" 2>/dev/null)}")
   answer=("${(@)answer/$'\t'/:}")
   compset -P '--*='
   if [[ $answer[1] == :files ]]; then
@@ -69,7 +69,7 @@ constexpr char kFish[] = R"(# Completion of orvanta-config for fish.
 function __orvanta_config
   set -l words (commandline -opc)
   set -l word (commandline -ct)
-  set -l answer ($words[1] complete "word=$word" $words[2..] 2>/dev/null)
+  set -l answer ($words[1] completion fish -- "=$word" $words[2..] 2>/dev/null)
   if test "$answer[1]" = :files
     __fish_complete_path $word
   else
@@ -84,7 +84,7 @@ Register-ArgumentCompleter -Native -CommandName orvanta-config, orvanta-config.e
   param($word, $line, $cursor)
   $words = @($line.CommandElements | Where-Object { $_.Extent.EndOffset -lt $cursor } |
     ForEach-Object { "$_" })
-  & $words[0] complete "word=$word" @($words | Select-Object -Skip 1) 2>$null |
+  & $words[0] completion powershell '--' "=$word" @($words | Select-Object -Skip 1) 2>$null |
     Where-Object { $_ -ne ':files' -and $_ -like "$word*" } | ForEach-Object {
       $text, $note = $_ -split "`t"
       [System.Management.Automation.CompletionResult]::new($text, $text, 'ParameterValue', "$note ")
@@ -102,26 +102,11 @@ void Offer(const Option& option, std::ostream& out) {
   if (option.TakesFile()) out << kFiles << '\n';
 }
 
-}  // namespace
-
-Command CompletionCommand(std::string& shell) {
-  return {"completion",
-          "write a completion script for a shell",
-          kFooter,
-          {{"SHELL", &shell, "bash|zsh|fish|powershell", "the shell", /*isRequired=*/true}}};
-}
-
-int Completion(const std::string& shell, const Streams& streams) {
-  for (const auto& row : kShells) {
-    if (shell == row.shell) streams.out << row.script;
-  }
-  return kDone;
-}
-
+/// Writes what can follow the words `before` if the text at the cursor begins with `word`.
 void Complete(const std::vector<std::string>& before, std::string_view word,
               const std::vector<Command>& commands, std::ostream& out) {
   const auto named = std::find_if(commands.begin() + 1, commands.end(), [&](const Command& each) {
-    return std::find(before.begin(), before.end(), each.name) != before.end();
+    return !before.empty() && each.name == before.front();
   });
   const bool isNamed = named != commands.end();
   const Command& command = isNamed ? *named : commands.front();
@@ -141,6 +126,33 @@ void Complete(const std::vector<std::string>& before, std::string_view word,
   for (auto each = commands.begin() + 1; each != commands.end(); ++each) {
     out << each->name << '\t' << each->description << '\n';
   }
+}
+
+}  // namespace
+
+Command CompletionCommand(CompletionOptions& options) {
+  return {"completion",
+          "write a completion script for a shell",
+          kFooter,
+          {{"SHELL", &options.shell, "bash|zsh|fish|powershell", "the shell", /*isRequired=*/true},
+           {"WORD", &options.words, "",
+            "asked by the script: \"=\" and the word at the cursor, "
+            "then the words before it"}}};
+}
+
+int Completion(const CompletionOptions& options, const std::vector<Command>& commands,
+               const Streams& streams) {
+  const std::vector<std::string>& words = options.words;
+  if (!words.empty()) {
+    Complete({words.begin() + 1, words.end()},
+             std::string_view(words[0]).substr(words[0].starts_with('=') ? 1 : 0), commands,
+             streams.out);
+    return kDone;
+  }
+  for (const auto& row : kShells) {
+    if (options.shell == row.shell) streams.out << row.script;
+  }
+  return kDone;
 }
 
 }  // namespace tool

@@ -2,9 +2,7 @@
 // answers to what the script asks.
 #pragma once
 
-#include <iosfwd>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "tool/cli/Command.h"
@@ -12,15 +10,20 @@
 
 namespace tool {
 
-/// The command; the parser stores the chosen shell in `shell`.
-Command CompletionCommand(std::string& shell);
+struct CompletionOptions {
+  std::string shell;
+  /// What a script asks: "=" and the word at the cursor, then the words before it. Empty to get the
+  /// script.
+  std::vector<std::string> words;
+};
 
-/// Writes the script for one of the shells that the command allows. Returns the exit code.
-int Completion(const std::string& shell, const Streams& streams);
+/// The command; the parser fills `options`.
+Command CompletionCommand(CompletionOptions& options);
 
-/// Writes what may stand at the cursor, where `word` begins, behind the words `before`: one a line,
-/// and a description behind a tab; ":files" for one of the user's files.
-void Complete(const std::vector<std::string>& before, std::string_view word,
-              const std::vector<Command>& commands, std::ostream& out);
+/// Writes the script for one of the shells that the command allows, or what can follow the words:
+/// one word a line, then a tab and its description, or ":files" for one of the user's files.
+/// Returns the exit code.
+int Completion(const CompletionOptions& options, const std::vector<Command>& commands,
+               const Streams& streams);
 
 }  // namespace tool

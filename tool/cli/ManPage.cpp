@@ -15,7 +15,7 @@ constexpr char kFooter[] = R"(Exit codes:
 Examples:
   orvanta-config man | man -l -)";
 
-/// A text that the formatter takes as it stands.
+/// A text that the formatter prints unchanged.
 std::string Plain(const std::string& text) {
   std::string plain;
   bool startsLine = true;
@@ -36,7 +36,7 @@ std::string Plain(const std::string& text) {
 std::string Bold(const std::string& text) { return "\\fB" + Plain(text) + "\\fR"; }
 std::string Italic(const std::string& text) { return "\\fI" + Plain(text) + "\\fR"; }
 
-/// The value's placeholder behind an option's names; words to choose from are typed as they are.
+/// The placeholder of an option's value; words to choose from are typed literally.
 std::string Value(const Option& option) {
   if (option.value.empty()) return "";
   return " " + (option.Choices().empty() ? Italic(option.value) : Plain(option.value));
