@@ -37,7 +37,7 @@ build-windows:
 package: build-windows
 	scripts/package.py build/windows build/package/orvanta-config-$(VERSION).zip
 
-# The Windows half comes last, so that the last lines tell when it could not run.
+# The Windows half comes last, so that the last lines say if it could not run.
 test: test-native
 	@$(MAKE) --no-print-directory test-windows
 
@@ -127,7 +127,7 @@ coverage:
 	gcovr --root . --object-directory build/coverage --filter '(base|common|handlers|toolbox|platform|tool)/' \
 	  --exclude-throw-branches --html-details build/coverage/index.html --txt --sort-uncovered
 
-# Changes the engine, one condition or constant at a time, and tells what no test noticed.
+# Changes the engine, one condition or constant at a time, and lists what no test noticed.
 mutate:
 	$(PACKAGES) native tests
 	scripts/mutate.py --count $(MUTANTS)

@@ -40,7 +40,7 @@ endif()
 set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
 
 # config_clang_object(VARIABLE NAME): the variable gets the object of platform/windows/NAME.c, which GCC
-# cannot compile as it has to be.
+# cannot compile correctly.
 function(config_clang_object variable name)
   set(source ${PROJECT_SOURCE_DIR}/platform/windows/${name}.c)
   set(object ${CMAKE_CURRENT_BINARY_DIR}/${name}.obj)
@@ -54,7 +54,7 @@ function(config_clang_object variable name)
 endfunction()
 
 # config_split_symbols(TARGET): for programs that are shipped. The program carries no symbols; for
-# debuggers they stand beside it, in a file of its name with ".debug" behind it.
+# debuggers they are in a file beside it, with ".debug" added to its name.
 function(config_split_symbols target)
   if(NOT MINGW)
     return()

@@ -47,7 +47,7 @@ def header_faults(headers, exports):
     """Yields what is wrong in the text that `objdump -p` prints for a program."""
     names = re.search(r"^\[Ordinal/Name Pointer\] Table.*\n((?:\t\[.*\n)*)", headers, re.M)
     found = re.findall(r"(\S+)$", names[1], re.M) if names else []
-    # An export without a name stands in the address table alone.
+    # An export without a name appears in the address table only.
     addresses = re.search(r"^\tExport Address Table\s+([0-9a-f]+)$", headers, re.M)
     if found != exports or int(addresses[1] if addresses else "0", 16) != len(exports):
         yield f"exports {found} instead of {exports}, or one without a name"

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the stories in tests/stories, and the console blocks of the documents, as they stand there.
+"""Runs the stories in tests/stories and the console blocks of the documents.
 
 stories.py [--accept] [--only WORD] TOOL...
 
@@ -8,10 +8,10 @@ something else is shown as a difference, and the exit code is 1; --accept rewrit
 read the difference before you commit it. --only runs the files whose path holds WORD.
 
 A story is one text file: a description, whose first line says in plain words what it shows, then
-sections. "-- NAME --" opens a file; "-- console --", the last one, holds command lines behind "$ "
-and what they print, with "[exit code N]" where it is not 0. The shell runs them in a folder of their
+sections. "-- NAME --" opens a file; "-- console --", the last one, holds command lines after "$ "
+and their output, with "[exit code N]" where it is not 0. The shell runs them in a folder of their
 own, with the project's `examples` in it, standard error included. A machine file without "schema"
-tells what differs from the tool's built-in example: objects are merged into it, "adapters" by the
+lists what differs from the tool's built-in example: objects are merged into it, "adapters" by the
 index, null takes a field away, and anything else replaces what was there.
 
 In a document a console block is indented by four blanks, no exit code is shown, and "$ cat NAME" with
@@ -88,7 +88,7 @@ class Runner:
         return result
 
     def story(self, text, folder):
-        """The story as it goes now."""
+        """The story with its current output."""
         parts = re.split(r"^-- (\S+) --\n", text, flags=re.MULTILINE)
         if len(parts) < 3 or parts[-2] != "console" or not parts[0].strip():
             raise ValueError("a story is a description, its files and a console")
@@ -102,7 +102,7 @@ class Runner:
         return text[: len(text) - len(parts[-1])] + self.transcript(parts[-1], folder)
 
     def document(self, text, folder):
-        """The document with its console blocks as they go now."""
+        """The document with the current output of its console blocks."""
         def block(match):
             console = re.sub(r"^    ", "", match.group(), flags=re.MULTILINE)
             if "orvanta-config " not in console or "$ make" in console:

@@ -4,23 +4,23 @@
 
 namespace platform::windows {
 
-std::string ToNarrow(std::wstring_view wide) {
+std::string ToNarrow(std::wstring_view wide, unsigned codePage) {
   // The system takes an empty text for an error and would record one.
   if (wide.empty()) return {};
   const int length = static_cast<int>(wide.size());
   const int needed =
-      ::WideCharToMultiByte(CP_ACP, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
+      ::WideCharToMultiByte(codePage, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
   std::string narrow(static_cast<std::size_t>(needed), '\0');
-  ::WideCharToMultiByte(CP_ACP, 0, wide.data(), length, narrow.data(), needed, nullptr, nullptr);
+  ::WideCharToMultiByte(codePage, 0, wide.data(), length, narrow.data(), needed, nullptr, nullptr);
   return narrow;
 }
 
-std::wstring ToWide(std::string_view narrow) {
+std::wstring ToWide(std::string_view narrow, unsigned codePage) {
   if (narrow.empty()) return {};
   const int length = static_cast<int>(narrow.size());
-  const int needed = ::MultiByteToWideChar(CP_ACP, 0, narrow.data(), length, nullptr, 0);
+  const int needed = ::MultiByteToWideChar(codePage, 0, narrow.data(), length, nullptr, 0);
   std::wstring wide(static_cast<std::size_t>(needed), L'\0');
-  ::MultiByteToWideChar(CP_ACP, 0, narrow.data(), length, wide.data(), needed);
+  ::MultiByteToWideChar(codePage, 0, narrow.data(), length, wide.data(), needed);
   return wide;
 }
 

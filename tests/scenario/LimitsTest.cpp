@@ -107,8 +107,8 @@ TEST_F(ConcurrentMessages, LeaveARunningJoinItsAccountWhichEndsWithItsOwnMessage
   const auto interrupt = [&] {
     if (machine_.journal.size() != 1) return;  // between the first attempt and the next
     std::thread([&] {
-      EXPECT_EQ(tool::Hand(library, {"Internal", "UpdateInfo", {}}).status, 2);
-      EXPECT_EQ(tool::Hand(library, {"Event", "Configure", {}}).status, 0);
+      EXPECT_EQ(tool::Deliver(library, {"Internal", "UpdateInfo", {}}).status, 2);
+      EXPECT_EQ(tool::Deliver(library, {"Event", "Configure", {}}).status, 0);
     }).join();
   };
   for (const std::string password : {"s3cret", "wrong"}) {
@@ -123,7 +123,7 @@ TEST_F(ConcurrentMessages, LeaveARunningJoinItsAccountWhichEndsWithItsOwnMessage
     Interrupted interrupted(platform_, interrupt);
     const platform::ScopedPlatform scope(interrupted);
     const tool::Delivery delivery =
-        tool::Hand(library, {"Internal", "Configure", {{"Filename", kFile}}});
+        tool::Deliver(library, {"Internal", "Configure", {{"Filename", kFile}}});
     EXPECT_EQ(delivery.status, password == "wrong" ? 0 : 1);
     ASSERT_GE(machine_.journal.size(), 2U);
     for (const std::size_t attempt : {0U, 1U}) {

@@ -221,7 +221,7 @@ TEST(Property, ASecondRunFindsNothingToDo) {
 
     ++settled;
     machine.PutFile(kFile, generated.file);
-    const tool::Delivery second = tool::DeliverInProcess(request, machine);
+    const tool::Delivery second = tool::Deliver(request, machine);
     ASSERT_EQ(second.Result(), "Success");
     for (const simulated::Change& change : second.changes) {
       ASSERT_TRUE(IsAlwaysDone(change)) << support::JsonText(change);
@@ -243,7 +243,7 @@ TEST(Property, ThePlanIsWhatTheRunDoes) {
 
     support::StartFreshProcess();
     const tool::Delivery delivery =
-        tool::DeliverInProcess({"Internal", "Configure", {{"Filename", kFile}}}, machine);
+        tool::Deliver({"Internal", "Configure", {{"Filename", kFile}}}, machine);
     const std::vector<std::string> run = support::ActualRun(tool::ToJson(delivery));
     if (delivery.Result() == "Failure") {
       planned.resize(std::min(planned.size(), run.size()));  // it ended early

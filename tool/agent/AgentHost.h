@@ -49,7 +49,7 @@ class AgentHost final : public IAgentHost {
   /// Accepts every message and answers 1.
   std::int32_t Post(IAgentMessage* message) override;
   /// Formats only the lines that the library passes with arguments; any other format is a finished
-  /// text and is taken as it stands, whatever "%" it holds.
+  /// text and is kept unchanged, whatever "%" it holds.
   void Log(std::uint32_t level, const char* format, ...) override;
   IAgentMessage* CreateMessage() override;
 

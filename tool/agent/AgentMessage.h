@@ -49,7 +49,7 @@ class AgentMessage final : public IAgentMessage {
   const char* GetName() override { return name_.c_str(); }
   /// The first value of the key. The text holds until the key is set again.
   const char* GetValue(const char* key) override;
-  /// Reads decimal texts too; a value that is no 32-bit number counts as absent.
+  /// Reads decimal texts too; a value that is not a 32-bit number counts as absent.
   void GetIntValue(const char* key, std::uint32_t* value) override;
   void Release() override;
 

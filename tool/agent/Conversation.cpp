@@ -23,13 +23,14 @@ bool Conversation::Succeeded() const {
                      [](const Delivery& delivery) { return delivery.Succeeded(); });
 }
 
-Conversation Converse(Request first, const FollowUp& followUp, simulated::Machine& machine) {
+Conversation Converse(Request first, const FollowUp& followUp, simulated::Machine& machine,
+                      Deliverer* deliver) {
   Conversation conversation{{}, machine.membership};
   std::deque<Request> waiting;
   waiting.push_back(std::move(first));
   std::uint32_t restarts = 0;
   while (!waiting.empty()) {
-    Delivery delivery = Deliver(std::move(waiting.front()), machine);
+    Delivery delivery = deliver(std::move(waiting.front()), machine);
     waiting.pop_front();
     delivery.restarts = restarts;
     if (delivery.Result() == "Reboot" && restarts < followUp.restarts) {

@@ -13,7 +13,7 @@ namespace tool {
 struct FollowUp {
   /// The messages that the library posts are delivered afterwards, as the agent would.
   bool deliverPosted = false;
-  /// After a "Reboot" the machine is restarted and the message sent again, at most so many times.
+  /// After a "Reboot" the machine is restarted and the message sent again, at most this often.
   std::uint32_t restarts = 0;
 };
 
@@ -27,7 +27,11 @@ struct Conversation {
   bool Succeeded() const;
 };
 
-/// Delivers `first` and all that is to follow it.
-Conversation Converse(Request first, const FollowUp& followUp, simulated::Machine& machine);
+/// Delivers a message to a library on the machine.
+using Deliverer = Delivery(Request, simulated::Machine&);
+
+/// Delivers `first` and all messages that follow it.
+Conversation Converse(Request first, const FollowUp& followUp, simulated::Machine& machine,
+                      Deliverer* deliver = Deliver);
 
 }  // namespace tool

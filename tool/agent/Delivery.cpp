@@ -106,7 +106,7 @@ std::string Delivery::Failure() const {
   return codes;
 }
 
-Delivery Hand(const ToolboxApi& library, Request request) {
+Delivery Deliver(const ToolboxApi& library, Request request) {
   AgentMessage::GivenValues given;
   for (const auto& [key, value] : request.values) {
     const std::string whole = key + "=" + value;
@@ -144,11 +144,11 @@ std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, s
   return changes;
 }
 
-Delivery DeliverInProcess(Request request, simulated::Machine& machine) {
+Delivery Deliver(Request request, simulated::Machine& machine) {
   const std::size_t journalStart = machine.journal.size();
   simulated::SimulatedPlatform platform(machine);
   const platform::ScopedPlatform scope(platform);
-  Delivery delivery = Hand(*GetToolboxAPI(), std::move(request));
+  Delivery delivery = Deliver(*GetToolboxAPI(), std::move(request));
   delivery.changes = ShownChanges(machine, journalStart);
   delivery.stillInUse = platform.InUse();
   return delivery;

@@ -55,17 +55,13 @@ struct Delivery {
 /// Hands one message to a library that works on a machine of its own choice; of the delivery
 /// `changes`, `stillInUse` and `restarts` are left empty. Throws ToolError for a value that the
 /// code page cannot hold.
-Delivery Hand(const ToolboxApi& library, Request request);
+Delivery Deliver(const ToolboxApi& library, Request request);
 
 /// The machine's journal from the `from`-th change on, passwords hidden.
 std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, std::size_t from);
 
 /// Delivers one message to the library that is linked into this program, with `machine` in the
 /// place of this computer.
-Delivery DeliverInProcess(Request request, simulated::Machine& machine);
-
-/// Delivers one message to the library on `machine`, by the road that the program chose: its body
-/// stands outside the tool's library, in the one target of a road that a program links.
 Delivery Deliver(Request request, simulated::Machine& machine);
 
 /// The delivery's fields in their fixed order. A real machine records no changes and restarts.

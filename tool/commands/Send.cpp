@@ -32,7 +32,7 @@ Examples:
   orvanta-config send Internal Configure --set "Filename=C:\tarvo.cfg"
   orvanta-config send Internal UpdateInfo --plugin C:\agent\orvanta-config.dll --json)";
 
-/// The library's table. Throws ToolError when the file is no such library.
+/// The library's table. Throws ToolError if the file is not a plug-in library.
 const ToolboxApi& LoadPlugin(const std::string& path) {
   std::uint32_t error = 0;
   const auto entry =
@@ -79,7 +79,7 @@ int Send(const SendOptions& options, const Streams& streams) {
   const std::string plugin =
       options.plugin.empty() ? ProgramFolder() + "\\" + version::LibraryFileName() : options.plugin;
   const Delivery delivery =
-      Hand(LoadPlugin(plugin), {options.type, options.name, std::move(values)});
+      Deliver(LoadPlugin(plugin), {options.type, options.name, std::move(values)});
   if (options.json) {
     streams.out << PrintedJson(ToJson(delivery, /*isSimulated=*/false));
   } else {

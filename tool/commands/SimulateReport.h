@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/// Everything that one run of `simulate` has to tell.
+/// Everything that one run of `simulate` reports.
 struct Simulation {
   /// "first-boot.cfg, placed as C:\tarvo.cfg"; empty without a file.
   std::string file;

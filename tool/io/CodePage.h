@@ -10,7 +10,7 @@
 namespace tool {
 
 /// From now on this code page; without a number the system's. Throws ToolError for one that the
-/// system does not know, or that is no extension of ASCII.
+/// system does not know, or that does not extend ASCII.
 void UseCodePage(std::optional<std::uint32_t> number);
 
 std::string ToUtf8(std::string_view bytes);

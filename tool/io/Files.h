@@ -15,7 +15,7 @@ std::string ReadInput(const std::string& name, std::istream& in);
 std::string Reason(std::error_code error);
 
 /// A file that only its owner can read and that takes its place in one step: until `Commit` a file
-/// of that name stays as it was, and nothing lies beside it.
+/// of that name stays unchanged, and no other file appears.
 class PrivateFile {
  public:
   /// Makes sure that the file can be written. Throws ToolError.

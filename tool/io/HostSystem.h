@@ -15,7 +15,7 @@ namespace tool {
 /// This computer is one that the library works on.
 bool RunsWindows();
 
-/// The arguments behind the program's name, whatever the code page.
+/// The arguments after the program's name, whatever the code page.
 std::vector<std::string> ProgramArguments(int argc, char** argv);
 
 /// Standard output (1) or standard error (2) is a terminal that obeys control codes.
@@ -25,7 +25,7 @@ bool IsTerminal(int stream);
 void PrepareStreams();
 
 std::filesystem::path PathOf(const std::string& name);
-/// The name that `PathOf` turns into `path`; what is no Unicode in it is replaced.
+/// The name that `PathOf` turns into `path`; what is not Unicode is replaced.
 std::string NameOf(const std::filesystem::path& path);
 
 /// Makes a new file that only its owner can read (on Windows: whoever may read its folder). Null

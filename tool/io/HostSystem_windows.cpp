@@ -5,6 +5,7 @@
 #include <cerrno>
 #include <cstdlib>
 
+#include "platform/windows/Text.h"
 #include "platform/windows/WindowsHeader.h"
 #include "tool/io/HostSystem.h"
 // After the header that it builds on.
@@ -13,24 +14,10 @@
 namespace tool {
 namespace {
 
-std::wstring Wide(UINT codePage, std::string_view text) {
-  const int length = static_cast<int>(text.size());
-  std::wstring wide(
-      static_cast<std::size_t>(::MultiByteToWideChar(codePage, 0, text.data(), length, nullptr, 0)),
-      L'\0');
-  ::MultiByteToWideChar(codePage, 0, text.data(), length, wide.data(),
-                        static_cast<int>(wide.size()));
-  return wide;
-}
+using platform::windows::ToNarrow;
+using platform::windows::ToWide;
 
-std::string Narrow(UINT codePage, std::wstring_view wide) {
-  const int length = static_cast<int>(wide.size());
-  const int size =
-      ::WideCharToMultiByte(codePage, 0, wide.data(), length, nullptr, 0, nullptr, nullptr);
-  std::string text(static_cast<std::size_t>(size), '\0');
-  ::WideCharToMultiByte(codePage, 0, wide.data(), length, text.data(), size, nullptr, nullptr);
-  return text;
-}
+std::wstring WideOfUtf8(std::string_view text) { return ToWide(text, CP_UTF8); }
 
 UINT consoleCodePage = 0;
 
@@ -42,7 +29,7 @@ std::vector<std::string> ProgramArguments(int /*argc*/, char** /*argv*/) {
   int count = 0;
   wchar_t** const wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
   std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) arguments.push_back(Narrow(CP_UTF8, wide[i]));
+  for (int i = 1; i < count; ++i) arguments.push_back(ToNarrow(wide[i], CP_UTF8));
   ::LocalFree(wide);
   return arguments;
 }
@@ -63,9 +50,9 @@ void PrepareStreams() {
   ::SetConsoleOutputCP(CP_UTF8);
 }
 
-std::filesystem::path PathOf(const std::string& name) { return Wide(CP_UTF8, name); }
+std::filesystem::path PathOf(const std::string& name) { return WideOfUtf8(name); }
 
-std::string NameOf(const std::filesystem::path& path) { return Narrow(CP_UTF8, path.native()); }
+std::string NameOf(const std::filesystem::path& path) { return ToNarrow(path.native(), CP_UTF8); }
 
 std::FILE* CreatePrivateFile(const std::filesystem::path& path) {
   const int file =
@@ -75,7 +62,7 @@ std::FILE* CreatePrivateFile(const std::filesystem::path& path) {
 
 void* LoadFunction(const std::string& library, const char* function, std::uint32_t* error) {
   *error = 0;
-  const HMODULE module = ::LoadLibraryW(Wide(CP_UTF8, library).c_str());
+  const HMODULE module = ::LoadLibraryW(WideOfUtf8(library).c_str());
   if (module == nullptr) {
     *error = ::GetLastError();
     return nullptr;
@@ -102,11 +89,11 @@ bool IsCodePage(std::uint32_t codePage) {
 }
 
 std::string DecodeBytes(std::uint32_t codePage, std::string_view bytes) {
-  return Narrow(CP_UTF8, Wide(codePage, bytes));
+  return ToNarrow(ToWide(bytes, codePage), CP_UTF8);
 }
 
 std::optional<std::string> EncodeText(std::uint32_t codePage, std::string_view text) {
-  std::string bytes = Narrow(codePage, Wide(CP_UTF8, text));
+  std::string bytes = ToNarrow(WideOfUtf8(text), codePage);
   // Without this, a character becomes the one that looks most like it, or "?".
   if (DecodeBytes(codePage, bytes) != text) return std::nullopt;
   return bytes;

@@ -96,6 +96,26 @@ std::map<std::string, std::string> PartsOf(const std::string& story) {
   return parts;
 }
 
+/// Delivers to the shipped plug-in, and to the linked library on a copy: both must do the same.
+Delivery DeliverToBoth(tool::Request request, Machine& machine) {
+  Machine copy = machine;
+  const Delivery linked = Deliver(request, copy);
+  const std::size_t journalStart = machine.journal.size();
+  Delivery shipped;
+  {
+    const contract::SystemDouble windows(plugin, machine);
+    shipped = Deliver(Table(), std::move(request));
+    shipped.stillInUse = windows.InUse();
+  }
+  shipped.changes = tool::ShownChanges(machine, journalStart);
+  ExpectSame(ToJson(linked), ToJson(shipped));
+  EXPECT_TRUE(shipped.stillInUse == linked.stillInUse);
+  EXPECT_TRUE(!machine.faults.empty() || linked.stillInUse == simulated::Usage{});
+  EXPECT_EQ(shipped.unreleasedMessages + linked.unreleasedMessages, 0U);
+  ExpectSame(simulated::ToJson(copy, false), simulated::ToJson(machine, false));
+  return shipped;
+}
+
 /// Sends what a story's command line sends: "orvanta-config simulate ...", up to a pipe.
 void Tell(const std::string& command, std::map<std::string, std::string>& parts) {
   std::istringstream words(command.substr(0, command.find('|')));
@@ -129,7 +149,7 @@ void Tell(const std::string& command, std::map<std::string, std::string>& parts)
   }
   if (request.name == "Configure") machine.PutFile(kFile, parts.at("configuration"));
   StartFreshProcess();
-  tool::Converse(std::move(request), followUp, machine);
+  tool::Converse(std::move(request), followUp, machine, DeliverToBoth);
 }
 
 TEST(Plugin, TellsTheStoriesThatSaySo) {
@@ -157,7 +177,7 @@ std::uint32_t DisturbEachCall(simulated::Fault fault) {
     const tool::Request request = Configure(Read("examples/laptop.cfg"), machine);
     fault.nth = nth;
     machine.faults = {fault};
-    EXPECT_EQ(tool::Deliver(request, machine).exception, "");
+    EXPECT_EQ(DeliverToBoth(request, machine).exception, "");
     if (machine.faults[0].struck.empty()) return nth - 1;
   }
 }
@@ -205,7 +225,8 @@ TEST(Plugin, OddAnswersOfWmiAreTakenForWhatTheyAre) {
     machine.PutFile(kFile, address + c.settings);
     const contract::SystemDouble windows(plugin, machine);
     contract::oddAnswers[c.property] = c.value;
-    const Delivery delivery = tool::Hand(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
+    const Delivery delivery =
+        tool::Deliver(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
     EXPECT_EQ(delivery.exception, c.exception);
     EXPECT_EQ(std::any_of(machine.journal.begin(), machine.journal.end(),
                           [](const auto& change) { return change["method"] == "EnableDHCP"; }),
@@ -219,43 +240,20 @@ TEST(Plugin, AMessageOnAnotherThreadLeavesARunningJoinAlone) {
   const tool::Request request = Configure(Read("examples/laptop.cfg"), machine);
   StartFreshProcess();
   Machine undisturbed = machine;
-  const Delivery expected = tool::DeliverInProcess(request, undisturbed);
+  const Delivery expected = tool::Deliver(request, undisturbed);
   contract::SystemDouble windows(plugin, machine);
   int sleeps = 0;
   windows.DuringSleep([&] {
     ++sleeps;
     std::thread([] {
-      EXPECT_EQ(tool::Hand(Table(), {"Internal", "UpdateInfo", {}}).status, 2);
-      EXPECT_EQ(tool::Hand(Table(), {"Internal", "Unknown", {}}).status, 2);
+      EXPECT_EQ(tool::Deliver(Table(), {"Internal", "UpdateInfo", {}}).status, 2);
+      EXPECT_EQ(tool::Deliver(Table(), {"Internal", "Unknown", {}}).status, 2);
     }).join();
   });
-  const Delivery delivery = tool::Hand(Table(), request);
+  const Delivery delivery = tool::Deliver(Table(), request);
   EXPECT_GT(sleeps, 0);
   EXPECT_EQ(delivery.Result(), expected.Result());
   ExpectSame(simulated::ToJson(undisturbed, false), simulated::ToJson(machine, false));
 }
 
 }  // namespace
-
-namespace tool {
-
-Delivery Deliver(Request request, Machine& machine) {
-  Machine copy = machine;
-  const Delivery linked = DeliverInProcess(request, copy);
-  const std::size_t journalStart = machine.journal.size();
-  Delivery shipped;
-  {
-    const contract::SystemDouble windows(plugin, machine);
-    shipped = Hand(Table(), std::move(request));
-    shipped.stillInUse = windows.InUse();
-  }
-  shipped.changes = ShownChanges(machine, journalStart);
-  ExpectSame(ToJson(linked), ToJson(shipped));
-  EXPECT_TRUE(shipped.stillInUse == linked.stillInUse);
-  EXPECT_TRUE(!machine.faults.empty() || linked.stillInUse == simulated::Usage{});
-  EXPECT_EQ(shipped.unreleasedMessages + linked.unreleasedMessages, 0U);
-  ExpectSame(simulated::ToJson(copy, false), simulated::ToJson(machine, false));
-  return shipped;
-}
-
-}  // namespace tool
