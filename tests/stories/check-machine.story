@@ -14,6 +14,10 @@ With a machine, check also tells what the files need there, and what does not ch
 {"schema": 1, "adapters": [{"index": 7}], "persistent_routes": [
   {"destination": "0.0.0.0", "mask": "0.0.0.0", "next_hop": "10.0.0.1", "metric": 5},
   {"destination": "0.0.0.0", "mask": "0.0.0.0", "next_hop": "10.0.0.2", "metric": 5}]}
+-- imaged.json --
+{"schema": 1, "registry": [{"name": "NetworkDisabled"}], "membership": {"domain": {"dns_name": "corp.example", "flat_name": "CORP"}},
+ "adapters": [{"index": 7, "dns_servers": ["10.0.0.1", "fec0::1"]}], "persistent_routes": [
+  {"destination": "10.9.0.0", "mask": "255.255.0.0", "next_hop": "10.0.0.1", "metric": 5}]}
 -- try --
 # try MACHINE LINES: what is found in LINES, a "|" between the lines, on MACHINE
 echo "$2" | tr '|' '\n' | orvanta-config check - --machine $1.json | grep -e ^standard -e nothing
@@ -49,3 +53,12 @@ $ sh try off-bus '[TCP/IP]|MACAddress=02004C4F4F50'
 standard input:1:1: warning: "TCP/IP" means adapter 1, which is not on the PCI bus and cannot be configured; adapter 7 is taken [C502]
 $ sh try routes '[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5'
 standard input:3:8: error: the machine has two default routes: deleting the second deletes both [C508]
+$ sh try imaged '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=A|DomainPassword=B'
+standard input:1:1: error: the machine was imaged: the run makes it leave its domain, and nothing joins it again [C516]
+$ sh try imaged '[Networking]|Workgroup=True|Domain=WG'
+1 file checked: nothing found
+$ sh try imaged '[Global]|Config=RestoreAfterCreate|[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5|[NicEntry2]|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server0=10.0.0.1|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5' | grep -v C50
+standard input:3:1: error: fec0::1 of the machine's adapter 7 is taken for the name of a host, which fails the run [C517]
+standard input:11:1: error: the routes of "NicEntry2" and of "TCP/IP" both delete the route of the machine to 10.9.0.0: the second time that fails the run [C312]
+$ sh try none '[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5|[NicEntry2]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5' | grep -v C50
+standard input:6:1: error: the routes of "NicEntry2" and of "TCP/IP" undo each other: one run adds all of them, the next one deletes them; the one to 10.2.0.0 is added twice [C312]

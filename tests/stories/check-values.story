@@ -35,3 +35,30 @@ standard input:2:14: error: "-PC" starts with a hyphen [C216]
 standard input:2:14: error: "PC-" ends with a hyphen [C216]
 standard input:2:11: error: without "Workgroup" DNSDomain joins nothing [C226]
 standard input:3:22: error: "ou=Sales" contains "=", but no "OU=" in capitals: it is read as a path [C219]
+$ for k in LDAP://OU=Sales corp.example/Sales 'Sales, Europe' 'OU=Sales\\, Europe' Sales/100%% Dept.A/B Sales/v2.1; do printf "[Networking]\nDSOrganizationalUnit=$k\nDomainUsername=1\nDomainPassword=2\n" | orvanta-config check - | grep -e error: -e warning:; done
+standard input:2:22: error: "LDAP://OU=Sales" begins with LDAP:, which the library puts before it [C219]
+standard input:2:22: error: "corp.example/Sales" begins with a domain, which is read as a unit [C219]
+standard input:2:22: error: "Sales, Europe" contains ",", which is special in a distinguished name [C219]
+standard input:2:22: warning: "Sales/100%" contains "%" [C232]
+[exit code 1]
+$ printf '[TCP/IP]\nSetDNSInfo=True\nDNS-SuffixSearchOrder=a..example b%%.example .c corp\n' | orvanta-config check - | grep -e error: -e warning:
+standard input:3:23: error: "a..example" is not a domain name [C218]
+standard input:3:34: warning: "b%.example" contains "%" [C232]
+standard input:3:45: error: ".c" is not a domain name [C218]
+$ printf '[Networking]\nOU=Sales\nHostname=A\nUser=1\nDomainPassword=2\nWorkgroup=OFFICE\n[TCP/IP]\nMAC=1\n[TCP/IP2]\nIP=1\n' | orvanta-config check - | grep -e hint -e :
+standard input:2:1: error: "OU" is not read [C104]
+  hint: did you mean DSOrganizationalUnit?
+standard input:3:1: error: "Hostname" is not read [C104]
+  hint: did you mean ComputerName?
+standard input:4:1: error: "User" is not read [C104]
+  hint: did you mean DomainUsername?
+standard input:6:11: error: "OFFICE" is neither True nor False and is read as False [C213]
+  hint: write Workgroup=True and Domain=OFFICE
+standard input:8:1: error: "MAC" is not read [C104]
+  hint: did you mean MACAddress?
+standard input:9:1: error: section "TCP/IP2" is not read [C101]
+  hint: did you mean [NicEntry2]?
+1 file checked: 6 errors
+$ printf '[Networking]\nWorkgroup=True\nDNSDomain=corp.example\n' | orvanta-config check - | grep -e hint -e error:
+standard input:2:11: error: Workgroup is True, but "Domain" does not name the workgroup [C225]
+  hint: write Workgroup=False to join the domain, or name the workgroup

@@ -35,11 +35,19 @@ Zürich.cfg:8:1: warning: "Zürich" is not read [C106]
   Zürich=1
   ^~~~~~
   hint: remove it or correct its name
-1 file checked: 2 errors, 1 warning
+Zürich.cfg:13:23: error: "zürich" is not a domain name [C218]
+  DNS-SuffixSearchOrder=zürich \x9D
+                        ^~~~~~
+  hint: write a name such as corp.example
+Zürich.cfg:13:30: error: "\x9D" is not a domain name [C218]
+  DNS-SuffixSearchOrder=zürich \x9D
+                               ^~~~
+  hint: write a name such as corp.example
+1 file checked: 4 errors, 1 warning
 [exit code 1]
 $ orvanta-config plan Zürich.cfg --machine m.json --follow-restarts 3 --html page --verbose | grep ü
 File     Zürich.cfg, placed as C:\tarvo.cfg
-Check    2 errors, the first on line 2: "ZÜR-1" contains a letter other than A to Z; see orvanta-config check Zürich.cfg
+Check    4 errors, the first on line 2: "ZÜR-1" contains a letter other than A to Z; see orvanta-config check Zürich.cfg
 Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
   1  ChangeCompName  Name=ZÜR-1 {User=Jürgen}  [Networking] lines 2, 6-7
   3  JoinDomain      DNS Domain=zürich.example, Windows Domain= {User=Jürgen}  [Networking] lines 4-7
@@ -84,7 +92,7 @@ Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
   [Networking] line 8  Zürich
 $ orvanta-config simulate Zürich.cfg --at 'C:\Zürich.cfg' --machine m.json --verbose --follow-restarts 3 | grep ü
 File     Zürich.cfg, placed as C:\Zürich.cfg
-Check    2 errors, the first on line 2: "ZÜR-1" contains a letter other than A to Z; see orvanta-config check Zürich.cfg
+Check    4 errors, the first on line 2: "ZÜR-1" contains a letter other than A to Z; see orvanta-config check Zürich.cfg
 Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
 Message 1 of 3  Internal/Configure, Filename=C:\Zürich.cfg
   1  rename the computer to ZÜR-1 as Jürgen
@@ -120,4 +128,4 @@ Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
     DNS suffixes  lost      zürich -> -
     DNS domain    lost      zürich -> -
 $ for c in 'simulate --follow-restarts 3' 'plan --verbose' check 'check --sarif'; do orvanta-config $c Zürich.cfg --machine m.json --json; done >out 2>&1; orvanta-config roundtrip --machine m.json --json >>out; sh garbled out page; grep -c ü out
-79
+82

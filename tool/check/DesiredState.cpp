@@ -91,6 +91,7 @@ Identity ReadIdentity(const Document& document) {
   identity.joinFirst = IsTrue(identity.section.Value(Key::kJoinDomainBeforeNameChange));
   identity.renames = identity.Find(Key::kComputerName) != nullptr;
   const std::string_view workgroup = identity.section.Value(Key::kWorkgroup);
+  identity.movesAccount = identity.Find(Key::kOrganizationalUnit) != nullptr && workgroup.empty();
   if (workgroup.empty()) return identity;
   const PlacedEntry* const domain = identity.Find(Key::kDomain);
   const PlacedEntry* const dnsDomain = identity.Find(Key::kDnsDomain);
@@ -115,6 +116,14 @@ Address ReadAddress(const Item& item) {
     address.bits = bits;
   }
   return address;
+}
+
+bool IsIpv6(std::string_view text) {
+  constexpr std::ptrdiff_t kMostColons = 7;
+  const std::string_view address = text.substr(0, text.find_first_of("%/"));
+  return address.find_first_not_of("0123456789abcdefABCDEF:.") == std::string_view::npos &&
+         (address.find("::") != std::string_view::npos ||
+          std::count(address.begin(), address.end(), ':') == kMostColons);
 }
 
 std::optional<std::uint32_t> PrefixIn(std::string_view text) {
@@ -152,7 +161,7 @@ bool DesiredAdapter::IsInSubnet(std::uint32_t address) const {
 std::string DesiredAdapter::Name() const { return Quoted(section->name); }
 
 DesiredState ReadDesiredState(Document& document) {
-  DesiredState desired{document, ReadIdentity(document), {}};
+  DesiredState desired{document, ReadIdentity(document), {}, false, false, {}};
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kAdapter) {
       desired.adapters.push_back(ReadAdapter(document, section));

@@ -28,6 +28,9 @@ Address ReadAddress(const Item& item);
 /// The ones of the mask come first.
 inline bool IsContiguous(std::uint32_t mask) { return ((~mask + 1) & ~mask) == 0; }
 
+/// An IPv6 address, or one with a prefix length or zone behind it.
+bool IsIpv6(std::string_view text);
+
 /// The number of ones behind the last "/" of an address, or that the whole text is: a mask as
 /// others write it. Nothing when there is no such number up to 32.
 std::optional<std::uint32_t> PrefixIn(std::string_view text);
@@ -97,6 +100,8 @@ struct Identity {
   // What changes, as far as the file tells; a machine may know better.
   bool renames = false;
   bool joinsDomain = false;
+  /// To a unit, by no join.
+  bool movesAccount = false;
   /// Known of a machine only.
   bool leavesDomain = false;
 };
@@ -110,6 +115,8 @@ struct DesiredState {
   bool suppressesRestart = false;
   /// A machine has told what changes.
   bool isOfMachine = false;
+  /// Destination of a route of the machine that no section asks for, if it has one.
+  std::string foreignRoute;
 };
 
 DesiredState ReadDesiredState(Document& document);

@@ -24,6 +24,27 @@ constexpr std::size_t kBeforeCaret = 40;
 /// So many lines are looked at to find where a value began: no real list is longer.
 constexpr std::uint32_t kLongestChain = 100;
 
+bool LooksLikeItem(std::string_view text) {
+  return (text[0] >= '0' && text[0] <= '9') || text.find_first_of(".:") != kNowhere;
+}
+
+/// Where a comment seems to begin in a value: at a ";" or "#" behind a blank; npos when at none.
+std::size_t CommentAt(std::string_view value, ValueKind kind) {
+  if (kind == ValueKind::kText || kind == ValueKind::kRecorded) return kNowhere;
+  // A unit may be called "Floor #2".
+  const char* const marks = kind == ValueKind::kOrganizationalUnit ? ";" : ";#";
+  for (std::size_t at = value.find_first_of(marks), next = 0; at != kNowhere; at = next) {
+    next = value.find_first_of(marks, at + 1);
+    if (at > 0 && value[at - 1] != ' ' && value[at - 1] != '\t') continue;
+    if (!base::IsList(kind) || value[at] == '#') return at;
+    // In a list ";" also separates items, in one of suffixes also single words.
+    const auto words = base::Split(value.substr(at + 1, next - at - 1), base::kListSeparators);
+    const bool isItem = kind == ValueKind::kSuffixes && words.size() == 1;
+    if (!isItem && !std::all_of(words.begin(), words.end(), LooksLikeItem)) return at;
+  }
+  return kNowhere;
+}
+
 /// What a line without "=" begins with, up to a blank or ":".
 std::string_view LeadOf(std::string_view line) {
   return line.substr(0, line.find_first_of(" \t:"));
@@ -102,6 +123,10 @@ void Document::AddEntry(std::uint32_t number, Section& section) {
   if (const auto match = MatchKey(section.kind, entry.key)) {
     entry.known = match->key;
     entry.number = match->number;
+    if (const std::size_t comment = CommentAt(entry.FirstLine(), RowOf(match->key).value);
+        comment != kNowhere) {
+      entry.value = base::Trimmed(entry.value.substr(0, comment));
+    }
   }
   homes_[line.entry] = {line.section, place};
   section.entries.push_back(entry);
@@ -135,16 +160,35 @@ Span Document::KeySpan(const PlacedEntry& entry) const {
   return {line.span.offset, entry.key.size()};
 }
 
-Item Document::FirstLineOfValue(std::uint32_t line) const {
+Item Document::WholeValue(std::uint32_t line) const {
   const Item whole = ItemOf(line);
   if (lines_[line].kind != Kind::kEntry) return whole;
   const std::size_t equals = whole.text.find('=');
   return Part(whole.span.offset + equals + 1, whole.span.offset + whole.span.length);
 }
 
+Item Document::ValueOn(std::uint32_t line, const PlacedEntry& entry) const {
+  const Item value = WholeValue(line);
+  const std::size_t comment =
+      entry.known ? CommentAt(value.text, RowOf(*entry.known).value) : kNowhere;
+  return Part(value.span.offset, value.span.offset + std::min(comment, value.span.length));
+}
+
 Span Document::ValueSpan(const PlacedEntry& entry) const {
-  const Span span = FirstLineOfValue(entry.line).span;
+  const Span span = ValueOn(entry.line, entry).span;
   return span.length != 0 ? span : KeySpan(entry);
+}
+
+std::vector<Item> Document::CommentsIn(const PlacedEntry& entry) const {
+  std::vector<Item> comments;
+  for (const std::uint32_t line : Chain(entry)) {
+    const bool counts = line == entry.line || IsList(RowOf(*entry.known).value);
+    const Span whole = WholeValue(line).span;
+    const std::size_t length = ValueOn(line, entry).span.length;
+    const Item rest = Part(whole.offset + length, whole.offset + whole.length);
+    if (counts && !rest.text.empty()) comments.push_back(rest);
+  }
+  return comments;
 }
 
 // The lines that a value was put together from, the last ones of a very long one: a continuation
@@ -165,7 +209,7 @@ std::vector<Item> Document::Items(const PlacedEntry& entry) const {
   std::vector<Item> items;
   for (const std::uint32_t line : Chain(entry)) {
     if (LooksLikeOther(line)) continue;
-    const Item value = FirstLineOfValue(line);
+    const Item value = ValueOn(line, entry);
     for (std::size_t start = value.text.find_first_not_of(base::kListSeparators);
          start != kNowhere;) {
       const std::size_t end =

@@ -44,6 +44,7 @@ struct PlacedEntry {
 
   /// Empty for a comment.
   std::string_view key;
+  /// Without what is meant as a comment behind it.
   std::string_view value;
   /// The line that made the entry, and the last one that was added to it (the same when none was).
   std::uint32_t line = 0;
@@ -107,7 +108,10 @@ class Document {
   Span KeySpan(const PlacedEntry& entry) const;
   /// The value on the line of its key; the key when there is none.
   Span ValueSpan(const PlacedEntry& entry) const;
-  /// The items of a list. A continuation line that looks like something else has none.
+  /// What is meant as comments behind the value, although it is part of it.
+  std::vector<Item> CommentsIn(const PlacedEntry& entry) const;
+  /// The items of a list, without such comments. A continuation line that looks like something else
+  /// has none.
   std::vector<Item> Items(const PlacedEntry& entry) const;
 
   /// What follows the "]" of a header whose brackets name a known section; nothing for others.
@@ -146,7 +150,8 @@ class Document {
   void AddLine(std::uint32_t number);
   void AddEntry(std::uint32_t number, Section& section);
   std::vector<std::uint32_t> Chain(const PlacedEntry& entry) const;
-  Item FirstLineOfValue(std::uint32_t line) const;
+  Item WholeValue(std::uint32_t line) const;
+  Item ValueOn(std::uint32_t line, const PlacedEntry& entry) const;
   Item Part(std::size_t begin, std::size_t end) const;
   std::size_t LineOf(std::size_t offset) const;
   Item WholeLine(std::size_t line) const;

@@ -5,8 +5,10 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "base/Services.h"
+#include "common/sys/NicText.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
 #include "tool/io/CodePage.h"
@@ -130,6 +132,25 @@ std::vector<std::string> FieldTexts(const simulated::Adapter& adapter,
 
 std::vector<std::string> Addresses(const simulated::Adapter& adapter) {
   return Paired(adapter.ipAddresses, adapter.subnetMasks);
+}
+
+std::optional<UnknownHost> FindUnknownHost(const simulated::Machine& machine) {
+  const auto isUnknown = [&machine](const std::string& text) {
+    const std::string first = base::Folded(text.substr(0, 1));
+    return first >= "a" && first <= "z" &&
+           std::none_of(machine.hosts.begin(), machine.hosts.end(),
+                        [&](const auto& host) { return base::SameText(host.name, text); });
+  };
+  for (const simulated::Adapter& adapter : machine.adapters) {
+    if (!adapter.ipEnabled || !sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci) continue;
+    std::vector<std::string> texts = adapter.ipAddresses;
+    texts.resize(std::min<std::size_t>(texts.size(), 1));  // further ones are not read
+    texts.insert(texts.end(), adapter.gateways.begin(), adapter.gateways.end());
+    texts.insert(texts.end(), adapter.dnsServers.begin(), adapter.dnsServers.end());
+    const auto unknown = std::find_if(texts.begin(), texts.end(), isUnknown);
+    if (unknown != texts.end()) return UnknownHost{*unknown, adapter.index};
+  }
+  return std::nullopt;
 }
 
 std::string RouteText(const simulated::PersistentRoute& route) {

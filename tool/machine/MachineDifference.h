@@ -1,6 +1,8 @@
 // What differs between two states of one simulated machine, and its settings in words.
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,6 +40,14 @@ std::vector<std::string> FieldTexts(const simulated::Adapter& adapter,
                                     const simulated::AdapterField& field);
 /// The addresses in that form.
 std::vector<std::string> Addresses(const simulated::Adapter& adapter);
+
+/// An address that the library takes for the name of a host, such as "fe80::1", and its adapter.
+struct UnknownHost {
+  std::string text;
+  std::uint32_t adapter;
+};
+/// The first such address that reading the adapters fails for; nothing when it can be read.
+std::optional<UnknownHost> FindUnknownHost(const simulated::Machine& machine);
 
 /// For example "10.1.0.0/255.255.0.0 via 10.0.0.1".
 std::string RouteText(const simulated::PersistentRoute& route);

@@ -35,8 +35,6 @@ const Change* FindLast(const std::vector<Change>& changes, const char* call, con
   return found == changes.rend() ? nullptr : &*found;
 }
 
-bool IsPci(const Adapter& adapter) { return sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci; }
-
 /// Why the machine refused the change; empty when it did it, or when there is none.
 std::string RefusalOf(const Change* change) {
   return change == nullptr ? std::string() : Describe(*change).refusal;
@@ -111,7 +109,7 @@ class Evidence {
       return "nothing was recorded, for PrepForImage failed: " + CaptureFailure(image_);
     }
     if (!number) return "not recorded, for the adapter is not IP-enabled";
-    if (!IsPci(adapter)) {
+    if (!sys::ParsePnpDeviceId(adapter.pnpDeviceId).isPci) {
       return "not recorded, for the adapter is not on PCI (" + adapter.pnpDeviceId + ")";
     }
     const auto* const write = WriteOf(sys::SectionName(*number), NameOf(Key::kDhcp));
@@ -306,24 +304,6 @@ std::string RouteReason(const Evidence& evidence, const simulated::PersistentRou
   return refusal.empty() ? "routes are not recorded" : "setting it was refused: " + refusal;
 }
 
-/// The first text of an adapter that the capture looks up as a host name and that is none.
-std::optional<std::string> UnknownHost(const simulated::Machine& machine, const Adapter& adapter) {
-  if (!adapter.ipEnabled || !IsPci(adapter)) return std::nullopt;
-  std::vector<std::string> texts;
-  if (!adapter.ipAddresses.empty()) texts.push_back(adapter.ipAddresses.front());
-  texts.insert(texts.end(), adapter.gateways.begin(), adapter.gateways.end());
-  texts.insert(texts.end(), adapter.dnsServers.begin(), adapter.dnsServers.end());
-  for (const std::string& text : texts) {
-    const std::string first = base::Folded(text.substr(0, 1));
-    const bool isName = first >= "a" && first <= "z";
-    if (isName && std::none_of(machine.hosts.begin(), machine.hosts.end(),
-                               [&](const auto& host) { return base::SameText(host.name, text); })) {
-      return text;
-    }
-  }
-  return std::nullopt;
-}
-
 // ---- The list -----------------------------------------------------------------------------------
 
 Texts RouteValue(const Machine& machine, const std::string& route) {
@@ -469,11 +449,9 @@ class Listing {
 std::string CaptureFailure(const ImageRestore& image) {
   std::string failure = image.capture.Failure();
   if (failure.find("Name Resolution") == std::string::npos) return failure;
-  for (const Adapter& adapter : image.before.adapters) {
-    if (const auto name = UnknownHost(image.before, adapter)) {
-      return failure + "; " + *name + " of adapter " + std::to_string(adapter.index) +
-             " is no IPv4 address and no known host";
-    }
+  if (const auto unknown = FindUnknownHost(image.before)) {
+    failure += "; " + unknown->text + " of adapter " + std::to_string(unknown->adapter) +
+               " is no IPv4 address and no known host";
   }
   return failure;
 }

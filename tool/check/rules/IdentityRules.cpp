@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "base/LetterCase.h"
-#include "platform/simulated/Text.h"
 #include "tool/check/rules/Rules.h"
 
 namespace tool::check {
@@ -14,15 +13,24 @@ namespace {
 void CheckMembership(const DesiredState& desired, Findings& findings) {
   const PlacedEntry* const workgroup = desired.identity.Find(Key::kWorkgroup);
   const PlacedEntry* domain = desired.identity.Find(Key::kDomain);
+  const PlacedEntry* const dnsDomain = desired.identity.Find(Key::kDnsDomain);
   if (workgroup == nullptr) {
-    if (domain == nullptr) domain = desired.identity.Find(Key::kDnsDomain);
+    if (domain == nullptr) domain = dnsDomain;
     if (domain == nullptr) return;
     findings.AtValue(Code::kDomainNotJoined, *domain,
                      "without \"Workgroup\" " + std::string(domain->key) + " joins nothing");
   } else if (desired.identity.membership == Identity::Membership::kUnchanged) {
     findings.AtValue(Code::kNamelessWorkgroup, *workgroup,
-                     "Workgroup is True, but \"Domain\" does not name the workgroup");
+                     "Workgroup is True, but \"Domain\" does not name the workgroup",
+                     dnsDomain != nullptr
+                         ? "write Workgroup=False to join the domain, or name the workgroup"
+                         : "");
+  } else if (IsTrue(workgroup->FirstLine()) && dnsDomain != nullptr) {
+    findings.AtValue(Code::kDnsDomainInWorkgroup, *dnsDomain,
+                     "a workgroup is joined: " + std::string(dnsDomain->key) + " is ignored");
   } else if (desired.identity.membershipName == nullptr) {
+    // What is no flag is a finding of its own.
+    if (!IsFalse(workgroup->FirstLine())) return;
     findings.AtValue(Code::kDefaultWorkgroup, *workgroup,
                      "neither DNSDomain nor Domain is given: the workgroup WORKGROUP is joined");
   } else if (desired.identity.IsDomain() && domain != nullptr &&
@@ -51,15 +59,14 @@ void CheckAccount(const DesiredState& desired, Findings& findings) {
   const PlacedEntry* const password = desired.identity.Find(Key::kDomainPassword);
   if ((user == nullptr) == (password == nullptr)) return;
   const bool isUser = user != nullptr;
-  const std::string_view missing[] = {NameOf(isUser ? Key::kDomainPassword : Key::kDomainUsername)};
+  const std::string missing(NameOf(isUser ? Key::kDomainPassword : Key::kDomainUsername));
   const auto isMisspelled = [&missing](const PlacedEntry& entry) {
-    return !entry.known && simulated::Nearest(entry.key, missing);
+    return !entry.known && NearestKey(SectionKind::kNetworking, entry.key) == missing;
   };
   // That is a finding of its own.
   const auto& entries = desired.identity.section.entries;
   if (std::any_of(entries.begin(), entries.end(), isMisspelled)) return;
-  findings.AtKey(Code::kHalfAccount, isUser ? *user : *password,
-                 std::string(missing[0]) + " is not given");
+  findings.AtKey(Code::kHalfAccount, isUser ? *user : *password, missing + " is not given");
 }
 
 // ---- Traps --------------------------------------------------------------------------------------
@@ -110,8 +117,13 @@ void CheckCredentials(const DesiredState& desired, Findings& findings) {
 
 void CheckOrganizationalUnit(const DesiredState& desired, Findings& findings) {
   const PlacedEntry* const ou = desired.identity.Find(Key::kOrganizationalUnit);
-  if (ou == nullptr || !desired.identity.IsWorkgroup()) return;
-  findings.AtValue(Code::kOuInWorkgroup, *ou, "a workgroup is joined: the unit is ignored");
+  if (ou == nullptr) return;
+  const bool hasAccount = desired.identity.Find(Key::kDomainUsername) != nullptr;
+  if (desired.identity.IsWorkgroup()) {
+    findings.AtValue(Code::kOuInWorkgroup, *ou, "a workgroup is joined: the unit is ignored");
+  } else if (desired.identity.movesAccount && !hasAccount) {
+    findings.AtValue(Code::kMoveWithoutAccount, *ou, "no account is given for the move");
+  }
 }
 
 void CheckJoinOrder(const DesiredState& desired, Findings& findings) {

@@ -5,7 +5,6 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <variant>
 
@@ -17,11 +16,13 @@
 #include "common/logging/NullLogSink.h"
 #include "common/sys/Domain.h"
 #include "common/sys/NicList.h"
+#include "handlers/internal/NetworkDisabledFlag.h"
 #include "platform/IResolver.h"
 #include "platform/ScopedPlatform.h"
 #include "platform/simulated/DirectoryTree.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/check/rules/Rules.h"
+#include "tool/machine/MachineDifference.h"
 
 namespace tool::check {
 namespace {
@@ -59,6 +60,19 @@ bool IsThere(const DesiredAdapter& adapter, const sys::NicList& nics) {
          (!adapter.mac.empty() && nics.FindByMac(adapter.mac) != nullptr);
 }
 
+/// An adapter that its section names twice, by location and MAC address, and not as the same.
+void CheckBothNames(const Pairing& pairing, const DesiredAdapter& adapter,
+                    const sys::NicList& nics) {
+  const auto* const located =
+      adapter.hasLocation ? nics.FindByPciLocation(adapter.location) : nullptr;
+  const auto* const named = adapter.mac.empty() ? nullptr : nics.FindByMac(adapter.mac);
+  if (located == nullptr || named == nullptr || located == named) return;
+  pairing.findings.AtValue(Code::kTwoAdapters, *adapter.section->Find(Key::kMacAddress),
+                           "this is adapter " + std::to_string(named->Index()) +
+                               ", but the location is that of adapter " +
+                               std::to_string(located->Index()) + ", which is taken");
+}
+
 /// The machine may have the adapter all the same: only some are looked for.
 std::string WhyNotFound(const DesiredAdapter& adapter, const Machine& machine,
                         const std::string& name) {
@@ -91,6 +105,7 @@ void CheckBinding(const Pairing& pairing) {
                                 "no PCI adapter of the machine is left for " + name);
       continue;
     }
+    CheckBothNames(pairing, adapter, nics);
     const bool isNamed = adapter.hasLocation || !adapter.mac.empty();
     if (isNamed && !IsThere(adapter, nics)) {
       pairing.findings.AtHeader(Code::kAdapterNotFound, *adapter.section,
@@ -110,9 +125,17 @@ void CheckBindingIfAny(const Pairing& pairing) {
   try {
     CheckBinding(pairing);
   } catch (const err::CGeneralError& error) {
-    pairing.findings.AtHeader(
-        Code::kSilentMachine, *pairing.desired.adapters[0].section,
-        "reading the machine's adapters fails: " + std::string(error.message));
+    const Section& first = *pairing.desired.adapters[0].section;
+    if (const auto unknown = FindUnknownHost(pairing.machine)) {
+      pairing.findings.AtHeader(Code::kMachineIpv6, first,
+                                unknown->text + " of the machine's adapter " +
+                                    std::to_string(unknown->adapter) +
+                                    " is taken for the name of a host, which fails the run");
+    } else {
+      pairing.findings.AtHeader(
+          Code::kSilentMachine, first,
+          "reading the machine's adapters fails: " + std::string(error.message));
+    }
   }
 }
 
@@ -120,7 +143,8 @@ void CheckBindingIfAny(const Pairing& pairing) {
 
 void CheckHost(const Pairing& pairing, const Address& address) {
   const std::string_view text = address.item.text;
-  const bool isName = !text.empty() && !address.bits && (text[0] < '0' || text[0] > '9');
+  const bool isName =
+      !text.empty() && !address.bits && (text[0] < '0' || text[0] > '9') && !IsIpv6(text);
   std::uint32_t bits = 0;
   if (!isName || pairing.machine.hostsUnknown) return;
   ipc::WinSockManager::Instance().EnsureStarted();
@@ -151,29 +175,59 @@ void CheckHosts(const Pairing& pairing) {
 /// As the engine compares them: destination, mask, gateway and metric.
 using ComparedRoute = std::array<std::uint32_t, 4>;
 
+/// What the library makes of a text that is no address.
+constexpr std::uint32_t kNoBits = 0xFFFFFFFF;
+
 std::uint32_t BitsOf(std::string_view text) {
-  return ReadAddress({text, {}}).bits.value_or(0xFFFFFFFF);
+  return ReadAddress({text, {}}).bits.value_or(kNoBits);
+}
+
+/// The persistent routes that a run looks at.
+struct ExistingRoutes {
+  std::set<ComparedRoute> others;
+  /// The first default route, which is never deleted for itself.
+  std::optional<ComparedRoute> kept;
+};
+
+ExistingRoutes RoutesOf(const Machine& machine) {
+  ExistingRoutes routes;
+  for (const simulated::PersistentRoute& route : machine.persistentRoutes) {
+    const ComparedRoute compared{BitsOf(route.destination), BitsOf(route.mask),
+                                 BitsOf(route.nextHop), static_cast<std::uint32_t>(route.metric)};
+    if (!routes.kept && compared[0] == 0 && compared[1] == 0) {
+      routes.kept = compared;
+    } else {
+      routes.others.insert(compared);
+    }
+  }
+  return routes;
+}
+
+ComparedRoute Compared(const Route& route) {
+  return {route.destination.bits.value_or(kNoBits), route.mask.bits.value_or(kNoBits),
+          route.gateway.bits.value_or(kNoBits), route.metric};
+}
+
+/// The destination of the first route that no section asks for; empty when there is none.
+std::string ForeignRoute(const DesiredState& desired, const Machine& machine) {
+  for (const ComparedRoute& existing : RoutesOf(machine).others) {
+    const auto asksForIt = [&](const DesiredAdapter& adapter) {
+      return std::any_of(adapter.routes.begin(), adapter.routes.end(),
+                         [&](const Route& route) { return Compared(route) == existing; });
+    };
+    if (std::none_of(desired.adapters.begin(), desired.adapters.end(), asksForIt)) {
+      return Dotted(existing[0]);
+    }
+  }
+  return {};
 }
 
 void CheckRoutesOf(const Pairing& pairing, const DesiredAdapter& adapter) {
-  std::set<ComparedRoute> existing;
-  // The first default route, which is never deleted for itself.
-  std::optional<ComparedRoute> kept;
-  for (const simulated::PersistentRoute& route : pairing.machine.persistentRoutes) {
-    const ComparedRoute compared{BitsOf(route.destination), BitsOf(route.mask),
-                                 BitsOf(route.nextHop), static_cast<std::uint32_t>(route.metric)};
-    if (!kept && compared[0] == 0 && compared[1] == 0) {
-      kept = compared;
-    } else {
-      existing.insert(compared);
-    }
-  }
+  const auto [existing, kept] = RoutesOf(pairing.machine);
   std::map<ComparedRoute, const Route*> wanted;
   for (const Route& route : adapter.routes) {
-    const auto& [destination, mask, gateway] =
-        std::tie(route.destination.bits, route.mask.bits, route.gateway.bits);
-    if (!destination || !mask || !gateway) return;
-    wanted.emplace(ComparedRoute{*destination, *mask, *gateway, route.metric}, &route);
+    if (!route.destination.bits || !route.mask.bits || !route.gateway.bits) return;
+    wanted.emplace(Compared(route), &route);
   }
   // Deleting names the destination only.
   std::map<std::uint32_t, int> deletions;
@@ -233,8 +287,26 @@ void CheckAccount(const Pairing& pairing, const DirectoryDomain* domain) {
   }
 }
 
+/// The flag that taking an image set is on, and asks for leaving the domain.
+bool LeavesAfterImage(const Pairing& pairing) {
+  Machine scratch;
+  scratch.registry = pairing.machine.registry;
+  simulated::SimulatedPlatform platform(scratch);
+  const platform::ScopedPlatform scope(platform);
+  const Section& global = pairing.desired.document.SectionOf(SectionKind::kGlobal);
+  return !base::SameText(global.Value(Key::kConfig), base::kRestoreAfterCreate) &&
+         TakeNetworkDisabledFlag();
+}
+
 void CheckDomain(const Pairing& pairing) {
   const Identity& identity = pairing.desired.identity;
+  const bool isLost = MemberOf(pairing.machine) != nullptr && !identity.IsWorkgroup() &&
+                      !identity.joinsDomain && LeavesAfterImage(pairing);
+  if (isLost) {
+    pairing.findings.OfFile(Code::kLeavesDomain,
+                            "the machine was imaged: the run makes it leave its domain, and "
+                            "nothing joins it again");
+  }
   DirectoryDomain* domain = pairing.machine.FindOwnDomain();
   if (identity.IsDomain()) {
     const PlacedEntry& name = *identity.membershipName;
@@ -267,10 +339,12 @@ void CheckDomain(const Pairing& pairing) {
 
 void CompareIdentity(DesiredState& desired, const Machine& machine) {
   desired.isOfMachine = true;
+  desired.foreignRoute = ForeignRoute(desired, machine);
   Identity& identity = desired.identity;
   const std::string_view name = identity.section.Value(Key::kComputerName);
   identity.renames = !name.empty() && !base::SameText(name, machine.computerName);
   const simulated::DomainMembership* const current = MemberOf(machine);
+  identity.movesAccount = identity.movesAccount && current != nullptr;
   if (current == nullptr) return;
   identity.leavesDomain = identity.IsWorkgroup();
   if (!identity.joinsDomain) return;

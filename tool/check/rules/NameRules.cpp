@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/LetterCase.h"
@@ -32,12 +33,33 @@ std::optional<std::string> NearestSection(std::string_view name) {
   const std::string_view stem = WithoutNumber(name);
   const auto nearest = simulated::Nearest(stem, names);
   if (!nearest) return std::nullopt;
-  if (*nearest != base::kAdapterMark) return std::string(*nearest);
+  // A further adapter.
+  const bool isAdapter = *nearest == NameOf(SectionKind::kAdapter) && stem.size() != name.size();
+  if (*nearest != base::kAdapterMark && !isAdapter) return std::string(*nearest);
   return meant.replace(0, stem.size(), base::kAdapterMark);
 }
 
-/// The key that may be meant; a numbered one with a number.
+/// What keys are called elsewhere.
+constexpr std::pair<std::string_view, Key> kAliases[] = {{"MAC", Key::kMacAddress},
+                                                         {"OU", Key::kOrganizationalUnit},
+                                                         {"Hostname", Key::kComputerName},
+                                                         {"User", Key::kDomainUsername},
+                                                         {"Username", Key::kDomainUsername},
+                                                         {"Password", Key::kDomainPassword},
+                                                         {"IP", Key::kAddress},
+                                                         {"IPAddress", Key::kAddress},
+                                                         {"Mask", Key::kNetmask},
+                                                         {"SubnetMask", Key::kNetmask},
+                                                         {"DefaultGateway", Key::kGateway}};
+
+}  // namespace
+
 std::optional<std::string> NearestKey(SectionKind section, std::string_view key) {
+  for (const auto& [alias, meant] : kAliases) {
+    if (base::SameText(alias, key) && RowOf(meant).section == section) {
+      return std::string(NameOf(meant));
+    }
+  }
   std::vector<std::string_view> names;
   for (const base::KnownKey& row : base::kKnownKeys) {
     if (row.section == section) names.push_back(row.name);
@@ -51,6 +73,8 @@ std::optional<std::string> NearestKey(SectionKind section, std::string_view key)
   if (!isNumbered) return std::string(*nearest);
   return std::string(*nearest) + std::to_string(base::ParseUnsigned(key.substr(name.size())));
 }
+
+namespace {
 
 /// The kind of another section in which the key is known.
 std::optional<SectionKind> HomeOf(std::string_view key) {

@@ -14,6 +14,9 @@ void CheckLines(const DesiredState& desired, Findings& findings);
 /// Sections and keys that nobody reads.
 void CheckNames(const DesiredState& desired, Findings& findings);
 
+/// The key of such a section that may be meant; a numbered one with a number.
+std::optional<std::string> NearestKey(SectionKind section, std::string_view key);
+
 /// Each value for itself, by what its key takes.
 void CheckValues(const DesiredState& desired, Findings& findings);
 

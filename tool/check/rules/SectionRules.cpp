@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -9,6 +11,18 @@
 
 namespace tool::check {
 namespace {
+
+using Bits = std::optional<std::uint32_t>;
+
+/// Tells of each section that has something which an earlier one has, too.
+void ForEachFurther(const DesiredState& desired, const auto& has, const auto& tell) {
+  const DesiredAdapter* first = nullptr;
+  for (const DesiredAdapter& adapter : desired.adapters) {
+    if (!has(adapter)) continue;
+    if (first != nullptr) tell(*first, adapter);
+    if (first == nullptr) first = &adapter;
+  }
+}
 
 /// Adapters are looked up by their location first, so between two locations no MAC address counts.
 void CheckSameAdapter(const DesiredState& desired, Findings& findings) {
@@ -65,18 +79,43 @@ void CheckAddressesTwice(const DesiredState& desired, Findings& findings) {
   }
 }
 
+std::tuple<Bits, Bits, Bits, std::uint32_t> ComparedParts(const Route& route) {
+  return {route.destination.bits, route.mask.bits, route.gateway.bits, route.metric};
+}
+
+/// Every section makes the routes of the computer its own: what the others have is deleted.
 void CheckRoutesOfSections(const DesiredState& desired, Findings& findings) {
-  const DesiredAdapter* first = nullptr;
-  for (const DesiredAdapter& adapter : desired.adapters) {
-    if (adapter.routes.empty()) continue;
-    if (first == nullptr) {
-      first = &adapter;
-      continue;
+  const auto hasRoutes = [](const DesiredAdapter& adapter) { return !adapter.routes.empty(); };
+  const auto tell = [&](const DesiredAdapter& first, const DesiredAdapter& later) {
+    std::string effect = " undo each other: one run adds all of them, the next one deletes them";
+    for (const Route& route : later.routes) {
+      const auto isIt = [&](const Route& one) {
+        return ComparedParts(one) == ComparedParts(route);
+      };
+      if (std::any_of(first.routes.begin(), first.routes.end(), isIt)) {
+        effect += "; the one to " + std::string(route.destination.item.text) + " is added twice";
+        break;
+      }
     }
-    findings.AtKey(
-        Code::kRoutesTwice, *adapter.routes[0].entry,
-        "the routes of " + adapter.Name() + " and of " + first->Name() + " delete each other");
-  }
+    if (!desired.foreignRoute.empty()) {
+      effect = " both delete the route of the machine to " + desired.foreignRoute +
+               ": the second time that fails the run";
+    }
+    findings.AtKey(Code::kRoutesTwice, *later.routes[0].entry,
+                   "the routes of " + later.Name() + " and of " + first.Name() + effect);
+  };
+  ForEachFurther(desired, hasRoutes, tell);
+}
+
+void CheckGatewaysOfSections(const DesiredState& desired, Findings& findings) {
+  const auto hasGateway = [](const DesiredAdapter& adapter) {
+    return adapter.IsStatic() && !adapter.gateways.empty();
+  };
+  const auto tell = [&](const DesiredAdapter& first, const DesiredAdapter& later) {
+    findings.AtValue(Code::kTwoGateways, *later.section->Find(Key::kGateway),
+                     later.Name() + " has a gateway, and so has " + first.Name());
+  };
+  ForEachFurther(desired, hasGateway, tell);
 }
 
 /// The suffixes are a setting of the whole computer, although each section has its own.
@@ -86,19 +125,16 @@ void CheckSuffixes(const DesiredState& desired, Findings& findings) {
     for (const Item& item : desired.document.Items(entry)) suffixes.push_back(item.text);
     return suffixes;
   };
-  const DesiredAdapter* first = nullptr;
-  const PlacedEntry* given = nullptr;
-  for (const DesiredAdapter& adapter : desired.adapters) {
-    const PlacedEntry* const entry = adapter.section->Find(Key::kDnsSuffixes);
-    if (!adapter.setsDns || entry == nullptr) continue;
-    if (first == nullptr) {
-      first = &adapter;
-      given = entry;
-    } else if (suffixesOf(*entry) != suffixesOf(*given)) {
-      findings.AtValue(Code::kSuffixesTwice, *entry,
-                       "the suffixes of " + adapter.Name() + " replace those of " + first->Name());
-    }
-  }
+  const auto hasSuffixes = [](const DesiredAdapter& adapter) {
+    return adapter.setsDns && adapter.section->Find(Key::kDnsSuffixes) != nullptr;
+  };
+  const auto tell = [&](const DesiredAdapter& first, const DesiredAdapter& later) {
+    const PlacedEntry& entry = *later.section->Find(Key::kDnsSuffixes);
+    if (suffixesOf(entry) == suffixesOf(*first.section->Find(Key::kDnsSuffixes))) return;
+    findings.AtValue(Code::kSuffixesTwice, entry,
+                     "the suffixes of " + later.Name() + " replace those of " + first.Name());
+  };
+  ForEachFurther(desired, hasSuffixes, tell);
 }
 
 /// Only when the file gives every adapter a static address can it be told what they reach.
@@ -127,9 +163,7 @@ void CheckDestinations(const DesiredState& desired, Findings& findings) {
       if (!route.destination.bits) continue;
       const auto [earlier, isNew] = byDestination.emplace(*route.destination.bits, &route);
       const Route& first = *earlier->second;
-      const bool isSame = first.mask.bits == route.mask.bits &&
-                          first.gateway.bits == route.gateway.bits && first.metric == route.metric;
-      if (isNew || isSame) continue;
+      if (isNew || ComparedParts(first) == ComparedParts(route)) continue;
       findings.At(Code::kSharedDestination, route.destination.item.span,
                   std::string(route.entry->key) + " and " + std::string(first.entry->key) +
                       " share the destination " + std::string(route.destination.item.text));
@@ -141,8 +175,8 @@ void CheckDestinations(const DesiredState& desired, Findings& findings) {
 
 void CheckSections(const DesiredState& desired, Findings& findings) {
   for (const auto rule :
-       {CheckSameAdapter, CheckUnlocated, CheckAddressesTwice, CheckRoutesOfSections, CheckSuffixes,
-        CheckRouteGateways, CheckDestinations}) {
+       {CheckSameAdapter, CheckUnlocated, CheckAddressesTwice, CheckRoutesOfSections,
+        CheckGatewaysOfSections, CheckSuffixes, CheckRouteGateways, CheckDestinations}) {
     rule(desired, findings);
   }
 }

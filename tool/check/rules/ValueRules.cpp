@@ -43,8 +43,13 @@ void CheckFlag(const Value& value) {
   // Whatever is not the one word counts as the other.
   const Key key = *value.entry.known;
   const bool isTrueUnlessFalse = key == Key::kRebootAfterConfig || key == Key::kDhcp;
-  value.Add(Code::kNoFlag, std::string("is neither True nor False and is read as ") +
-                               (isTrueUnlessFalse ? "True" : "False"));
+  constexpr std::string_view kFlags = " yes no on off 1 0 ";
+  const bool isName = key == Key::kWorkgroup &&
+                      base::Find(kFlags, " " + std::string(value.text) + " ") == std::string::npos;
+  value.Add(Code::kNoFlag,
+            std::string("is neither True nor False and is read as ") +
+                (isTrueUnlessFalse ? "True" : "False"),
+            isName ? "write Workgroup=True and Domain=" + std::string(value.text) : "");
 }
 
 void CheckMode(const Value& value) {
@@ -141,14 +146,47 @@ void CheckDomainName(const Value& value) {
   value.Add(Code::kBadWorkgroupName, "holds " + Quoted(value.text.substr(refused, 1)));
 }
 
+void CheckSuffixes(const Value& value) {
+  for (const Item& item : value.document.Items(value.entry)) {
+    if (item.text.find('%') != std::string_view::npos) {
+      value.findings.OfItem(Code::kPercentSign, item, "contains \"%\"");
+    } else if (!IsDomainName(item.text)) {
+      value.findings.OfItem(Code::kBadDomainName, item, "is not a domain name");
+    }
+  }
+}
+
+/// The path begins with a domain, as a directory shows it: "corp.example/Sales".
+bool IsCanonical(const Value& value) {
+  const std::string_view first = value.text.substr(0, value.text.find('/'));
+  const std::string_view ending = first.substr(first.rfind('.') + 1);
+  return base::SameText(first, value.section.Value(Key::kDnsDomain)) ||
+         (first.size() < value.text.size() && ending.size() > 1 && ending.size() < first.size() &&
+          std::all_of(ending.begin(), ending.end(), IsLetter) && IsDomainName(first));
+}
+
 void CheckOrganizationalUnit(const Value& value) {
+  constexpr Code kCode = Code::kBadOrganizationalUnit;
   const std::string_view ou = value.text;
-  if (ou.find('\\') != std::string_view::npos) {
-    value.Add(Code::kBadOrganizationalUnit, R"(contains "\", which does not separate units)",
-              "separate them with \"/\"");
-  } else if (ou.find('=') != std::string_view::npos && ou.find("OU=") == std::string_view::npos) {
-    value.Add(Code::kBadOrganizationalUnit,
-              R"(contains "=", but no "OU=" in capitals: it is read as a path)");
+  const std::size_t special = ou.find_first_of(",+\"<>;");
+  if (ou.find('%') != std::string_view::npos) value.Add(Code::kPercentSign, "contains \"%\"");
+  if (base::StartsWith(ou, "LDAP:")) {
+    value.Add(kCode, "begins with LDAP:, which the library puts before it",
+              "leave out LDAP:// and the name of a server");
+  } else if (ou.find("OU=") != std::string_view::npos) {
+    return;
+  } else if (ou.find('\\') != std::string_view::npos) {
+    value.Add(kCode, R"(contains "\", which does not separate units)", "separate them with \"/\"");
+  } else if (ou.find('=') != std::string_view::npos) {
+    value.Add(kCode, R"(contains "=", but no "OU=" in capitals: it is read as a path)");
+  } else if (special != std::string_view::npos) {
+    value.Add(
+        kCode,
+        "contains " + Quoted(ou.substr(special, 1)) + ", which is special in a distinguished name",
+        R"(write a distinguished name with "\" before it, such as OU=Sales\, Europe)");
+  } else if (IsCanonical(value)) {
+    value.Add(kCode, "begins with a domain, which is read as a unit",
+              "begin with the first unit below the domain");
   }
 }
 
@@ -185,7 +223,9 @@ std::string HintForPrefix(const Item& item) {
 void CheckAddress(const Value& value, const Item& item, bool mayBeLoopback) {
   const Address address = ReadAddress(item);
   const char* const why = address.bits ? WhyUnusable(*address.bits) : nullptr;
-  if (HasLeadingZero(item.text)) {
+  if (IsIpv6(item.text)) {
+    value.findings.OfItem(Code::kIpv6Address, item, "is an IPv6 address");
+  } else if (HasLeadingZero(item.text)) {
     value.findings.OfItem(Code::kLeadingZero, item, "is read as another address");
   } else if (!address.bits && !item.text.empty() && IsLetter(item.text[0])) {
     value.findings.OfItem(Code::kHostName, item, "is a host name and is resolved during the run");
@@ -201,7 +241,9 @@ void CheckAddress(const Value& value, const Item& item, bool mayBeLoopback) {
 void CheckMask(const Value& value, const Item& item, bool mayBeZero) {
   const Address mask = ReadAddress(item);
   const auto prefix = PrefixIn(item.text);
-  if (HasLeadingZero(item.text)) {
+  if (IsIpv6(item.text)) {
+    value.findings.OfItem(Code::kIpv6Address, item, "is an IPv6 mask");
+  } else if (HasLeadingZero(item.text)) {
     value.findings.OfItem(Code::kLeadingZero, item, "is read as another mask");
   } else if (!mask.bits) {
     value.findings.OfItem(Code::kNoAddress, item, "is not an IPv4 netmask",
@@ -245,7 +287,9 @@ void CheckRoute(const Value& value) {
   const std::vector<Item> fields = value.document.Items(value.entry);
   for (std::size_t i = 0; i < fields.size(); ++i) {
     const Item& field = fields[i];
-    if (i == 0 && HasLeadingZero(field.text)) {
+    if (i == 0 && IsIpv6(field.text)) {
+      value.findings.OfItem(Code::kIpv6Address, field, "is an IPv6 address");
+    } else if (i == 0 && HasLeadingZero(field.text)) {
       value.findings.OfItem(Code::kLeadingZero, field, "is read as another address");
     } else if (i == 0 && !ReadAddress(field).bits) {
       const std::string hint = HintForPrefix(field);
@@ -301,7 +345,7 @@ constexpr Rule kRules[] = {CheckNothing,
                            CheckRecorded,
                            CheckAddresses,
                            CheckMasks,
-                           CheckNothing,
+                           CheckSuffixes,
                            CheckRoute};
 static_assert(std::size(kRules) == static_cast<std::size_t>(ValueKind::kRoute) + 1);
 
@@ -328,7 +372,12 @@ bool IsRecordedOnly(const Value& value) {
 void CheckValues(const DesiredState& desired, Findings& findings) {
   for (const Section& section : desired.document.Sections()) {
     for (const PlacedEntry& entry : section.entries) {
-      if (!entry.known || !entry.isFound || entry.FirstLine().empty()) continue;
+      if (!entry.known || !entry.isFound) continue;
+      for (const Item& comment : desired.document.CommentsIn(entry)) {
+        findings.At(Code::kCommentAfterValue, comment.span,
+                    "this is no comment, but part of the value of " + std::string(entry.key));
+      }
+      if (entry.FirstLine().empty()) continue;
       const Value value{desired.document, section, entry, entry.FirstLine(), findings};
       if (IsRecordedOnly(value)) continue;
       kRules[static_cast<std::size_t>(RowOf(*entry.known).value)](value);
