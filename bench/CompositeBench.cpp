@@ -55,7 +55,6 @@ void Walk(benchmark::State& state, Iterator begin) {
     }
     if (nodes != kNodes) state.SkipWithError("nodes are missing");
   }
-  state.SetItemsProcessed(state.iterations() * kNodes);
 }
 
 void DepthFirst(benchmark::State& state) {
@@ -66,11 +65,6 @@ void DepthFirst(benchmark::State& state) {
 void BreadthFirst(benchmark::State& state) {
   const auto tree = MakeTree(state.range(0));
   Walk(state, tree->breadthBegin());
-}
-
-void BuildAndDestroy(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(MakeTree(state.range(0)));
-  state.SetItemsProcessed(state.iterations() * kNodes);
 }
 
 #if defined(HAS_GLIB)
@@ -107,13 +101,11 @@ void WalkG(benchmark::State& state, GTraverseType order) {
 // Children per inner node: two trees, one flat collection.
 const bool kRegistered = [] {
   const auto add = [](const char* name, auto function, auto... arguments) {
-    return benchmark::RegisterBenchmark(name, function, arguments...)
-        ->Unit(benchmark::kMillisecond);
+    return benchmark::RegisterBenchmark(name, function, arguments...);
   };
   for (const std::int64_t width : {std::int64_t{3}, std::int64_t{10}, kNodes}) {
     add("tree depth-first/orvanta", DepthFirst)->Arg(width);
     add("tree breadth-first/orvanta", BreadthFirst)->Arg(width);
-    add("tree build/orvanta", BuildAndDestroy)->Arg(width);
 #if defined(HAS_GLIB)
     add("tree depth-first/GNode", WalkG, G_PRE_ORDER)->Arg(width);
     add("tree breadth-first/GNode", WalkG, G_LEVEL_ORDER)->Arg(width);

@@ -1,10 +1,8 @@
-// How fast configuration files are read and looked up in: beside other readers, and beside the time
-// that merely copying the text, finding its line ends or reading the file takes.
+// How fast configuration files are read and looked up in, compared with other readers and with a
+// mere scan for line ends.
 #include <benchmark/benchmark.h>
 
-#include <array>
 #include <cstddef>
-#include <cstdio>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -14,16 +12,65 @@
 #include <vector>
 
 #include "bench/Readers.h"
-#include "bench/Texts.h"
-#include "handlers/internal/ConfigFile.h"
 
 namespace {
 
-using bench::TextOf;
+constexpr int kKeysPerSection = 20;
 
-void Finish(benchmark::State& state, const std::string& text) {
-  state.SetBytesProcessed(static_cast<std::int64_t>(text.size()) *
-                          static_cast<std::int64_t>(state.iterations()));
+/// What a text can have much of.
+enum class Shape { kSections, kKeys, kComments, kContinuations, kDuplicates };
+
+/// The texts that all readers load; the first three are typical, with so many sections each.
+enum Size : int { kSmall, kMegabyte, kFiftyMegabytes, kOneSection };
+constexpr const char* kSizeNames[] = {"2.6 KB", "1 MB", "50 MB", "200,000 keys"};
+constexpr int kSectionsOf[] = {5, 2000, 100000};
+
+std::string SectionName(int section) { return "NicEntry" + std::to_string(section); }
+std::string KeyName(int key) { return "Setting-Name" + std::to_string(key); }
+
+/// Sections of 20 settings and a comment, about 500 bytes each.
+std::string TypicalText(int sections) {
+  std::string text;
+  for (int section = 0; section < sections; ++section) {
+    text.append("[").append(SectionName(section)).append("]\n# one adapter\n");
+    for (int key = 0; key < kKeysPerSection; ++key) {
+      text.append(KeyName(key)).append("=10.20.").append(std::to_string(key)).append(".1\n");
+    }
+  }
+  return text;
+}
+
+/// A text with `count` of what makes its shape.
+std::string ShapedText(Shape shape, int count) {
+  std::string text = "[Global]\nDNS-Server0=10.0.0.1\n";
+  for (int i = 0; i < count; ++i) {
+    switch (shape) {
+      case Shape::kSections:
+        text.append("[").append(SectionName(i)).append("]\n");
+        [[fallthrough]];
+      case Shape::kKeys:
+        text.append(KeyName(i)).append("=").append(std::to_string(i)).append("\n");
+        break;
+      case Shape::kComments:
+        text.append("# what this is for, told in one line\n");
+        break;
+      case Shape::kContinuations:
+        text.append("  10.20.30.").append(std::to_string(i % 256)).append("\n");
+        break;
+      case Shape::kDuplicates:
+        text.append("Server=").append(std::to_string(i)).append("\n");
+        break;
+    }
+  }
+  return text;
+}
+
+/// Made once.
+const std::string& TextOf(int size) {
+  static const std::string texts[] = {
+      TypicalText(kSectionsOf[kSmall]), TypicalText(kSectionsOf[kMegabyte]),
+      TypicalText(kSectionsOf[kFiftyMegabytes]), ShapedText(Shape::kKeys, 200000)};
+  return texts[size];
 }
 
 /// Construct, load and destroy.
@@ -32,16 +79,6 @@ void Load(benchmark::State& state, const bench::NamedReader& reader, int size) {
   for (auto _ : state) {
     if (!reader.make()->Load(text)) state.SkipWithError("not loaded");
   }
-  Finish(state, text);
-}
-
-void Copy(benchmark::State& state, int size) {
-  const std::string& text = TextOf(size);
-  for (auto _ : state) {
-    std::string copy = text;
-    benchmark::DoNotOptimize(copy.data());
-  }
-  Finish(state, text);
 }
 
 void ScanNewlines(benchmark::State& state, int size) {
@@ -56,14 +93,13 @@ void ScanNewlines(benchmark::State& state, int size) {
     }
     benchmark::DoNotOptimize(lines);
   }
-  Finish(state, text);
 }
 
 /// A file on disk for as long as the program runs.
 const std::string& SmallFile() {
   struct File {
     std::string path = (std::filesystem::temp_directory_path() / "orvanta-bench.cfg").string();
-    File() { std::ofstream(path, std::ios::binary) << TextOf(bench::kSmall); }
+    File() { std::ofstream(path, std::ios::binary) << TextOf(kSmall); }
     ~File() { std::filesystem::remove(path); }
   };
   static const File file;
@@ -77,16 +113,6 @@ void LoadFile(benchmark::State& state, const bench::NamedReader& reader) {
   }
 }
 
-void OpenReadClose(benchmark::State& state) {
-  const std::string& path = SmallFile();
-  std::array<char, 4096> buffer;
-  for (auto _ : state) {
-    std::FILE* const file = std::fopen(path.c_str(), "rb");
-    benchmark::DoNotOptimize(std::fread(buffer.data(), 1, buffer.size(), file));
-    std::fclose(file);
-  }
-}
-
 /// Looks up existing pairs in random order; in capital letters with `capitals`.
 void LookUp(benchmark::State& state, const bench::NamedReader& reader, int size, bool capitals) {
   const auto file = reader.make();
@@ -94,9 +120,8 @@ void LookUp(benchmark::State& state, const bench::NamedReader& reader, int size,
   std::mt19937 random(1);
   std::vector<std::pair<std::string, std::string>> pairs(1 << 16);
   for (auto& [section, key] : pairs) {
-    section = bench::SectionName(
-        static_cast<int>(random() % static_cast<unsigned>(bench::kSectionsOf[size])));
-    key = bench::KeyName(static_cast<int>(random() % bench::kKeysPerSection));
+    section = SectionName(static_cast<int>(random() % static_cast<unsigned>(kSectionsOf[size])));
+    key = KeyName(static_cast<int>(random() % kKeysPerSection));
     if (!capitals) continue;
     for (std::string* text : {&section, &key}) {
       for (char& c : *text) c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
@@ -114,38 +139,17 @@ void LookUp(benchmark::State& state, const bench::NamedReader& reader, int size,
   }
 }
 
-void Grow(benchmark::State& state, bench::Shape shape) {
-  const std::string text = bench::ShapedText(shape, static_cast<int>(state.range(0)));
+void Grow(benchmark::State& state, Shape shape) {
+  const std::string text = ShapedText(shape, static_cast<int>(state.range(0)));
   for (auto _ : state) {
     if (!bench::Readers()[0].make()->Load(text)) state.SkipWithError("not loaded");
   }
 }
 
-/// Reads every entry in file order.
-void Walk(benchmark::State& state, int size) {
-  ConfigFile file{/*caseSensitive=*/false};
-  file.Parse(TextOf(size), /*merge=*/false);
-  std::string section;
-  std::string key;
-  std::string value;
-  for (auto _ : state) {
-    for (auto found = file.GetFirstSection(&section); found == ConfigFile::kSuccess;
-         found = file.GetNextSection(&section)) {
-      for (auto entry = file.GetFirstEntry(section, &key, &value); entry == ConfigFile::kSuccess;
-           entry = file.GetNextEntry(&key, &value)) {
-        benchmark::DoNotOptimize(value.data());
-      }
-    }
-  }
-  Finish(state, TextOf(size));
-}
-
-constexpr std::pair<const char*, bench::Shape> kShapes[] = {
-    {"sections", bench::Shape::kSections},
-    {"keys in one section", bench::Shape::kKeys},
-    {"comments", bench::Shape::kComments},
-    {"continuation lines", bench::Shape::kContinuations},
-    {"duplicate keys", bench::Shape::kDuplicates},
+constexpr std::pair<const char*, Shape> kShapes[] = {
+    {"sections", Shape::kSections},         {"keys in one section", Shape::kKeys},
+    {"comments", Shape::kComments},         {"continuation lines", Shape::kContinuations},
+    {"duplicate keys", Shape::kDuplicates},
 };
 
 // The names are columns of the report: what, by whom, of which size.
@@ -153,23 +157,20 @@ const bool kRegistered = [] {
   const auto add = [](const std::string& name, auto function, auto... arguments) {
     return benchmark::RegisterBenchmark(name.c_str(), function, arguments...);
   };
-  for (int size = bench::kSmall; size <= bench::kOneSection; ++size) {
-    const std::string suffix = std::string("/") + bench::kSizeNames[size];
+  for (int size = kSmall; size <= kOneSection; ++size) {
+    const std::string suffix = std::string("/") + kSizeNames[size];
     for (const bench::NamedReader& reader : bench::Readers()) {
       add("load/" + std::string(reader.name) + suffix, Load, reader, size);
-      if (size == bench::kOneSection) continue;
+      if (size == kOneSection) continue;
       add("look up/" + std::string(reader.name) + suffix, LookUp, reader, size, false);
     }
-    add("load/copy" + suffix, Copy, size);
     add("load/newline scan" + suffix, ScanNewlines, size);
-    add("walk/orvanta" + suffix, Walk, size);
-    if (size == bench::kOneSection) continue;
+    if (size == kOneSection) continue;
     add("look up/other letter case" + suffix, LookUp, bench::Readers()[0], size, true);
   }
   for (const bench::NamedReader& reader : bench::Readers()) {
     add("load file/" + std::string(reader.name) + "/2.6 KB", LoadFile, reader);
   }
-  add("load file/open, read, close/2.6 KB", OpenReadClose);
   for (const auto& [name, shape] : kShapes) {
     for (const int count : {2000, 20000, 200000}) {
       add("grow/" + std::string(name), Grow, shape)->Arg(count);

@@ -12,7 +12,7 @@ declare -A packages=(
   [count]="cloc git"
   [coverage]="gcovr"
   [tidy]="clang-tidy cppcheck python3"
-  [bench]="hyperfine libbenchmark-dev libglib2.0-dev libicu-dev libinih-dev libsimpleini-dev pkg-config python3 time"
+  [bench]="libbenchmark-dev libglib2.0-dev libicu-dev libinih-dev libsimpleini-dev pkg-config python3 time"
 )
 
 missing=()

@@ -5,6 +5,7 @@
 
 #include "common/err/GeneralError.h"
 #include "common/logging/ILogSink.h"
+#include "common/util/Finally.h"
 #include "common/util/Wiping.h"
 #include "handlers/IAgentHost.h"
 #include "handlers/IAgentMessage.h"
@@ -97,9 +98,7 @@ std::int32_t Dispatch(IAgentMessage* message, IAgentHost* host) {
 
 std::int32_t DoMagic(IAgentMessage* message, IAgentHost* host) {
   // When a message ends, nothing secret of it stays behind; see also the plug-in's heap.
-  const struct StackWiper {
-    ~StackWiper() { util::WipeFreedStack(); }
-  } wiper;
+  const util::Finally wipe(util::WipeFreedStack);
   try {
     return Dispatch(message, host);
   } catch (const err::CGeneralError& error) {

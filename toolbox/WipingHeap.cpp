@@ -29,7 +29,8 @@ void Release(void* block) noexcept {
 
 }  // namespace
 
-// Every form for objects of usual alignment, so that no block of ours meets another heap.
+// The standard library's other forms for objects of usual alignment, such as those for arrays, call
+// these, so no block of ours meets another heap.
 
 void* operator new(std::size_t size) {
   for (;;) {
@@ -40,22 +41,5 @@ void* operator new(std::size_t size) {
   }
 }
 
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  try {
-    return operator new(size);
-  } catch (const std::bad_alloc&) {
-    return nullptr;
-  }
-}
-
-void* operator new[](std::size_t size) { return operator new(size); }
-void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
-  return operator new(size, nothrow);
-}
-
 void operator delete(void* block) noexcept { Release(block); }
 void operator delete(void* block, std::size_t) noexcept { Release(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { Release(block); }
-void operator delete[](void* block) noexcept { Release(block); }
-void operator delete[](void* block, std::size_t) noexcept { Release(block); }
-void operator delete[](void* block, const std::nothrow_t&) noexcept { Release(block); }

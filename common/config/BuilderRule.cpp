@@ -1,6 +1,5 @@
 #include "common/config/BuilderRule.h"
 
-#include <memory>
 #include <typeinfo>
 #include <utility>
 
@@ -17,7 +16,6 @@
 #include "common/config/command/SetDns.h"
 #include "common/config/command/SetDnsSuffix.h"
 #include "common/config/command/SetGateway.h"
-#include "common/sys/Domain.h"
 
 namespace config {
 namespace {
@@ -59,16 +57,15 @@ Command* LastIf(const CommandList& commands) {
   return typeid(last) == typeid(Command) ? static_cast<Command*>(&last) : nullptr;
 }
 
-/// Adds `value` to the last command of a list if it is exactly a `Command`, else to a new one made
-/// from `arguments`. So the values of an unbroken run end up in one command, which is returned.
-template <typename Command, typename... Arguments>
-IConfigureCommand* AddToLastOrNew(CommandList& commands, const std::string& value,
-                                  Arguments... arguments) {
+/// Adds `value` to the last command of a list if it is exactly a `Command`, else to a new one. So
+/// the values of an unbroken run end up in one command, which is returned.
+template <typename Command>
+IConfigureCommand* AddToLastOrNew(CommandList& commands, const std::string& value) {
   if (auto* last = LastIf<Command>(commands)) {
     last->Add(value);
     return last;
   }
-  auto made = std::make_unique<Command>(arguments...);
+  auto made = std::make_unique<Command>();
   made->Add(value);
   return commands.emplace_back(std::move(made)).get();
 }
@@ -86,10 +83,13 @@ SetStatic* LastStatic(ConfigBuilder& builder) {
 
 SetStaticRoute& LastOrNewRoutes(ConfigBuilder& builder) {
   if (auto* last = LastIf<SetStaticRoute>(builder.Commands())) return *last;
-  auto made = std::make_unique<SetStaticRoute>();
-  SetStaticRoute& routes = *made;
-  builder.AddCommand(std::move(made));
-  return routes;
+  return static_cast<SetStaticRoute&>(*builder.AddCommand(std::make_unique<SetStaticRoute>()));
+}
+
+bool IsCurrentDomain(const std::string& name) {
+  sys::Domain& current = sys::Domain::Instance();
+  return current.IsDomainMember() && (base::SameText(name, current.GetDnsDomainName()) ||
+                                      base::SameText(name, current.GetDomainName()));
 }
 
 }  // namespace
@@ -97,27 +97,28 @@ SetStaticRoute& LastOrNewRoutes(ConfigBuilder& builder) {
 // ---- DefaultRule --------------------------------------------------------------------------------
 
 IConfigureCommand* DefaultRule::HandleEvent(EventKind kind, const std::string& value) {
+  auto* const identity = dynamic_cast<command::DomainCommand*>(builder_.LastCommand());
   switch (kind) {
     case EventKind::COMPUTER_NAME:
       return builder_.AddCommand(std::make_unique<command::ChangeCompName>(value));
     case EventKind::WORKGROUP:
       return builder_.AddCommand(std::make_unique<command::JoinWorkgroup>(value));
     case EventKind::DOMAIN:
-      return AddJoinDomain(value);
-    // Credentials belong to the identity command just before them; others are dropped without a
-    // word.
-    case EventKind::DOMAIN_USER: {
-      auto* last = LastIdentity();
-      if (last != nullptr) last->SetUser(value);
-      return last;
-    }
-    case EventKind::DOMAIN_PASSWORD: {
-      auto* last = LastIdentity();
-      if (last != nullptr) last->SetPassword(value);
-      return last;
-    }
+      if (IsCurrentDomain(value)) return nullptr;
+      return builder_.AddCommand(std::make_unique<command::JoinDomain>(value));
+    // Credentials belong to the identity command just before them; others are dropped silently.
+    case EventKind::DOMAIN_USER:
+      if (identity != nullptr) identity->SetUser(value);
+      return identity;
+    case EventKind::DOMAIN_PASSWORD:
+      if (identity != nullptr) identity->SetPassword(value);
+      return identity;
     case EventKind::DOMAIN_OU:
-      return SetOu(value);
+      if (auto* join = LastIf<command::JoinDomain>(builder_.Commands())) {
+        join->SetOu(value);
+        return join;
+      }
+      return builder_.AddCommand(std::make_unique<command::MoveOu>(value));
     case EventKind::NOOP:
       return nullptr;
     case EventKind::ENABLE_NETWORKING:
@@ -126,27 +127,6 @@ IConfigureCommand* DefaultRule::HandleEvent(EventKind kind, const std::string& v
     default:
       Throw(kRefusedByDefault, kNotAccepted);
   }
-}
-
-command::DomainCommand* DefaultRule::LastIdentity() const {
-  return dynamic_cast<command::DomainCommand*>(builder_.LastCommand());
-}
-
-IConfigureCommand* DefaultRule::AddJoinDomain(const std::string& domain) {
-  sys::Domain& current = sys::Domain::Instance();
-  if (current.IsDomainMember() && (base::SameText(domain, current.GetDnsDomainName()) ||
-                                   base::SameText(domain, current.GetDomainName()))) {
-    return nullptr;
-  }
-  return builder_.AddCommand(std::make_unique<command::JoinDomain>(domain));
-}
-
-IConfigureCommand* DefaultRule::SetOu(const std::string& ou) {
-  if (auto* join = LastIf<command::JoinDomain>(builder_.Commands())) {
-    join->SetOu(ou);
-    return join;
-  }
-  return builder_.AddCommand(std::make_unique<command::MoveOu>(ou));
 }
 
 // ---- NicRule ------------------------------------------------------------------------------------
@@ -159,28 +139,28 @@ IConfigureCommand* NicRule::HandleEvent(EventKind kind, const std::string& value
       nic_.SetMacAddress(value);
       return &nic_;
     case EventKind::NIC_PCI_BUS:
-      nic_.SetPciBus(base::ParseUnsigned(value));
+      nic_.Location().bus = base::ParseUnsigned(value);
       return &nic_;
     case EventKind::NIC_PCI_DEVICE:
-      nic_.SetPciDevice(base::ParseUnsigned(value));
+      nic_.Location().device = base::ParseUnsigned(value);
       return &nic_;
     case EventKind::NIC_PCI_FUNCTION:
-      nic_.SetPciFunction(base::ParseUnsigned(value));
+      nic_.Location().function = base::ParseUnsigned(value);
       return &nic_;
     case EventKind::DHCP:
       Add(std::make_unique<command::SetDhcp>());
-      mode_ = Mode::kDhcp;
+      isStatic_ = false;
       return nic_.Commands().back().get();
     case EventKind::STATIC:
       Add(std::make_unique<SetStatic>());
-      mode_ = Mode::kStatic;
+      isStatic_ = true;
       return nic_.Commands().back().get();
     case EventKind::GATEWAY:
-      if (mode_ != Mode::kStatic) Throw(kGatewayOnDhcp, kNotAccepted);
+      if (!isStatic_) Throw(kGatewayOnDhcp, kNotAccepted);
       return AddToLastOrNew<command::SetGateway>(nic_.Commands(), value);
     case EventKind::DNS_SERVER:
       if (value == "0.0.0.0") return nullptr;
-      return AddToLastOrNew<SetDns>(nic_.Commands(), value, SetDns::Mode::kServers);
+      return AddToLastOrNew<SetDns>(nic_.Commands(), value);
     case EventKind::DNS_SUFFIX:
       return AddToLastOrNew<command::SetDnsSuffix>(nic_.Commands(), value);
     case EventKind::DNS_DHCP:
@@ -220,19 +200,14 @@ IConfigureCommand* StaticRouteRule::HandleEvent(EventKind kind, const std::strin
   hasData_ = true;  // also for an event that is refused
   switch (kind) {
     case EventKind::IP_ADDRESS:
-      destination_ = value;
-      return &routes_;
     case EventKind::SUBNET_MASK:
-      mask_ = value;
-      return &routes_;
     case EventKind::ROUTE_GATEWAY:
-    case EventKind::GATEWAY:
-      gateway_ = value;
-      return &routes_;
-    case EventKind::ROUTE_FOURTH_FIELD:
-      return &routes_;  // accepted and never used
+    case EventKind::ROUTE_FOURTH_FIELD:  // accepted and never used
     case EventKind::ROUTE_METRIC:
-      metric_ = base::ParseUnsigned(value);
+      values_[kind] = value;
+      return &routes_;
+    case EventKind::GATEWAY:
+      values_[EventKind::ROUTE_GATEWAY] = value;
       return &routes_;
     default:
       Throw(kRefusedByStaticRoute, kNotAccepted);
@@ -241,8 +216,10 @@ IConfigureCommand* StaticRouteRule::HandleEvent(EventKind kind, const std::strin
 
 void StaticRouteRule::Close() {
   if (!hasData_) return;
-  routes_.Add({ipc::IPv4Address(destination_), ipc::IPv4Address(mask_), ipc::IPv4Address(gateway_),
-               metric_});
+  routes_.Add({ipc::IPv4Address(values_[EventKind::IP_ADDRESS]),
+               ipc::IPv4Address(values_[EventKind::SUBNET_MASK]),
+               ipc::IPv4Address(values_[EventKind::ROUTE_GATEWAY]),
+               base::ParseUnsigned(values_[EventKind::ROUTE_METRIC])});
 }
 
 }  // namespace config

@@ -2,14 +2,12 @@
 // them in, and refuse events that make no sense where they stand.
 #pragma once
 
-#include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 
 #include "common/config/Event.h"
 #include "common/config/command/ConfigureNic.h"
-#include "common/config/command/DomainCommand.h"
-#include "common/config/command/IConfigureCommand.h"
 #include "common/config/command/SetStatic.h"
 #include "common/config/command/SetStaticRoute.h"
 
@@ -40,11 +38,6 @@ class DefaultRule final : public BuilderRule {
   command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
 
  private:
-  command::IConfigureCommand* AddJoinDomain(const std::string& domain);
-  command::IConfigureCommand* SetOu(const std::string& ou);
-  /// The command that credentials belong to; null when the last one takes none.
-  command::DomainCommand* LastIdentity() const;
-
   ConfigBuilder& builder_;
 };
 
@@ -56,12 +49,10 @@ class NicRule final : public BuilderRule {
   command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
 
  private:
-  enum class Mode : std::int8_t { kUndecided = -1, kDhcp = 0, kStatic = 1 };
-
   command::IConfigureCommand* Add(std::unique_ptr<command::IConfigureCommand> command);
 
   command::ConfigureNic& nic_;
-  Mode mode_ = Mode::kUndecided;
+  bool isStatic_ = false;  // by the last event that decided it
 };
 
 /// Addresses and masks of a static adapter.
@@ -87,10 +78,7 @@ class StaticRouteRule final : public BuilderRule {
  private:
   command::SetStaticRoute& routes_;
   bool hasData_ = false;
-  std::string destination_;
-  std::string mask_;
-  std::string gateway_;
-  std::uint32_t metric_ = 0;
+  std::map<EventKind, std::string> values_;
 };
 
 }  // namespace config

@@ -43,7 +43,8 @@ command::IConfigureCommand* ConfigBuilder::ConfigEvent(EventKind kind, Event pha
     return nullptr;
   }
   if (phase == Event::BEGIN && OpensScope(kind)) return OpenScope(kind);
-  return CurrentRule().HandleEvent(kind, value);
+  if (scopes_.empty()) throw ConfigError{kNoScope, kNotAccepted, /*systemError=*/0};
+  return scopes_.back()->HandleEvent(kind, value);
 }
 
 command::IConfigureCommand* ConfigBuilder::OpenScope(EventKind kind) {
@@ -73,11 +74,6 @@ void ConfigBuilder::CloseScope() {
   const std::unique_ptr<BuilderRule> rule = std::move(scopes_.back());
   scopes_.pop_back();
   rule->Close();
-}
-
-BuilderRule& ConfigBuilder::CurrentRule() const {
-  if (scopes_.empty()) throw ConfigError{kNoScope, kNotAccepted, /*systemError=*/0};
-  return *scopes_.back();
 }
 
 command::IConfigureCommand* ConfigBuilder::AddCommand(

@@ -7,9 +7,7 @@
 #include <vector>
 
 #include "common/config/BuilderRule.h"
-#include "common/config/Event.h"
 #include "common/config/analyzer/Analysis.h"
-#include "common/config/command/IConfigureCommand.h"
 #include "common/logging/ILogSink.h"
 
 namespace config {
@@ -54,7 +52,6 @@ class ConfigBuilder {
  private:
   command::IConfigureCommand* OpenScope(EventKind kind);
   void CloseScope();
-  BuilderRule& CurrentRule() const;
 
   // The rules refer to commands, so they are declared behind them and go first.
   command::CommandList commands_;

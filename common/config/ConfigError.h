@@ -12,4 +12,10 @@ struct ConfigError : err::CGeneralError {
   using err::CGeneralError::CGeneralError;
 };
 
+/// Throws ConfigError (value 4) unless a method returned 0 (done) or 1 (done after a restart).
+inline void RequireDone(std::int32_t result, const err::Site& failure) {
+  if (result == 0 || result == 1) return;
+  throw ConfigError{failure, /*value=*/4, static_cast<std::uint32_t>(result)};
+}
+
 }  // namespace config

@@ -3,6 +3,7 @@
 #include <array>
 #include <bit>
 
+#include "base/Pieces.h"
 #include "platform/IPlatform.h"
 #include "platform/IResolver.h"
 
@@ -60,13 +61,14 @@ std::strong_ordering IPv4Address::operator<=>(const IPv4Address& other) const {
   return PartsOf(*this) <=> PartsOf(other);
 }
 
+std::vector<std::string> Texts(const std::vector<IPv4Address>& addresses) {
+  std::vector<std::string> texts;
+  for (const IPv4Address& address : addresses) texts.push_back(address.ToString());
+  return texts;
+}
+
 std::string Join(const std::vector<IPv4Address>& addresses) {
-  std::string text;
-  for (const IPv4Address& address : addresses) {
-    if (&address != &addresses.front()) text += ",";
-    text += address.ToString();
-  }
-  return text;
+  return base::Join(Texts(addresses), ",");
 }
 
 }  // namespace ipc

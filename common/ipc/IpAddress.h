@@ -57,7 +57,9 @@ class IPv4Address : public IPAddress {
   std::strong_ordering operator<=>(const IPv4Address& other) const;
 };
 
-/// The addresses in dotted form with "," between them.
+/// The addresses in dotted form.
+std::vector<std::string> Texts(const std::vector<IPv4Address>& addresses);
+/// The same with "," between them.
 std::string Join(const std::vector<IPv4Address>& addresses);
 
 }  // namespace ipc

@@ -4,6 +4,7 @@
 
 #include "common/proc/OutputRelay.h"
 #include "common/sys/ExecuteAsUser.h"
+#include "common/util/Finally.h"
 #include "common/util/LastError.h"
 #include "platform/IPlatform.h"
 
@@ -28,18 +29,6 @@ void CloseIfOpen(Handle* handle) {
   *handle = Handle::kNone;
 }
 
-/// Holds the object's lock for a scope.
-class Locked {
- public:
-  explicit Locked(lang::CriticalSection& section) : section_(section) { section_.Enter(); }
-  ~Locked() { section_.Leave(); }
-  Locked(const Locked&) = delete;
-  Locked& operator=(const Locked&) = delete;
-
- private:
-  lang::CriticalSection& section_;
-};
-
 /// The command line as a formatter without arguments leaves it: "%%" is "%".
 std::string WithSinglePercents(std::string_view commandLine) {
   std::string text;
@@ -53,7 +42,8 @@ std::string WithSinglePercents(std::string_view commandLine) {
 }  // namespace
 
 CChildProcess::~CChildProcess() {
-  const Locked locked(lock_);
+  lock_.Enter();
+  const util::Finally leave([this] { lock_.Leave(); });
   if (process_.process != Handle::kInvalid) {
     if (Port().Wait(process_.process, timeoutMs_) == platform::kWaitTimeout) {
       Port().Terminate(process_.process, kKilledExitCode);
@@ -67,7 +57,8 @@ CChildProcess::~CChildProcess() {
 std::int32_t CChildProcess::ExecuteCmd(const char* applicationName, const std::string& commandLine,
                                        const std::string& user, const std::string& /*credential*/,
                                        bool wait, std::uint16_t showWindow, OutputRelay* relay) {
-  const Locked locked(lock_);
+  lock_.Enter();
+  const util::Finally leave([this] { lock_.Leave(); });
   if (!user.empty()) {
     const sys::CExecuteAsUser asUser(logSink_);
     logSink_.Log(logging::kProgress,
@@ -85,18 +76,12 @@ std::int32_t CChildProcess::ExecuteCmd(const char* applicationName, const std::s
 std::int32_t CChildProcess::Run(const char* applicationName, const std::string& commandLine,
                                 bool wait, std::uint16_t showWindow, OutputRelay* relay) {
   platform::StartupInfo startup;
-  // The child's pipe ends; the parent's copies go when the run is over, however it ends.
-  struct ChildEnds {
-    Handle output = Handle::kNone;
-    Handle input = Handle::kNone;
-    ~ChildEnds() {
-      CloseIfOpen(&output);
-      CloseIfOpen(&input);
-    }
-  } ends;
   InitializeStartupInfo(&startup);
-  ends.output = startup.standardOutput;
-  ends.input = startup.standardInput;
+  // The parent's copies of the child's pipe ends go when the run is over, however it ends.
+  const util::Finally closeEnds([output = startup.standardOutput, input = startup.standardInput] {
+    Port().Close(output);
+    Port().Close(input);
+  });
   startup.showWindow = showWindow;
   if (relay != nullptr) relay->Attach(&startup);
 
@@ -119,7 +104,7 @@ void CChildProcess::InitializeStartupInfo(platform::StartupInfo* startup) {
   }
   Port().StopInheriting(stdoutRead_);
   if (!Port().MakePipe(&childInput, &stdinWrite_, /*size=*/0)) {
-    CloseIfOpen(&childOutput);
+    Port().Close(childOutput);
     throw ChildProcessError{kNoPipe, kErrorValue, /*systemError=*/0};
   }
   Port().StopInheriting(stdinWrite_);

@@ -28,8 +28,6 @@ class CChildProcess {
   CChildProcess(logging::ILogSink& logSink, std::uint32_t timeoutMs)
       : timeoutMs_(timeoutMs), logSink_(logSink) {}
   virtual ~CChildProcess();
-  CChildProcess(const CChildProcess&) = delete;
-  CChildProcess& operator=(const CChildProcess&) = delete;
 
   /// Starts `commandLine` ("%%" in it stands for "%"). The result is the child's exit code when
   /// `wait` is set, 0 when it is not, the system's error when the child could not be started, and

@@ -11,6 +11,8 @@ using platform::StandardStream;
 constexpr std::uint32_t kLargePipe = 0x10000;
 constexpr std::uint32_t kDefaultPipe = 0;
 constexpr std::size_t kChunk = 4096;
+constexpr StandardStream kStreams[] = {StandardStream::kOutput, StandardStream::kError,
+                                       StandardStream::kInput};
 
 platform::IProcesses& Port() { return platform::Current().Processes(); }
 
@@ -42,14 +44,14 @@ bool OutputRelay::Attach(platform::StartupInfo* startup) {
       !Port().MakePipe(&error_.read, &error_.write, kLargePipe)) {
     return false;
   }
-  for (const StandardStream stream :
-       {StandardStream::kOutput, StandardStream::kError, StandardStream::kInput}) {
+  for (const StandardStream stream : kStreams) {
     saved_[At(stream)] = Port().GetStandardHandle(stream);
   }
   isSaved_ = true;
   if (!Port().SetStandardHandle(StandardStream::kOutput, output_.write) ||
       !Port().SetStandardHandle(StandardStream::kError, error_.write) ||
-      !Port().SetStandardHandle(StandardStream::kInput, input_.read) || !KeepParentEndsPrivate()) {
+      !Port().SetStandardHandle(StandardStream::kInput, input_.read) ||
+      !MakePrivate(&input_.write) || !MakePrivate(&output_.read) || !MakePrivate(&error_.read)) {
     RestoreStandardHandles();
     return false;
   }
@@ -60,14 +62,9 @@ bool OutputRelay::Attach(platform::StartupInfo* startup) {
   return true;
 }
 
-bool OutputRelay::KeepParentEndsPrivate() {
-  return MakePrivate(&input_.write) && MakePrivate(&output_.read) && MakePrivate(&error_.read);
-}
-
 void OutputRelay::RestoreStandardHandles() {
   if (!isSaved_) return;
-  for (const StandardStream stream :
-       {StandardStream::kOutput, StandardStream::kError, StandardStream::kInput}) {
+  for (const StandardStream stream : kStreams) {
     Port().SetStandardHandle(stream, saved_[At(stream)]);
   }
   isSaved_ = false;

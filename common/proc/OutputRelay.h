@@ -12,11 +12,9 @@ namespace proc {
 /// child's pipe ends.
 class OutputRelay {
  public:
-  OutputRelay() = default;
   /// Puts back the standard handles it replaced and closes its pipes.
   ~OutputRelay();
-  OutputRelay(const OutputRelay&) = delete;
-  OutputRelay& operator=(const OutputRelay&) = delete;
+  OutputRelay& operator=(OutputRelay&&) = delete;
 
   /// Makes the three pipes and puts the child's ends into `startup`. False when a step fails; the
   /// standard handles are then as they were.
@@ -35,7 +33,6 @@ class OutputRelay {
     platform::Handle write = platform::Handle::kNone;
   };
 
-  bool KeepParentEndsPrivate();
   void RestoreStandardHandles();
   bool Drain(const Pipe& pipe, platform::StandardStream echo, std::string* text);
 

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "platform/IPlatform.h"
-
 namespace sys {
 namespace {
 
@@ -15,8 +13,6 @@ constexpr int kNoEntryLine = 117;
 constexpr int kRemovedLine = 125;
 constexpr int kNotAddedLine = 132;
 
-platform::ISecurity& Port() { return platform::Current().Security(); }
-
 }  // namespace
 
 CDACL::CDACL(const platform::Acl* list, logging::ILogSink& logSink) : logSink_(logSink) {
@@ -26,7 +22,7 @@ CDACL::CDACL(const platform::Acl* list, logging::ILogSink& logSink) : logSink_(l
 platform::AclSize CDACL::GetAclSizeInfo(const platform::Acl* list) {
   return RethrowFrom("CDACL::GetAclSizeInfo", [&] {
     platform::AclSize size;
-    if (!Port().GetAclSize(list, &size)) ThrowImpersonationError(kNoSize);
+    if (!Security().GetAclSize(list, &size)) ThrowImpersonationError(kNoSize);
     return size;
   });
 }
@@ -34,7 +30,7 @@ platform::AclSize CDACL::GetAclSizeInfo(const platform::Acl* list) {
 void CDACL::Create(std::uint32_t size) {
   RethrowFrom("CDACL::Create", [&] {
     auto list = AllocateBlock<platform::Acl>(size, kNoMemory);
-    if (!Port().InitializeAcl(list.get(), size)) ThrowImpersonationError(kNotInitialized);
+    if (!Security().InitializeAcl(list.get(), size)) ThrowImpersonationError(kNotInitialized);
     list_ = std::move(list);
   });
 }
@@ -44,17 +40,17 @@ bool CDACL::CopyACL(const platform::Acl* source, const CSID& removed) {
     const std::uint32_t count = GetAclSizeInfo(source).entryCount;
     for (std::uint32_t i = 0; i < count; ++i) {
       platform::AccessEntry entry;
-      if (!Port().EntryAt(source, i, &entry)) {
+      if (!Security().EntryAt(source, i, &entry)) {
         logSink_.Log(logging::kFailure, "%s:%d CDACL::CopyACL(): Cannot get ace from acl!", kSource,
                      kNoEntryLine);
         return false;
       }
-      if (entry.sid != nullptr && Port().SameSid(entry.sid, removed.Get())) {
+      if (entry.sid != nullptr && Security().SameSid(entry.sid, removed.Get())) {
         logSink_.Log(logging::kDetail, "%s:%d CDACL::CopyACL(): Removing a sid!", kSource,
                      kRemovedLine);
         continue;
       }
-      if (!Port().AddEntry(list_.get(), entry)) {
+      if (!Security().AddEntry(list_.get(), entry)) {
         logSink_.Log(logging::kFailure, "%s:%d CDACL::CopyACL(): Cannot add ace to acl!", kSource,
                      kNotAddedLine);
         return false;

@@ -6,6 +6,7 @@
 
 #include "base/Pieces.h"
 #include "common/sys/Wmi.h"
+#include "common/util/Finally.h"
 #include "common/util/LastError.h"
 #include "common/util/Wiping.h"
 #include "platform/IDirectory.h"
@@ -42,63 +43,40 @@ constexpr std::uint32_t kOptionDeferSpn = 0x100;
 constexpr std::int32_t kDone = 0;
 constexpr std::int32_t kDoneAfterRestart = 1;
 
-void CheckResult(std::int32_t result, const Check& check) {
-  const auto systemError = static_cast<std::uint32_t>(result);
-  if (platform::Failed(result)) throw DomainError{check.failed, check.value, systemError};
-  if (result != kDone && result != kDoneAfterRestart) {
-    throw DomainError{check.refused, check.value, systemError};
-  }
+/// True when the method is done after a restart only.
+bool CheckResult(std::int32_t result, const Check& check) {
+  if (result == kDone || result == kDoneAfterRestart) return result == kDoneAfterRestart;
+  throw DomainError{platform::Failed(result) ? check.failed : check.refused, check.value,
+                    static_cast<std::uint32_t>(result)};
 }
 
 platform::IDirectory& Directory() { return platform::Current().Directory(); }
 
-/// The local policy of the security authority, open for viewing.
-class Policy {
- public:
-  /// Throws DomainError.
-  Policy() {
-    const platform::NtStatus status = Directory().OpenPolicy(&handle_);
-    if (platform::Failed(status)) {
-      throw DomainError{kPolicyRefused, /*value=*/0, Directory().StatusToError(status)};
-    }
-  }
-  ~Policy() {
-    if (!leftOpen_) Directory().ClosePolicy(handle_);
-  }
-  Policy(const Policy&) = delete;
-  Policy& operator=(const Policy&) = delete;
-
-  platform::PolicyHandle Handle() const { return handle_; }
-  void LeaveOpen() { leftOpen_ = true; }
-
- private:
-  platform::PolicyHandle handle_{};
-  bool leftOpen_ = false;
-};
+/// The pieces of `path`, each after `attribute`.
+std::vector<std::string> NameParts(std::string_view path, std::string_view separator,
+                                   std::string_view attribute) {
+  std::vector<std::string> parts = base::Split(path, separator);
+  for (std::string& part : parts) part.insert(0, attribute);
+  return parts;
+}
 
 /// "DC=corp,DC=local" for "corp.local".
 std::string DomainDn(std::string_view domain) {
   if (domain.find("DC=") != std::string_view::npos) return std::string(domain);
-  std::vector<std::string> pieces = base::Split(domain, ".");
-  for (std::string& piece : pieces) piece.insert(0, "DC=");
-  return base::Join(pieces, ",");
+  return base::Join(NameParts(domain, ".", "DC="), ",");
 }
 
 /// "OU=Europe,OU=Sales" for "Sales/Europe".
 std::string OuDn(std::string_view path) {
-  std::vector<std::string> pieces = base::Split(path, "/");
-  for (std::string& piece : pieces) piece.insert(0, "OU=");
-  std::reverse(pieces.begin(), pieces.end());
-  return base::Join(pieces, ",");
+  std::vector<std::string> parts = NameParts(path, "/", "OU=");
+  std::reverse(parts.begin(), parts.end());
+  return base::Join(parts, ",");
 }
 
 /// "LDAP://" and the parts that are present, with commas between them.
-std::string LdapPath(const std::vector<std::string>& parts) {
-  std::vector<std::string> present;
-  for (const std::string& part : parts) {
-    if (!part.empty()) present.push_back(part);
-  }
-  return "LDAP://" + base::Join(present, ",");
+std::string LdapPath(std::vector<std::string> parts) {
+  std::erase(parts, "");
+  return "LDAP://" + base::Join(parts, ",");
 }
 
 std::string DefaultContainer(const std::string& ou) { return ou.empty() ? "CN=Computers" : ""; }
@@ -106,10 +84,8 @@ std::string DefaultContainer(const std::string& ou) { return ou.empty() ? "CN=Co
 /// Binds and moves within one apartment. Throws DomainError.
 void MoveObject(const std::string& source, const std::string& destination,
                 const std::string& account, const std::string& password) {
-  struct Apartment {
-    Apartment() { Directory().EnterApartment(); }
-    ~Apartment() { Directory().LeaveApartment(); }
-  } apartment;
+  Directory().EnterApartment();
+  const util::Finally leave([] { Directory().LeaveApartment(); });
   std::unique_ptr<platform::IDirectoryContainer> container;
   const platform::HResult bound =
       Directory().BindContainer(destination, account, password, &container);
@@ -164,9 +140,16 @@ void Domain::ForgetCredentials() noexcept {
   util::Wipe(password_);
 }
 
-void Domain::Refresh() {
-  Policy opened;
-  const platform::PolicyHandle policy = opened.Handle();
+Domain& Domain::Refreshed() {
+  platform::PolicyHandle policy{};
+  const platform::NtStatus status = Directory().OpenPolicy(&policy);
+  if (platform::Failed(status)) {
+    throw DomainError{kPolicyRefused, /*value=*/0, Directory().StatusToError(status)};
+  }
+  bool leftOpen = false;
+  const util::Finally close([&] {
+    if (!leftOpen) Directory().ClosePolicy(policy);
+  });
   bool hasSid = false;
   std::string name;
   if (!platform::Failed(Directory().QueryPrimaryDomain(policy, &hasSid, &name))) {
@@ -185,8 +168,9 @@ void Domain::Refresh() {
     domainName_.clear();
     dnsDomainName_.clear();
     // Deliberate: the policy stays open when the workstation service does not answer.
-    if (!Directory().LanGroup(&workgroup_)) opened.LeaveOpen();
+    leftOpen = !Directory().LanGroup(&workgroup_);
   }
+  return *this;
 }
 
 std::string Domain::AccountName(const std::string& domain) const {
@@ -197,29 +181,16 @@ const std::string& Domain::CurrentDomain() const {
   return dnsDomainName_.empty() ? domainName_ : dnsDomainName_;
 }
 
-bool Domain::IsDomainMember() {
-  Refresh();
-  return isMember_;
-}
+bool Domain::IsDomainMember() { return Refreshed().isMember_; }
 
-std::string Domain::GetDnsDomainName() {
-  Refresh();
-  return dnsDomainName_;
-}
+std::string Domain::GetDnsDomainName() { return Refreshed().dnsDomainName_; }
 
-std::string Domain::GetDomainName() {
-  Refresh();
-  return domainName_;
-}
+std::string Domain::GetDomainName() { return Refreshed().domainName_; }
 
-std::string Domain::GetWorkgroup() {
-  Refresh();
-  return workgroup_;
-}
+std::string Domain::GetWorkgroup() { return Refreshed().workgroup_; }
 
 std::string Domain::GetOu(bool asDn) {
-  Refresh();
-  if (!isMember_) return ou_;
+  if (!IsDomainMember()) return ou_;
   ou_.clear();
   std::uint32_t length = 0;
   Directory().ComputerObjectName(nullptr, &length);
@@ -237,28 +208,24 @@ std::string Domain::GetOu(bool asDn) {
 }
 
 bool Domain::JoinWorkgroup(const std::string& workgroup) {
-  Refresh();
-  if (isMember_) {
+  if (IsDomainMember()) {
     const std::string account = user_.empty() ? "" : AccountName(CurrentDomain());
     CheckResult(Wmi::UnjoinDomainOrWorkgroup(password_, account, /*options=*/0), kUnjoin);
   }
-  const std::int32_t result =
-      Wmi::JoinDomainOrWorkgroup(workgroup, password_, user_, /*accountOu=*/"", /*options=*/0);
-  CheckResult(result, kJoinWorkgroup);
-  return result == kDoneAfterRestart;
+  return CheckResult(
+      Wmi::JoinDomainOrWorkgroup(workgroup, password_, user_, /*accountOu=*/"", /*options=*/0),
+      kJoinWorkgroup);
 }
 
 bool Domain::JoinDomainAndOu(const std::string& domain, const std::string& ou, bool deferSpn) {
   const std::string accountOu = ou.empty() ? "" : BuildDn(domain, ou);
   const std::string account = AccountName(domain);
-  Refresh();
-  const std::uint32_t options =
-      kOptionJoinDomain | (isMember_ ? kOptionJoinIfJoined : 0) | (deferSpn ? kOptionDeferSpn : 0);
+  const std::uint32_t options = kOptionJoinDomain | (IsDomainMember() ? kOptionJoinIfJoined : 0) |
+                                (deferSpn ? kOptionDeferSpn : 0);
   const auto join = [&](std::uint32_t joinOptions) {
-    const std::int32_t result =
-        Wmi::JoinDomainOrWorkgroup(domain, password_, account, accountOu, joinOptions);
-    CheckResult(result, kJoinDomain);
-    return result == kDoneAfterRestart;
+    return CheckResult(
+        Wmi::JoinDomainOrWorkgroup(domain, password_, account, accountOu, joinOptions),
+        kJoinDomain);
   };
   try {
     return join(options);
@@ -269,8 +236,7 @@ bool Domain::JoinDomainAndOu(const std::string& domain, const std::string& ou, b
 }
 
 bool Domain::MoveOu(const std::string& targetOu) {
-  Refresh();
-  if (!isMember_) return false;
+  if (!IsDomainMember()) return false;
   const std::string sourceOu = GetOu(/*asDn=*/true);
   std::string computerName;
   Wmi::GetComputerName(&computerName);

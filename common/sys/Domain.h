@@ -56,15 +56,15 @@ class Domain {
   /// no member. Throws DomainError with value 1.
   bool MoveOu(const std::string& targetOu);
 
-  Domain(const Domain&) = delete;
-  Domain& operator=(const Domain&) = delete;
+  Domain& operator=(Domain&&) = delete;
   virtual ~Domain() = default;
 
  private:
   friend struct DomainTestAccess;
 
   Domain() = default;
-  void Refresh();
+  /// Itself, with the membership read afresh.
+  Domain& Refreshed();
   std::string AccountName(const std::string& domain) const;
   /// The DNS name of the current domain, else its flat name.
   const std::string& CurrentDomain() const;

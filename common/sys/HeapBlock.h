@@ -10,8 +10,10 @@
 
 namespace sys {
 
+inline platform::ISecurity& Security() { return platform::Current().Security(); }
+
 struct HeapBlockFreer {
-  void operator()(void* block) const { platform::Current().Security().Free(block); }
+  void operator()(void* block) const { Security().Free(block); }
 };
 
 /// Owns a record in a block of its own.
@@ -21,7 +23,7 @@ using HeapBlock = std::unique_ptr<Record, HeapBlockFreer>;
 /// A new block. Throws a pointer to CImpersonationError when there is no memory.
 template <class Record>
 HeapBlock<Record> AllocateBlock(std::uint32_t size, const err::Site& outOfMemory) {
-  void* const block = platform::Current().Security().Allocate(size);
+  void* const block = Security().Allocate(size);
   if (block == nullptr) ThrowOutOfMemory(outOfMemory);
   return HeapBlock<Record>(static_cast<Record*>(block));
 }

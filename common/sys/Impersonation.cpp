@@ -3,10 +3,8 @@
 #include <utility>
 
 #include "common/sys/Dacl.h"
-#include "common/sys/ImpersonationError.h"
 #include "common/sys/SecurityDescriptor.h"
 #include "common/sys/Sid.h"
-#include "platform/IPlatform.h"
 
 namespace sys {
 namespace {
@@ -16,8 +14,6 @@ using platform::UserObject;
 constexpr char kSource[] = R"(common\sys\Impersonation)";
 constexpr err::Site kNotReverted{kSource, "Unable to revert to self", 71};
 constexpr err::Site kStationNotRestored{kSource, "Unable to restore old window station", 146};
-
-platform::ISecurity& Port() { return platform::Current().Security(); }
 
 /// Runs one step of a destructor.
 template <class Step>
@@ -29,14 +25,8 @@ void Attempt(Step step) {
   }
 }
 
-void CloseDesktop(UserObject* desktop) {
-  if (*desktop != UserObject::kNone)
-    Port().CloseDesktop(std::exchange(*desktop, UserObject::kNone));
-}
-
-void CloseStation(UserObject* station) {
-  if (*station != UserObject::kNone)
-    Port().CloseStation(std::exchange(*station, UserObject::kNone));
+void Close(UserObject* object, void (platform::ISecurity::*close)(UserObject)) {
+  if (*object != UserObject::kNone) (Security().*close)(std::exchange(*object, UserObject::kNone));
 }
 
 }  // namespace
@@ -51,15 +41,15 @@ CImpersonation::~CImpersonation() {
   Attempt([this] { RestoreStation(); });
   Attempt([this] { RestoreDesktopRights(); });
   Attempt([this] { RestoreWinstaRights(); });
-  CloseDesktop(&taken_.desktop);
-  CloseStation(&taken_.station);
-  if (taken_.token != platform::Token::kNone) Port().CloseToken(taken_.token);
+  Close(&taken_.desktop, &platform::ISecurity::CloseDesktop);
+  Close(&taken_.station, &platform::ISecurity::CloseStation);
+  if (taken_.token != platform::Token::kNone) Security().CloseToken(taken_.token);
 }
 
 void CImpersonation::Revert() {
   RethrowFrom("CImpersonation::Revert", [&] {
     if (!taken_.isImpersonated) return;
-    if (!Port().Revert()) ThrowImpersonationError(kNotReverted);
+    if (!Security().Revert()) ThrowImpersonationError(kNotReverted);
     taken_.isImpersonated = false;
   });
 }
@@ -71,7 +61,7 @@ void CImpersonation::UnloadUserProfile() {
 bool CImpersonation::RestoreWinstaRights() {
   return RethrowFrom("CImpersonation::RestoreWinstaRights", [&] {
     if (!WithdrawRights(taken_.station)) return false;
-    CloseStation(&taken_.station);
+    Close(&taken_.station, &platform::ISecurity::CloseStation);
     return true;
   });
 }
@@ -79,7 +69,7 @@ bool CImpersonation::RestoreWinstaRights() {
 bool CImpersonation::RestoreDesktopRights() {
   return RethrowFrom("CImpersonation::RestoreDesktopRights", [&] {
     if (!WithdrawRights(taken_.desktop)) return false;
-    CloseDesktop(&taken_.desktop);
+    Close(&taken_.desktop, &platform::ISecurity::CloseDesktop);
     return true;
   });
 }
@@ -95,7 +85,8 @@ bool CImpersonation::RestoreDesktopAndRights() {
 /// The process must have left a window station before that can be closed.
 void CImpersonation::RestoreStation() {
   if (taken_.oldStation == UserObject::kNone) return;
-  if (!Port().SetProcessStation(taken_.oldStation)) ThrowImpersonationError(kStationNotRestored);
+  if (!Security().SetProcessStation(taken_.oldStation))
+    ThrowImpersonationError(kStationNotRestored);
   taken_.oldStation = UserObject::kNone;
 }
 

@@ -33,8 +33,6 @@ class CImpersonation {
   explicit CImpersonation(logging::ILogSink& logSink, const UserContext& taken = {});
   /// Gives back what is left and closes every handle. A failure is dropped and stops nothing.
   virtual ~CImpersonation();
-  CImpersonation(const CImpersonation&) = delete;
-  CImpersonation& operator=(const CImpersonation&) = delete;
 
   void Revert();
   void UnloadUserProfile();

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "common/sys/NicSettings.h"
 #include "common/sys/Registry.h"
 
 namespace sys {

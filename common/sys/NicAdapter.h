@@ -4,13 +4,10 @@
 #include <cstdint>
 #include <string>
 
-#include "common/sys/NicInfoVisitor.h"
+#include "common/sys/NicSettings.h"
 #include "common/sys/NicText.h"
-#include "common/util/CollectionNode.h"
 
 namespace sys {
-
-class PersistentRoutes;
 
 /// An IP-enabled adapter. One on the PCI bus has an IP, a Gateway and a DNS as its children; any
 /// other has none, is never configured, and knows only its index and the ids of its device.

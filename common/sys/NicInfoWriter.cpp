@@ -15,14 +15,6 @@ using base::Key;
 
 const char* TrueOrFalse(bool value) { return value ? "True" : "False"; }
 
-template <typename Node>
-int CountChildren(const util::CollectionNode& parent) {
-  const auto& children = parent.children();
-  return static_cast<int>(std::count_if(children.begin(), children.end(), [](const auto& child) {
-    return dynamic_cast<const Node*>(child.get()) != nullptr;
-  }));
-}
-
 void WriteSection(const std::string& section, const Entries& entries, const std::string& path) {
   for (const auto& [key, value] : entries) util::WriteProfileEntry(section, key, value, path);
 }
@@ -83,35 +75,29 @@ void NicConfigVisitor::Visit(IP& ip) {
 }
 
 void NicConfigVisitor::Visit(GatewayEntry& gateway) {
-  if (gatewayWritten_) return;
-  Put(Key::kGateway, gateway.Address().ToString());
-  gatewayWritten_ = true;
+  entries_.emplace(NameOf(Key::kGateway), gateway.Value().ToString());  // the first one stays
 }
 
 void NicConfigVisitor::Visit(DNS& dns) {
-  serverCount_ = CountChildren<DNSServer>(dns);
-  suffixCount_ = CountChildren<DNSSuffix>(dns);
-  Put(Key::kDnsServerCount, std::to_string(serverCount_));
-  Put(Key::kDnsEnabled, TrueOrFalse(serverCount_ >= 1));
+  const auto& children = dns.children();
+  const auto servers = std::count_if(children.begin(), children.end(), [](const auto& child) {
+    return dynamic_cast<const DNSServer*>(child.get()) != nullptr;
+  });
+  Put(Key::kDnsServerCount, std::to_string(servers));
+  Put(Key::kDnsEnabled, TrueOrFalse(servers >= 1));
+  serversWanted_ = dns.IsEnabled();
 }
 
 void NicConfigVisitor::Visit(DNSServer& server) {
-  if (serverPosition_ > 0) serverText_ += ",";
-  serverText_ += server.Address();
-  const auto* dns = dynamic_cast<const DNS*>(server.getParent());
-  if (serverPosition_ + 1 == serverCount_ && dns != nullptr && dns->IsEnabled()) {
-    entries_[NameOf(Key::kDnsServer, static_cast<std::size_t>(adapterNumber_))] = serverText_;
-  }
-  ++serverPosition_;
+  if (!serversWanted_) return;
+  std::string& text = entries_[NameOf(Key::kDnsServer, static_cast<std::size_t>(adapterNumber_))];
+  if (!text.empty()) text += ",";
+  text += server.Value();
 }
 
 void NicConfigVisitor::Visit(DNSSuffix& suffix) {
-  // Deliberate: the separator goes to the servers' text, which is written already; the suffixes run
-  // together.
-  if (suffixPosition_ > 0) serverText_ += ",";
-  suffixText_ += suffix.Suffix();
-  if (suffixPosition_ + 1 == suffixCount_) Put(Key::kDnsSuffixes, suffixText_);
-  ++suffixPosition_;
+  // Deliberate: no separator; the suffixes run together.
+  entries_[std::string(NameOf(Key::kDnsSuffixes))] += suffix.Value();
 }
 
 }  // namespace sys

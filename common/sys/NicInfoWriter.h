@@ -43,13 +43,7 @@ class NicConfigVisitor final : public NicInfoVisitor {
   void Put(base::Key key, std::string value);
 
   int adapterNumber_;
-  bool gatewayWritten_ = false;
-  int serverCount_ = 0;
-  int serverPosition_ = 0;
-  std::string serverText_;
-  int suffixCount_ = 0;
-  int suffixPosition_ = 0;
-  std::string suffixText_;
+  bool serversWanted_ = false;
   Entries entries_;
 };
 

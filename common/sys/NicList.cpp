@@ -4,7 +4,6 @@
 #include <memory>
 #include <utility>
 
-#include "common/sys/NicSettings.h"
 #include "common/sys/Wmi.h"
 
 namespace sys {
@@ -17,14 +16,12 @@ NicList::NicList() {
     auto adapter = std::make_unique<NicAdapter>(static_cast<std::uint32_t>(index), routes);
     adapters_.push_back(adapter.get());
     if (adapter->IsPci()) {
-      byLocation_.emplace(adapter->Location(), adapter.get());
+      if (adapter->Location().IsKnown()) byLocation_.emplace(adapter->Location(), adapter.get());
       byMac_.emplace(NormalizedMac(adapter->MacAddress()), adapter.get());
     }
     add(std::move(adapter));
   }
-  // What an adapter does not tell finds nothing.
-  byLocation_.erase(PciLocation{});
-  byMac_.erase("");
+  byMac_.erase("");  // an adapter without an address is found by none
 }
 
 const NicAdapter* NicList::FindByPciLocation(const PciLocation& location) const {

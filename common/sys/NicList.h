@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "common/sys/NicAdapter.h"
-#include "common/util/CollectionNode.h"
 
 namespace sys {
 

@@ -27,19 +27,15 @@ bool HasServersSetByHand(std::uint32_t index) {
 
 }  // namespace
 
-const std::vector<RouteRecord>& PersistentRoutes::Get() {
-  if (!routes_) {
-    std::vector<RouteRecord> routes;
-    Wmi::GetStaticRoutes(&routes);
-    routes_ = std::move(routes);
-  }
-  return *routes_;
-}
-
 IP::IP(std::uint32_t index, PersistentRoutes& routes) {
   Wmi::GetIpAddressAndMask(index, &address_, &mask_);
   Wmi::GetDnsDomainAndHostName(index, &dnsDomain_, &dnsHostName_);
-  for (const RouteRecord& route : routes.Get()) add(std::make_unique<StaticRoute>(route));
+  if (!routes) {
+    std::vector<RouteRecord> read;
+    Wmi::GetStaticRoutes(&read);
+    routes = std::move(read);
+  }
+  for (const RouteRecord& route : *routes) add(std::make_unique<StaticRoute>(route));
 }
 
 Gateway::Gateway(std::uint32_t index) {

@@ -15,32 +15,43 @@
 
 namespace sys {
 
-/// The machine's persistent routes. They are the same for every adapter, so they are read once,
-/// when the first one asks.
-class PersistentRoutes {
+/// The machine's persistent routes, which are the same for every adapter; none until they are read.
+using PersistentRoutes = std::optional<std::vector<RouteRecord>>;
+
+/// An entry of a group: a leaf with a value.
+template <typename Node, typename Content>
+class NicEntry : public NicNode<Node, util::LeafNode> {
  public:
-  /// Throws CWmiError, or ipc::CIPAddressError for what is no IPv4 address.
-  const std::vector<RouteRecord>& Get();
+  explicit NicEntry(Content value) : value_(std::move(value)) {}
+  const Content& Value() const { return value_; }
 
  private:
-  std::optional<std::vector<RouteRecord>> routes_;
+  Content value_;
+};
+
+class GatewayEntry final : public NicEntry<GatewayEntry, ipc::IPv4Address> {
+  using NicEntry::NicEntry;
+};
+
+class DNSServer final : public NicEntry<DNSServer, std::string> {
+  using NicEntry::NicEntry;
+};
+
+class DNSSuffix final : public NicEntry<DNSSuffix, std::string> {
+  using NicEntry::NicEntry;
 };
 
 /// One persistent route of the machine.
-class StaticRoute final : public NicNode<StaticRoute, util::LeafNode> {
- public:
-  explicit StaticRoute(const RouteRecord& route) : route_(route) {}
-  const RouteRecord& Route() const { return route_; }
-
- private:
-  RouteRecord route_;
+class StaticRoute final : public NicEntry<StaticRoute, RouteRecord> {
+  using NicEntry::NicEntry;
 };
 
 /// First address and mask (0.0.0.0 without one), DNS names, and the persistent routes, which are
 /// the machine's and stand below every adapter.
 class IP final : public NicNode<IP, util::CollectionNode> {
  public:
-  /// Reads the adapter. Throws CWmiError, or ipc::CIPAddressError for what is no IPv4 address.
+  /// Reads the adapter, and the routes if they have not been read yet. Throws CWmiError, or
+  /// ipc::CIPAddressError for what is no IPv4 address.
   IP(std::uint32_t index, PersistentRoutes& routes);
 
   const ipc::IPv4Address& Address() const { return address_; }
@@ -55,38 +66,11 @@ class IP final : public NicNode<IP, util::CollectionNode> {
   std::string dnsHostName_;
 };
 
-class GatewayEntry final : public NicNode<GatewayEntry, util::LeafNode> {
- public:
-  explicit GatewayEntry(const ipc::IPv4Address& address) : address_(address) {}
-  const ipc::IPv4Address& Address() const { return address_; }
-
- private:
-  ipc::IPv4Address address_;
-};
-
 /// The default gateways.
 class Gateway final : public NicNode<Gateway, util::CollectionNode> {
  public:
   /// Reads the adapter; throws as `IP` does.
   explicit Gateway(std::uint32_t index);
-};
-
-class DNSServer final : public NicNode<DNSServer, util::LeafNode> {
- public:
-  explicit DNSServer(std::string address) : address_(std::move(address)) {}
-  const std::string& Address() const { return address_; }
-
- private:
-  std::string address_;
-};
-
-class DNSSuffix final : public NicNode<DNSSuffix, util::LeafNode> {
- public:
-  explicit DNSSuffix(std::string suffix) : suffix_(std::move(suffix)) {}
-  const std::string& Suffix() const { return suffix_; }
-
- private:
-  std::string suffix_;
 };
 
 /// The servers, then the suffixes.

@@ -17,6 +17,7 @@ struct PciLocation {
   std::uint32_t function = kUnknown;
 
   auto operator<=>(const PciLocation&) const = default;
+  bool IsKnown() const { return bus != kUnknown && device != kUnknown && function != kUnknown; }
 };
 
 struct PnpDeviceId {

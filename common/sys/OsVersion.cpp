@@ -24,46 +24,44 @@ using Field = std::variant<std::string OsVersion::*, bool OsVersion::*, std::uin
                            std::uint16_t OsVersion::*, std::uint32_t OsVersion::*>;
 
 /// The fields, in the order of the properties.
-constexpr Field kFields[] = {
-    &OsVersion::BootDevice,
-    &OsVersion::BuildNumber,
-    &OsVersion::BuildType,
-    &OsVersion::CodeSet,
-    &OsVersion::CountryCode,
-    &OsVersion::CSDVersion,
-    &OsVersion::Debug,
-    &OsVersion::Description,
-    &OsVersion::Distributed,
-    &OsVersion::EncryptionLevel,
-    &OsVersion::Locale,
-    &OsVersion::Manufacturer,
-    &OsVersion::MaxNumberOfProcesses,
-    &OsVersion::Name,
-    &OsVersion::NumberOfLicensedUsers,
-    &OsVersion::NumberOfProcesses,
-    &OsVersion::NumberOfUsers,
-    &OsVersion::OperatingSystemSKU,
-    &OsVersion::Organization,
-    &OsVersion::OSArchitecture,
-    &OsVersion::OSLanguage,
-    &OsVersion::OSProductSuite,
-    &OsVersion::OtherTypeDescription,
-    &OsVersion::Primary,
-    &OsVersion::ProductType,
-    &OsVersion::QuantumLength,
-    &OsVersion::QuantumType,
-    &OsVersion::RegisteredUser,
-    &OsVersion::SerialNumber,
-    // Deliberate: both service-pack numbers land in the minor field, the minor one last.
-    &OsVersion::ServicePackMinorVersion,
-    &OsVersion::ServicePackMinorVersion,
-    &OsVersion::SuiteMask,
-    &OsVersion::SystemDevice,
-    &OsVersion::SystemDirectory,
-    &OsVersion::SystemDrive,
-    &OsVersion::Version,
-    &OsVersion::WindowsDirectory,
-};
+// Deliberate: both service-pack numbers land in the minor field, the minor one last.
+constexpr Field kFields[] = {&OsVersion::BootDevice,
+                             &OsVersion::BuildNumber,
+                             &OsVersion::BuildType,
+                             &OsVersion::CodeSet,
+                             &OsVersion::CountryCode,
+                             &OsVersion::CSDVersion,
+                             &OsVersion::Debug,
+                             &OsVersion::Description,
+                             &OsVersion::Distributed,
+                             &OsVersion::EncryptionLevel,
+                             &OsVersion::Locale,
+                             &OsVersion::Manufacturer,
+                             &OsVersion::MaxNumberOfProcesses,
+                             &OsVersion::Name,
+                             &OsVersion::NumberOfLicensedUsers,
+                             &OsVersion::NumberOfProcesses,
+                             &OsVersion::NumberOfUsers,
+                             &OsVersion::OperatingSystemSKU,
+                             &OsVersion::Organization,
+                             &OsVersion::OSArchitecture,
+                             &OsVersion::OSLanguage,
+                             &OsVersion::OSProductSuite,
+                             &OsVersion::OtherTypeDescription,
+                             &OsVersion::Primary,
+                             &OsVersion::ProductType,
+                             &OsVersion::QuantumLength,
+                             &OsVersion::QuantumType,
+                             &OsVersion::RegisteredUser,
+                             &OsVersion::SerialNumber,
+                             &OsVersion::ServicePackMinorVersion,
+                             &OsVersion::ServicePackMinorVersion,
+                             &OsVersion::SuiteMask,
+                             &OsVersion::SystemDevice,
+                             &OsVersion::SystemDirectory,
+                             &OsVersion::SystemDrive,
+                             &OsVersion::Version,
+                             &OsVersion::WindowsDirectory};
 static_assert(std::size(kFields) == std::size(base::kSystemProperties));
 
 [[noreturn]] void Throw(const err::Site& site, std::uint32_t systemError) {
@@ -98,26 +96,22 @@ std::optional<platform::Variant> Read(platform::IWmiObject& instance, const std:
 }
 
 /// Stores a value in a field of its kind; a number is cut to the field's width.
-class Store {
- public:
-  Store(OsVersion& record, const platform::Variant& value) : record_(record), value_(value) {}
+struct Store {
+  OsVersion& record;
+  const platform::Variant& value;
 
   void operator()(std::string OsVersion::*field) const {
-    if (const auto* text = std::get_if<std::string>(&value_)) record_.*field = *text;
+    if (const auto* text = std::get_if<std::string>(&value)) record.*field = *text;
   }
   void operator()(bool OsVersion::*field) const {
-    record_.*field = value_ == platform::Variant(platform::kVariantTrue);
+    record.*field = value == platform::Variant(platform::kVariantTrue);
   }
   template <typename Number>
   void operator()(Number OsVersion::*field) const {
-    if (const auto* number = std::get_if<std::int32_t>(&value_)) {
-      record_.*field = static_cast<Number>(*number);
+    if (const auto* number = std::get_if<std::int32_t>(&value)) {
+      record.*field = static_cast<Number>(*number);
     }
   }
-
- private:
-  OsVersion& record_;
-  const platform::Variant& value_;
 };
 
 }  // namespace
@@ -130,7 +124,7 @@ void OsVersion::Query() {
   for (std::size_t i = 0; i < std::size(kFields); ++i) {
     const auto value = Read(*instance, std::string(base::kSystemProperties[i]));
     if (!value || std::holds_alternative<platform::Null>(*value)) continue;
-    std::visit(Store(*this, *value), kFields[i]);
+    std::visit(Store{*this, *value}, kFields[i]);
   }
 }
 

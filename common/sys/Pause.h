@@ -1,11 +1,12 @@
 // Waiting, as the commands use it.
 #pragma once
 
-#include <cstdint>
+#include "platform/IClock.h"
+#include "platform/IPlatform.h"
 
 namespace sys {
 
 /// Suspends the calling thread.
-void Pause(std::uint32_t milliseconds);
+inline void Pause(std::uint32_t milliseconds) { platform::Current().Clock().Sleep(milliseconds); }
 
 }  // namespace sys

@@ -29,11 +29,9 @@ struct RegistryError : err::CGeneralError {
 /// All operations throw RegistryError and then leave the object as it was.
 class Registry {
  public:
-  Registry() = default;
   /// Closes the key if it is open; a failure to close is dropped.
   virtual ~Registry();
-  Registry(const Registry&) = delete;
-  Registry& operator=(const Registry&) = delete;
+  Registry& operator=(Registry&&) = delete;
 
   /// Only while no key is open.
   void SetKey(platform::RegistryKey root);

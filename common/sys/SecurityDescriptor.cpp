@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "common/util/LastError.h"
-#include "platform/IPlatform.h"
 
 namespace sys {
 namespace {
@@ -20,8 +19,6 @@ constexpr err::Site kObjectNotSet{kSource, "Unable to set object security", 163}
 
 constexpr std::int32_t kInvalidDescriptor = 1338;  // ERROR_INVALID_SECURITY_DESCR
 
-platform::ISecurity& Port() { return platform::Current().Security(); }
-
 }  // namespace
 
 CSecurityDescriptor::CSecurityDescriptor() { Create(); }
@@ -29,12 +26,12 @@ CSecurityDescriptor::CSecurityDescriptor() { Create(); }
 CSecurityDescriptor::CSecurityDescriptor(platform::UserObject object) {
   RethrowFrom("CSecurityDescriptor::CSecurityDescriptor(HANDLE hObject)", [&] {
     std::uint32_t size = 0;
-    if (Port().GetObjectSecurity(object, nullptr, 0, &size) ||
+    if (Security().GetObjectSecurity(object, nullptr, 0, &size) ||
         util::LastError() != platform::kInsufficientBuffer) {
       ThrowImpersonationError(kNoSize);
     }
     auto descriptor = AllocateBlock<platform::Descriptor>(size, kNoMemoryForObject);
-    if (!Port().GetObjectSecurity(object, descriptor.get(), size, &size)) {
+    if (!Security().GetObjectSecurity(object, descriptor.get(), size, &size)) {
       ThrowImpersonationError(kNoInformation);
     }
     descriptor_ = std::move(descriptor);
@@ -44,27 +41,28 @@ CSecurityDescriptor::CSecurityDescriptor(platform::UserObject object) {
 const platform::Acl* CSecurityDescriptor::GetDACL() const {
   return RethrowFrom("CSecurityDescriptor::GetDACL", [&] {
     const platform::Acl* list = nullptr;
-    if (!Port().DescriptorList(descriptor_.get(), &list)) ThrowImpersonationError(kNoList);
+    if (!Security().DescriptorList(descriptor_.get(), &list)) ThrowImpersonationError(kNoList);
     return list;
   });
 }
 
 std::uint32_t CSecurityDescriptor::Size() const {
-  if (!Port().IsValidDescriptor(descriptor_.get())) throw std::int32_t{kInvalidDescriptor};
-  return Port().DescriptorSize(descriptor_.get());
+  if (!Security().IsValidDescriptor(descriptor_.get())) throw std::int32_t{kInvalidDescriptor};
+  return Security().DescriptorSize(descriptor_.get());
 }
 
 void CSecurityDescriptor::Create() {
   RethrowFrom("CSecurityDescriptor::Create", [&] {
     auto descriptor = AllocateBlock<platform::Descriptor>(platform::kDescriptorSize, kNoMemory);
-    if (!Port().InitializeDescriptor(descriptor.get())) ThrowImpersonationError(kNotInitialized);
+    if (!Security().InitializeDescriptor(descriptor.get()))
+      ThrowImpersonationError(kNotInitialized);
     descriptor_ = std::move(descriptor);
   });
 }
 
 void CSecurityDescriptor::SetDACL(const CDACL& list) {
   RethrowFrom("CSecurityDescriptor::SetDACL", [&] {
-    if (!Port().SetDescriptorList(descriptor_.get(), list.Get())) {
+    if (!Security().SetDescriptorList(descriptor_.get(), list.Get())) {
       ThrowImpersonationError(kListNotSet);
     }
   });
@@ -72,7 +70,7 @@ void CSecurityDescriptor::SetDACL(const CDACL& list) {
 
 void CSecurityDescriptor::SetUserObjectSecurity(platform::UserObject object) const {
   RethrowFrom("CSecurityDescriptor::SetUserObjectSecurity", [&] {
-    if (!Port().SetObjectSecurity(object, descriptor_.get())) {
+    if (!Security().SetObjectSecurity(object, descriptor_.get())) {
       ThrowImpersonationError(kObjectNotSet);
     }
   });

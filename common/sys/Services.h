@@ -1,8 +1,9 @@
-// The service control manager as the handlers and commands use it: failures are answers, not
-// errors.
+// The services of networking as the handlers and commands use them: a failure is a result, not an
+// error.
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <functional>
 
 #include "platform/IServices.h"
 
@@ -10,39 +11,23 @@ namespace sys {
 
 using platform::ServiceStart;
 
-/// An open service; closed with the object.
+/// An open service; the one who opened it closes it.
 class Service {
  public:
   explicit Service(platform::ServiceHandle handle) : handle_(handle) {}
-  ~Service();
-  Service(const Service&) = delete;
-  Service& operator=(const Service&) = delete;
 
-  bool IsOpen() const { return handle_ != platform::ServiceHandle::kNone; }
   /// Changes the start type and nothing else. False when the system refuses.
-  bool SetStartType(ServiceStart start);
+  bool SetStartType(ServiceStart start) const;
   /// False when the system refuses, as for a service that is running already.
-  bool Start();
+  bool Start() const;
 
  private:
   platform::ServiceHandle handle_;
 };
 
-/// The manager, opened with full access; closed with the object.
-class ServiceManager {
- public:
-  ServiceManager();
-  ~ServiceManager();
-  ServiceManager(const ServiceManager&) = delete;
-  ServiceManager& operator=(const ServiceManager&) = delete;
-
-  bool IsOpen() const { return handle_ != platform::ServiceHandle::kNone; }
-  /// Opens a service with full access; the result is not open when there is none or the system
-  /// refuses.
-  Service Open(const std::string& name);
-
- private:
-  platform::ServiceHandle handle_;
-};
+/// Opens the services of `base::kNetworkServices` in their order and hands each to `use` with its
+/// position there. Skips a service that does not exist or that the system refuses; does nothing
+/// when the service control manager refuses.
+void ForEachNetworkService(const std::function<void(std::size_t position, const Service&)>& use);
 
 }  // namespace sys

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "common/util/LastError.h"
-#include "platform/IPlatform.h"
 
 namespace sys {
 namespace {
@@ -15,8 +14,6 @@ constexpr err::Site kNotCopied{kSource, "Unable to copy new SID", 79};
 constexpr err::Site kNoMemoryForToken{kSource, "Unable to allocate memory", 47};
 constexpr err::Site kNoMemoryForSid{kSource, "Unable to allocate memory", 73};
 
-platform::ISecurity& Port() { return platform::Current().Security(); }
-
 }  // namespace
 
 CSID::CSID(platform::Token token) {
@@ -24,12 +21,12 @@ CSID::CSID(platform::Token token) {
     std::uint32_t size = 0;
     const platform::Sid* user = nullptr;
     // Without a buffer the only good answer is how large it must be.
-    if (Port().TokenUser(token, nullptr, 0, &size, &user) ||
+    if (Security().TokenUser(token, nullptr, 0, &size, &user) ||
         util::LastError() != platform::kInsufficientBuffer) {
       ThrowImpersonationError(kNoTokenSize);
     }
     const auto buffer = AllocateBlock<void>(size, kNoMemoryForToken);
-    if (!Port().TokenUser(token, buffer.get(), size, &size, &user)) {
+    if (!Security().TokenUser(token, buffer.get(), size, &size, &user)) {
       ThrowImpersonationError(kNoTokenUser);
     }
     SetSID(user);
@@ -38,9 +35,9 @@ CSID::CSID(platform::Token token) {
 
 void CSID::SetSID(const platform::Sid* sid) {
   RethrowFrom("CSID::SetSID", [&] {
-    const std::uint32_t size = Port().SidSize(sid);
+    const std::uint32_t size = Security().SidSize(sid);
     auto copy = AllocateBlock<platform::Sid>(size, kNoMemoryForSid);
-    if (!Port().CopySid(size, copy.get(), sid)) ThrowImpersonationError(kNotCopied);
+    if (!Security().CopySid(size, copy.get(), sid)) ThrowImpersonationError(kNotCopied);
     sid_ = std::move(copy);
   });
 }

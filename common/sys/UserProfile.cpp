@@ -1,7 +1,6 @@
 #include "common/sys/UserProfile.h"
 
-#include "common/sys/ImpersonationError.h"
-#include "platform/IPlatform.h"
+#include "common/sys/HeapBlock.h"
 
 namespace sys {
 namespace {
@@ -22,7 +21,7 @@ CUserProfile::~CUserProfile() {
 void CUserProfile::Unload() {
   RethrowFrom("CUserProfile::Unload", [&] {
     if (profile_ == platform::Profile::kNone) return;
-    if (!platform::Current().Security().UnloadProfile(token_, profile_)) {
+    if (!Security().UnloadProfile(token_, profile_)) {
       ThrowImpersonationError(kNotUnloaded);
     }
     profile_ = platform::Profile::kNone;

@@ -13,8 +13,7 @@ class CUserProfile {
       : token_(token), profile_(profile) {}
   /// A failure is dropped.
   ~CUserProfile();
-  CUserProfile(const CUserProfile&) = delete;
-  CUserProfile& operator=(const CUserProfile&) = delete;
+  CUserProfile& operator=(CUserProfile&&) = delete;
 
   /// Does nothing when no profile is loaded any more. Throws CImpersonationError; the profile is
   /// then still loaded.

@@ -26,11 +26,8 @@ struct CWmiError : err::CGeneralError {
 /// One connection: made empty, connected once, gone at the end of the operation that made it.
 class ScopedWmiComInit {
  public:
-  ScopedWmiComInit() = default;
   /// Releases what was acquired and leaves the apartment, also after a failed or missing `Connect`.
   virtual ~ScopedWmiComInit();
-  ScopedWmiComInit(const ScopedWmiComInit&) = delete;
-  ScopedWmiComInit& operator=(const ScopedWmiComInit&) = delete;
 
   /// Enters the multithreaded apartment and connects. Returns the last step's result, which is no
   /// failure; throws CWmiError "WMI initialization failed." when a step fails.

@@ -6,6 +6,10 @@
 
 namespace util {
 
+depth_iterator CompositeNode::depthEnd() { return depth_iterator(); }
+
+breadth_iterator CompositeNode::breadthEnd() { return breadth_iterator(); }
+
 CollectionNode::~CollectionNode() {
   // A vector may destroy its elements in any order.
   for (std::unique_ptr<CompositeNode>& child : children_) child.reset();

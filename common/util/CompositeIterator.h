@@ -41,10 +41,6 @@ class abstract_composite_iterator {
 
   /// Stands on `start`, or at the end when that is null.
   explicit abstract_composite_iterator(CompositeNode* start) : current_(start) {}
-  abstract_composite_iterator(const abstract_composite_iterator&) = default;
-  abstract_composite_iterator(abstract_composite_iterator&&) = default;
-  abstract_composite_iterator& operator=(const abstract_composite_iterator&) = default;
-  abstract_composite_iterator& operator=(abstract_composite_iterator&&) = default;
 
   virtual Frame& topFrame() = 0;
   virtual void removeTopFrame() = 0;

@@ -14,8 +14,7 @@ class depth_iterator;
 class CompositeNode {
  public:
   virtual ~CompositeNode() = default;
-  CompositeNode(const CompositeNode&) = delete;
-  CompositeNode& operator=(const CompositeNode&) = delete;
+  CompositeNode& operator=(CompositeNode&&) = delete;
 
   /// Calls the visitor's operation for this class of node, or nothing when the visitor belongs to
   /// another family of nodes.

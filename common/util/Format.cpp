@@ -4,14 +4,6 @@
 
 namespace util {
 
-std::string Format(const char* format, ...) {
-  std::va_list arguments;
-  va_start(arguments, format);
-  std::string text = FormatArguments(format, arguments);
-  va_end(arguments);
-  return text;
-}
-
 std::string FormatArguments(const char* format, std::va_list arguments) {
   std::va_list counted;
   va_copy(counted, arguments);

@@ -7,7 +7,6 @@
 namespace util {
 
 /// Empty when the formatter fails.
-std::string Format(const char* format, ...);
 std::string FormatArguments(const char* format, std::va_list arguments);
 
 }  // namespace util

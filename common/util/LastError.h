@@ -1,10 +1,11 @@
 // The calling thread's last system error.
 #pragma once
 
-#include <cstdint>
+#include "platform/IErrors.h"
+#include "platform/IPlatform.h"
 
 namespace util {
 
-std::uint32_t LastError();
+inline platform::Win32Error LastError() { return platform::Current().Errors().LastError(); }
 
 }  // namespace util

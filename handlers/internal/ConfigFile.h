@@ -20,7 +20,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "handlers/internal/HashTables.h"
@@ -45,20 +44,6 @@ class ConfigFile {
     kNoMemory = 10,       ///< no memory for the file's content
   };
 
-  /// An empty file. Unless `caseSensitive`, the letter case of ASCII letters in section names and
-  /// keys does not count.
-  explicit ConfigFile(bool caseSensitive) : caseSensitive_(caseSensitive) {}
-
-  /// Reads and parses the file `path`. Only kSuccess makes it the remembered file name; returns
-  /// kNoMemory when its content does not fit into memory, else what `Parse` returns.
-  Result Load(const std::string& path, bool merge);
-
-  /// Parses `text`, after dropping what was loaded before unless `merge` is set. A merging load
-  /// replaces the value of a key that is present already when it differs by more than letter case.
-  /// Ends both walks. When a section header has no "]", parsing stops there with kUnreadable and
-  /// the sections hold what preceded it; an empty text or one of 2 GiB and more changes nothing.
-  Result Parse(std::string text, bool merge) { return Parse(std::move(text), merge, nullptr); }
-
   /// What a line of a text became.
   struct Line {
     enum class Kind : std::uint8_t { kHeader, kOpenHeader, kComment, kEntry, kContinuation };
@@ -72,12 +57,23 @@ class ConfigFile {
     Kind kind = Kind::kEntry;
   };
 
-  /// Parses without merging and tells what became of every line but the empty ones. A header
-  /// without "]" is `kOpenHeader`: it fails the load as ever, but parsing goes on behind it as if
-  /// the "]" stood at its end.
-  Result ParseLines(std::string text, std::vector<Line>* lines) {
-    return Parse(std::move(text), /*merge=*/false, lines);
-  }
+  /// An empty file. Unless `caseSensitive`, the letter case of ASCII letters in section names and
+  /// keys does not count.
+  explicit ConfigFile(bool caseSensitive) : caseSensitive_(caseSensitive) {}
+
+  /// Reads and parses the file `path`. Only kSuccess makes it the remembered file name; returns
+  /// kNoMemory when its content does not fit into memory, else what `Parse` returns.
+  Result Load(const std::string& path, bool merge);
+
+  /// Parses `text`, after dropping what was loaded before unless `merge` is set. A merging load
+  /// replaces the value of a key that is present already when it differs by more than letter case.
+  /// Ends both walks. When a section header has no "]", parsing stops there with kUnreadable and
+  /// the sections hold what preceded it; an empty text or one of 2 GiB and more changes nothing.
+  ///
+  /// Stores in `lines`, unless that is null, what became of every line but the empty ones. A header
+  /// without "]" is then a `kOpenHeader`: it fails the load as ever, but parsing continues after it
+  /// as if the "]" were at its end.
+  Result Parse(std::string text, bool merge, std::vector<Line>* lines = nullptr);
 
   /// An entry by what a line became; the views hold until the next load or insertion.
   struct Entry {
@@ -145,7 +141,6 @@ class ConfigFile {
   };
   class Parser;
 
-  Result Parse(std::string text, bool merge, std::vector<Line>* lines);
   std::string_view View(Range range) const;
   Range RangeOf(std::string_view part) const;
 

@@ -5,6 +5,7 @@
 #include "common/config/ConfigError.h"
 #include "common/sys/Domain.h"
 #include "common/util/FileUtils.h"
+#include "common/util/Finally.h"
 
 namespace {
 
@@ -39,15 +40,11 @@ std::int32_t StatusCode(const err::CGeneralError& error) {
   return static_cast<std::int32_t>(error.SystemError);
 }
 
-/// The account belongs to this message: its commands set it, and other messages may run meanwhile.
-struct AccountOfTheMessage {
-  ~AccountOfTheMessage() { sys::Domain::Instance().ForgetCredentials(); }
-};
-
 }  // namespace
 
 std::int32_t Configure::HandleMessage(IAgentMessage* message, IAgentHost* host) {
-  const AccountOfTheMessage account;
+  // The account belongs to this message: its commands set it, and other messages may run meanwhile.
+  const util::Finally forget([] { sys::Domain::Instance().ForgetCredentials(); });
   NullEventListener listener;
   ConfigurePlan plan(*this, *host, listener);
   switch (plan.Open(*message)) {

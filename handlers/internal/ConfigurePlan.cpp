@@ -111,15 +111,11 @@ void ConfigurePlan::Build() {
 void ConfigurePlan::SendEnableNetworking() {
   log_.Log(logging::kFailure, "%s:%d Networking was disabled see if we need to go to wrk grp",
            kPath, kNetworkDisabled);
-  if (global_.afterCreateImage) {
-    log_.Log(logging::kFailure,
-             "%s:%d Looks we are coming after create image, No need to go to wrk grp", kPath,
-             kAfterCreateImage);
-  } else {
-    log_.Log(logging::kFailure,
-             "%s:%d Looks we are coming after deploy image, need to go to wrk grp", kPath,
-             kAfterDeployImage);
-  }
+  log_.Log(logging::kFailure,
+           global_.afterCreateImage
+               ? "%s:%d Looks we are coming after create image, No need to go to wrk grp"
+               : "%s:%d Looks we are coming after deploy image, need to go to wrk grp",
+           kPath, global_.afterCreateImage ? kAfterCreateImage : kAfterDeployImage);
   const std::string leaveDomain = global_.afterCreateImage ? "false" : "true";
   const SourcedEvent event{config::EventKind::ENABLE_NETWORKING, config::Event::VALUE, leaveDomain};
   listener_.Sending(event);

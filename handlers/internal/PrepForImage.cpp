@@ -105,16 +105,12 @@ void PrepForImage::Prepare(IAgentHost& host) {
 }
 
 void PrepForImage::DisableServices() {
-  sys::ServiceManager manager;
-  if (!manager.IsOpen()) return;
-  for (std::size_t i = 0; i < std::size(kServices); ++i) {
-    const auto& row = kServices[i];
-    sys::Service service = manager.Open(base::kNetworkServices[i].name);
-    if (!service.IsOpen()) continue;
-    // Deliberate: told before it is tried, so that a refused change tells both.
+  sys::ForEachNetworkService([this](std::size_t position, const sys::Service& service) {
+    const auto& row = kServices[position];
+    // Deliberate: logged before it is tried, so that a refused change logs both lines.
     Log(logging::kDetail, "%s:%d Disabled %s", kPath, row.line, row.shown);
     if (!service.SetStartType(sys::ServiceStart::kDisabled)) {
       Log(logging::kDetail, "%s:%d Failed Disabled %s", kPath, row.failedLine, row.shown);
     }
-  }
+  });
 }

@@ -29,24 +29,10 @@ bool IsTrue(std::string_view value) { return base::SameText(value, "true"); }
 void SectionTranslator::TranslateAll() {
   for (auto result = file_.GetFirstSection(&section_); result == ConfigFile::kSuccess;
        result = file_.GetNextSection(&section_)) {
-    TranslateSection();
-  }
-}
-
-void SectionTranslator::TranslateSection() {
-  switch (base::KindOfSection(section_)) {
-    case SectionKind::kAgentSettings:
-      SendAgentSettings();
-      return;
-    case SectionKind::kNetworking:
-      TranslateNetworking();
-      return;
-    case SectionKind::kAdapter:
-      TranslateAdapter();
-      return;
-    case SectionKind::kGlobal:
-    case SectionKind::kUnknown:
-      return;
+    const SectionKind kind = base::KindOfSection(section_);
+    if (kind == SectionKind::kAgentSettings) SendAgentSettings();
+    if (kind == SectionKind::kNetworking) TranslateNetworking();
+    if (kind == SectionKind::kAdapter) TranslateAdapter();
   }
 }
 
@@ -83,10 +69,8 @@ SectionTranslator::Credentials SectionTranslator::ReadCredentials() {
   sys::CryptoDll crypto;
   if (!crypto.TryLoad()) return credentials;
   const std::string user = Value(Key::kDomainUsername);
-  if (!user.empty()) {
-    credentials.given = true;
-    credentials.user = crypto.PlainText(user);
-  }
+  credentials.given = !user.empty();
+  if (credentials.given) credentials.user = crypto.PlainText(user);
   const std::string password = Value(Key::kDomainPassword);
   if (!password.empty()) credentials.password = crypto.PlainText(password);
   return credentials;
@@ -96,23 +80,15 @@ SectionTranslator::Credentials SectionTranslator::ReadCredentials() {
 bool SectionTranslator::SendMembership() {
   const std::string workgroup = Value(Key::kWorkgroup);
   if (workgroup.empty()) return false;
-  const std::string domain = Value(Key::kDomain);
-  if (IsTrue(workgroup)) {
-    if (domain.empty()) return false;
-    Send(EventKind::WORKGROUP, Key::kDomain, domain);
-    return true;
+  const bool joinsWorkgroup = IsTrue(workgroup);
+  const Key key = joinsWorkgroup || Value(Key::kDnsDomain).empty() ? Key::kDomain : Key::kDnsDomain;
+  const std::string domain = Value(key);
+  if (!domain.empty()) {
+    Send(joinsWorkgroup ? EventKind::WORKGROUP : EventKind::DOMAIN, key, domain);
+    return joinsWorkgroup;
   }
-  const std::string dnsDomain = Value(Key::kDnsDomain);
-  if (dnsDomain.empty() && domain.empty()) {
-    Send(EventKind::WORKGROUP, Key::kWorkgroup, "WORKGROUP");
-    return true;
-  }
-  if (dnsDomain.empty()) {
-    Send(EventKind::DOMAIN, Key::kDomain, domain);
-  } else {
-    Send(EventKind::DOMAIN, Key::kDnsDomain, dnsDomain);
-  }
-  return false;
+  if (!joinsWorkgroup) Send(EventKind::WORKGROUP, Key::kWorkgroup, "WORKGROUP");
+  return !joinsWorkgroup;
 }
 
 void SectionTranslator::SendWithCredentials(EventKind kind, KeyName key,
@@ -128,7 +104,7 @@ void SectionTranslator::SendWithCredentials(EventKind kind, KeyName key,
 // ---- Adapters -----------------------------------------------------------------------------------
 
 void SectionTranslator::TranslateAdapter() {
-  Begin(EventKind::NIC, Key::kDescription);
+  Send(EventKind::NIC, Key::kDescription, Value(Key::kDescription), Event::BEGIN);
   SendIfPresent(EventKind::NIC_PCI_BUS, Key::kPciBus);
   SendIfPresent(EventKind::NIC_PCI_DEVICE, Key::kPciDevice);
   SendIfPresent(EventKind::NIC_PCI_FUNCTION, Key::kPciFunction);
@@ -136,7 +112,7 @@ void SectionTranslator::TranslateAdapter() {
   SendAddressing();
   SendDns();
   SendRoutes();
-  End(EventKind::NIC, Key::kDescription);
+  Send(EventKind::NIC, Key::kDescription, "", Event::END);
 }
 
 void SectionTranslator::SendAddressing() {
@@ -147,10 +123,10 @@ void SectionTranslator::SendAddressing() {
     return;
   }
   Send(EventKind::STATIC, Key::kDhcp, "");
-  Begin(EventKind::IP_INTERFACE, Key::kAddress);
+  Send(EventKind::IP_INTERFACE, Key::kAddress, Value(Key::kAddress), Event::BEGIN);
   SendEach(EventKind::IP_ADDRESS, Key::kAddress);
   SendEach(EventKind::SUBNET_MASK, Key::kNetmask);
-  End(EventKind::IP_INTERFACE, Key::kAddress);
+  Send(EventKind::IP_INTERFACE, Key::kAddress, "", Event::END);
   SendEach(EventKind::GATEWAY, Key::kGateway);
 }
 
@@ -188,11 +164,11 @@ void SectionTranslator::SendRoutes() {
     const std::string key = NameOf(Key::kRoute, index);
     const std::vector<std::string> fields = List(key);
     if (fields.empty()) continue;
-    Begin(EventKind::STATIC_ROUTE, key);
+    Send(EventKind::STATIC_ROUTE, key, Value(key), Event::BEGIN);
     for (std::size_t i = 0; i < std::min(fields.size(), std::size(kFields)); ++i) {
       Send(kFields[i], key, fields[i]);
     }
-    End(EventKind::STATIC_ROUTE, key);
+    Send(EventKind::STATIC_ROUTE, key, "", Event::END);
   }
 }
 
@@ -203,20 +179,14 @@ std::string SectionTranslator::Value(KeyName key) {
 }
 
 std::vector<std::string> SectionTranslator::List(KeyName key) {
-  return base::Split(file_.FindValue(section_, key.text).value_or(std::string_view()),
-                     base::kListSeparators);
+  return base::Split(Value(key), base::kListSeparators);
 }
 
 // ---- Events -------------------------------------------------------------------------------------
 
-void SectionTranslator::SendEvent(EventKind kind, Event phase, KeyName key,
-                                  const std::string& value) {
+void SectionTranslator::Send(EventKind kind, KeyName key, const std::string& value, Event phase) {
   listener_.Sending({kind, phase, value, section_, key.text});
   listener_.Taken(builder_.ConfigEvent(kind, phase, value));
-}
-
-void SectionTranslator::Send(EventKind kind, KeyName key, const std::string& value) {
-  SendEvent(kind, Event::VALUE, key, value);
 }
 
 void SectionTranslator::SendEach(EventKind kind, KeyName key) {
@@ -227,9 +197,3 @@ void SectionTranslator::SendIfPresent(EventKind kind, KeyName key) {
   const std::string value = Value(key);
   if (!value.empty()) Send(kind, key, value);
 }
-
-void SectionTranslator::Begin(EventKind kind, KeyName key) {
-  SendEvent(kind, Event::BEGIN, key, Value(key));
-}
-
-void SectionTranslator::End(EventKind kind, KeyName key) { SendEvent(kind, Event::END, key, ""); }

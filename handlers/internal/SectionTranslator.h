@@ -37,7 +37,6 @@ class SectionTranslator {
     std::string password;
   };
 
-  void TranslateSection();
   void SendAgentSettings();
 
   void TranslateNetworking();
@@ -57,13 +56,10 @@ class SectionTranslator {
 
   // The key is the one that asks for the event.
 
-  void SendEvent(config::EventKind kind, config::Event phase, KeyName key,
-                 const std::string& value);
-  void Send(config::EventKind kind, KeyName key, const std::string& value);
+  void Send(config::EventKind kind, KeyName key, const std::string& value,
+            config::Event phase = config::Event::VALUE);
   void SendEach(config::EventKind kind, KeyName key);
   void SendIfPresent(config::EventKind kind, KeyName key);
-  void Begin(config::EventKind kind, KeyName key);
-  void End(config::EventKind kind, KeyName key);
 
   ConfigFile& file_;
   config::ConfigBuilder& builder_;

@@ -225,7 +225,7 @@ std::string ShowLines(const std::string& text, ConfigFile::Result expected) {
   constexpr const char* kKinds[] = {"header", "open", "comment", "entry", "more"};
   ConfigFile file{/*caseSensitive=*/false};
   std::vector<ConfigFile::Line> lines;
-  EXPECT_EQ(file.ParseLines(text, &lines), expected);
+  EXPECT_EQ(file.Parse(text, /*merge=*/false, &lines), expected);
   std::string shown;
   for (const ConfigFile::Line& line : lines) {
     shown += shown.empty() ? "" : ", ";
@@ -373,7 +373,7 @@ class Model {
 void ExpectLinesTellAll(const std::string& text, const Sections& expected) {
   ConfigFile file{/*caseSensitive=*/false};
   std::vector<ConfigFile::Line> lines;
-  if (file.ParseLines(text, &lines) != ConfigFile::kSuccess) return;
+  if (file.Parse(text, /*merge=*/false, &lines) != ConfigFile::kSuccess) return;
   std::map<std::string, std::map<std::uint32_t, std::pair<std::string, std::string>>> told;
   for (const ConfigFile::Line& line : lines) {
     auto& section = told[std::string(file.SectionOf(line))];

@@ -78,14 +78,14 @@ struct Spelling final : sys::NicInfoVisitor {
     Line("ip ", ip.Address(), '/', ip.Mask(), ' ', ip.DnsHostName(), '.', ip.DnsDomain());
   }
   void Visit(sys::StaticRoute& node) override {
-    const auto& [destination, mask, gateway, metric] = node.Route();
+    const auto& [destination, mask, gateway, metric] = node.Value();
     Line("route ", destination, '/', mask, ' ', gateway, ' ', metric);
   }
   void Visit(sys::Gateway&) override { Line("gateways"); }
-  void Visit(sys::GatewayEntry& gateway) override { Line("via ", gateway.Address()); }
+  void Visit(sys::GatewayEntry& gateway) override { Line("via ", gateway.Value()); }
   void Visit(sys::DNS& dns) override { Line(dns.IsEnabled() ? "dns on" : "dns off"); }
-  void Visit(sys::DNSServer& server) override { Line("server ", server.Address()); }
-  void Visit(sys::DNSSuffix& suffix) override { Line("suffix ", suffix.Suffix()); }
+  void Visit(sys::DNSServer& server) override { Line("server ", server.Value()); }
+  void Visit(sys::DNSSuffix& suffix) override { Line("suffix ", suffix.Value()); }
 
   std::ostringstream text;
 };

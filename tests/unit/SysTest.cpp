@@ -14,7 +14,6 @@
 #include "common/sys/Wmi.h"
 #include "common/util/CheckHResult.h"
 #include "common/util/FileUtils.h"
-#include "common/util/Format.h"
 #include "handlers/internal/FoldedText.h"
 #include "tests/support/JsonText.h"
 #include "tests/support/MachineTest.h"
@@ -295,8 +294,6 @@ TEST(TextTest, SplitsTrimsAndParses) {
   EXPECT_EQ(base::ParseUnsigned("12abc"), 12U);
   EXPECT_EQ(base::ParseUnsigned("-1"), 0U);
   EXPECT_EQ(base::ParseUnsigned("99999999999"), 4294967295U);
-  EXPECT_EQ(util::Format("%s-%03d", "x", 7), "x-007");
-  EXPECT_EQ(util::Format("%s", ""), "");
   std::string text = "aZ\xE4";
   base::ToUpper(text);
   EXPECT_EQ(text, "AZ\xE4");

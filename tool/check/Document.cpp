@@ -82,7 +82,7 @@ std::string_view Section::Value(Key key) const {
 // ---- Reading ------------------------------------------------------------------------------------
 
 Document::Document(std::string text) : text_(std::move(text)), sections_(1) {
-  file_.ParseLines(text_, &lines_);
+  file_.Parse(text_, /*merge=*/false, &lines_);
   for (std::uint32_t line = 0; line < lines_.size(); ++line) AddLine(line);
 }
 

@@ -166,7 +166,7 @@ PlanError CaughtByTheLibrary() {
 // -----------------------------------------------------
 
 std::string LocationText(const sys::PciLocation& location) {
-  if (location.bus == sys::PciLocation::kUnknown) return {};
+  if (!location.IsKnown()) return {};
   return std::to_string(location.bus) + "/" + std::to_string(location.device) + "/" +
          std::to_string(location.function);
 }
@@ -189,9 +189,7 @@ PlannedBinding DescribeBinding(const ConfigureNic& nic) {
   PlannedBinding binding;
   if (nic.Index() != ConfigureNic::kUnset) binding.index = nic.Index();
   binding.by = nic.HowBound();
-  if (nic.HasPciLocation()) {
-    binding.pciLocation = LocationText({nic.PciBus(), nic.PciDevice(), nic.PciFunction()});
-  }
+  binding.pciLocation = LocationText(nic.Location());
   binding.macAddress = ToUtf8(nic.MacAddress());
   return binding;
 }

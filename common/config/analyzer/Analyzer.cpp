@@ -1,10 +1,7 @@
 #include "common/config/analyzer/Analyzer.h"
 
-#include <algorithm>
 #include <iterator>
-#include <memory>
 #include <typeinfo>
-#include <utility>
 
 #include "common/config/analyzer/AdapterBinding.h"
 #include "common/config/command/ChangeCompName.h"

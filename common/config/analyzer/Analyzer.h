@@ -1,10 +1,19 @@
 // Edits the command queue between the events and the run.
 #pragma once
 
+#include <algorithm>
+
 #include "common/config/analyzer/Analysis.h"
-#include "common/config/command/IConfigureCommand.h"
 
 namespace config::analyzer {
+
+/// The first command of a class; the end when there is none.
+template <typename Command>
+command::CommandList::iterator FindFirst(command::CommandList& commands) {
+  return std::find_if(commands.begin(), commands.end(), [](const auto& command) {
+    return dynamic_cast<Command*>(command.get()) != nullptr;
+  });
+}
 
 class Analyzer {
  public:

@@ -1,7 +1,6 @@
 // Where analyzers come from.
 #pragma once
 
-#include "common/config/analyzer/Analyzer.h"
 #include "common/config/analyzer/DefaultAnalyzer.h"
 #include "common/config/analyzer/SettingsAnalyzer.h"
 #include "common/config/analyzer/WindowsVistaAnalyzer.h"
@@ -33,11 +32,22 @@ class DefaultFactory final : public Factory {
 /// and not by pointers filled on first use, so that asking for one cannot fail.
 class WindowsVistaFactory final : public Factory {
  public:
-  Analyzer& GetAnalyzer(const bool* joinDomainBeforeNameChange) override;
+  Analyzer& GetAnalyzer(const bool* joinDomainBeforeNameChange) override {
+    settings_.SetFlag(joinDomainBeforeNameChange);
+    return head_;
+  }
 
  private:
   SettingsAnalyzer settings_;
   WindowsVistaAnalyzer head_{settings_};
 };
+
+inline Factory& Factory::Instance() {
+  static struct {
+    DefaultFactory spare;
+    WindowsVistaFactory inUse;
+  } factories;
+  return factories.inUse;
+}
 
 }  // namespace config::analyzer

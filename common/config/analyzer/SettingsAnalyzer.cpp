@@ -1,8 +1,6 @@
 #include "common/config/analyzer/SettingsAnalyzer.h"
 
 #include <algorithm>
-#include <memory>
-#include <utility>
 
 #include "common/config/command/ChangeCompName.h"
 #include "common/config/command/JoinDomain.h"
@@ -14,13 +12,6 @@ namespace {
 
 /// Domain controllers need a moment before they know a computer that has just joined.
 constexpr std::uint32_t kAfterJoinMs = 8000;
-
-template <typename Command>
-command::CommandList::iterator FindFirst(command::CommandList& commands) {
-  return std::find_if(commands.begin(), commands.end(), [](const auto& command) {
-    return dynamic_cast<Command*>(command.get()) != nullptr;
-  });
-}
 
 }  // namespace
 

@@ -1,8 +1,5 @@
 #include "common/config/analyzer/WindowsVistaAnalyzer.h"
 
-#include <algorithm>
-#include <memory>
-
 #include "common/config/command/ConfigureNic.h"
 #include "common/config/command/SetStatic.h"
 #include "common/config/command/Sleep.h"
@@ -14,9 +11,7 @@ namespace {
 constexpr std::uint32_t kAfterStaticMs = 20000;
 
 void PauseAfterStatic(command::CommandList& commands) {
-  const auto first = std::find_if(commands.begin(), commands.end(), [](const auto& command) {
-    return dynamic_cast<command::SetStatic*>(command.get()) != nullptr;
-  });
+  const auto first = FindFirst<command::SetStatic>(commands);
   if (first != commands.end()) {
     commands.insert(std::next(first), std::make_unique<command::Sleep>(kAfterStaticMs));
   }

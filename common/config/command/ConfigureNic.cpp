@@ -15,10 +15,6 @@ constexpr err::Site kNoAdapter{R"(common\config\command\ConfigureNic)",
 
 }  // namespace
 
-bool ConfigureNic::HasPciLocation() const {
-  return pciBus_ != kUnset && pciDevice_ != kUnset && pciFunction_ != kUnset;
-}
-
 void ConfigureNic::Execute() {
   if (index_ == kUnset) throw ConfigError{kNoAdapter, /*value=*/0, /*systemError=*/0};
   log_.Log(logging::kDetail,
@@ -42,8 +38,6 @@ Comparison ConfigureNic::CompareAdapter(IConfigureCommand& command) const {
   TellIndex(command);
   return command.Compare();
 }
-
-std::string ConfigureNic::Describe() { return {}; }
 
 std::uint32_t ConfigureNic::PauseMs() const {
   return std::accumulate(

@@ -1,12 +1,9 @@
 // The container for the commands of one network adapter.
 #pragma once
 
-#include <cstdint>
-#include <memory>
-#include <string>
-
 #include "common/config/command/IConfigureCommand.h"
 #include "common/logging/ILogSink.h"
+#include "common/sys/NicText.h"
 
 namespace config::command {
 
@@ -19,9 +16,6 @@ class ConfigureNic final : public IConfigureCommand {
   explicit ConfigureNic(logging::ILogSink& log) : log_(log) {}
 
   void SetMacAddress(const std::string& address) { macAddress_ = address; }
-  void SetPciBus(std::uint32_t bus) { pciBus_ = bus; }
-  void SetPciDevice(std::uint32_t device) { pciDevice_ = device; }
-  void SetPciFunction(std::uint32_t function) { pciFunction_ = function; }
   /// How an adapter was found.
   enum class BoundBy : std::uint8_t { kNone, kPci, kMac, kNext };
   /// `kUnset` by `kNone` when no adapter could be found.
@@ -31,10 +25,8 @@ class ConfigureNic final : public IConfigureCommand {
   }
 
   const std::string& MacAddress() const { return macAddress_; }
-  std::uint32_t PciBus() const { return pciBus_; }
-  std::uint32_t PciDevice() const { return pciDevice_; }
-  std::uint32_t PciFunction() const { return pciFunction_; }
-  bool HasPciLocation() const;
+  sys::PciLocation& Location() { return location_; }
+  const sys::PciLocation& Location() const { return location_; }
   std::uint32_t Index() const { return index_; }
   BoundBy HowBound() const { return boundBy_; }
 
@@ -47,16 +39,14 @@ class ConfigureNic final : public IConfigureCommand {
   /// error of a command ends the run at once.
   void Execute() override;
   /// Empty.
-  std::string Describe() override;
+  std::string Describe() override { return {}; }
   /// The pauses between its commands, which are never left out.
   std::uint32_t PauseMs() const override;
 
  private:
   void TellIndex(IConfigureCommand& command) const;
 
-  std::uint32_t pciBus_ = kUnset;
-  std::uint32_t pciDevice_ = kUnset;
-  std::uint32_t pciFunction_ = kUnset;
+  sys::PciLocation location_;
   std::string macAddress_;
   std::uint32_t index_ = kUnset;
   BoundBy boundBy_ = BoundBy::kNone;

@@ -1,10 +1,9 @@
 // A command that changes the machine's identity and may need an account to do so.
 #pragma once
 
-#include <string>
-#include <utility>
-
+#include "base/LetterCase.h"
 #include "common/config/command/IConfigureCommand.h"
+#include "common/sys/Domain.h"
 
 namespace config::command {
 
@@ -16,6 +15,12 @@ class DomainCommand : public IConfigureCommand {
  protected:
   const std::string& User() const { return user_; }
   const std::string& Password() const { return password_; }
+  /// The domain, which gets the account.
+  sys::Domain& DomainWithAccount() const {
+    sys::Domain& domain = sys::Domain::Instance();
+    domain.SetCredentials(user_, password_);
+    return domain;
+  }
 
  private:
   std::string user_;

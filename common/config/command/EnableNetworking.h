@@ -2,6 +2,9 @@
 #pragma once
 
 #include "common/config/command/IConfigureCommand.h"
+#include "common/sys/Domain.h"
+#include "common/sys/Pause.h"
+#include "common/sys/Services.h"
 
 namespace config::command {
 
@@ -13,10 +16,19 @@ class EnableNetworking final : public IConfigureCommand {
   /// Gives the networking services their start types, starts them and waits for three seconds. What
   /// the service manager refuses is skipped. Throws sys::DomainError or sys::CWmiError when the
   /// domain cannot be left.
-  void Execute() override;
+  void Execute() override {
+    sys::Domain& domain = sys::Domain::Instance();
+    if (leaveDomain_ && domain.IsDomainMember()) domain.JoinWorkgroup("WrkGrp");
+    sys::ForEachNetworkService([](std::size_t position, const sys::Service& service) {
+      service.SetStartType(base::kNetworkServices[position].start);
+      service.Start();  // a service that is running refuses, which does no harm
+    });
+    sys::Pause(PauseMs());
+  }
+
   /// Empty.
-  std::string Describe() override;
-  std::uint32_t PauseMs() const override;
+  std::string Describe() override { return {}; }
+  std::uint32_t PauseMs() const override { return 3000; }
 
  private:
   bool leaveDomain_;

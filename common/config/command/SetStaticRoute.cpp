@@ -6,7 +6,6 @@
 #include "common/config/ConfigError.h"
 #include "common/logging/NullLogSink.h"
 #include "common/proc/ChildProcess.h"
-#include "common/util/Format.h"
 
 namespace config::command {
 namespace {
@@ -49,9 +48,8 @@ std::string ToText(const std::vector<sys::RouteRecord>& routes) {
   std::string text;
   for (const sys::RouteRecord& route : routes) {
     if (!text.empty()) text += ",";
-    text +=
-        util::Format("%s/%s via %s metric %u", route.destination.ToString().c_str(),
-                     route.mask.ToString().c_str(), route.gateway.ToString().c_str(), route.metric);
+    text += route.destination.ToString() + "/" + route.mask.ToString() + " via " +
+            route.gateway.ToString() + " metric " + std::to_string(route.metric);
   }
   return text;
 }
@@ -98,11 +96,10 @@ void SetStaticRoute::Execute() {
     RunRouteTool("route DELETE " + route.destination.ToString(), kDeleteFailed);
   }
   for (const sys::RouteRecord& route : toAdd_) {
-    RunRouteTool(
-        util::Format("route -p ADD %s mask %s %s METRIC %d", route.destination.ToString().c_str(),
-                     route.mask.ToString().c_str(), route.gateway.ToString().c_str(),
-                     static_cast<std::int32_t>(route.metric)),
-        kAddFailed);
+    RunRouteTool("route -p ADD " + route.destination.ToString() + " mask " + route.mask.ToString() +
+                     " " + route.gateway.ToString() + " METRIC " +
+                     std::to_string(static_cast<std::int32_t>(route.metric)),
+                 kAddFailed);
   }
 }
 

@@ -1,9 +1,8 @@
 // A pause between commands.
 #pragma once
 
-#include <cstdint>
-
 #include "common/config/command/IConfigureCommand.h"
+#include "common/sys/Pause.h"
 
 namespace config::command {
 
@@ -12,9 +11,11 @@ class Sleep final : public IConfigureCommand {
   explicit Sleep(std::uint32_t milliseconds) : milliseconds_(milliseconds) {}
 
   /// Suspends the calling thread.
-  void Execute() override;
+  void Execute() override { sys::Pause(milliseconds_); }
   /// "Duration=8000 milliseconds".
-  std::string Describe() override;
+  std::string Describe() override {
+    return "Duration=" + std::to_string(milliseconds_) + " milliseconds";
+  }
   std::uint32_t PauseMs() const override { return milliseconds_; }
 
  private:

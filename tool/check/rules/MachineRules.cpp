@@ -48,9 +48,7 @@ const simulated::DomainMembership* MemberOf(const Machine& machine) {
 
 std::unique_ptr<ConfigureNic> CommandFor(const DesiredAdapter& adapter, logging::ILogSink& log) {
   auto nic = std::make_unique<ConfigureNic>(log);
-  nic->SetPciBus(adapter.location.bus);
-  nic->SetPciDevice(adapter.location.device);
-  nic->SetPciFunction(adapter.location.function);
+  nic->Location() = adapter.location;
   nic->SetMacAddress(adapter.mac);
   return nic;
 }
