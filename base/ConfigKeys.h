@@ -49,7 +49,7 @@ enum class Key : std::uint8_t {
   kDnsEnabled,
 };
 
-/// What the value of a key is. Lists come last; they alone may go on over several lines.
+/// What the value of a key is. Lists come last; only they may continue over several lines.
 enum class ValueKind : std::uint8_t {
   kText,
   kFlag,  ///< "True" or "False"
@@ -154,7 +154,7 @@ inline constexpr std::string_view kAdapterMark = "NicEntry";
 /// What a section of this name is for.
 SectionKind KindOfSection(std::string_view name);
 
-/// Values of "Config": a restore file waits; the machine was imaged and goes on as itself.
+/// Values of "Config": a restore file waits; the machine was imaged and keeps its identity.
 inline constexpr std::string_view kRestore = "Restore";
 inline constexpr std::string_view kRestoreAfterCreate = "RestoreAfterCreate";
 

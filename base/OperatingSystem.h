@@ -1,4 +1,4 @@
-// What `Win32_OperatingSystem` tells of the system.
+// The properties of `Win32_OperatingSystem`.
 #pragma once
 
 #include "base/Words.h"

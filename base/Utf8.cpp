@@ -17,7 +17,7 @@ std::size_t CharacterLength(std::string_view text) {
   for (std::size_t i = 1; i < length; ++i) {
     if (!IsMiddleOfCharacter(text[i])) return 0;
   }
-  // Overlong forms, halves of UTF-16 pairs, and what lies beyond Unicode.
+  // Overlong forms, halves of UTF-16 pairs, and code points outside Unicode.
   if (lead == 0xE0 && byte(1) < 0xA0) return 0;
   if (lead == 0xED && byte(1) > 0x9F) return 0;
   if (lead == 0xF0 && byte(1) < 0x90) return 0;

@@ -1,4 +1,4 @@
-// The reader of configuration files beside what people would use instead.
+// The reader of configuration files and those that people would use instead.
 #pragma once
 
 #include <memory>

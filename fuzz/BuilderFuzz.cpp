@@ -56,7 +56,7 @@ void AnalyzeAndRun(ConfigBuilder& builder, bool joinFirst, const simulated::Mach
   try {
     const support::QueueRules rules(builder);
     builder.Analyze();
-    // A question that fails only once may have been answered in two ways.
+    // A question that fails only once may have had two answers.
     const std::string broken = HasFaults(machine) ? "" : rules.Broken(builder, joinFirst);
     if (!broken.empty()) std::fprintf(stderr, "%s\n", broken.c_str());
     Check(broken.empty());

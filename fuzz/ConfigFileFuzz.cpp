@@ -1,5 +1,5 @@
 // Feeds arbitrary texts to the configuration file reader, as one load and as two of which the
-// second merges, and checks that walks, look-ups and counts tell the same story.
+// second merges, and checks that walks, look-ups and counts agree.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>

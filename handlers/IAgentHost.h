@@ -10,7 +10,7 @@ class IAgentHost {
   virtual void Reserved0() = 0;
   /// Hands a message to a named component of the agent. The message stays the caller's.
   virtual void SendTo(const char* target, IAgentMessage* message) = 0;
-  /// Queues a message for the agent; only the low byte of the answer counts (0: refused).
+  /// Queues a message for the agent; only the low byte of the result counts (0: refused).
   virtual std::int32_t Post(IAgentMessage* message) = 0;
   /// Writes one line to the agent's log: a printf-style format and its arguments.
   virtual void Log(std::uint32_t level, const char* format, ...) = 0;

@@ -1,4 +1,4 @@
-// The version of the plug-in, as its table, its file name and its update entry tell it.
+// The version of the plug-in, for its table, its file name and its update entry.
 #pragma once
 
 #include <cstdint>

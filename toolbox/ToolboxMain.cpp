@@ -1,15 +1,10 @@
-#include <cstring>
 #include <memory>
 #include <new>
 #include <string>
+#include <string_view>
 
-#include "common/err/GeneralError.h"
-#include "common/logging/ILogSink.h"
 #include "common/util/Finally.h"
 #include "common/util/Wiping.h"
-#include "handlers/IAgentHost.h"
-#include "handlers/IAgentMessage.h"
-#include "handlers/MessageHandler.h"
 #include "handlers/Version.h"
 #include "handlers/internal/Configure.h"
 #include "handlers/internal/DefaultHandler.h"
@@ -38,34 +33,21 @@ CMessageHandler* Make() {
   return new (std::nothrow) Handler;
 }
 
-/// A row without a name takes any name; a row without a factory ends the list.
-struct NameRow {
+/// The first row that fits counts; one without a name takes any name.
+constexpr struct {
+  const char* type;
   const char* name;
   HandlerFactory make;
-};
-
-struct TypeRow {
-  const char* type;
-  const NameRow* names;
-};
-
-constexpr NameRow kAnyName[] = {{nullptr, Make<DefaultHandler>}, {nullptr, nullptr}};
-constexpr NameRow kInternalNames[] = {{"UpdateInfo", Make<UpdateInfo>},
-                                      {"Configure", Make<Configure>},
-                                      {"PrepForImage", Make<PrepForImage>},
-                                      {nullptr, Make<DefaultHandler>},
-                                      {nullptr, nullptr}};
-constexpr TypeRow kTypes[] = {
-    {"Request", kAnyName}, {"Reply", kAnyName}, {"Internal", kInternalNames}};
+} kHandlers[] = {
+    {"Request", nullptr, Make<DefaultHandler>},       {"Reply", nullptr, Make<DefaultHandler>},
+    {"Internal", "UpdateInfo", Make<UpdateInfo>},     {"Internal", "Configure", Make<Configure>},
+    {"Internal", "PrepForImage", Make<PrepForImage>}, {"Internal", nullptr, Make<DefaultHandler>}};
 
 /// Compares byte by byte. Null when no row matches or memory runs out.
-std::unique_ptr<CMessageHandler> FindHandler(const char* type, const char* name) {
-  for (const TypeRow& typeRow : kTypes) {
-    if (std::strcmp(typeRow.type, type) != 0) continue;
-    for (const NameRow* row = typeRow.names; row->make != nullptr; ++row) {
-      if (row->name == nullptr || std::strcmp(row->name, name) == 0) {
-        return std::unique_ptr<CMessageHandler>(row->make());
-      }
+std::unique_ptr<CMessageHandler> FindHandler(std::string_view type, std::string_view name) {
+  for (const auto& row : kHandlers) {
+    if (row.type == type && (row.name == nullptr || row.name == name)) {
+      return std::unique_ptr<CMessageHandler>(row.make());
     }
   }
   return nullptr;
@@ -97,7 +79,7 @@ std::int32_t Dispatch(IAgentMessage* message, IAgentHost* host) {
 }
 
 std::int32_t DoMagic(IAgentMessage* message, IAgentHost* host) {
-  // When a message ends, nothing secret of it stays behind; see also the plug-in's heap.
+  // When a message ends, no secret of it stays in memory; see also the plug-in's heap.
   const util::Finally wipe(util::WipeFreedStack);
   try {
     return Dispatch(message, host);

@@ -14,12 +14,6 @@ struct alignas(std::max_align_t) BlockHeader {
   std::size_t size;
 };
 
-void* Allocate(std::size_t size) {
-  if (size > std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader)) return nullptr;
-  void* const memory = std::malloc(sizeof(BlockHeader) + size);
-  return memory == nullptr ? nullptr : new (memory) BlockHeader{size} + 1;
-}
-
 void Release(void* block) noexcept {
   if (block == nullptr) return;
   BlockHeader* const header = static_cast<BlockHeader*>(block) - 1;
@@ -33,12 +27,10 @@ void Release(void* block) noexcept {
 // these, so no block of ours meets another heap.
 
 void* operator new(std::size_t size) {
-  for (;;) {
-    if (void* const block = Allocate(size)) return block;
-    const std::new_handler handler = std::get_new_handler();
-    if (handler == nullptr) throw std::bad_alloc();
-    handler();
-  }
+  constexpr std::size_t kLargest = std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader);
+  void* const memory = size <= kLargest ? std::malloc(sizeof(BlockHeader) + size) : nullptr;
+  if (memory == nullptr) throw std::bad_alloc();  // nobody installs a new-handler
+  return new (memory) BlockHeader{size} + 1;
 }
 
 void operator delete(void* block) noexcept { Release(block); }

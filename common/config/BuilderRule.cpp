@@ -38,7 +38,7 @@ constexpr err::Site kNotStatic{
     kSource, "IpInterface being called without a previous event to set the NIC as static", 359};
 constexpr err::Site kRefusedByIpInterface{
     kSource, "Invalid config event being handled by IpInterface scope", 373};
-// Deliberate: the text of the IP interface; only the line tells the two apart.
+// Deliberate: the text of the IP interface; only the line differs.
 constexpr err::Site kRefusedByStaticRoute{
     kSource, "Invalid config event being handled by IpInterface scope", 456};
 
@@ -49,7 +49,7 @@ constexpr std::int32_t kPrerequisiteMissing = 0;
   throw ConfigError{site, value, /*systemError=*/0};
 }
 
-/// The last command of a list if it is exactly a `Command`, else null.
+/// The last command of a list if it is exactly a `Command`, otherwise null.
 template <typename Command>
 Command* LastIf(const CommandList& commands) {
   if (commands.empty()) return nullptr;
@@ -57,8 +57,8 @@ Command* LastIf(const CommandList& commands) {
   return typeid(last) == typeid(Command) ? static_cast<Command*>(&last) : nullptr;
 }
 
-/// Adds `value` to the last command of a list if it is exactly a `Command`, else to a new one. So
-/// the values of an unbroken run end up in one command, which is returned.
+/// Adds `value` to the last command of a list if it is exactly a `Command`, otherwise to a new one.
+/// So the values of an unbroken run end up in one command, which is returned.
 template <typename Command>
 IConfigureCommand* AddToLastOrNew(CommandList& commands, const std::string& value) {
   if (auto* last = LastIf<Command>(commands)) {

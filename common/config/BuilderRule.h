@@ -1,5 +1,5 @@
 // What configuration events mean in each scope. Rules execute nothing: they make commands, fill
-// them in, and refuse events that make no sense where they stand.
+// them in, and refuse events that make no sense in their scope.
 #pragma once
 
 #include <map>
@@ -44,7 +44,7 @@ class DefaultRule final : public BuilderRule {
 /// One network adapter.
 class NicRule final : public BuilderRule {
  public:
-  /// Binds to the builder's last command; throws ConfigError when that is no ConfigureNic.
+  /// Binds to the builder's last command; throws ConfigError when that is not a ConfigureNic.
   explicit NicRule(ConfigBuilder& builder);
   command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
 
@@ -69,7 +69,7 @@ class IpInterfaceRule final : public BuilderRule {
 /// One static route; it is committed when its scope is closed.
 class StaticRouteRule final : public BuilderRule {
  public:
-  /// Binds to the builder's last command when that is a SetStaticRoute, else to a new one.
+  /// Binds to the builder's last command when that is a SetStaticRoute, otherwise to a new one.
   explicit StaticRouteRule(ConfigBuilder& builder);
   command::IConfigureCommand* HandleEvent(EventKind kind, const std::string& value) override;
   /// Throws ipc::CIPAddressError for a host name that does not resolve; no route is added then.

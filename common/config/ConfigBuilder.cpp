@@ -63,7 +63,7 @@ command::IConfigureCommand* ConfigBuilder::OpenScope(EventKind kind) {
     return LastCommand();
   } catch (...) {
     // An adapter without a scope would collect the next one's settings, and routes without one
-    // would stand for the wish to have none.
+    // would mean that none is wanted.
     commands_.resize(before);
     throw;
   }

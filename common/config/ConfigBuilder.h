@@ -46,14 +46,14 @@ class ConfigBuilder {
 
   /// Runs the queue. True when every command ran, `*reboot` being false then; false when the run
   /// stopped at a restart, `*reboot` being true. Throws what a command throws: commands before it
-  /// stay done, those behind it are not run.
+  /// stay done, those after it are not run.
   bool RunConfig(bool* reboot);
 
  private:
   command::IConfigureCommand* OpenScope(EventKind kind);
   void CloseScope();
 
-  // The rules refer to commands, so they are declared behind them and go first.
+  // The rules refer to commands, so they are declared after them and destroyed first.
   command::CommandList commands_;
   std::vector<std::unique_ptr<BuilderRule>> scopes_;
   bool joinDomainBeforeNameChange_ = false;

@@ -7,7 +7,7 @@ namespace config {
 
 /// `Value` is 1 for an event that its scope does not accept, 0 for a missing prerequisite, 2 for
 /// empty address lists, 4 for a command and 5 for a route that the machine refused; `SystemError`
-/// is the machine's answer.
+/// is the machine's result.
 struct ConfigError : err::CGeneralError {
   using err::CGeneralError::CGeneralError;
 };

@@ -10,8 +10,8 @@
 namespace config {
 
 enum class Event : std::uint32_t {
-  BEGIN = 0,  ///< opens a scope for NIC, IP_INTERFACE and STATIC_ROUTE; else the same as VALUE
-  END = 1,    ///< closes the innermost scope, whatever the kind
+  BEGIN = 0,  ///< opens a scope for NIC, IP_INTERFACE and STATIC_ROUTE; otherwise the same as VALUE
+  END = 1,    ///< closes the innermost scope, of any kind
   VALUE = 2,  ///< a setting for the innermost scope
 };
 

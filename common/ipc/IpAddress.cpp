@@ -17,21 +17,15 @@ using Parts = std::array<std::uint8_t, 4>;
 
 Parts PartsOf(const IPAddress& address) { return std::bit_cast<Parts>(address.Bits()); }
 
-std::uint32_t Resolve(const std::string& name) {
-  WinSockManager::Instance().EnsureStarted();
-  platform::IResolver& resolver = platform::Current().Resolver();
-  std::uint32_t bits = 0;
-  if (!resolver.LookUpHost(name, &bits)) {
-    throw CIPAddressError{kNotResolved, /*value=*/0, resolver.LastError()};
-  }
-  return bits;
-}
-
 bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
 
 std::uint32_t BitsOf(const std::string& text) {
-  if (!text.empty() && IsLetter(text.front())) return Resolve(text);
-  return platform::Current().Resolver().ParseDotted(text);
+  platform::IResolver& resolver = platform::Current().Resolver();
+  if (text.empty() || !IsLetter(text.front())) return resolver.ParseDotted(text);
+  WinSockManager::Instance().EnsureStarted();
+  std::uint32_t bits = 0;
+  if (resolver.LookUpHost(text, &bits)) return bits;
+  throw CIPAddressError{kNotResolved, /*value=*/0, resolver.LastError()};
 }
 
 }  // namespace

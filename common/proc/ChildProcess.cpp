@@ -97,21 +97,17 @@ std::int32_t CChildProcess::Run(const char* applicationName, const std::string& 
 void CChildProcess::InitializeStartupInfo(platform::StartupInfo* startup) {
   CloseIfOpen(&stdoutRead_);
   CloseIfOpen(&stdinWrite_);
-  Handle childOutput = Handle::kNone;
-  Handle childInput = Handle::kNone;
-  if (!Port().MakePipe(&stdoutRead_, &childOutput, /*size=*/0)) {
+  if (!Port().MakePipe(&stdoutRead_, &startup->standardOutput, /*size=*/0)) {
     throw ChildProcessError{kNoPipe, kErrorValue, /*systemError=*/0};
   }
   Port().StopInheriting(stdoutRead_);
-  if (!Port().MakePipe(&childInput, &stdinWrite_, /*size=*/0)) {
-    Port().Close(childOutput);
+  if (!Port().MakePipe(&startup->standardInput, &stdinWrite_, /*size=*/0)) {
+    Port().Close(startup->standardOutput);
     throw ChildProcessError{kNoPipe, kErrorValue, /*systemError=*/0};
   }
   Port().StopInheriting(stdinWrite_);
   startup->flags |= platform::kUseStandardHandles;
-  startup->standardOutput = childOutput;
-  startup->standardError = childOutput;
-  startup->standardInput = childInput;
+  startup->standardError = startup->standardOutput;
 }
 
 std::int32_t CChildProcess::WaitForExit(OutputRelay* relay) {

@@ -29,7 +29,7 @@ class CChildProcess {
       : timeoutMs_(timeoutMs), logSink_(logSink) {}
   virtual ~CChildProcess();
 
-  /// Starts `commandLine` ("%%" in it stands for "%"). The result is the child's exit code when
+  /// Starts `commandLine` ("%%" in it means "%"). The result is the child's exit code when
   /// `wait` is set, 0 when it is not, the system's error when the child could not be started, and
   /// -1 in every other case. A non-empty `user` only logs and gives -1: runs as another user are
   /// declared but not done. `applicationName` and `relay` may be null. Without a relay nothing

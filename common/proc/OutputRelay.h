@@ -17,7 +17,7 @@ class OutputRelay {
   OutputRelay& operator=(OutputRelay&&) = delete;
 
   /// Makes the three pipes and puts the child's ends into `startup`. False when a step fails; the
-  /// standard handles are then as they were.
+  /// standard handles are then restored.
   bool Attach(platform::StartupInfo* startup);
 
   /// Takes what the child has written so far and echoes it to the current standard output and

@@ -48,7 +48,7 @@ bool CryptoDll::Decrypt(const char* input, char* output) {
     if (decrypt_ == nullptr) GetProcAddress(&decrypt_, "Decrypt");
     return platform::Current().Libraries().Decrypt(decrypt_, input, output);
   } catch (...) {
-    return false;  // the library is foreign: whatever leaves it means that nothing was deciphered
+    return false;  // the library is foreign: any exception means that nothing was deciphered
   }
 }
 

@@ -41,8 +41,8 @@ class CryptoDll : private DllProxy {
   /// library wrote. False when the library or its export is missing or the call fails.
   bool Decrypt(const char* input, char* output);
 
-  /// The plain text of `cipherText`, empty when `Decrypt` is false. Leaves no copy of it behind but
-  /// the result.
+  /// The plain text of `cipherText`, empty when `Decrypt` is false. Leaves no other copy of it in
+  /// memory.
   std::string PlainText(const std::string& cipherText);
 
   static constexpr std::size_t kPlainTextSize = 4096;

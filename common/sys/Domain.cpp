@@ -167,7 +167,7 @@ Domain& Domain::Refreshed() {
     // Nor must a domain that was left.
     domainName_.clear();
     dnsDomainName_.clear();
-    // Deliberate: the policy stays open when the workstation service does not answer.
+    // Deliberate: the policy stays open when the workstation service returns nothing.
     leftOpen = !Directory().LanGroup(&workgroup_);
   }
   return *this;

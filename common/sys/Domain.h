@@ -42,7 +42,7 @@ class Domain {
   /// Empty for a member.
   std::string GetWorkgroup();
   /// The OU of the computer's account, as a path or (with `asDn`) as "OU=Europe,OU=Sales"; what it
-  /// was last when the machine is no member. Throws DomainError.
+  /// was last when the machine is not a member. Throws DomainError.
   std::string GetOu(bool asDn);
 
   /// Leaves the domain if a member, then joins the workgroup. True when the result is "done after a
@@ -66,7 +66,7 @@ class Domain {
   /// Itself, with the membership read afresh.
   Domain& Refreshed();
   std::string AccountName(const std::string& domain) const;
-  /// The DNS name of the current domain, else its flat name.
+  /// The DNS name of the current domain, otherwise its flat name.
   const std::string& CurrentDomain() const;
 
   std::string workgroup_;

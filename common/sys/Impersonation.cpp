@@ -21,7 +21,7 @@ void Attempt(Step step) {
   try {
     step();
   } catch (...) {
-    // Nobody is left to tell, and the other steps must not suffer.
+    // Nobody is left to report to, and the other steps must run.
   }
 }
 

@@ -11,7 +11,7 @@
 
 namespace sys {
 
-/// Everything that a run as another user takes; `kNone` stands for what it did not.
+/// Everything that a run as another user takes; `kNone` where it did not.
 struct UserContext {
   platform::Token token = platform::Token::kNone;
   /// The thread acts as the user.

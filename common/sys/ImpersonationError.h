@@ -34,7 +34,7 @@ class CImpersonationError final : public err::CGeneralError {
 /// runs out again.
 [[noreturn]] void ThrowOutOfMemory(const err::Site& site);
 
-/// The result of `body`. An error that leaves it is told the operation's name and goes on.
+/// The result of `body`. Appends the operation's name to an error that leaves it.
 template <class Body>
 auto RethrowFrom(const char* operation, Body body) {
   try {

@@ -14,7 +14,7 @@ namespace sys {
 class NicAdapter final : public NicNode<NicAdapter, util::CollectionNode> {
  public:
   /// Reads the adapter, except for the machine's persistent routes, which come from the caller.
-  /// Throws CWmiError, or ipc::CIPAddressError for what is no IPv4 address.
+  /// Throws CWmiError, or ipc::CIPAddressError for an invalid IPv4 address.
   NicAdapter(std::uint32_t index, PersistentRoutes& routes);
 
   /// The `Index` of its `Win32_NetworkAdapterConfiguration` instance.

@@ -1,7 +1,7 @@
 // What can be done with the nodes of the network adapter tree, and how they accept it.
 #pragma once
 
-#include "common/util/CompositeVisitor.h"
+#include "common/util/CompositeNode.h"
 
 namespace sys {
 
@@ -33,7 +33,7 @@ class NicInfoVisitor : public util::CompositeVisitor {
 template <typename Node, typename Base>
 class NicNode : public Base {
  public:
-  /// Calls the operation for `Node` when the visitor is a NicInfoVisitor, else does nothing.
+  /// Calls the operation for `Node` when the visitor is a NicInfoVisitor, otherwise does nothing.
   void accept(util::CompositeVisitor& visitor) override {
     if (auto* const nicVisitor = dynamic_cast<NicInfoVisitor*>(&visitor)) {
       nicVisitor->Visit(static_cast<Node&>(*this));

@@ -16,10 +16,10 @@ class NicList final : public NicNode<NicList, util::CollectionNode> {
   /// Reads every adapter; throws as NicAdapter does.
   NicList();
 
-  /// All adapters in the machine's order, whatever their bus; owned by the list.
+  /// All adapters in the machine's order, on any bus; owned by the list.
   const std::vector<const NicAdapter*>& Adapters() const { return adapters_; }
 
-  // Each answers the first PCI adapter that matches, null when there is none.
+  // Each returns the first PCI adapter that matches, null when there is none.
 
   const NicAdapter* FindByPciLocation(const PciLocation& location) const;
   /// Letter case and the separators ":" and "-" do not count.

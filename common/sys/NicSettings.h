@@ -47,11 +47,11 @@ class StaticRoute final : public NicEntry<StaticRoute, RouteRecord> {
 };
 
 /// First address and mask (0.0.0.0 without one), DNS names, and the persistent routes, which are
-/// the machine's and stand below every adapter.
+/// the machine's and appear below every adapter.
 class IP final : public NicNode<IP, util::CollectionNode> {
  public:
   /// Reads the adapter, and the routes if they have not been read yet. Throws CWmiError, or
-  /// ipc::CIPAddressError for what is no IPv4 address.
+  /// ipc::CIPAddressError for an invalid IPv4 address.
   IP(std::uint32_t index, PersistentRoutes& routes);
 
   const ipc::IPv4Address& Address() const { return address_; }
@@ -79,7 +79,7 @@ class DNS final : public NicNode<DNS, util::CollectionNode> {
   /// Reads the adapter; throws as `IP` does.
   explicit DNS(std::uint32_t index);
 
-  /// True when the servers were set by hand; false also when that cannot be told.
+  /// True when the servers were set by hand; false also when that cannot be read.
   bool IsEnabled() const { return enabled_; }
 
  private:

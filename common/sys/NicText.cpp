@@ -40,7 +40,7 @@ std::optional<std::uint32_t> TakeLastNumber(std::string_view& text) {
 PnpDeviceId ParsePnpDeviceId(std::string_view id) {
   constexpr std::string_view kVendor = "VEN_";
   constexpr std::size_t kVendorSearchStart = 4;
-  constexpr std::size_t kDeviceOffset = 13;  // behind "VEN_8086&DEV_"
+  constexpr std::size_t kDeviceOffset = 13;  // after "VEN_8086&DEV_"
   PnpDeviceId parsed;
   parsed.isPci = id.starts_with("PCI");
   const std::size_t vendor = id.find(kVendor, kVendorSearchStart);

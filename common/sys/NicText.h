@@ -1,4 +1,4 @@
-// What the texts that describe a network adapter tell: its bus, its place there, its name.
+// Reads the texts that describe a network adapter: its bus, its place there, its name.
 #pragma once
 
 #include <compare>
@@ -22,12 +22,13 @@ struct PciLocation {
 
 struct PnpDeviceId {
   bool isPci = false;
-  /// 0 when the id does not tell them.
+  /// 0 when the id does not hold them.
   std::uint32_t vendorId = 0;
   std::uint32_t deviceId = 0;
 };
 
-/// Reads an id like "PCI\VEN_8086&DEV_100E&...". A number that does not fit 32 bits is not told.
+/// Reads an id like "PCI\VEN_8086&DEV_100E&...". A number that does not fit 32 bits counts as
+/// absent.
 PnpDeviceId ParsePnpDeviceId(std::string_view id);
 
 /// The last three decimal numbers of the text, as in "PCI bus 0, device 25, function 0" and

@@ -15,7 +15,7 @@ namespace {
 
 constexpr char kSource[] = R"(common\sys\OsVersion)";
 constexpr err::Site kInitThrew{kSource, "Error thrown from WMI initialization code.", 129};
-// The text is reported with its placeholder as it stands.
+// The text is reported with its placeholder.
 constexpr err::Site kComNotInitialized{kSource, "COM not initialized, error = %u.", 134};
 constexpr err::Site kNoNamespace{kSource, "Namespace not valid, cannot continue.", 141};
 constexpr err::Site kNoClassObject{kSource, "Class object not valid, cannot continue.", 148};

@@ -51,7 +51,7 @@ platform::IRegistry& Port() { return platform::Current().Registry(); }
   throw RegistryError{site, value, util::LastError()};
 }
 
-/// Runs `operation`; whatever leaves it becomes this module's error.
+/// Runs `operation`; any exception becomes this module's error.
 template <typename Operation>
 void Guarded(const err::Site& unknown, const Operation& operation) {
   try {

@@ -22,7 +22,7 @@ class CSecurityDescriptor {
   const platform::Acl* GetDACL() const;
 
   /// Bytes of the descriptor with its parts. Throws the system's error number, a plain
-  /// std::int32_t, when it is no descriptor.
+  /// std::int32_t, when it is not a descriptor.
   std::uint32_t Size() const;
 
   /// Becomes an empty descriptor.

@@ -20,7 +20,7 @@ CSID::CSID(platform::Token token) {
   RethrowFrom("CSID::CSID( HANDLE hToken )", [&] {
     std::uint32_t size = 0;
     const platform::Sid* user = nullptr;
-    // Without a buffer the only good answer is how large it must be.
+    // Without a buffer the call must fail and report the size needed.
     if (Security().TokenUser(token, nullptr, 0, &size, &user) ||
         util::LastError() != platform::kInsufficientBuffer) {
       ThrowImpersonationError(kNoTokenSize);

@@ -14,7 +14,7 @@ CUserProfile::~CUserProfile() {
   try {
     Unload();
   } catch (const CImpersonationError&) {
-    // Nobody is left to tell.
+    // Nobody is left to report to.
   }
 }
 

@@ -54,8 +54,8 @@ struct RouteRecord {
 
 /// Adapters are named by the `Index` of their `Win32_NetworkAdapterConfiguration` instance.
 ///
-/// Reads return the HRESULT of their last step. A missing row is no error: the result is 0 and the
-/// outputs keep their values, as they do for a property without a value. Lists are appended to.
+/// Reads return the HRESULT of their last step. A missing row is not an error: the result is 0 and
+/// the outputs keep their values, as they do for a property without a value. Lists are appended to.
 /// Everything throws CWmiError when the connection or the query fails.
 class Wmi {
  public:

@@ -6,7 +6,7 @@
 
 namespace util {
 
-/// "class config::command::SetDhcp", whatever the compiler.
+/// "class config::command::SetDhcp", with every compiler.
 std::string ClassName(const std::type_info& type);
 
 }  // namespace util

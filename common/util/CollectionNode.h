@@ -1,4 +1,4 @@
-// A node that owns an ordered list of children. An empty one holds no memory beside itself.
+// A node that owns an ordered list of children. An empty one allocates nothing.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ class CollectionNode : public CompositeNode {
   /// Destroys the children from the first to the last, each with its own subtree.
   ~CollectionNode() override;
 
-  /// Takes the child behind the present ones and becomes its parent.
+  /// Appends the child and becomes its parent.
   void add(CompositeNode* child) override;
   void add(std::unique_ptr<CompositeNode> child);
 

@@ -8,8 +8,14 @@ namespace util {
 
 class breadth_iterator;
 class CollectionNode;
-class CompositeVisitor;
 class depth_iterator;
+
+/// The root of all visitors. A node family derives its own visitor from this one; its nodes ask at
+/// run time whether the visitor they are given belongs to them.
+class CompositeVisitor {
+ public:
+  virtual ~CompositeVisitor() = default;
+};
 
 class CompositeNode {
  public:
@@ -43,7 +49,7 @@ class CompositeNode {
   /// The number of nodes in the subtree, this one included.
   virtual std::size_t count() = 0;
 
-  /// This node when it is a collection, else null. Asked instead of a run-time type test, which
+  /// This node when it is a collection, otherwise null. Replaces a run-time type test, which
   /// would take most of the time of a walk.
   CollectionNode* asCollection() { return collection_; }
 

@@ -64,8 +64,7 @@ std::string ExecutableFolder() {
 }
 
 std::string FileName(const std::string& path) {
-  const std::size_t separator = path.find_last_of("\\/");
-  return separator == std::string::npos ? path : path.substr(separator + 1);
+  return path.substr(path.find_last_of("\\/") + 1);  // npos + 1 is 0
 }
 
 void WriteProfileEntry(const std::string& section, const std::string& key, const std::string& value,

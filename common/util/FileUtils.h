@@ -1,4 +1,4 @@
-// Files of the machine. A path exists as a file when it exists and is no directory.
+// Files of the machine. A path exists as a file when it exists and is not a directory.
 #pragma once
 
 #include <string>
@@ -33,7 +33,7 @@ bool SameFile(const std::string& first, const std::string& second);
 bool ReadWholeFile(const std::string& path, std::string* content);
 
 /// Folder of the running executable, the agent's, without a separator at its end. Throws
-/// CFileIOError when the system does not tell.
+/// CFileIOError when the system does not report it.
 std::string ExecutableFolder();
 
 /// What follows the last "\" or "/" of `path`.

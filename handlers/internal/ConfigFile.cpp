@@ -66,7 +66,7 @@ class ConfigFile::Parser {
     }
     section_ = file_.OpenSection(file_.RangeOf(Trim(line.substr(1))));
     target_ = 0;
-    Tell(isOpen ? Line::Kind::kOpenHeader : Line::Kind::kHeader, whole, /*entry=*/0);
+    Report(isOpen ? Line::Kind::kOpenHeader : Line::Kind::kHeader, whole, /*entry=*/0);
     return true;
   }
 
@@ -74,7 +74,7 @@ class ConfigFile::Parser {
     previousLine_ = line;
     target_ = merge_ && !isComment ? Merge(file_.Split(line)) : 0;
     const std::uint32_t entry = target_ != 0 ? target_ : file_.AddEntry(section_, line);
-    Tell(isComment ? Line::Kind::kComment : Line::Kind::kEntry, line, entry);
+    Report(isComment ? Line::Kind::kComment : Line::Kind::kEntry, line, entry);
   }
 
   /// The entry that has the key already, and now the value too; 0 when there is none.
@@ -118,10 +118,10 @@ class ConfigFile::Parser {
     } else {
       SetValue(target_, value);
     }
-    Tell(Line::Kind::kContinuation, file_.RangeOf(line), target_);
+    Report(Line::Kind::kContinuation, file_.RangeOf(line), target_);
   }
 
-  void Tell(Line::Kind kind, Range line, std::uint32_t entry) {
+  void Report(Line::Kind kind, Range line, std::uint32_t entry) {
     if (lines_ != nullptr) lines_->push_back({line.offset, line.length, section_, entry, kind});
   }
 

@@ -10,8 +10,8 @@
 //   z=3
 //
 // An entry is its line, which is split when it is asked for, and a link to the next entry of its
-// section: a section that is opened again goes on where it ended. When its value is no longer that
-// of its line, after a continuation or a merge, the entry is a pair in `changed_`. A continued
+// section: a section that is opened again continues where it ended. When its value is no longer
+// that of its line, after a continuation or a merge, the entry is a pair in `changed_`. A continued
 // value is in no file as one piece; it is put together in `extra_`.
 #pragma once
 
@@ -25,7 +25,7 @@
 #include "handlers/internal/HashTables.h"
 
 /// Reads the sectioned key=value format. Names and keys are found by hash, so a look-up does not
-/// slow down with the file; loading takes time in proportion to the text, whatever it holds.
+/// slow down with the file; loading takes time in proportion to the text, with any content.
 ///
 /// Duplicate keys stay separate entries; a look-up finds the first. A comment is an entry with an
 /// empty key and the whole line as value. Outputs keep their values unless kSuccess is returned.
@@ -47,7 +47,7 @@ class ConfigFile {
   /// What a line of a text became.
   struct Line {
     enum class Kind : std::uint8_t { kHeader, kOpenHeader, kComment, kEntry, kContinuation };
-    /// Where the line stands in the text, without the blanks at its ends.
+    /// Where the line is in the text, without the blanks at its ends.
     std::uint32_t offset = 0;
     std::uint32_t length = 0;
     /// Number of the section that the line opened or that was open; 0 is the unnamed one.
@@ -62,7 +62,7 @@ class ConfigFile {
   explicit ConfigFile(bool caseSensitive) : caseSensitive_(caseSensitive) {}
 
   /// Reads and parses the file `path`. Only kSuccess makes it the remembered file name; returns
-  /// kNoMemory when its content does not fit into memory, else what `Parse` returns.
+  /// kNoMemory when its content does not fit into memory, otherwise what `Parse` returns.
   Result Load(const std::string& path, bool merge);
 
   /// Parses `text`, after dropping what was loaded before unless `merge` is set. A merging load
@@ -113,7 +113,7 @@ class ConfigFile {
   std::string_view LineEnding() const { return lastLineHadReturn_ ? "\r\n" : "\n"; }
 
  private:
-  /// A part of `text_`, or of `extra_` when the offset is beyond `text_`.
+  /// A part of `text_`, or of `extra_` when the offset is after its end.
   struct Range {
     std::uint32_t offset = 0;
     std::uint32_t length = 0;
@@ -165,7 +165,7 @@ class ConfigFile {
   bool lastLineHadReturn_ = false;
 
   std::string text_;                          // what was loaded
-  std::string extra_;                         // its offsets go on from those of `text_`
+  std::string extra_;                         // its offsets continue those of `text_`
   std::vector<Section> sections_{Section()};  // sections_[0] is the unnamed one, opened or not
   bool unnamedOpened_ = false;
   std::vector<Record> entries_{Record()};

@@ -44,7 +44,8 @@ ConfigurePlan::GlobalSettings ReadGlobal(ConfigFile& file) {
 bool RestoreIsPending(const AgentFiles& files) {
   if (!util::FileExists(files.configuration)) return false;
   ConfigFile file(/*caseSensitive=*/false);
-  // Deliberate: whatever the load answers; a damaged file must not hide a restore that waits.
+  // Deliberate: the result of the load is ignored; a damaged file must not hide a restore that
+  // waits.
   file.Load(files.configuration, /*merge=*/false);
   return base::SameText(GlobalValue(file, Key::kConfig), base::kRestore) &&
          util::FileExists(files.restore);
@@ -55,7 +56,7 @@ void ReturnNetworkDisabledFlag() {
   try {
     SetNetworkDisabledFlag();
   } catch (const sys::RegistryError&) {
-    // Deliberate: nothing that this message could answer would bring the flag back.
+    // Deliberate: no reply to this message would bring the flag back.
   }
 }
 

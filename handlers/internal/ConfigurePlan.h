@@ -5,9 +5,6 @@
 #include <string>
 
 #include "common/config/ConfigBuilder.h"
-#include "common/logging/ILogSink.h"
-#include "handlers/IAgentHost.h"
-#include "handlers/IAgentMessage.h"
 #include "handlers/MessageHandler.h"
 #include "handlers/internal/AgentFiles.h"
 #include "handlers/internal/ConfigFile.h"
@@ -22,7 +19,7 @@ class ConfigurePlan {
     kHandedOver,  ///< a restore file took the agent's file's place; a message naming it is posted
     kHandOverRefused,  ///< the same, but the host did not take the message
     kNoFile,           ///< there is no file of the message's "Filename"
-    kNotLoaded,        ///< `Loaded` tells why; no setting of the file is applied
+    kNotLoaded,        ///< `Loaded` says why; no setting of the file is applied
   };
 
   /// What section "Global" says.

@@ -14,7 +14,7 @@ std::uint64_t Load(const char* at) {
 }
 
 /// The first `size` bytes (1 to 8) at `text` as one number. Texts of the same size give the same
-/// number exactly when they are equal; nothing beyond them is touched.
+/// number exactly when they are equal; no other byte is read.
 std::uint64_t LoadWord(const char* text, std::size_t size) {
   if (size == 8) return Load<std::uint64_t>(text);
   if (size >= 4) return Load<std::uint32_t>(text) | Load<std::uint32_t>(text + size - 4) << 32;
@@ -29,7 +29,7 @@ std::uint64_t FoldCase(std::uint64_t word) {
   const std::uint64_t fromA = low + (0x80 - 'A') * kEach;    // top bit: 'A' or beyond
   const std::uint64_t beyondZ = low + (0x7F - 'Z') * kEach;  // top bit: beyond 'Z'
   const std::uint64_t capital = fromA & ~beyondZ & ~word & (0x80 * kEach);
-  return word | capital >> 2;  // 0x80 >> 2 is the bit that tells the cases apart
+  return word | capital >> 2;  // 0x80 >> 2 is the bit that makes a letter small
 }
 
 }  // namespace

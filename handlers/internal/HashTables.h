@@ -1,6 +1,6 @@
 // Many hash tables in two arrays, so that a table costs no allocation of its own. A table maps a
-// hash to the ids of items that live elsewhere; 0 is no id. Tables use open addressing and are at
-// most two thirds full.
+// hash to the ids of items that are stored elsewhere; 0 means none. Tables use open addressing and
+// are at most two thirds full.
 #pragma once
 
 #include <algorithm>

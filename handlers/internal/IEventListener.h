@@ -1,4 +1,4 @@
-// Who is told where the events of a configuration come from, and what becomes of each.
+// Observes where the events of a configuration come from, and what becomes of each.
 #pragma once
 
 #include <string>

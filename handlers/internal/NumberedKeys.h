@@ -1,4 +1,4 @@
-// Keys that a decimal number follows, such as "Route0", and another key that tells how many count.
+// Keys that a decimal number follows, such as "Route0", and another key that says how many count.
 #pragma once
 
 #include <cstddef>

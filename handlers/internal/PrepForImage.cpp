@@ -3,10 +3,7 @@
 #include <cstddef>
 #include <iterator>
 
-#include "base/Services.h"
-#include "common/sys/NicAdapter.h"
 #include "common/sys/NicInfoWriter.h"
-#include "common/sys/NicList.h"
 #include "common/sys/Services.h"
 #include "common/util/FileUtils.h"
 #include "common/util/LastError.h"
@@ -29,7 +26,7 @@ enum Line : int {
   kAddingNic = 163,
 };
 
-/// How the log tells that a service is disabled, in the order of `base::kNetworkServices`.
+/// How the log names a service that is disabled, in the order of `base::kNetworkServices`.
 constexpr struct {
   const char* shown;
   int line;

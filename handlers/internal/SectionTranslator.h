@@ -7,7 +7,6 @@
 
 #include "base/ConfigKeys.h"
 #include "common/config/ConfigBuilder.h"
-#include "common/logging/ILogSink.h"
 #include "handlers/IAgentHost.h"
 #include "handlers/internal/ConfigFile.h"
 #include "handlers/internal/IEventListener.h"

@@ -5,6 +5,6 @@
 
 class UpdateInfo final : public CMessageHandler {
  public:
-  /// Adds the entry behind those the message holds, and returns 2.
+  /// Appends an entry to those of the message, and returns 2.
   std::int32_t HandleMessage(IAgentMessage* message, IAgentHost* host) override;
 };

@@ -6,7 +6,6 @@
 
 #include "common/util/CollectionNode.h"
 #include "common/util/CompositeIterator.h"
-#include "common/util/CompositeVisitor.h"
 #include "common/util/LeafNode.h"
 
 namespace {

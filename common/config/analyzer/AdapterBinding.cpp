@@ -12,7 +12,8 @@ std::unique_ptr<sys::NicList> BindAdapters(command::CommandList& commands) {
   using By = ConfigureNic::BoundBy;
   std::unique_ptr<sys::NicList> adapters;
   std::unordered_set<std::uint32_t> taken;
-  std::size_t next = 0;  // an adapter that was skipped stays taken, so the search goes on from here
+  // A skipped adapter is never free again, so the search continues where it ended.
+  std::size_t next = 0;
   const auto nextFree = [&]() -> const sys::NicAdapter* {
     const auto& all = adapters->Adapters();
     while (next < all.size() && (!all[next]->IsPci() || taken.contains(all[next]->Index()))) ++next;

@@ -8,11 +8,11 @@
 
 namespace config::analyzer {
 
-/// Gives every ConfigureNic the index of an adapter: the one at its PCI location, else the one with
-/// its MAC address, else the first PCI adapter that none before it took, else none. A match by
-/// location or address is taken even when it was given away before. Returns the adapters as they
-/// were read; without a ConfigureNic nothing is read and the result is null. Throws what reading
-/// the adapters throws.
+/// Gives every ConfigureNic the index of an adapter: the one at its PCI location, otherwise the one
+/// with its MAC address, otherwise the first PCI adapter that is still free, otherwise none. A
+/// match by location or address is taken even when it was given away before. Returns the adapters
+/// as they were read; without a ConfigureNic nothing is read and the result is null. Throws what
+/// reading the adapters throws.
 std::unique_ptr<sys::NicList> BindAdapters(command::CommandList& commands);
 
 }  // namespace config::analyzer

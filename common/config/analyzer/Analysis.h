@@ -11,9 +11,9 @@
 namespace config::analyzer {
 
 struct Analysis {
-  /// The commands that would change nothing, in the order in which they stood in the queue.
+  /// The commands that would change nothing, in the order of the queue.
   command::CommandList dropped;
-  /// The machine beside what each command wants that was in the queue, dropped ones included.
+  /// What each command of the queue compared, dropped ones included.
   std::unordered_map<const command::IConfigureCommand*, command::Comparison> comparisons;
   /// The adapters as the binding read them; null when nothing was to be bound.
   std::unique_ptr<sys::NicList> adapters;

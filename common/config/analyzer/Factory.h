@@ -1,11 +1,16 @@
 // Where analyzers come from.
 #pragma once
 
-#include "common/config/analyzer/DefaultAnalyzer.h"
 #include "common/config/analyzer/SettingsAnalyzer.h"
 #include "common/config/analyzer/WindowsVistaAnalyzer.h"
 
 namespace config::analyzer {
+
+/// The analyzer without an ordering of its own.
+class DefaultAnalyzer final : public Analyzer {
+ public:
+  void Reorder(command::CommandList& /*commands*/) override {}
+};
 
 class Factory {
  public:
@@ -15,7 +20,7 @@ class Factory {
   virtual ~Factory() = default;
 
   /// The process's factory, made on first use: a WindowsVistaFactory on every version of Windows. A
-  /// DefaultFactory is made beside it and never used.
+  /// DefaultFactory is made with it and never used.
   static Factory& Instance();
 };
 

@@ -5,7 +5,7 @@
 
 namespace config::analyzer {
 
-/// Rename first: the join waits for the restart behind it. Join first: both in one run, with a
+/// Rename first: the join waits for the restart after it. Join first: both in one run, with a
 /// pause between them.
 class SettingsAnalyzer final : public Analyzer {
  public:

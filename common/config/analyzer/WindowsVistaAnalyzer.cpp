@@ -10,20 +10,15 @@ namespace {
 /// The system needs this long to bring up a static address.
 constexpr std::uint32_t kAfterStaticMs = 20000;
 
-void PauseAfterStatic(command::CommandList& commands) {
-  const auto first = FindFirst<command::SetStatic>(commands);
-  if (first != commands.end()) {
-    commands.insert(std::next(first), std::make_unique<command::Sleep>(kAfterStaticMs));
-  }
-}
-
 }  // namespace
 
 void WindowsVistaAnalyzer::Reorder(command::CommandList& commands) {
   for (const auto& command : commands) {
-    if (auto* nic = dynamic_cast<command::ConfigureNic*>(command.get())) {
-      PauseAfterStatic(nic->Commands());
-    }
+    auto* nic = dynamic_cast<command::ConfigureNic*>(command.get());
+    if (nic == nullptr) continue;
+    const auto first = FindFirst<command::SetStatic>(nic->Commands());
+    if (first == nic->Commands().end()) continue;
+    nic->Commands().insert(std::next(first), std::make_unique<command::Sleep>(kAfterStaticMs));
   }
   next_.Reorder(commands);
 }

@@ -10,7 +10,7 @@ class WindowsVistaAnalyzer final : public Analyzer {
   /// `next` is borrowed.
   explicit WindowsVistaAnalyzer(Analyzer& next) : next_(next) {}
 
-  /// Puts a pause behind the first SetStatic of every adapter, then lets the next analyzer edit.
+  /// Inserts a pause after the first SetStatic of every adapter, then lets the next analyzer edit.
   void Reorder(command::CommandList& commands) override;
 
  private:

@@ -22,7 +22,7 @@ void ConfigureNic::Execute() {
            index_);
   for (const auto& owned : commands_) {
     IConfigureCommand& command = *owned;
-    TellIndex(command);
+    SetIndexOf(command);
     if (!command.IsNeeded()) continue;
     log_.Log(logging::kDetail, "ConfigureNic::Execute(): about to execute %s (%s)",
              util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
@@ -30,12 +30,12 @@ void ConfigureNic::Execute() {
   }
 }
 
-void ConfigureNic::TellIndex(IConfigureCommand& command) const {
+void ConfigureNic::SetIndexOf(IConfigureCommand& command) const {
   if (auto* nicCommand = dynamic_cast<NicCommand*>(&command)) nicCommand->SetIndex(index_);
 }
 
 Comparison ConfigureNic::CompareAdapter(IConfigureCommand& command) const {
-  TellIndex(command);
+  SetIndexOf(command);
   return command.Compare();
 }
 

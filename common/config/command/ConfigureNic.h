@@ -44,7 +44,7 @@ class ConfigureNic final : public IConfigureCommand {
   std::uint32_t PauseMs() const override;
 
  private:
-  void TellIndex(IConfigureCommand& command) const;
+  void SetIndexOf(IConfigureCommand& command) const;
 
   sys::PciLocation location_;
   std::string macAddress_;

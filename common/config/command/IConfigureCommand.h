@@ -10,11 +10,11 @@
 
 namespace config::command {
 
-/// The machine beside what a command would make of it.
+/// The current state of the machine and the one that a command wants.
 struct Comparison {
   /// False when the machine already is as the command would make it.
   bool needed = true;
-  /// What was read; nothing when the answer needed no reading.
+  /// What was read; nothing when nothing had to be read.
   std::optional<std::string> current = {};
   std::optional<std::string> wanted = {};
 
@@ -42,7 +42,7 @@ class IConfigureCommand {
 
   // For whoever explains a queue.
 
-  /// The answer of `IsNeeded`; when `comparison` is not null, also the values it came from, never a
+  /// The result of `IsNeeded`; when `comparison` is not null, also the values it came from, never a
   /// password. Unless a command overrides it, it is always needed and compares nothing.
   virtual bool Differs(Comparison* /*comparison*/) { return true; }
   /// `Differs` with the values.

@@ -38,8 +38,7 @@ void SortAndUnite(std::vector<sys::RouteRecord>& routes) {
 std::vector<sys::RouteRecord> Difference(const std::vector<sys::RouteRecord>& from,
                                          const std::vector<sys::RouteRecord>& without) {
   std::vector<sys::RouteRecord> rest;
-  std::set_difference(from.begin(), from.end(), without.begin(), without.end(),
-                      std::back_inserter(rest));
+  std::ranges::set_difference(from, without, std::back_inserter(rest));
   return rest;
 }
 
@@ -58,7 +57,6 @@ std::string ToText(const std::vector<sys::RouteRecord>& routes) {
 
 void SetStaticRoute::Plan() {
   if (planned_) return;
-  // Nothing of an attempt that fails is kept.
   std::vector<sys::RouteRecord> existing;
   sys::Wmi::GetStaticRoutes(&existing);
   // Deliberate: the first default route only; a second one is deleted like any other.
@@ -66,9 +64,8 @@ void SetStaticRoute::Plan() {
   if (defaultRoute != existing.end()) existing.erase(defaultRoute);
   SortAndUnite(existing);
   SortAndUnite(wanted_);
-  std::vector<sys::RouteRecord> toDelete = Difference(existing, wanted_);
+  toDelete_ = Difference(existing, wanted_);
   toAdd_ = Difference(wanted_, existing);
-  toDelete_ = std::move(toDelete);
   planned_ = true;
 }
 
@@ -77,8 +74,7 @@ bool SetStaticRoute::Differs(Comparison* comparison) {
   if (comparison != nullptr) {
     const std::vector<sys::RouteRecord> stays = Difference(wanted_, toAdd_);
     std::vector<sys::RouteRecord> existing;
-    std::merge(stays.begin(), stays.end(), toDelete_.begin(), toDelete_.end(),
-               std::back_inserter(existing));
+    std::ranges::merge(stays, toDelete_, std::back_inserter(existing));
     comparison->Set(ToText(existing), ToText(wanted_));
   }
   return !toAdd_.empty() || !toDelete_.empty();
