@@ -1,21 +1,16 @@
 // Feeds arbitrary texts to the configuration file reader, as one load and as two of which the
 // second merges, and checks that walks, look-ups and counts agree.
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
 
+#include "base/LetterCase.h"
 #include "fuzz/Check.h"
 #include "handlers/internal/ConfigFile.h"
 
 namespace {
-
-std::string Folded(std::string text) {
-  for (char& c : text) c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  return text;
-}
 
 void CheckEntries(ConfigFile* file, const std::string& section, bool caseSensitive) {
   std::map<std::string, std::string> firstValues;
@@ -24,12 +19,13 @@ void CheckEntries(ConfigFile* file, const std::string& section, bool caseSensiti
   for (auto result = file->GetFirstEntry(section, &key, &value); result == ConfigFile::kSuccess;
        result = file->GetNextEntry(&key, &value)) {
     ++count;
-    const auto& first = firstValues.emplace(caseSensitive ? key : Folded(key), value).first->second;
+    const auto& first =
+        firstValues.emplace(caseSensitive ? key : base::Folded(key), value).first->second;
     Check(file->ReadValue(section, key, &found) == ConfigFile::kSuccess && found == first);
   }
   Check(count == file->EntryCount(section));
   for (const auto& [folded, first] : firstValues) {
-    Check(file->FindValue(caseSensitive ? section : Folded(section), folded) == first);
+    Check(file->FindValue(caseSensitive ? section : base::Folded(section), folded) == first);
   }
   Check(!file->FindValue(section, "=").has_value());
 }
@@ -39,7 +35,7 @@ void CheckAll(ConfigFile* file, bool caseSensitive) {
   std::string name, last;
   for (auto result = file->GetFirstSection(&name); result == ConfigFile::kSuccess;
        result = file->GetNextSection(&name)) {
-    Check(names.emplace(caseSensitive ? name : Folded(name), 0).second);
+    Check(names.emplace(caseSensitive ? name : base::Folded(name), 0).second);
     Check(!name.empty() || names.size() == 1);
     CheckEntries(file, name, caseSensitive);
     last = name;
