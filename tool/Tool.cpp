@@ -1,5 +1,6 @@
 #include "tool/Tool.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <ostream>
@@ -77,6 +78,8 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   add(CompletionCommand(completion), [&] { return Completion(completion, commands, streams); });
   add(ManPageCommand(), [&] { return ManPage(commands, streams); });
 
+  const bool isDetailed =
+      std::find(arguments.begin(), arguments.end(), kDetailedExitCode) != arguments.end();
   int exitCode = kDone;
   try {
     const Command* chosen = ParseCommandLine(commands, "orvanta-config " + version::Text(),
@@ -84,7 +87,8 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
     UseCodePage(codePage);
     if (chosen != nullptr) exitCode = chosen->run();
   } catch (const ToolError& error) {
-    return Refuse(error.what(), streams);
+    const int refused = Refuse(error.what(), streams);
+    return isDetailed ? kUnusableInDetail : refused;
   }
   if (!streams.out.flush()) {
     return Refuse("standard output: cannot be written; check where it leads", streams);

@@ -93,7 +93,10 @@ Machine AnyMachine(Generator& any) {
     // A member whose networking comes back leaves its domain first, whatever the file wants.
     machine.registry.emplace_back();
   }
-  if (any.Percent(20)) machine.decrypt.reset();
+  if (any.Percent(20)) {
+    machine.decrypt.reset();
+    machine.decryptIsNone = true;
+  }
   if (any.Percent(30)) machine.PutFile(machine.agentFolder + R"(\tarvo.cfg)", "[Old]\n");
   return machine;
 }
@@ -239,18 +242,13 @@ TEST(Property, ThePlanIsWhatTheRunDoes) {
     Machine machine = generated.machine;
     machine.PutFile(kFile, generated.file);
     const tool::QueuePlan plan = tool::MakePlan(machine, kFile, kFile, tool::Comparing::kInTurn);
-    std::vector<std::string> planned = support::PlannedRun(tool::ToJson(plan, /*verbose=*/false));
+    const auto planned = support::PlannedRun(tool::ToJson(plan, /*verbose=*/false));
 
     support::StartFreshProcess();
     const tool::Delivery delivery =
         tool::Deliver({"Internal", "Configure", {{"Filename", kFile}}}, machine);
-    const std::vector<std::string> run = support::ActualRun(tool::ToJson(delivery));
-    if (delivery.Result() == "Failure") {
-      planned.resize(std::min(planned.size(), run.size()));  // it ended early
-    } else {
-      ++finished;
-    }
-    ASSERT_EQ(planned, run);
+    if (delivery.Result() != "Failure") ++finished;
+    ASSERT_EQ(planned, support::ActualRun(tool::ToJson(delivery)));
   }
   EXPECT_GT(finished, kCases / 2) << "most files are to ask for something that can be done";
 }

@@ -52,6 +52,7 @@ Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
   1  ChangeCompName  Name=ZÜR-1 {User=Jürgen}  [Networking] lines 2, 6-7
   3  JoinDomain      DNS Domain=zürich.example, Windows Domain= {User=Jürgen}  [Networking] lines 4-7
                      none -> zürich.example
+                     in the OU Zürich
   4  ConfigureNic    adapter 7, Zürich  [NicEntry Zü] line 11
        SetDnsSuffix  DNS Suffixes=zürich,\x9D  line 13
                      zürich -> zürich,\x9D
@@ -64,6 +65,7 @@ Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
   DNS_SUFFIX \x9D from [NicEntry Zü] DNS-SuffixSearchOrder, line 13    4 SetDnsSuffix
   1  JoinDomain      DNS Domain=zürich.example, Windows Domain= {User=Jürgen}  [Networking] lines 4-7
                      none -> zürich.example
+                     in the OU Zürich
   2  ConfigureNic    adapter 7, Zürich  [NicEntry Zü] line 11
        SetDnsSuffix  DNS Suffixes=zürich,\x9D  line 13
                      zürich -> zürich,\x9D

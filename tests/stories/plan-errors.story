@@ -16,11 +16,13 @@ No plan
   common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
   ipc::CIPAddressError, value 0, system error 11001
   at IP_ADDRESS no.where from [TCP/IP] Address, line 4
+  the machine cannot resolve "no.where" [C509]
 $ sh try '[TCP/IP]|Static-Route-Count=1|Route1=1.1.1.1 255.0.0.0 no.where'
 No plan
   common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
   ipc::CIPAddressError, value 0, system error 11001
   at STATIC_ROUTE 1.1.1.1 255.0.0.0 no.where from [TCP/IP] Route1, line 3
+  the machine cannot resolve "no.where" [C509]
 $ sh try '[Networking]|ComputerName=A' --machine deaf.json
 No plan
   common\sys\OsVersion:129 - Error thrown from WMI initialization code.
@@ -35,4 +37,4 @@ No plan
   common\util\FileUtils:51 - File Move Failed 
   util::CFileIOError, value 0, system error 32
 $ orvanta-config plan pc.cfg --machine stuck.json --json | tr -s '\n ' ' '
-{ "schema": 1, "commands": [], "dropped": [], "runs_now": 0, "error": { "class": "util::CFileIOError", "source": "common\\util\\FileUtils", "line": 51, "message": "File Move Failed ", "value": 0, "system_error": 32 } } 
+{ "schema": 1, "commands": [], "dropped": [], "runs_now": 0, "error": { "class": "util::CFileIOError", "source": "common\\util\\FileUtils", "line": 51, "message": "File Move Failed ", "value": 0, "system_error": 32 }, "outcome": "failure", "changes": 0, "pause_ms": 0 } 

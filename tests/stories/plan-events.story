@@ -40,9 +40,9 @@ Events
   NIC last from [NicEntry3] Description, line 17                4 ConfigureNic
   NIC_MAC_ADDRESS 12-34 from [NicEntry3] MACAddress, line 18    4 ConfigureNic
 $ orvanta-config plan pc.cfg --verbose --json >out.json; python3 -c 'import json; t = json.load(open("out.json")); print(*t); print(*t["commands"][0:2], t["events"][2], t["events"][9], t["adapters"][2], t["runs_now"], sep="\n")'
-schema commands dropped runs_now error restored restart_forbidden pauses adapters events
-{'class': 'config::command::ChangeCompName', 'description': 'Name=A {User=joiner}', 'needed': True, 'current': 'TEMPLATE', 'wanted': 'A', 'events': [0, 1, 2]}
-{'class': 'config::command::ConfigureNic', 'description': '', 'index': 8, 'bound_by': 'pci', 'pci_location': '4/0/0', 'mac_address': None, 'needed': True, 'events': [3, 4, 5, 6], 'commands': [{'class': 'config::command::SetDns', 'description': 'DNS Servers=10.0.0.2,10.0.0.3', 'needed': True, 'current': '', 'wanted': '10.0.0.2,10.0.0.3', 'events': [7, 8]}]}
+schema commands dropped runs_now error outcome changes pause_ms restored restart_forbidden pauses adapters events
+{'class': 'config::command::ChangeCompName', 'description': 'Name=A {User=joiner}', 'needed': True, 'reached': True, 'will_fail': None, 'current': 'TEMPLATE', 'wanted': 'A', 'events': [0, 1, 2]}
+{'class': 'config::command::ConfigureNic', 'description': '', 'index': 8, 'bound_by': 'pci', 'pci_location': '4/0/0', 'mac_address': None, 'needed': True, 'reached': True, 'will_fail': None, 'events': [3, 4, 5, 6], 'commands': [{'class': 'config::command::SetDns', 'description': 'DNS Servers=10.0.0.2,10.0.0.3', 'needed': True, 'reached': True, 'will_fail': None, 'current': '', 'wanted': '10.0.0.2,10.0.0.3', 'events': [7, 8]}]}
 {'kind': 'DOMAIN_PASSWORD', 'opens': False, 'value': '***', 'section': 'Networking', 'key': 'DomainPassword', 'line': 3, 'came_to_nothing': None}
 {'kind': 'DNS_SERVER', 'opens': False, 'value': '0.0.0.0', 'section': 'TCP/IP', 'key': 'DNS-Server2', 'line': 11, 'came_to_nothing': '0.0.0.0 is no server'}
 {'index': 12, 'pci_location': None, 'mac_address': '02:00:4C:4F:4F:50', 'not_eligible': 'not on the PCI bus', 'taken_by': []}

@@ -9,36 +9,39 @@ What a plan shows: what is needed and why, on which adapter, what waits, what is
 lines=$1; shift
 echo "$lines" | tr '|' '\n' | orvanta-config plan - "$@" | sed '1,/^$/d'
 -- console --
-$ sh try '[Networking]|Workgroup=No|Domain=corp.example|ComputerName=B|[TCP/IP]|DHCP=False|Address=10.0.0.5|Netmask=255.0.0.0|DNS-Use-DHCP=True|[NicEntry1]|PCIBus=0|PCIDevice=9|PCIFunction=0|MACAddress=00|DHCP=False|Address=10.20.0.15|Netmask=255.255.0.0|[NicEntry2]|DHCP=True'
+$ sh try '[Networking]|Workgroup=No|Domain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=ENCIPHERED-USER|DomainPassword=ENCIPHERED-PASSWORD|ComputerName=B|[TCP/IP]|DHCP=False|Address=10.0.0.5|Netmask=255.0.0.0|DNS-Use-DHCP=True|[NicEntry1]|PCIBus=0|PCIDevice=9|PCIFunction=0|MACAddress=00|DHCP=False|Address=10.20.0.15|Netmask=255.255.0.0|[NicEntry2]|DHCP=True'
 Runs now
-  1  ChangeCompName  Name=B {User=}  [Networking] line 4
+  1  ChangeCompName  Name=B {User=joiner}  [Networking] lines 5-7
                      TEMPLATE -> B
-  -- restart: the run stops here --
+  -- restart 1, for the new name: the run stops here --
 Waits for the restart, and is planned anew then
-  3  JoinDomain      DNS Domain=corp.example, Windows Domain= {User=}  [Networking] line 3
+  3  JoinDomain      DNS Domain=corp.example, Windows Domain= {User=joiner}  [Networking] lines 3-6
                      none -> corp.example
-  4  ConfigureNic    adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [TCP/IP] line 5
+                     in the OU Sales
+  4  ConfigureNic    adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [TCP/IP] line 8
                      the next free one, no PCI location or MAC address given
-       SetStatic     IP and Subnet Masks: {ip=10.0.0.5,mask=255.0.0.0}  lines 6-8
+       SetStatic     IP and Subnet Masks: {ip=10.0.0.5,mask=255.0.0.0}  lines 9-11
                      dhcp -> 10.0.0.5/255.0.0.0
        Sleep         Duration=20000 milliseconds
-       SetDns        DNS via DHCP  line 9
+       SetDns        DNS via DHCP  line 12
                      -> dhcp, whatever it is now
-  5  ConfigureNic    adapter 8, Intel(R) 82574L Gigabit Network Connection  [NicEntry1] lines 10-14
+  5  ConfigureNic    adapter 8, Intel(R) 82574L Gigabit Network Connection  [NicEntry1] lines 13-17
                      the next free one, no adapter at PCI location 0/9/0 or with MAC address 00
                      passed over: adapter 7 is taken by [TCP/IP]
-       SetStatic     IP and Subnet Masks: {ip=10.20.0.15,mask=255.255.0.0}  lines 15-17
+       SetStatic     IP and Subnet Masks: {ip=10.20.0.15,mask=255.255.0.0}  lines 18-20
                      not needed: 10.20.0.15/255.255.0.0 already
        Sleep         Duration=20000 milliseconds
-  6  ConfigureNic    no adapter is left, so the run fails here  [NicEntry2] line 18
+  6  ConfigureNic    no adapter is left  [NicEntry2] line 21
                      no PCI location or MAC address given
                      passed over: adapter 7 is taken by [TCP/IP], adapter 8 is taken by [NicEntry1], adapter 12 is not on the PCI bus
-       SetDhcp       line 19
-  7  Reboot
+                     will fail: no adapter is left (the machine has none for the section) [C501]
+                     lost by it: the file is put away, the restart never comes, 1 adapter is not fully configured
+       SetDhcp       line 22
 Pauses
   40 s after the restart
 $ sh try '[Global]|RebootAfterConfig=False|[Networking]|ComputerName=B|Workgroup=No|Domain=d|[NicEntry1]|MACAddress=02004C4F4F50|DHCP=True' | sed '1,3d'
-  -- restart, which RebootAfterConfig=False forbids: the run fails here --
+  -- restart, which RebootAfterConfig=False forbids: the run fails here -- [C302]
+  lost by it: the file is put away, the restart never comes, the join never happens
 Never done: the run fails and the file is put away
   3  JoinDomain      DNS Domain=d, Windows Domain= {User=}  [Networking] line 6
                      none -> d
@@ -54,13 +57,14 @@ Dropped
                      not needed: TEMPLATE already
 Asks for nothing
   DNS_SERVER 0.0.0.0 from [TCP/IP] DNS-Server1, line 6: 0.0.0.0 is no server
-$ sh try '[Networking]|Workgroup=No|Domain=corp.example|ComputerName=B|JoinDomainBeforeNameChange=True' | grep '^  '
-  1  JoinDomain      DNS Domain=corp.example, Windows Domain= {User=}  [Networking] line 3
+$ sh try '[Networking]|Workgroup=No|Domain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=ENCIPHERED-USER|DomainPassword=ENCIPHERED-PASSWORD|ComputerName=B|JoinDomainBeforeNameChange=True' | grep '^  '
+  1  JoinDomain      DNS Domain=corp.example, Windows Domain= {User=joiner}  [Networking] lines 3-6
                      none -> corp.example
+                     in the OU Sales
   2  Sleep           Duration=8000 milliseconds
-  3  ChangeCompName  Name=B {User=}  [Networking] line 4
+  3  ChangeCompName  Name=B {User=joiner}  [Networking] lines 5-7
                      TEMPLATE -> B
-  -- restart: the run stops here --
+  -- restart 1, for the join and the new name: the run stops here --
   8 s now between join and rename
 $ sh try '[Networking]|Workgroup=True|Domain=W' | grep '^  '
   1  JoinWorkgroup  Workgroup=W {User=}  [Networking] line 3
@@ -68,7 +72,7 @@ $ sh try '[Networking]|Workgroup=True|Domain=W' | grep '^  '
 $ sh try '[Networking]|Workgroup=True|Domain=W' --machine member.json | grep '^  '
   1  JoinWorkgroup  Workgroup=W {User=}  [Networking] line 3
                     none -> W
-  -- restart: the run stops here --
+  -- restart 1, for leaving the domain: the run stops here --
 $ sh try '[Networking]|DSOrganizationalUnit=Sales' --machine member.json | grep '^  '
   nothing
      MoveOu  OU=Sales  [Networking] line 2
@@ -103,5 +107,7 @@ $ sh try '[TCP/IP]|MACAddress=080027123456|DHCP=False|Address=10.0.0.5|Netmask=2
 $ sh try '[TCP/IP]|DHCP=False|Netmask=255.0.0.0' | grep -A1 Static
        SetStatic   IP and Subnet Masks: {mask=255.0.0.0}  lines 2-3
                    -> /255.0.0.0, whatever it is now
+                   will fail: the library refuses (Static IP addresses/masks list empty) [C307]
+                   lost by it: the file is put away, 1 adapter is not fully configured
 $ sh try '[TCP/IP]|Static-Route-Count=1|Route1=10.1.0.0 255.255.0.0 10.0.0.1 x 5' | grep Static
-  2  SetStaticRoute  none -> 10.1.0.0/255.255.0.0 via 10.0.0.1 metric 5  [TCP/IP] line 3
+  2  SetStaticRoute  + 10.1.0.0/255.255.0.0 via 10.0.0.1 metric 5  [TCP/IP] line 3

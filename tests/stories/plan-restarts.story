@@ -60,7 +60,7 @@ reply Success exit code 0
 $ sh try 3 '[NicEntry1]|[NicEntry2]|[NicEntry3]' plain
 reply Failure exit code 1
   failed after 0 restarts: common\config\command\ConfigureNic:68 - ConfigureNic has not been been associated with a nic index
-  [NicEntry3] line 3  ConfigureNic: no adapter is left, so the run fails here; no PCI location or MAC address given; passed over: adapter 7 is taken by [NicEntry1], adapter 8 is taken by [NicEntry2]
+  [NicEntry3] line 3  ConfigureNic: no adapter is left; no PCI location or MAC address given; passed over: adapter 7 is taken by [NicEntry1], adapter 8 is taken by [NicEntry2]
 $ sh try 3 '[TCP/IP]|Address=10.0.0.5,| 10.0.0.6|Netmask=255.0.0.0|SetDNSInfo=True|[Interface1]|DHCP=True|[Networking]|DomainPassword=AB|AB=|DNSDomain=x' plain
 reply Success exit code 0
   settled after 0 restarts, but not all of the file is true

@@ -18,7 +18,7 @@ $ grep computer_name after.json
   "computer_name": "B",
   "pending_computer_name": null,
 $ orvanta-config plan pc.cfg --machine m.json --follow-restarts 3 --json >out.json; python3 -c 'import json; t = json.load(open("out.json")); print(*t); print(t["ending"], t["restarts"], t["loops_to"], t["commands"] == t["steps"][0]["plan"]["commands"]); [print(list(s), s["result"], [c["call"] for c in s["changes"]]) for s in t["steps"]]'
-schema commands dropped runs_now error restarts ending loops_to steps not_true
+schema commands dropped runs_now error outcome changes pause_ms restarts ending loops_to steps not_true
 settled 1 None True
 ['plan', 'result', 'status', 'changes'] Reboot ['file.delete', 'file.move', 'wmi.method']
 ['plan', 'result', 'status', 'changes'] Success ['file.move']

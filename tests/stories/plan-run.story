@@ -40,7 +40,7 @@ Runs now
   1  EnableNetworking  registry value NetworkDisabled
   2  ChangeCompName    Name=B {User=}  [Networking] line 2
                        TEMPLATE -> B
-  -- restart: the run stops here --
+  -- restart 1, for the new name: the run stops here --
 Pauses
   3 s now for the networking services
 $ python3 -c 'import json; a, b = json.load(open("flagged.json")), json.load(open("after.json")); print([name for name in a if a[name] != b[name]], b["registry"], b["files"])'

@@ -10,6 +10,7 @@
 #include "tool/machine/MachineDifference.h"
 #include "tool/machine/MachineDocument.h"
 #include "tool/plan/PlanOutput.h"
+#include "tool/plan/PlanText.h"
 #include "tool/plan/QueuePlan.h"
 #include "tool/plan/RestartChain.h"
 
@@ -19,10 +20,13 @@ namespace {
 /// Where the agent's file is.
 constexpr char kPlace[] = R"(C:\tarvo.cfg)";
 
+/// With --detailed-exitcode.
+constexpr int kHasChanges = 2;
+
 constexpr char kFooter[] =
     R"(The plan is the library's own queue for FILE, placed as C:\tarvo.cfg, after its
-analysis: what runs now, what waits for the restart, what was dropped, and why.
-Nothing runs; "simulate" tells what the machine answers.
+analysis: what runs now, what waits for the restart, what was dropped, and why. Every
+command is tried on a copy of the machine: one that it refuses shows the answer.
 
 --follow-restarts runs each plan on the simulated machine, restarts it after "Reboot" and
 plans again, at most N times, until a run ends. It says when a restart would find
@@ -36,12 +40,13 @@ Exit codes:
   1  the library refuses a value or cannot question the machine; the error is told
   2  unusable arguments or files, also an empty one and a header without "]", with one
      line on standard error
-
-A plan whose run is bound to fail, as for want of an adapter, is a plan: 0.
+A plan that foretells a failure is a plan: 0. With --detailed-exitcode: 0 nothing to do,
+1 the run fails, 2 there are changes, 3 unusable arguments or files.
 
 Examples:
   orvanta-config plan pc.cfg
   orvanta-config plan pc.cfg --machine my-pc.json --verbose
+  orvanta-config plan pc.cfg --machine my-pc.json --detailed-exitcode
   orvanta-config plan pc.cfg --machine my-pc.json --follow-restarts 5
   orvanta-config plan pc.cfg --follow-restarts 5 --html pc.html
   orvanta-config plan - --json < pc.cfg)";
@@ -58,6 +63,8 @@ Command PlanCommand(PlanOptions& options) {
   command.Add({FollowRestartsOption(options.followRestarts,
                                     "run the plan, restart, and plan again, N <= 1000"),
                {"--html", &options.html, "OUT.html", "write a page about the plan and its run"},
+               {kDetailedExitCode, &options.detailedExitcode, "",
+                "end with 0 for nothing to do, 2 for changes, 1 for a failure"},
                {"--verbose", &options.verbose, "", "tell every event and every adapter too"}});
   return command;
 }
@@ -96,12 +103,16 @@ int Plan(const PlanOptions& options, const Streams& streams) {
     std::vector<Row> rows{{"File", Printable(name + ", placed as " + kPlace)}};
     if (!remark.empty()) rows.push_back({"Check", remark});
     rows.push_back({"Machine", MachineText(machineName, machine)});
+    rows.push_back({"Summary", SummaryText(plan)});
     streams.out << Rows(rows, "") << '\n'
                 << (chain ? ChainReport(*chain, style, options.verbose)
                           : PlanReport(plan, style, options.verbose));
   }
   const bool good = chain ? chain->Succeeded() : !plan.error;
-  return good ? kDone : kFailed;
+  if (!options.detailedExitcode || !good) return good ? kDone : kFailed;
+  return plan.outcome == PlanOutcome::kNothing   ? kDone
+         : plan.outcome == PlanOutcome::kFailure ? kFailed
+                                                 : kHasChanges;
 }
 
 }  // namespace tool

@@ -10,11 +10,17 @@
 
 namespace tool {
 
+/// The option with which the exit code tells whether there is something to do, and the code of
+/// unusable arguments then: the usual one means changes.
+inline constexpr char kDetailedExitCode[] = "--detailed-exitcode";
+inline constexpr int kUnusableInDetail = 3;
+
 struct PlanOptions {
   MachineOptions machine;
   /// "-" for standard input.
   std::string file;
   bool verbose = false;
+  bool detailedExitcode = false;
   /// Absent: the plan alone.
   std::optional<std::uint32_t> followRestarts;
   /// Where the page goes; absent for none.

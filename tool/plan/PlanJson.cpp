@@ -11,11 +11,13 @@ namespace {
 using simulated::Json;
 /// By their numbers.
 constexpr const char* kBoundBy[] = {"none", "pci", "mac", "next"};
+constexpr const char* kOutcomes[] = {"nothing", "success", "restart", "failure"};
 constexpr const char* kEndings[] = {"settled", "failed", "loops", "limit"};
 
 Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
-Json ToJson(const std::vector<PlannedCommand>& commands, bool dropped, bool verbose) {
+Json ToJson(const QueuePlan& plan, const std::vector<PlannedCommand>& commands, bool verbose) {
+  const bool dropped = &commands == &plan.dropped;
   Json list = Json::array();
   for (const PlannedCommand& command : commands) {
     Json& json = list.emplace_back(Json::object());
@@ -30,11 +32,22 @@ Json ToJson(const std::vector<PlannedCommand>& commands, bool dropped, bool verb
         json["mac_address"] = OrNull(binding.macAddress);
       }
     }
-    if (!dropped) json["needed"] = command.needed;
+    if (!dropped) {
+      const Course& course = command.course;
+      json["needed"] = command.needed;
+      json["reached"] = course.reached;
+      Json& failure = json["will_fail"] = Json();
+      if (course.willFail) {
+        failure = {{"answer", course.willFail->answer},
+                   {"meaning", course.willFail->meaning},
+                   {"code", OrNull(plan.causeCode)}};
+      }
+      if (!course.unknown.empty()) json["unknown"] = course.unknown;
+    }
     if (command.current) json["current"] = *command.current;
     if (command.wanted) json["wanted"] = *command.wanted;
     if (verbose) json["events"] = command.events;
-    if (command.binding) json["commands"] = ToJson(command.commands, dropped, verbose);
+    if (command.binding) json["commands"] = ToJson(plan, command.commands, verbose);
   }
   return list;
 }
@@ -82,10 +95,13 @@ Json ToJson(const NotTrue& wish) {
 Json ToJson(const QueuePlan& plan, bool verbose) {
   Json json;
   json["schema"] = 1;
-  json["commands"] = ToJson(plan.commands, /*dropped=*/false, verbose);
-  json["dropped"] = ToJson(plan.dropped, /*dropped=*/true, verbose);
+  json["commands"] = ToJson(plan, plan.commands, verbose);
+  json["dropped"] = ToJson(plan, plan.dropped, verbose);
   json["runs_now"] = plan.RunsNow();
   json["error"] = plan.error ? ToJson(*plan.error) : Json();
+  json["outcome"] = kOutcomes[static_cast<std::size_t>(plan.outcome)];
+  json["changes"] = plan.changes;
+  json["pause_ms"] = plan.pauseMs;
   if (!verbose) return json;
   json["restored"] = plan.restored;
   json["restart_forbidden"] = plan.restartForbidden;

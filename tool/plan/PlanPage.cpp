@@ -142,6 +142,11 @@ std::string Table(const std::vector<const char*>& names,
   return html + "</tbody></table></div>\n";
 }
 
+const char* ClassOf(Turn turn) {
+  constexpr const char* kClasses[] = {"", "fails", "waits", "never", "not-needed"};
+  return kClasses[static_cast<std::size_t>(turn)];
+}
+
 std::string CommandHtml(const ShownCommand& command) {
   std::string html = "<div class=\"head\">";
   if (!command.number.empty()) html += Element("b", "", command.number);
@@ -154,26 +159,27 @@ std::string CommandHtml(const ShownCommand& command) {
     html += Element("span", "from soft", Escaped(command.section) + " " + LineLinks(command.lines));
   }
   html += "</div>";
-  for (const std::string& note : command.notes) html += Element("p", "soft", Shown(note));
+  for (const Line& note : command.notes) {
+    html += Element("p", note.tone == Tone::kPlain ? "soft" : ClassOf(note.tone), Shown(note.text));
+  }
   if (command.commands.empty()) return html;
   html += "<ul>\n";
   for (const ShownCommand& inner : command.commands) {
-    html += Element("li", inner.turn == Turn::kNotNeeded ? "not-needed" : "", CommandHtml(inner));
+    html += Element("li", ClassOf(inner.turn), CommandHtml(inner));
   }
   return html + "</ul>";
 }
 
 /// The queue of one start, whose commands have identifiers that begin with `prefix`.
 std::string QueueHtml(const QueuePlan& plan, const std::string& prefix) {
-  constexpr const char* kTurns[] = {"", "fails", "waits", "never", "not-needed"};
   std::string html;
   for (const ShownBlock& block : BlocksOf(plan)) {
     html += Element("h3", ClassOf(block.heading.tone), Escaped(block.heading.text)) + "\n";
     if (!block.commands.empty()) html += "<ol class=\"queue\">\n";
     for (const ShownCommand& command : block.commands) {
       html += command.number.empty() ? "<li" : "<li id=\"" + prefix + command.number + "\"";
-      html += " class=\"" + std::string(kTurns[static_cast<std::size_t>(command.turn)]) + "\">" +
-              CommandHtml(command) + "</li>\n";
+      html += " class=\"" + std::string(ClassOf(command.turn)) + "\">" + CommandHtml(command) +
+              "</li>\n";
     }
     if (!block.commands.empty()) html += "</ol>\n";
     for (const Line& line : block.lines) html += Paragraph(ClassOf(line.tone), Shown(line.text));
@@ -218,6 +224,7 @@ std::string Starts(const RestartChain& chain) {
       html += " after restart " + std::to_string(step.delivery.restarts);
     }
     html += "</h2>\n";
+    html += Paragraph("", Escaped(SummaryText(step.plan)));
     if (step.plan.restored) html += Paragraph("wait", kRestoreNotice);
     html += QueueHtml(step.plan, "s" + number + "c") + NothingHtml(step.plan);
     const std::string pauses = PauseText(step.plan);
@@ -231,7 +238,8 @@ std::string NotTrueHtml(const RestartChain& chain) {
   std::string items;
   for (const NotTrue& wish : chain.notTrue) {
     ShownCommand shown{Turn::kFails, "", wish.what, wish.description, "", "", {}, {}, {}};
-    shown.notes = {SectionText(wish.section) + " " + wish.lines, wish.reason};
+    shown.notes = {{Tone::kPlain, SectionText(wish.section) + " " + wish.lines},
+                   {Tone::kPlain, wish.reason}};
     if (wish.current) {
       shown.values = "is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted);
     }

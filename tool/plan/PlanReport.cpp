@@ -58,7 +58,7 @@ class Tree {
         values.size() > kWidestValues ? values.find(" -> ") : std::string::npos;
     lines.push_back({Tone::kNotice, values.substr(0, arrow)});
     if (arrow != std::string::npos) lines.push_back({Tone::kNotice, values.substr(arrow + 1)});
-    for (const std::string& note : command.notes) lines.push_back({Tone::kPlain, note});
+    lines.insert(lines.end(), command.notes.begin(), command.notes.end());
     std::erase_if(lines, [](const Line& line) { return line.text.empty(); });
     return lines;
   }
@@ -71,14 +71,14 @@ class Tree {
     if (lines.empty() && origin.empty()) return indent + command.name + "\n";
     if (lines.empty()) lines.emplace_back();
     const std::string name = Padded(command.name, width);
-    const Tone tone = command.turn == Turn::kNotNeeded ? Tone::kDim
-                      : command.turn == Turn::kFails   ? Tone::kBad
-                                                       : Tone::kPlain;
-    std::string text = indent + Toned(style_, tone, name);
+    const bool isDim = command.turn == Turn::kNotNeeded || command.turn == Turn::kNever;
+    std::string text = indent + (isDim                          ? style_.Dim(name)
+                                 : command.turn == Turn::kFails ? style_.Bad(name)
+                                                                : name);
     for (std::size_t i = 0; i < lines.size(); ++i) {
       if (i > 0) text += std::string(indent.size() + name.size(), ' ');
       if (!lines[i].text.empty()) text += "  ";
-      text += Toned(style_, tone == Tone::kPlain ? lines[i].tone : tone, lines[i].text);
+      text += Toned(style_, isDim ? Tone::kDim : lines[i].tone, lines[i].text);
       if (i == 0 && !origin.empty()) text += "  " + style_.Dim(origin);
       text += "\n";
     }

@@ -1,6 +1,7 @@
 #include "tool/plan/PlanText.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
@@ -115,46 +116,120 @@ std::string DurationText(std::uint64_t milliseconds) {
                                   : std::to_string(milliseconds) + " ms";
 }
 
-/// The run gets to its first restart.
-bool ReachesRestart(const QueuePlan& plan) {
-  const auto first = plan.commands.begin();
-  return plan.RunsNow() < plan.commands.size() &&
-         std::none_of(first, first + static_cast<std::ptrdiff_t>(plan.RunsNow()),
-                      [](const PlannedCommand& command) { return command.LacksAdapter(); });
+/// What the restart is for.
+std::string RestartReason(const PlannedCommand& command) {
+  if (command.Is("ChangeCompName")) return "the new name";
+  if (command.Is("JoinDomain")) return "the join";
+  // A domain member has no workgroup to compare.
+  return command.Is("JoinWorkgroup") && command.current == "" ? "leaving the domain" : "";
 }
 
-/// The run stops at its first restart, and the message is sent again after it. Otherwise nothing
-/// behind it is ever done: the run fails and puts the file away.
-bool GoesOn(const QueuePlan& plan) { return ReachesRestart(plan) && !plan.restartForbidden; }
+std::string RestartText(std::size_t number, const std::vector<std::string>& reasons) {
+  return "restart " + std::to_string(number) + ", for " + base::Join(reasons, " and ");
+}
 
-Line RestartLine(const QueuePlan& plan) {
-  if (!ReachesRestart(plan)) return {Tone::kDim, "-- restart, which is not reached --"};
-  if (GoesOn(plan)) return {Tone::kNotice, "-- restart: the run stops here --"};
-  return {Tone::kBad, "-- restart, which RebootAfterConfig=False forbids: the run fails here --"};
+/// The command, or one of its own, fails or is not reached.
+bool IsLost(const PlannedCommand& command) {
+  const Course& course = command.course;
+  if (command.binding && !command.LacksAdapter()) {
+    return std::any_of(command.commands.begin(), command.commands.end(), IsLost);
+  }
+  return command.needed && (course.willFail || !course.reached);
+}
+
+/// What never comes of a queue that fails.
+std::string LostText(const QueuePlan& plan) {
+  constexpr std::pair<const char*, const char*> kLosses[] = {
+      {"JoinDomain", ", the join never happens"},
+      {"JoinWorkgroup", ", the workgroup is never joined"},
+      {"ChangeCompName", ", the name stays"},
+      {"MoveOu", ", the computer stays in its OU"},
+      {"SetStaticRoute", ", the routes stay"},
+      {"EnableNetworking", ", networking stays off"},
+      {"Reboot", ", the restart never comes"}};
+  std::string text = "the file is put away";
+  std::size_t adapters = 0;
+  std::set<std::string> told;
+  for (const PlannedCommand& command : plan.commands) {
+    if (!IsLost(command)) continue;
+    if (command.binding) ++adapters;
+    for (const auto& [name, loss] : kLosses) {
+      if (command.Is(name) && told.insert(name).second) text += loss;
+    }
+  }
+  if (adapters == 0) return text;
+  return text + ", " + base::Counted(adapters, "adapter") + (adapters == 1 ? " is" : " are") +
+         " not fully configured";
+}
+
+/// The items of one list that the other lacks, each as a line behind `sign`.
+void NoteMissing(const char* sign, const std::string& from, const std::string& in,
+                 std::vector<Line>& notes) {
+  const std::vector<std::string> list = base::Split(in, ",");
+  const std::set<std::string> others(list.begin(), list.end());
+  for (const std::string& item : base::Split(from, ",")) {
+    if (!others.contains(item)) notes.push_back({Tone::kNotice, sign + item});
+  }
+}
+
+/// The cause of a failure as `check` names it.
+std::string CauseText(const QueuePlan& plan) {
+  return plan.causeCode.empty() ? "" : " [" + plan.causeCode + "]";
+}
+
+void NoteCourse(const QueuePlan& plan, const PlannedCommand& command, std::vector<Line>& notes) {
+  const Course& course = command.course;
+  if (!course.unknown.empty()) {
+    notes.push_back({Tone::kNotice, "unknown: the machine file does not tell \"" + course.unknown +
+                                        "\"; it is taken to succeed"});
+  }
+  if (!course.willFail) return;
+  notes.push_back({Tone::kBad, "will fail: " + course.willFail->answer + " (" +
+                                   Printable(course.willFail->meaning) + ")" + CauseText(plan)});
+  notes.push_back({Tone::kBad, "lost by it: " + LostText(plan)});
 }
 
 ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn turn) {
-  return {!command.needed          ? Turn::kNotNeeded
-          : command.LacksAdapter() ? Turn::kFails
-                                   : turn,
-          "",
-          command.ShortName(),
-          Printable(command.description),
-          ComparisonText(command),
-          SectionOf(plan, command),
-          LinesOf(plan, command),
-          {},
-          {}};
+  ShownCommand shown{!command.needed           ? Turn::kNotNeeded
+                     : command.course.willFail ? Turn::kFails
+                     : !command.course.reached ? Turn::kNever
+                                               : turn,
+                     "",
+                     command.ShortName(),
+                     Printable(command.description),
+                     ComparisonText(command),
+                     SectionOf(plan, command),
+                     LinesOf(plan, command),
+                     {},
+                     {}};
+  if (command.Is("SetStaticRoute") && command.needed && command.current) {
+    shown.values.clear();
+    NoteMissing("- ", *command.current, *command.wanted, shown.notes);
+    NoteMissing("+ ", *command.wanted, *command.current, shown.notes);
+  }
+  if (command.Is("JoinDomain")) {
+    for (const std::size_t event : command.events) {
+      if (plan.events[event].kind != "DOMAIN_OU") continue;
+      shown.notes.push_back({Tone::kNotice, "in the OU " + ShownValue(plan.events[event])});
+    }
+  }
+  return shown;
 }
 
 ShownCommand Queued(const QueuePlan& plan, std::size_t position, Turn turn) {
   const PlannedCommand& command = plan.commands[position];
   ShownCommand shown = Shown(plan, command, turn);
   shown.number = std::to_string(position + 1);
-  if (command.binding) shown.notes = BindingTexts(plan, position);
+  if (command.binding) {
+    for (const std::string& text : BindingTexts(plan, position)) {
+      shown.notes.push_back({Tone::kPlain, text});
+    }
+  }
+  NoteCourse(plan, command, shown.notes);
   for (const PlannedCommand& inner : command.commands) {
-    shown.commands.push_back(Shown(plan, inner, turn));
-    shown.commands.back().section.clear();
+    ShownCommand& added = shown.commands.emplace_back(Shown(plan, inner, turn));
+    added.section.clear();
+    NoteCourse(plan, inner, added.notes);
   }
   return shown;
 }
@@ -170,6 +245,9 @@ ShownBlock ErrorBlock(const QueuePlan& plan) {
   if (error.event) {
     block.lines.push_back({Tone::kPlain, "at " + EventText(plan.events[*error.event])});
   }
+  if (!plan.cause.empty()) {
+    block.lines.push_back({Tone::kPlain, Printable(plan.cause) + CauseText(plan)});
+  }
   return block;
 }
 
@@ -178,24 +256,38 @@ ShownBlock ErrorBlock(const QueuePlan& plan) {
 std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
   if (plan.error) return {ErrorBlock(plan)};
   std::vector<ShownBlock> blocks{{{Tone::kPlain, "Runs now"}, {}, {}}};
-  const bool goesOn = GoesOn(plan);
-  const std::size_t runsNow = plan.RunsNow();
   Turn turn = Turn::kRuns;
+  std::size_t restarts = 0;
+  std::vector<std::string> reasons;
   for (std::size_t i = 0; i < plan.commands.size(); ++i) {
-    if (i != runsNow) {
-      // What is never done needs no second restart.
-      if (turn == Turn::kNever && plan.commands[i].Is("Reboot")) continue;
-      blocks.back().commands.push_back(Queued(plan, i, turn));
-      continue;
+    const PlannedCommand& command = plan.commands[i];
+    const bool isRestart = command.Is("Reboot");
+    // What is never done needs no restart.
+    if (isRestart && !command.course.reached) continue;
+    const std::string restart = isRestart ? RestartText(++restarts, reasons) : "";
+    if (isRestart) reasons.clear();
+    if (const std::string reason = RestartReason(command); !reason.empty()) {
+      reasons.push_back(reason);
     }
-    blocks.back().lines.push_back(RestartLine(plan));
-    if (i + 1 == plan.commands.size()) continue;
-    turn = goesOn ? Turn::kWaits : Turn::kNever;
-    blocks.push_back({goesOn
-                          ? Line{Tone::kPlain, "Waits for the restart, and is planned anew then"}
-                          : Line{Tone::kBad, "Never done: the run fails and the file is put away"},
-                      {},
-                      {}});
+    if (isRestart && command.course.willFail) {
+      blocks.back().lines = {
+          {Tone::kBad, "-- restart, which RebootAfterConfig=False forbids: the run fails here --" +
+                           CauseText(plan)},
+          {Tone::kBad, "lost by it: " + LostText(plan)}};
+    } else if (isRestart && turn == Turn::kRuns) {
+      blocks.back().lines.push_back({Tone::kNotice, "-- " + restart + ": the run stops here --"});
+      turn = Turn::kWaits;
+      if (i + 1 == plan.commands.size()) continue;
+      blocks.push_back({{Tone::kPlain, "Waits for the restart, and is planned anew then"}, {}, {}});
+    } else {
+      if (turn != Turn::kNever && !command.course.reached) {
+        turn = Turn::kNever;
+        blocks.push_back(
+            {{Tone::kBad, "Never done: the run fails and the file is put away"}, {}, {}});
+      }
+      blocks.back().commands.push_back(Queued(plan, i, turn));
+      if (isRestart) blocks.back().commands.back().notes.push_back({Tone::kNotice, restart});
+    }
   }
   if (blocks.front().commands.empty()) {
     blocks.front().lines.insert(blocks.front().lines.begin(), {Tone::kPlain, "nothing"});
@@ -205,6 +297,31 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
     blocks.back().commands.push_back(Shown(plan, command, Turn::kNotNeeded));
   }
   return blocks;
+}
+
+std::string SummaryText(const QueuePlan& plan) {
+  constexpr const char* kOutcomes[] = {"nothing to do", "succeeds", "succeeds with its restarts"};
+  const std::uint64_t tenths = (plan.pauseMs + 3000) / 6000;
+  std::string text = base::Counted(plan.changes, "change") + ", " +
+                     base::Counted(plan.restarts, "restart") + ", " +
+                     (plan.pauseMs == 0 ? "no"
+                                        : std::to_string(tenths / 10) + "." +
+                                              std::to_string(tenths % 10) + " minutes of") +
+                     " pauses; ";
+  std::string failure = "fails: there is no plan";
+  std::set<std::string> unknown;
+  for (std::size_t i = plan.commands.size(); i > 0; --i) {
+    const PlannedCommand& command = plan.commands[i - 1];
+    const std::string name = std::to_string(i) + " " + command.ShortName();
+    if (!command.course.unknown.empty()) unknown.insert(command.course.unknown);
+    if (command.course.reached && IsLost(command)) failure = "fails at " + name;
+  }
+  text += plan.outcome == PlanOutcome::kFailure ? failure
+                                                : kOutcomes[static_cast<std::size_t>(plan.outcome)];
+  for (const std::string& name : unknown) {
+    text += ", if \"" + name + "\" allows it, which the machine file does not tell";
+  }
+  return text;
 }
 
 std::string SectionText(const std::string& section) {
@@ -247,9 +364,9 @@ std::string ComparisonText(const PlannedCommand& command) {
 
 std::vector<std::string> BindingTexts(const QueuePlan& plan, std::size_t position) {
   const PlannedBinding& binding = *plan.commands[position].binding;
-  std::vector<std::string> texts{binding.adapter ? Printable(plan.adapters[*binding.adapter].name)
-                                                 : "no adapter is left, so the run fails here",
-                                 HowFound(plan, position), PassedOver(plan, binding)};
+  std::vector<std::string> texts{
+      binding.adapter ? Printable(plan.adapters[*binding.adapter].name) : "no adapter is left",
+      HowFound(plan, position), PassedOver(plan, binding)};
   std::erase(texts, "");
   return texts;
 }
@@ -281,14 +398,12 @@ std::vector<std::string> TakersOf(const QueuePlan& plan) {
 
 PauseForecast ForecastPauses(const QueuePlan& plan) {
   PauseForecast forecast;
-  const bool goesOn = GoesOn(plan);
   std::uint64_t adapterMs = 0;
   std::size_t adapters = 0;
   const std::size_t runsNow = plan.RunsNow();
   for (std::size_t i = 0; i < plan.commands.size(); ++i) {
     const PlannedCommand& command = plan.commands[i];
-    // Nothing behind a failure is reached.
-    if (command.LacksAdapter() || (i > runsNow && !goesOn)) break;
+    if (!command.course.reached) break;
     (i < runsNow ? forecast.nowMs : forecast.laterMs) += command.pauseMs;
     if (command.pauseMs == 0 || i >= runsNow) continue;
     if (command.binding) {

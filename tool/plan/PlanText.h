@@ -37,8 +37,8 @@ struct ShownCommand {
   std::string section;
   /// The lines that ask for it; 0 for the registry.
   std::set<std::size_t> lines;
-  /// Its adapter and how that was found.
-  std::vector<std::string> notes;
+  /// Its adapter and how that was found, its routes, why it will fail.
+  std::vector<Line> notes;
   std::vector<ShownCommand> commands;
 };
 
@@ -50,6 +50,9 @@ struct ShownBlock {
   std::vector<Line> lines;
 };
 std::vector<ShownBlock> BlocksOf(const QueuePlan& plan);
+
+/// "3 changes, 1 restart, 0.5 minutes of pauses; fails at 3 JoinDomain".
+std::string SummaryText(const QueuePlan& plan);
 
 /// "[TCP/IP]"; "before the first section" for an empty name.
 std::string SectionText(const std::string& section);

@@ -21,6 +21,7 @@
 #include "common/util/FileUtils.h"
 #include "handlers/internal/ConfigurePlan.h"
 #include "platform/ScopedPlatform.h"
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/AgentMessage.h"
@@ -28,6 +29,7 @@
 #include "tool/io/CodePage.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDifference.h"
+#include "tool/plan/Rehearsal.h"
 #include "tool/plan/UnusedKeys.h"
 
 namespace tool {
@@ -162,8 +164,7 @@ PlanError CaughtByTheLibrary() {
                   "look at the faults in the machine file");
 }
 
-// ---- From the engine's objects to plain data
-// -----------------------------------------------------
+// ---- From the engine's objects to plain data ----------------------------------------------------
 
 std::string LocationText(const sys::PciLocation& location) {
   if (!location.IsKnown()) return {};
@@ -194,28 +195,56 @@ PlannedBinding DescribeBinding(const ConfigureNic& nic) {
   return binding;
 }
 
-/// Compares a command of an adapter. In turn, what it changes is done: the ones behind it find
-/// that.
-Comparison CompareNic(const ConfigureNic& nic, IConfigureCommand& command, Comparing comparing) {
-  if (nic.Index() == ConfigureNic::kUnset) return {};
-  Comparison comparison = nic.CompareAdapter(command);
-  if (comparing == Comparing::kInTurn && comparison.needed) {
-    try {
-      command.Execute();
-    } catch (const err::CGeneralError&) {
-      // What a machine refuses is for a rehearsal to tell; the plan goes on behind it.
-    }
-  }
-  return comparison;
+/// The settings are equal; what DHCP gives is none.
+bool IsSame(const simulated::Adapter& left, const simulated::Adapter& right) {
+  return std::all_of(std::begin(simulated::kAdapterFields), std::end(simulated::kAdapterFields),
+                     [&](const simulated::AdapterField& field) {
+                       if (field.isGiven != nullptr && field.isGiven(left) && field.isGiven(right))
+                         return true;
+                       return std::visit([&](auto member) { return left.*member == right.*member; },
+                                         field.member);
+                     });
 }
 
-PlannedCommand DescribeNic(ConfigureNic& nic, const Recorder& recorder, Comparing comparing) {
-  PlannedCommand planned = Describe(nic, {}, recorder);
+/// Does a command of an adapter unless that has the value already. False when the adapter is as it
+/// was, as may be when the command does not look first.
+bool DoUnlessSame(ConfigureNic& nic, IConfigureCommand& command, const Comparison& comparison,
+                  simulated::Machine& machine) {
+  if (!comparison.needed) return false;
+  std::optional<simulated::Adapter> before;
+  if (comparison.wanted && !comparison.current) before = *machine.FindAdapter(nic.Index());
+  command.Execute();
+  return !before || !IsSame(*before, *machine.FindAdapter(nic.Index()));
+}
+
+/// The commands of an adapter, each compared after those before it were done. Without a rehearsal
+/// none is done.
+void DescribeNic(ConfigureNic& nic, const Recorder& recorder, simulated::Machine& machine,
+                 Rehearsal* rehearsal, PlannedCommand& planned) {
   planned.binding = DescribeBinding(nic);
-  for (const auto& command : nic.Commands()) {
-    planned.commands.push_back(Describe(*command, CompareNic(nic, *command, comparing), recorder));
+  planned.pauseMs = 0;
+  if (rehearsal != nullptr) {
+    planned.course = rehearsal->Do(nic, [&] {
+      if (planned.LacksAdapter()) nic.Execute();
+      return true;
+    });
   }
-  return planned;
+  for (const auto& command : nic.Commands()) {
+    Comparison comparison;
+    Course course;
+    const auto step = [&, bound = !planned.LacksAdapter()] {
+      if (bound) comparison = nic.CompareAdapter(*command);
+      return bound && rehearsal != nullptr && DoUnlessSame(nic, *command, comparison, machine);
+    };
+    if (rehearsal != nullptr) {
+      course = rehearsal->Do(*command, step);
+    } else {
+      step();
+    }
+    PlannedCommand& inner = planned.commands.emplace_back(Describe(*command, comparison, recorder));
+    inner.course = course;
+    if (course.reached) planned.pauseMs += inner.pauseMs;
+  }
 }
 
 void DescribeAdapters(const simulated::Machine& machine, const sys::NicList& known,
@@ -277,19 +306,27 @@ void FindLines(const Document& document, std::vector<PlannedEvent>& events) {
 }
 
 void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysis,
-                   const Recorder& recorder, Comparing comparing, QueuePlan& plan) {
-  const auto describe = [&](const auto& command) {
-    if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
-      return DescribeNic(*nic, recorder, comparing);
-    }
-    const auto compared = analysis.comparisons.find(command.get());
+                   const Recorder& recorder, simulated::Machine& machine, Rehearsal* rehearsal,
+                   QueuePlan& plan) {
+  const auto describe = [&](IConfigureCommand& command) {
+    const auto compared = analysis.comparisons.find(&command);
     const bool wasCompared = compared != analysis.comparisons.end();
-    return Describe(*command, wasCompared ? compared->second : Comparison(), recorder);
+    return Describe(command, wasCompared ? compared->second : Comparison(), recorder);
   };
-  std::transform(builder.Commands().begin(), builder.Commands().end(),
-                 std::back_inserter(plan.commands), describe);
-  std::transform(analysis.dropped.begin(), analysis.dropped.end(), std::back_inserter(plan.dropped),
-                 describe);
+  for (const auto& command : builder.Commands()) {
+    PlannedCommand& planned = plan.commands.emplace_back(describe(*command));
+    if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
+      DescribeNic(*nic, recorder, machine, rehearsal, planned);
+    } else if (rehearsal != nullptr && planned.Is("Reboot")) {
+      planned.course = rehearsal->Restart();
+    } else if (rehearsal != nullptr) {
+      planned.course = rehearsal->Do(*command, [&] {
+        if (rehearsal->GoesOn()) command->Execute();
+        return true;
+      });
+    }
+  }
+  for (const auto& command : analysis.dropped) plan.dropped.push_back(describe(*command));
 }
 
 /// Plans one "Configure" message. Returns the path of the file to be planned instead when a restore
@@ -318,7 +355,10 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     configure.Build();
     Analysis analysis;
     configure.Analyze(&analysis);
-    DescribeQueue(configure.Builder(), analysis, recorder, comparing, plan);
+    Rehearsal rehearsal(machine, plan.restartForbidden);
+    DescribeQueue(configure.Builder(), analysis, recorder, machine,
+                  comparing == Comparing::kInTurn ? &rehearsal : nullptr, plan);
+    rehearsal.Conclude(plan);
     if (analysis.adapters != nullptr) {
       DescribeAdapters(machine, *analysis.adapters, plan);
     }
@@ -348,8 +388,20 @@ std::size_t QueuePlan::RunsNow() const {
   return static_cast<std::size_t>(restart - commands.begin());
 }
 
-QueuePlan MakePlan(simulated::Machine machine, const std::string& path,
+const PlannedCommand* QueuePlan::Failing() const {
+  for (const PlannedCommand& command : commands) {
+    if (command.course.willFail) return &command;
+    for (const PlannedCommand& inner : command.commands) {
+      if (inner.course.willFail) return &inner;
+    }
+  }
+  return nullptr;
+}
+
+QueuePlan MakePlan(const simulated::Machine& given, const std::string& path,
                    const std::string& shownPath, Comparing comparing) {
+  simulated::Machine machine = given;
+  machine.assumesUnknown = comparing == Comparing::kInTurn;
   simulated::SimulatedPlatform platform(machine);
   const platform::ScopedPlatform scope(platform);
   QueuePlan plan;
@@ -358,6 +410,7 @@ QueuePlan MakePlan(simulated::Machine machine, const std::string& path,
     // The file is gone from where it was, so there is nothing to hand over a second time.
     PlanMessage(machine, *restore, "the restore file on the machine", comparing, plan);
   }
+  if (comparing == Comparing::kInTurn) NameCause(given, plan);
   return plan;
 }
 

@@ -55,6 +55,25 @@ struct PlannedBinding {
   std::string macAddress;
 };
 
+/// Why a command will fail.
+struct Failure {
+  /// What the machine answers: "result 1326", "exit code 1".
+  std::string answer;
+  std::string meaning;
+  /// The file or the machine is the cause, and no fault that the machine file asks for.
+  bool isOfFile = false;
+};
+
+/// What comes of a command in the run.
+struct Course {
+  /// Nothing before it fails, and each restart before it comes.
+  bool reached = true;
+  std::optional<Failure> willFail;
+  /// What the machine file leaves unknown and the command depends on, "directory" or "decrypt";
+  /// empty for nothing. It is taken to succeed.
+  std::string unknown;
+};
+
 struct PlannedCommand {
   /// For example "config::command::SetDhcp".
   std::string className;
@@ -64,6 +83,7 @@ struct PlannedCommand {
   std::optional<std::string> current;
   std::optional<std::string> wanted;
   std::uint32_t pauseMs = 0;
+  Course course;
   /// Positions in `QueuePlan::events` of what made and filled it; none for one that the analysis
   /// added.
   std::vector<std::size_t> events;
@@ -105,6 +125,9 @@ struct PlanError {
   std::optional<std::size_t> event;
 };
 
+/// How the rehearsed queue ends, all its restarts included.
+enum class PlanOutcome : std::uint8_t { kNothing, kSuccess, kRestart, kFailure };
+
 struct QueuePlan {
   /// The bytes of the file that was planned; passwords are in it. All other texts are UTF-8.
   std::string text;
@@ -122,6 +145,18 @@ struct QueuePlan {
   std::vector<PlannedAdapter> adapters;
   std::optional<PlanError> error;
 
+  PlanOutcome outcome = PlanOutcome::kFailure;
+  /// Calls that change the machine, and how often it restarts and how long it pauses on purpose.
+  std::size_t changes = 0;
+  std::uint32_t restarts = 0;
+  std::uint64_t pauseMs = 0;
+
+  /// What `check` finds where the run fails: its code and its message; empty when it knows nothing.
+  std::string causeCode;
+  std::string cause;
+
+  /// The command that will fail, null when none will.
+  const PlannedCommand* Failing() const;
   /// Commands before the first restart; all of them without one.
   std::size_t RunsNow() const;
 };
@@ -134,9 +169,10 @@ enum class Comparing : std::uint8_t {
   kAsItIs,
 };
 
-/// Plans what a "Configure" message that names `path` would do to the machine, which is a copy.
-/// `shownPath` names the file in errors. Throws ToolError for a file that cannot be loaded.
-QueuePlan MakePlan(simulated::Machine machine, const std::string& path,
+/// Plans what a "Configure" message that names `path` would do to the machine, and rehearses it on
+/// a copy unless the commands are compared as the machine is. `shownPath` names the file in errors.
+/// Throws ToolError for a file that cannot be loaded.
+QueuePlan MakePlan(const simulated::Machine& given, const std::string& path,
                    const std::string& shownPath, Comparing comparing);
 
 }  // namespace tool

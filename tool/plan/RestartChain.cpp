@@ -172,6 +172,7 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
                             const std::string& shownPath, std::uint32_t most) {
   RestartChain chain;
   chain.after = machine;
+  chain.after.assumesUnknown = true;
   std::string file = path;
   std::unordered_map<std::string, std::size_t> seen;
   for (;;) {
@@ -202,7 +203,7 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
   // The run may have moved the file away.
   Machine end = chain.after;
   end.PutFile(BytesOf(file, file), chain.steps.back().plan.text);
-  const QueuePlan last = MakePlan(std::move(end), file, shownPath, Comparing::kAsItIs);
+  const QueuePlan last = MakePlan(end, file, shownPath, Comparing::kAsItIs);
   if (!last.error) UnmetSettings(chain).Take(last);
   return chain;
 }
