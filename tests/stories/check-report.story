@@ -4,6 +4,27 @@ A finding shows its line, a caret below what is at fault and a hint; the documen
 [Networking]
 DomainPassword=s3cret
 DomainPassword=other
+-- allowed.cfg --
+; orvanta: allow C107 because every image holds it
+[TCP/IP]
+SetDNSInfo=True
+DNS-Server-Count=1
+# Orvanta: allow C202, C203 because the name is in the hosts file
+DNS-Server0=10.0.0.2
+  dns.example
+DNS-Domain=corp.example
+; orvanta: allow C214
+[Global]
+; orvanta: allow
+ScheduleId=7
+Config=x
+-- continued.cfg --
+[TCP/IP]
+DHCP=False
+Address=10.0.0.5
+; orvanta: allow C204 because it is a test
+  10.0.0.255
+Netmask=255.0.0.0
 -- console --
 $ printf '[TCP/IP]\r\nDHCP=False\r\nAddress = 10.0.0.5,10.0.0.6\r\n\tNetmask=255.255.255.0 255.0.255.0\r\nGatway=10.0.0.1\r\n' >a.cfg; orvanta-config check a.cfg
 a.cfg:4:24: error: "255.0.255.0" is not a valid netmask: the 1 bits must be contiguous [C205]
@@ -41,3 +62,26 @@ $ orvanta-config check examples | tail -1
 4 files checked: nothing found
 $ for e in office-pc laptop server; do orvanta-config check examples/$e.cfg --machine examples/$e.machine.json; done | uniq -c
       3 1 file checked: nothing found
+$ for a in '' --strict '--ignore C214 --ignore C023 --strict' '--ignore c214'; do orvanta-config check allowed.cfg $a | grep -v '^  '; done  # what is allowed and ignored
+allowed.cfg:9:1: warning: this comment allows nothing that is found [C023]
+allowed.cfg:11:1: warning: this comment allows nothing that is found [C023]
+allowed.cfg:13:8: warning: "x" asks for nothing [C214]
+1 file checked: 3 warnings
+allowed.cfg:9:1: warning: this comment allows nothing that is found [C023]
+allowed.cfg:11:1: warning: this comment allows nothing that is found [C023]
+allowed.cfg:13:8: warning: "x" asks for nothing [C214]
+1 file checked: 3 warnings
+1 file checked: nothing found
+orvanta-config: --ignore c214: is no finding's code; write a code such as C202
+[exit code 1]
+$ orvanta-config check continued.cfg | grep -v '^  '
+continued.cfg:4:1: error: the machine gets this comment [C022]
+1 file checked: 1 error
+$ orvanta-config check allowed.cfg two.cfg --json >old.json; (echo; echo '[Global]'; echo Config=x; cat two.cfg; echo DomainPassword=third) >new.cfg; cp new.cfg two.cfg; orvanta-config check allowed.cfg two.cfg --baseline old.json | grep -v '^  '
+two.cfg:3:8: warning: "x" asks for nothing [C214]
+two.cfg:7:1: error: DomainPassword is on line 5 already, and only that one counts [C010]
+2 files checked: 1 error, 1 warning
+$ for t in 'no JSON' '{"findings": [{}]}'; do echo "$t" >old.json; orvanta-config check two.cfg --baseline old.json; done
+orvanta-config: old.json: holds no findings; write it with orvanta-config check FILE... --json > old.json
+orvanta-config: old.json: holds no findings; write it with orvanta-config check FILE... --json > old.json
+[exit code 2]

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <filesystem>
 #include <ostream>
+#include <set>
+#include <sstream>
 #include <system_error>
 
 #include "tool/check/CheckReport.h"
@@ -27,15 +29,19 @@ constexpr char kFooter[] =
 or "site/**/*.cfg". Several files are also compared with each other. See
 docs/findings.md for the meaning of each code, with an example.
 
+A comment allows a finding in the next entry, or above the first section in the whole
+file: "; orvanta: allow C202 because ...".
+
 Exit codes:
   0  no finding is an error
-  1  a finding is an error
+  1  a finding is an error, or with --strict a warning
   2  an argument or a file cannot be used; one line on standard error says why
 
 Examples:
   orvanta-config check tarvo.cfg
   orvanta-config check configs/ --sarif > findings.sarif
-  orvanta-config check "site/**/*.cfg" --json
+  orvanta-config check "site/**/*.cfg" --json > findings.json
+  orvanta-config check "site/**/*.cfg" --strict --baseline findings.json
   orvanta-config check tarvo.cfg --machine my-pc.json)";
 
 constexpr auto kProgressInterval = std::chrono::milliseconds(200);
@@ -74,8 +80,24 @@ std::vector<FileReport> CheckAll(const std::vector<Input>& inputs, Machine* mach
   return reports;
 }
 
-bool HasErrors(const FileReport& report) {
-  return std::any_of(report.findings.begin(), report.findings.end(), check::IsError);
+/// Leaves out what the options and comments ask for.
+void LeaveOut(const CheckOptions& options, std::vector<FileReport>& reports) {
+  std::multiset<std::string> known;
+  std::istringstream none;
+  if (options.baseline) {
+    known = check::ReadBaseline(*options.baseline, ReadInput(*options.baseline, none));
+  }
+  for (FileReport& report : reports) {
+    check::LeaveOutAllowed(report);
+    std::erase_if(report.findings, [&](const check::Finding& finding) {
+      const std::string code = check::KindOf(finding.code).id;
+      const auto old = known.find(check::BaselineKey(report.file, code, finding.message));
+      const bool isOld = old != known.end();
+      if (isOld) known.erase(old);
+      const auto& ignored = options.ignored;
+      return isOld || std::find(ignored.begin(), ignored.end(), code) != ignored.end();
+    });
+  }
 }
 
 }  // namespace
@@ -91,17 +113,26 @@ Command CheckCommand(CheckOptions& options) {
             /*isRequired=*/true},
            {"--machine", &options.machineFile, "M.json",
             "also look for what the files need on this machine (- and live as for plan)"},
+           {"--ignore", &options.ignored, "CODE", "leave out findings of this code; repeatable"},
+           {"--baseline", &options.baseline, "FINDINGS.json",
+            "leave out the findings of an earlier --json"},
+           {"--strict", &options.strict, "", "count warnings as errors"},
            {"--json", &options.json, "", "one JSON document on standard output"},
            sarif,
            NoColorOption(options.noColor)}};
 }
 
 int Check(const CheckOptions& options, const Streams& streams) {
+  for (const std::string& code : options.ignored) {
+    if (check::CodeOf(code) != nullptr) continue;
+    throw ToolError("--ignore " + code, "is no finding's code", "write a code such as C202");
+  }
   const std::vector<Input> inputs = check::FindInputs(options.files);
   std::optional<Machine> machine;
   if (options.machineFile) machine = LoadMachine(options.machineFile, streams, options.files);
   std::vector<FileReport> reports = CheckAll(inputs, machine ? &*machine : nullptr, streams);
   check::CheckFleet(reports);
+  LeaveOut(options, reports);
   if (options.json) {
     streams.out << check::JsonReport(reports);
   } else if (options.sarif) {
@@ -110,7 +141,15 @@ int Check(const CheckOptions& options, const Streams& streams) {
     const Style style(streams.color && !options.noColor);
     streams.out << check::TextReport(reports, style);
   }
-  return std::any_of(reports.begin(), reports.end(), HasErrors) ? kFailed : kDone;
+  const auto fails = [&options](const check::Finding& finding) {
+    return check::KindOf(finding.code).severity == check::Severity::kWarning
+               ? options.strict
+               : check::IsError(finding);
+  };
+  const auto hasFaults = [&fails](const FileReport& report) {
+    return std::any_of(report.findings.begin(), report.findings.end(), fails);
+  };
+  return std::any_of(reports.begin(), reports.end(), hasFaults) ? kFailed : kDone;
 }
 
 }  // namespace tool

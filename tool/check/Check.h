@@ -15,6 +15,12 @@ struct CheckOptions {
   std::vector<std::string> files;
   /// The machine to check against, if any.
   std::optional<std::string> machineFile;
+  /// Codes of findings that are left out.
+  std::vector<std::string> ignored;
+  /// The JSON of an earlier check, whose findings are left out.
+  std::optional<std::string> baseline;
+  /// Warnings count as errors.
+  bool strict = false;
   bool json = false;
   bool sarif = false;
   bool noColor = false;

@@ -1,5 +1,6 @@
 #include "tool/check/CheckReport.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
@@ -12,6 +13,7 @@
 #include "handlers/Version.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/JsonText.h"
+#include "tool/io/ToolError.h"
 
 namespace tool::check {
 namespace {
@@ -127,6 +129,33 @@ std::string TextReport(const std::vector<FileReport>& reports, const Style& styl
     }
   }
   return text + SumText(reports);
+}
+
+std::string BaselineKey(const std::string& file, const std::string& code,
+                        const std::string& message) {
+  constexpr std::string_view kDigits = "0123456789";
+  std::string key = code + "\n" + file + "\n" + message;
+  for (const std::string_view mark : {" line ", ".cfg:"}) {
+    for (std::size_t at = key.find(mark); at != std::string::npos; at = key.find(mark, at)) {
+      at += mark.size();
+      key.erase(at, std::min(key.find_first_not_of(kDigits, at), key.size()) - at);
+    }
+  }
+  return key;
+}
+
+std::multiset<std::string> ReadBaseline(const std::string& name, const std::string& document) {
+  std::multiset<std::string> keys;
+  try {
+    const Json report = Json::parse(document);
+    for (const Json& finding : report.at("findings")) {
+      keys.insert(BaselineKey(finding.at("file"), finding.at("code"), finding.at("message")));
+    }
+  } catch (const Json::exception&) {
+    throw ToolError(name, "holds no findings",
+                    "write it with orvanta-config check FILE... --json > " + name);
+  }
+  return keys;
 }
 
 std::string JsonReport(const std::vector<FileReport>& reports) {

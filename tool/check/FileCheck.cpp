@@ -44,7 +44,20 @@ FileReport CheckText(const std::string& file, std::string text, simulated::Machi
     rules(desired, findings);
   }
   if (machine != nullptr) CheckOnMachine(desired, *machine, findings);
-  return {file, findings.Take(), ClaimsOf(desired)};
+  std::vector<Allowance> allowances = AllowancesOf(document, findings);
+  return {file, findings.Take(), ClaimsOf(desired), std::move(allowances)};
+}
+
+void LeaveOutAllowed(FileReport& report) {
+  for (Allowance& allowance : report.allowances) {
+    const auto left = std::erase_if(report.findings, [&](const Finding& finding) {
+      const auto& codes = allowance.codes;
+      return finding.place.line >= allowance.first && finding.place.line <= allowance.last &&
+             std::find(codes.begin(), codes.end(), KindOf(finding.code).id) != codes.end();
+    });
+    if (left == 0) report.findings.push_back(std::move(allowance.idle));
+  }
+  SortByPlace(report.findings);
 }
 
 FileReport Unreadable(const std::string& file, const std::string& reason) {
@@ -58,7 +71,8 @@ FileReport TooLarge(const std::string& file) {
 }
 
 std::string Remark(const std::string& path, const std::string& text) {
-  const FileReport report = CheckText(path, text, /*machine=*/nullptr);
+  FileReport report = CheckText(path, text, /*machine=*/nullptr);
+  LeaveOutAllowed(report);
   const auto first = std::find_if(report.findings.begin(), report.findings.end(), IsError);
   const auto count = std::count_if(first, report.findings.end(), IsError);
   if (count == 0) return {};

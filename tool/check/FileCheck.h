@@ -1,6 +1,8 @@
 // The check of one file.
 #pragma once
 
+#include <cstddef>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -17,15 +19,29 @@ struct Claim {
   Finding finding;
 };
 
+/// A comment that asks for leaving findings out.
+struct Allowance {
+  std::vector<std::string> codes;
+  /// The lines that it counts for.
+  std::size_t first = 1;
+  std::size_t last = std::numeric_limits<std::size_t>::max();
+  /// What it is when it leaves out none.
+  Finding idle;
+};
+
 struct FileReport {
   std::string file;
   /// In the order of their places.
   std::vector<Finding> findings;
   std::vector<Claim> claims;
+  std::vector<Allowance> allowances = {};
 };
 
 /// Checks a file's content; with a `machine` also against that.
 FileReport CheckText(const std::string& file, std::string text, simulated::Machine* machine);
+
+/// Leaves out what comments of the file allow, and tells of those that allow nothing.
+void LeaveOutAllowed(FileReport& report);
 
 /// The report of a file that cannot be read.
 FileReport Unreadable(const std::string& file, const std::string& reason);

@@ -1,8 +1,11 @@
 // Everything that `check` can find, as a table: a stable code, how bad it is, and what helps.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
+#include <string_view>
 
 namespace tool::check {
 
@@ -40,6 +43,12 @@ inline constexpr FindingKind kFindingKinds[] = {
 #include "tool/check/FindingList.def"
 #undef FINDING
 };
+/// The kind with this code, in these letters; null when there is none.
+inline const FindingKind* CodeOf(std::string_view id) {
+  const auto* const found = std::find_if(std::begin(kFindingKinds), std::end(kFindingKinds),
+                                         [id](const FindingKind& kind) { return kind.id == id; });
+  return found != std::end(kFindingKinds) ? found : nullptr;
+}
 constexpr const FindingKind& KindOf(Code code) {
   return kFindingKinds[static_cast<std::size_t>(code)];
 }

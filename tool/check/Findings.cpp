@@ -33,9 +33,7 @@ bool Findings::Counts(Code code) {
 
 void Findings::At(Code code, Span span, std::string message, std::string hint) {
   if (!Counts(code)) return;
-  findings_.push_back({code, ToUtf8(MessageFor(code, document_, span, std::move(message))),
-                       ToUtf8(HintFor(code, std::move(hint))), document_.PlaceOf(span),
-                       document_.ExcerptOf(span)});
+  findings_.push_back(FindingAt(document_, code, span, std::move(message), std::move(hint)));
 }
 
 void Findings::OfItem(Code code, const Item& item, const std::string& what, std::string hint) {
@@ -71,6 +69,12 @@ std::vector<Finding> Findings::Take() {
   }
   SortByPlace(findings_);
   return std::move(findings_);
+}
+
+Finding FindingAt(const Document& document, Code code, Span span, std::string message,
+                  std::string hint) {
+  return {code, ToUtf8(MessageFor(code, document, span, std::move(message))),
+          ToUtf8(HintFor(code, std::move(hint))), document.PlaceOf(span), document.ExcerptOf(span)};
 }
 
 Finding FindingOfFile(Code code, std::string message) {

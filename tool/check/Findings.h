@@ -20,7 +20,7 @@ struct RelatedPlace {
 };
 
 struct Finding {
-  Code code;
+  Code code{};
   std::string message;
   std::string hint;
   Place place;
@@ -65,6 +65,10 @@ class Findings {
   std::vector<Finding> findings_;
   std::array<std::size_t, 3> counts_{};
 };
+
+/// A finding about a place; without a `hint` with the one of the table.
+Finding FindingAt(const Document& document, Code code, Span span, std::string message,
+                  std::string hint = {});
 
 /// A finding that is about no line.
 Finding FindingOfFile(Code code, std::string message);

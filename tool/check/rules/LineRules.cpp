@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "base/Pieces.h"
 #include "tool/check/rules/Rules.h"
 
@@ -69,6 +71,20 @@ bool IsListLine(const Document& document, std::uint32_t line) {
   return match && IsList(RowOf(match->key).value);
 }
 
+/// The codes in a comment such as "; orvanta: allow C202 because ..."; nothing for any other.
+std::optional<std::vector<std::string>> AllowedIn(std::string_view comment) {
+  constexpr std::string_view kMark = "orvanta:";
+  const std::string_view text = base::Trimmed(comment.substr(1));
+  if (!base::StartsWith(text, kMark)) return std::nullopt;
+  std::vector<std::string> words = base::Split(text.substr(kMark.size()), ", \t");
+  const bool isAllow = !words.empty() && base::SameText(words[0], "allow");
+  const auto isOther = [](const std::string& word) { return CodeOf(word) == nullptr; };
+  if (isAllow) words.erase(words.begin());
+  words.erase(isAllow ? std::find_if(words.begin(), words.end(), isOther) : words.begin(),
+              words.end());
+  return words;
+}
+
 void CheckCommented(const Document& document, std::uint32_t line, Reading& reading,
                     Findings& findings) {
   const Kind kind = document.Lines()[line].kind;
@@ -78,6 +94,7 @@ void CheckCommented(const Document& document, std::uint32_t line, Reading& readi
   if (!wasInComment || kind != Kind::kContinuation) return;  // once for each comment
   const Section& section = document.Sections()[document.Lines()[line].section];
   if (!section.IsRead() || document.LooksLikeOther(line)) return;
+  if (AllowedIn(document.ItemOf(line - 1).text)) return;  // a finding of its own
   findings.AtLine(reading.isInList ? Code::kLostListLine : Code::kCommentGoesOn, line,
                   std::string("the line adds to the comment above it") +
                       (reading.isInList ? ", not to the list before that" : ""));
@@ -143,6 +160,39 @@ void CheckLines(const DesiredState& desired, Findings& findings) {
       }
     }
   }
+}
+
+std::vector<Allowance> AllowancesOf(const Document& document, Findings& findings) {
+  std::vector<Allowance> allowances;
+  const auto& lines = document.Lines();
+  const auto isA = [&lines](std::size_t line, Kind kind) {
+    return line < lines.size() && lines[line].kind == kind;
+  };
+  const auto lineOf = [&document](std::uint32_t line) {
+    return document.PlaceOf(document.ItemOf(line).span).line;
+  };
+  for (std::uint32_t line = 0; line < lines.size(); ++line) {
+    const Item comment = document.ItemOf(line);
+    auto codes = isA(line, Kind::kComment) ? AllowedIn(comment.text) : std::nullopt;
+    if (!codes) continue;
+    const Section& section = document.Sections()[lines[line].section];
+    if (section.kind == SectionKind::kAgentSettings || isA(line + 1, Kind::kContinuation)) {
+      findings.AtLine(Code::kMeddlingAllowance, line, "the machine gets this comment");
+      continue;
+    }
+    Allowance& added = allowances.emplace_back();
+    added.codes = std::move(*codes);
+    added.idle = FindingAt(document, Code::kIdleAllowance, comment.span,
+                           "this comment allows nothing that is found");
+    if (section.headers.empty()) continue;
+    std::uint32_t first = line + 1;
+    while (first < lines.size() && !isA(first, Kind::kEntry)) ++first;
+    std::uint32_t last = first;
+    while (isA(last + 1, Kind::kContinuation)) ++last;
+    added.first = first < lines.size() ? lineOf(first) : added.last;
+    added.last = first < lines.size() ? lineOf(last) : 0;
+  }
+  return allowances;
 }
 
 }  // namespace tool::check

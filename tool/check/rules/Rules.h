@@ -29,6 +29,10 @@ void CheckIdentity(const DesiredState& desired, Findings& findings);
 /// What goes wrong between adapters' sections.
 void CheckSections(const DesiredState& desired, Findings& findings);
 
+/// The comments that ask for leaving findings out. Adds a finding for each that would change what
+/// the machine gets.
+std::vector<Allowance> AllowancesOf(const Document& document, Findings& findings);
+
 // What only a machine can tell.
 
 /// Tells the desired what of the computer's identity changes on the machine.
