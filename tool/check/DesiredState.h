@@ -1,6 +1,7 @@
 // What a configuration file asks for, as the library understands it.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,6 +19,9 @@ inline bool IsFalse(std::string_view value) { return base::SameText(value, "fals
 
 /// An item that is to be an IPv4 address or mask.
 struct Address {
+  /// As the library reads it.
+  std::uint32_t Bits() const { return bits.value_or(0xFFFFFFFF); }
+
   Item item;
   /// The first part of the text in the highest bits; nothing when it is no dotted address.
   std::optional<std::uint32_t> bits;
@@ -39,7 +43,14 @@ std::string MaskOf(std::uint32_t prefix);
 /// An address as people write it; its first part is in the highest bits.
 std::string Dotted(std::uint32_t address);
 
+/// As the library compares routes: destination, mask, gateway and metric.
+using ComparedRoute = std::array<std::uint32_t, 4>;
+
 struct Route {
+  ComparedRoute Compared() const {
+    return {destination.Bits(), mask.Bits(), gateway.Bits(), metric};
+  }
+
   const PlacedEntry* entry = nullptr;
   /// Whatever was given, in the order of the fields; three of them are addresses.
   std::vector<Item> fields;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <map>
 #include <memory>
 #include <optional>
@@ -170,15 +169,7 @@ void CheckHosts(const Pairing& pairing) {
 
 // ---- Routes -------------------------------------------------------------------------------------
 
-/// As the engine compares them: destination, mask, gateway and metric.
-using ComparedRoute = std::array<std::uint32_t, 4>;
-
-/// What the library makes of a text that is no address.
-constexpr std::uint32_t kNoBits = 0xFFFFFFFF;
-
-std::uint32_t BitsOf(std::string_view text) {
-  return ReadAddress({text, {}}).bits.value_or(kNoBits);
-}
+std::uint32_t BitsOf(std::string_view text) { return ReadAddress({text, {}}).Bits(); }
 
 /// The persistent routes that a run looks at.
 struct ExistingRoutes {
@@ -201,17 +192,12 @@ ExistingRoutes RoutesOf(const Machine& machine) {
   return routes;
 }
 
-ComparedRoute Compared(const Route& route) {
-  return {route.destination.bits.value_or(kNoBits), route.mask.bits.value_or(kNoBits),
-          route.gateway.bits.value_or(kNoBits), route.metric};
-}
-
 /// The destination of the first route that no section asks for; empty when there is none.
 std::string ForeignRoute(const DesiredState& desired, const Machine& machine) {
   for (const ComparedRoute& existing : RoutesOf(machine).others) {
     const auto asksForIt = [&](const DesiredAdapter& adapter) {
       return std::any_of(adapter.routes.begin(), adapter.routes.end(),
-                         [&](const Route& route) { return Compared(route) == existing; });
+                         [&](const Route& route) { return route.Compared() == existing; });
     };
     if (std::none_of(desired.adapters.begin(), desired.adapters.end(), asksForIt)) {
       return Dotted(existing[0]);
@@ -225,7 +211,7 @@ void CheckRoutesOf(const Pairing& pairing, const DesiredAdapter& adapter) {
   std::map<ComparedRoute, const Route*> wanted;
   for (const Route& route : adapter.routes) {
     if (!route.destination.bits || !route.mask.bits || !route.gateway.bits) return;
-    wanted.emplace(Compared(route), &route);
+    wanted.emplace(route.Compared(), &route);
   }
   // Deleting names the destination only.
   std::map<std::uint32_t, int> deletions;

@@ -1,9 +1,7 @@
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <unordered_map>
 #include <vector>
 
@@ -11,8 +9,6 @@
 
 namespace tool::check {
 namespace {
-
-using Bits = std::optional<std::uint32_t>;
 
 /// Tells of each section that has something which an earlier one has, too.
 void ForEachFurther(const DesiredState& desired, const auto& has, const auto& tell) {
@@ -79,19 +75,13 @@ void CheckAddressesTwice(const DesiredState& desired, Findings& findings) {
   }
 }
 
-std::tuple<Bits, Bits, Bits, std::uint32_t> ComparedParts(const Route& route) {
-  return {route.destination.bits, route.mask.bits, route.gateway.bits, route.metric};
-}
-
 /// Every section makes the routes of the computer its own: what the others have is deleted.
 void CheckRoutesOfSections(const DesiredState& desired, Findings& findings) {
   const auto hasRoutes = [](const DesiredAdapter& adapter) { return !adapter.routes.empty(); };
   const auto tell = [&](const DesiredAdapter& first, const DesiredAdapter& later) {
     std::string effect = " undo each other: one run adds all of them, the next one deletes them";
     for (const Route& route : later.routes) {
-      const auto isIt = [&](const Route& one) {
-        return ComparedParts(one) == ComparedParts(route);
-      };
+      const auto isIt = [&](const Route& one) { return one.Compared() == route.Compared(); };
       if (std::any_of(first.routes.begin(), first.routes.end(), isIt)) {
         effect += "; the one to " + std::string(route.destination.item.text) + " is added twice";
         break;
@@ -163,7 +153,7 @@ void CheckDestinations(const DesiredState& desired, Findings& findings) {
       if (!route.destination.bits) continue;
       const auto [earlier, isNew] = byDestination.emplace(*route.destination.bits, &route);
       const Route& first = *earlier->second;
-      if (isNew || ComparedParts(first) == ComparedParts(route)) continue;
+      if (isNew || first.Compared() == route.Compared()) continue;
       findings.At(Code::kSharedDestination, route.destination.item.span,
                   std::string(route.entry->key) + " and " + std::string(first.entry->key) +
                       " share the destination " + std::string(route.destination.item.text));
