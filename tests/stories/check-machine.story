@@ -3,6 +3,10 @@ With a machine, check also tells what the files need there, and what does not ch
 -- member.json --
 {"schema": 1, "computer_name": "PC1", "membership": {"domain": {"dns_name": "corp.example", "flat_name": "CORP"}},
  "directory": {"domains": [{"dns_name": "corp.example", "flat_name": "CORP", "ous": ["OU=Sales,DC=corp,DC=example"]}]}}
+-- placed.json --
+{"schema": 1, "computer_name": "PC1", "membership": {"domain": {"dns_name": "corp.example", "flat_name": "CORP"}},
+ "directory": {"domains": [{"dns_name": "corp.example", "flat_name": "CORP", "ous": ["OU=Sales,DC=corp,DC=example", "OU=IT,DC=corp,DC=example"],
+  "computers": [{"name": "PC1", "dn": "CN=PC1,OU=Sales,DC=corp,DC=example"}]}]}}
 -- none.json --
 {"schema": 1}
 -- nothing.json --
@@ -62,3 +66,6 @@ standard input:3:1: error: fec0::1 of the machine's adapter 7 is taken for the n
 standard input:11:1: error: the routes of "NicEntry2" and of "TCP/IP" both delete the route of the machine to 10.9.0.0: the second time that fails the run [C312]
 $ sh try none '[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5|[NicEntry2]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5' | grep -v C50
 standard input:6:1: error: the routes of "NicEntry2" and of "TCP/IP" undo each other: one run adds all of them, the next one deletes them; the one to 10.2.0.0 is added twice [C312]
+$ for u in sales IT; do sh try placed "[Networking]|DSOrganizationalUnit=$u"; done  # there already, and a move
+1 file checked: nothing found
+standard input:2:22: warning: no account is given for the move [C321]

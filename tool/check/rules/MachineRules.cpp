@@ -321,15 +321,23 @@ void CheckDomain(const Pairing& pairing) {
 
 }  // namespace
 
-void CompareIdentity(DesiredState& desired, const Machine& machine) {
+void CompareIdentity(DesiredState& desired, Machine& machine) {
   desired.isOfMachine = true;
   desired.foreignRoute = ForeignRoute(desired, machine);
   Identity& identity = desired.identity;
   const std::string_view name = identity.section.Value(Key::kComputerName);
   identity.renames = !name.empty() && !base::SameText(name, machine.computerName);
   const simulated::DomainMembership* const current = MemberOf(machine);
-  identity.movesAccount = identity.movesAccount && current != nullptr;
-  if (current == nullptr) return;
+  if (current == nullptr) {
+    identity.movesAccount = false;
+    return;
+  }
+  const std::string unit =
+      sys::BuildDn(current->dnsName, identity.section.Value(Key::kOrganizationalUnit));
+  if (const simulated::Computer* const account = machine.FindOwnAccount()) {
+    const bool isThere = base::SameText(account->dn.substr(account->dn.find(',') + 1), unit);
+    identity.movesAccount = identity.movesAccount && !isThere;
+  }
   identity.leavesDomain = identity.IsWorkgroup();
   if (!identity.joinsDomain) return;
   const std::string_view domain = identity.membershipName->FirstLine();

@@ -36,7 +36,7 @@ std::vector<Allowance> AllowancesOf(const Document& document, Findings& findings
 // What only a machine can tell.
 
 /// Tells the desired what of the computer's identity changes on the machine.
-void CompareIdentity(DesiredState& desired, const simulated::Machine& machine);
+void CompareIdentity(DesiredState& desired, simulated::Machine& machine);
 
 /// Looks for the adapters, routes, host names, domain, unit and account that the file needs. One
 /// thread at a time may call it.
