@@ -6,7 +6,7 @@ set -euo pipefail
 
 declare -A packages=(
   [native]="cmake g++ libcli11-dev make ninja-build nlohmann-json3-dev"
-  [tests]="clang libclang-rt-14-dev libgmock-dev libgtest-dev python3"
+  [tests]="clang libclang-rt-14-dev libgmock-dev libgtest-dev python3 python3-jsonschema"
   [windows]="clang g++-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-win32 googletest locales python3 wine wine64"
   [lint]="clang-format python3"
   [count]="cloc git"

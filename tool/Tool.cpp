@@ -13,6 +13,7 @@
 #include "tool/cli/Completion.h"
 #include "tool/cli/ManPage.h"
 #include "tool/commands/Capture.h"
+#include "tool/commands/Schema.h"
 #include "tool/commands/Send.h"
 #include "tool/commands/Simulate.h"
 #include "tool/io/CodePage.h"
@@ -67,6 +68,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   CompletionOptions completion;
   PlanOptions plan;
   MachineOptions roundtrip;
+  std::string schema;
   SendOptions send;
   SimulateOptions simulate;
   addReading(CheckCommand(check), [&] { return Check(check, streams); });
@@ -74,6 +76,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   addReading(SimulateCommand(simulate), [&] { return Simulate(simulate, streams); });
   addReading(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
   addReading(CaptureCommand(capture), [&] { return Capture(capture, streams); });
+  add(SchemaCommand(schema), [&] { return Schema(schema, streams); });
   add(SendCommand(send), [&] { return Send(send, streams); });
   add(CompletionCommand(completion), [&] { return Completion(completion, commands, streams); });
   add(ManPageCommand(), [&] { return ManPage(commands, streams); });

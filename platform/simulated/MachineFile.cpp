@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 #include <concepts>
 #include <functional>
 #include <limits>
@@ -27,27 +28,97 @@ namespace {
 
 constexpr int kSchema = 1;
 
-// Every kind of value knows how to read itself from a document and how to write itself: a codec
-// with `Read(cursor, value)` and `Write(value, hideSecrets)`. What a codec writes as "discarded" is
-// left out.
+// Every kind of value knows how to read itself from a document, how to write itself, and which JSON
+// Schema it has: a codec with `Read(cursor, value)`, `Write(value, hideSecrets)` and `Schema()`.
+// What a codec writes as "discarded" is left out.
 template <class Value>
 struct Codec;
+
+/// What the texts of a field mean beyond being texts.
+struct Meaning {
+  std::string_view field;
+  bool (*holds)(const std::string& text);
+  const char* description;
+};
+
+bool IsIpv4(const std::string& text) { return ParseIpv4(text).has_value(); }
+bool IsAddress(const std::string& text) {
+  const bool isIpv6 = text.find(':') != std::string::npos &&
+                      text.find_first_not_of("0123456789abcdefABCDEF:.%") == std::string::npos;
+  return isIpv6 || IsIpv4(text);
+}
+bool IsMask(const std::string& text) {
+  return IsIpv4(text) || base::ParseWhole<std::uint8_t>(text);
+}
+bool IsHexDigit(char letter) { return std::isxdigit(static_cast<unsigned char>(letter)) != 0; }
+bool IsMac(const std::string& text) {
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const bool isRight = i % 3 == 2 ? text[i] == ':' : IsHexDigit(text[i]);
+    if (!isRight) return false;
+  }
+  return text.empty() || text.size() % 3 == 2;
+}
+/// Other buses have other texts; only three numbers alone are certain to be meant as the PCI's.
+bool IsLocation(const std::string& text) {
+  return text.empty() || text.find_first_not_of("0123456789/,:()") != std::string::npos;
+}
+bool IsDn(const std::string& text) {
+  const std::size_t equals = text.find('=');
+  return equals != std::string::npos && text.find(',') > equals &&
+         base::Find(text, "DC=", 0) != std::string::npos;
+}
+bool IsUser(const std::string& text) { return text.find_first_of("\\@") == std::string::npos; }
+
+constexpr char kIpv4[] = "an IPv4 address such as 10.0.0.1";
+constexpr char kAddress[] = "an address alone, such as 10.0.0.5; masks stand in subnet_masks";
+constexpr char kDn[] = "a distinguished name such as OU=Sales,DC=corp,DC=example";
+constexpr Meaning kMeanings[] = {
+    {"mac_address", IsMac, "a MAC address such as 08:00:27:12:34:56"},
+    {"location_information", IsLocation,
+     "a location such as PCI bus %1, device %2, function %3;(0,3,0)"},
+    {"ip_addresses", IsAddress, kAddress},
+    {"subnet_masks", IsMask, "a mask such as 255.255.255.0"},
+    {"gateways", IsAddress, kAddress},
+    {"dns_servers", IsAddress, kAddress},
+    {"destination", IsIpv4, kIpv4},
+    {"mask", IsIpv4, kIpv4},
+    {"next_hop", IsIpv4, kIpv4},
+    {"address", IsIpv4, kIpv4},
+    {"user", IsUser, "a user without a domain; dns_name and flat_name tell it"},
+    {"ous", IsDn, kDn},
+    {"dn", IsDn, kDn}};
 
 /// A member of a struct, its name in the file, and the codec of its value.
 template <class Struct, class Member, class MemberCodec>
 struct Field {
   std::string_view name;
   Member Struct::*member;
+  const Meaning* meaning;
 };
+
+constexpr const Meaning* MeaningOf(std::string_view name) {
+  return base::FindIn(kMeanings, [=](const Meaning& meaning) { return meaning.field == name; });
+}
+
+void RequireMeaning(const Cursor& at, const std::string& text, const Meaning& meaning) {
+  if (!meaning.holds(text)) at.Fail(std::string("expected ") + meaning.description);
+}
+void RequireMeaning(const Cursor& at, const NullableText& text, const Meaning& meaning) {
+  if (text) RequireMeaning(at, *text, meaning);
+}
+void RequireMeaning(const Cursor& at, const std::vector<std::string>& texts,
+                    const Meaning& meaning) {
+  for (std::size_t i = 0; i < texts.size(); ++i) RequireMeaning(at.Element(i), texts[i], meaning);
+}
 
 template <class Struct, class Member>
 constexpr auto Plain(std::string_view name, Member Struct::*member) {
-  return Field<Struct, Member, Codec<Member>>{name, member};
+  return Field<Struct, Member, Codec<Member>>{name, member, MeaningOf(name)};
 }
 
 template <class MemberCodec, class Struct, class Member>
 constexpr auto As(std::string_view name, Member Struct::*member) {
-  return Field<Struct, Member, MemberCodec>{name, member};
+  return Field<Struct, Member, MemberCodec>{name, member, MeaningOf(name)};
 }
 
 /// The fields of a struct, in the order of the file.
@@ -79,6 +150,15 @@ void RefuseUnknown(const Cursor& at, const std::string& what,
   }
 }
 
+Json ObjectOf(Json properties) {
+  return {
+      {"type", "object"}, {"properties", std::move(properties)}, {"additionalProperties", false}};
+}
+
+Json OrNull(Json schema) {
+  return {{"anyOf", Json::array({std::move(schema), {{"type", "null"}}})}};
+}
+
 Json Discarded() { return Json(Json::value_t::discarded); }
 
 template <>
@@ -88,6 +168,7 @@ struct Codec<bool> {
     value = at.Value().get<bool>();
   }
   static Json Write(bool value, bool) { return value; }
+  static Json Schema() { return {{"type", "boolean"}}; }
 };
 
 template <std::integral Number>
@@ -106,6 +187,10 @@ struct Codec<Number> {
     value = json.get<Number>();
   }
   static Json Write(Number value, bool) { return value; }
+  static Json Schema() {
+    using Limits = std::numeric_limits<Number>;
+    return {{"type", "integer"}, {"minimum", Limits::min()}, {"maximum", Limits::max()}};
+  }
 };
 
 template <>
@@ -115,6 +200,7 @@ struct Codec<std::string> {
     value = at.Value().get<std::string>();
   }
   static Json Write(const std::string& value, bool) { return value; }
+  static Json Schema() { return {{"type", "string"}}; }
 };
 
 template <class Value>
@@ -126,6 +212,7 @@ struct Codec<std::optional<Value>> {
   static Json Write(const std::optional<Value>& value, bool hideSecrets) {
     return value ? Codec<Value>::Write(*value, hideSecrets) : Json(nullptr);
   }
+  static Json Schema() { return OrNull(Codec<Value>::Schema()); }
 };
 
 template <class Item>
@@ -140,6 +227,7 @@ struct Codec<std::vector<Item>> {
     for (const Item& item : items) list.push_back(Codec<Item>::Write(item, hideSecrets));
     return list;
   }
+  static Json Schema() { return {{"type", "array"}, {"items", Codec<Item>::Schema()}}; }
 };
 
 // What must hold beyond the fields themselves; most structs need nothing.
@@ -159,9 +247,6 @@ void Check(const Cursor& at, RegistryValue& value) {
 }
 
 void Check(const Cursor& at, Fault& fault) {
-  const bool isKnown = fault.call == "*" || std::find(std::begin(kCallNames), std::end(kCallNames),
-                                                      fault.call) != std::end(kCallNames);
-  if (!isKnown) at.Field("call").FailUnknown("call", fault.call, kCallNames);
   if (fault.error == 0U) at.Field("error").Fail("0 is no error; write the number of one");
   if (fault.hresult && !platform::Failed(*fault.hresult)) {
     at.Field("hresult").Fail("is no failure; write one from 0x80000000 on");
@@ -227,6 +312,11 @@ struct Codec<Struct> {
           if (!place) return;
           ++known;
           MemberCodec::Read(*place, value.*field.member);
+          if constexpr (requires { RequireMeaning(at, value.*field.member, *field.meaning); }) {
+            if (field.meaning != nullptr) {
+              RequireMeaning(*place, value.*field.member, *field.meaning);
+            }
+          }
         });
     if (known != at.Value().size()) RefuseUnknown(at, "field", kNames);
     Check(at, value);
@@ -240,6 +330,18 @@ struct Codec<Struct> {
           if (!written.is_discarded()) object[std::string(field.name)] = std::move(written);
         });
     return object;
+  }
+
+  static Json Schema() {
+    Json properties = Json::object();
+    ForEachField(
+        [&]<class Member, class MemberCodec>(const Field<Struct, Member, MemberCodec>& field) {
+          Json& property = properties[std::string(field.name)] = MemberCodec::Schema();
+          if (field.meaning != nullptr) property["description"] = field.meaning->description;
+          Json value = MemberCodec::Write(Struct().*field.member, /*hideSecrets=*/false);
+          if (!value.is_discarded()) property["default"] = std::move(value);
+        });
+    return ObjectOf(std::move(properties));
   }
 
  private:
@@ -275,11 +377,19 @@ struct FileText : Codec<std::string> {
   }
 };
 
-struct Ipv4Text : Codec<std::string> {
+/// The name of a kind of call.
+struct CallText : Codec<std::string> {
+  static constexpr auto kNames = [] {
+    std::array<std::string_view, std::size(kCallNames) + 1> names{"*"};
+    std::copy(kCallNames.begin(), kCallNames.end(), names.begin() + 1);
+    return names;
+  }();
   static void Read(const Cursor& at, std::string& value) {
-    Codec<std::string>::Read(at, value);
-    if (!ParseIpv4(value)) at.Fail("no IPv4 address; write it as four numbers such as 10.0.0.1");
+    Codec::Read(at, value);
+    const bool isKnown = std::find(kNames.begin(), kNames.end(), value) != kNames.end();
+    if (!isKnown) at.FailUnknown("call", value, kCallNames);
   }
+  static Json Schema() { return {{"enum", kNames}}; }
 };
 
 struct HResultCodec {
@@ -297,6 +407,9 @@ struct HResultCodec {
   }
   static Json Write(const std::optional<platform::HResult>& value, bool) {
     return value ? Json(HResultText(*value)) : Discarded();
+  }
+  static Json Schema() {
+    return {{"type", {"string", "null"}}, {"pattern", "^0[xX][0-9A-Fa-f]{1,8}$"}};
   }
 };
 
@@ -325,6 +438,11 @@ struct Named {
   static Json Write(auto value, bool) {
     return base::FindIn(kRows, [=](const auto& row) { return row.value == value; })->name;
   }
+  static Json Schema() {
+    Json names = Json::array();
+    for (const auto& row : kRows) names.push_back(row.name);
+    return {{"enum", std::move(names)}};
+  }
 };
 
 template <>
@@ -340,6 +458,7 @@ struct Codec<std::variant<std::uint32_t, std::string>> {
   static Json Write(const Value& value, bool) {
     return std::visit([](const auto& data) { return Json(data); }, value);
   }
+  static Json Schema() { return {{"type", {"integer", "string"}}}; }
 };
 
 template <>
@@ -357,6 +476,7 @@ struct Codec<Value> {
     }
   }
   static Json Write(const Value& value, bool) { return value; }
+  static Json Schema() { return {{"type", {"string", "integer", "boolean", "null"}}}; }
 };
 
 /// An object whose names are the machine's to choose.
@@ -373,6 +493,9 @@ struct Codec<std::map<std::string, Item>> {
     Json object = Json::object();
     for (const auto& [name, item] : items) object[name] = Codec<Item>::Write(item, hideSecrets);
     return object;
+  }
+  static Json Schema() {
+    return {{"type", "object"}, {"additionalProperties", Codec<Item>::Schema()}};
   }
 };
 
@@ -391,6 +514,11 @@ struct OperatingSystem : Codec<std::map<std::string, Value>> {
     RequireObject(at);
     RefuseUnknown(at, "property", base::kSystemProperties);
     Codec::Read(at, properties);
+  }
+  static Json Schema() {
+    Json schema = Codec::Schema();
+    schema["propertyNames"] = {{"enum", base::kSystemProperties}};
+    return schema;
   }
 };
 
@@ -419,6 +547,12 @@ struct Codec<Membership> {
     }
     return {{"workgroup", std::get<WorkgroupMembership>(value).name}};
   }
+  static Json Schema() {
+    Json schema = ObjectOf({{"workgroup", Codec<std::string>::Schema()},
+                            {"domain", Codec<DomainMembership>::Schema()}});
+    schema["maxProperties"] = 1;
+    return schema;
+  }
 };
 
 template <>
@@ -431,9 +565,8 @@ constexpr auto kFields<Adapter> = []<std::size_t... kRows>(std::index_sequence<k
 
 template <>
 constexpr auto kFields<PersistentRoute> = std::tuple{
-    As<Ipv4Text>("destination", &PersistentRoute::destination),
-    As<Ipv4Text>("mask", &PersistentRoute::mask),
-    As<Ipv4Text>("next_hop", &PersistentRoute::nextHop), Plain("metric", &PersistentRoute::metric)};
+    Plain("destination", &PersistentRoute::destination), Plain("mask", &PersistentRoute::mask),
+    Plain("next_hop", &PersistentRoute::nextHop), Plain("metric", &PersistentRoute::metric)};
 
 template <>
 constexpr auto kFields<Service> =
@@ -453,7 +586,7 @@ constexpr auto kFields<File> =
 
 template <>
 constexpr auto kFields<Host> =
-    std::tuple{Plain("name", &Host::name), As<Ipv4Text>("address", &Host::address)};
+    std::tuple{Plain("name", &Host::name), Plain("address", &Host::address)};
 
 template <>
 constexpr auto kFields<Account> =
@@ -482,6 +615,7 @@ struct Hosts : Codec<std::vector<Host>> {
   static void Read(const Cursor& at, std::vector<Host>& hosts) {
     if (!at.Value().is_null()) Codec::Read(at, hosts);
   }
+  static Json Schema() { return OrNull(Codec::Schema()); }
 };
 
 struct DirectoryCodec {
@@ -494,10 +628,11 @@ struct DirectoryCodec {
     if (domains.empty()) return nullptr;
     return Codec<Directory>::Write({domains}, hideSecrets);
   }
+  static Json Schema() { return OrNull(Codec<Directory>::Schema()); }
 };
 
 template <>
-constexpr auto kFields<Fault> = std::tuple{Plain("call", &Fault::call),
+constexpr auto kFields<Fault> = std::tuple{As<CallText>("call", &Fault::call),
                                            As<LeftOut<std::string>>("contains", &Fault::contains),
                                            As<LeftOut<std::string>>("method", &Fault::method),
                                            As<LeftOut<std::string>>("service", &Fault::service),
@@ -535,7 +670,12 @@ Machine ParseMachine(const std::string& text, const std::string& fileName, const
   int schema = 0;
   Codec<int>::Read(root.Field("schema"), schema);
   if (schema != kSchema) root.Field("schema").Fail("this version reads schema 1 only; write 1");
+  if (const auto place = root.FindField("$schema")) {
+    std::string ignored;
+    Codec<std::string>::Read(*place, ignored);
+  }
   document.erase("schema");
+  document.erase("$schema");
 
   Machine machine;
   Codec<Machine>::Read(root, machine);
@@ -560,6 +700,16 @@ Json ToJson(const Machine& machine, bool hideSecrets) {
     }
   }
   return document;
+}
+
+Json MachineSchema() {
+  Json schema = Codec<Machine>::Schema();
+  Json& properties = schema["properties"];
+  properties["schema"] = {{"const", kSchema}};
+  properties["$schema"] = Codec<std::string>::Schema();
+  schema["required"] = Json::array({"schema"});
+  for (const char* unknown : {"decrypt", "directory"}) properties[unknown].erase("default");
+  return schema;
 }
 
 void to_json(Json& json, const Value& value) {

@@ -36,6 +36,9 @@ std::string PrintMachine(const Machine& machine, bool hideSecrets = false);
 /// The same document.
 Json ToJson(const Machine& machine, bool hideSecrets);
 
+/// The JSON Schema (draft 2020-12) of machine files, without its "$schema".
+Json MachineSchema();
+
 /// An entry of the journal, as it is; also what `Json(change)` calls.
 void to_json(Json& entry, const Change& change);
 void to_json(Json& json, const Value& value);

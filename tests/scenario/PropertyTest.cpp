@@ -378,14 +378,15 @@ Machine StrangeMachine(Generator& any) {
   Machine machine = AnyMachine(any);
   for (simulated::Adapter& adapter : machine.adapters) {
     for (auto* text :
-         {&adapter.locationInformation, &adapter.macAddress, &adapter.adapterType,
-          &adapter.manufacturer, &adapter.caption, &adapter.dnsDomain, &adapter.dnsHostName}) {
+         {&adapter.adapterType, &adapter.manufacturer, &adapter.caption, &adapter.dnsDomain,
+          &adapter.dnsHostName}) {
       *text = MaybeText(any);
     }
     for (auto* list : {&adapter.ipAddresses, &adapter.subnetMasks, &adapter.gateways,
                        &adapter.dnsServers, &adapter.dnsSuffixes}) {
-      for (std::uint32_t i = any.Below(3); i > 0; --i) list->push_back(AnyText(any));
+      for (std::uint32_t i = any.Below(3); i > 0; --i) list->push_back(any.Address());
     }
+    adapter.dnsSuffixes.push_back(AnyText(any));
     adapter.settingId = AnyText(any);
     adapter.ipEnabled = any.Percent(50);
   }
@@ -406,9 +407,9 @@ Machine StrangeMachine(Generator& any) {
   machine.decrypt = {{AnyText(any), AnyText(any)}, {"b", AnyText(any)}};
   machine.domains.push_back({AnyText(any),
                              AnyText(any),
-                             {{AnyText(any), AnyText(any)}},
-                             {AnyText(any)},
-                             {{AnyText(any), AnyText(any)}}});
+                             {{"u", AnyText(any)}},
+                             {"OU=" + AnyText(any) + ",DC=x"},
+                             {{AnyText(any), "CN=" + AnyText(any) + ",DC=x"}}});
   machine.faults = {AnyFault(any), AnyFault(any)};
   return machine;
 }

@@ -39,6 +39,8 @@ $ sh try simulate - --machine -
 --machine -: standard input holds the configuration file already; name a file for one of them
 $ sh try check a.cfg - --machine -
 --machine -: standard input holds the configuration file already; name a file for one of them
+$ sh try schema machines
+NAME: "machines" is not one of machine, plan, simulate, check, verify or fleet; see orvanta-config schema --help
 $ sh try plan a.cfg --machine live
 --machine live: only Windows tells what this computer is; name a machine file
 $ sh try simulate a.cfg --message boot

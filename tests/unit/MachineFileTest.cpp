@@ -60,9 +60,9 @@ constexpr const char* kFull = R"json({
   "agent_folder": "D:\\a",
   "adapters": [
     {"index": 4294967295, "setting_id": "{1}", "ip_enabled": false, "pnp_device_id": "ROOT",
-     "location_information": null, "mac_address": "m", "adapter_type": null, "manufacturer": "n",
-     "caption": "c", "dhcp_enabled": false, "ip_addresses": ["1"], "subnet_masks": ["2"],
-     "gateways": ["3"], "dns_servers": ["4", "5"], "dns_suffixes": ["6"], "dns_domain": "7",
+     "location_information": null, "mac_address": "0a:1B", "adapter_type": null, "manufacturer": "n",
+     "caption": "c", "dhcp_enabled": false, "ip_addresses": ["1.0.0.1"], "subnet_masks": ["255.0.0.0"],
+     "gateways": ["1.0.0.2"], "dns_servers": ["4.0.0.0", "fe80::5%1"], "dns_suffixes": ["6"], "dns_domain": "7",
      "dns_host_name": "8", "static_dns": true},
     {"index": 0, "setting_id": "", "ip_enabled": true, "pnp_device_id": "",
      "location_information": "", "mac_address": null, "adapter_type": "", "manufacturer": null,
@@ -82,7 +82,7 @@ constexpr const char* kFull = R"json({
   "decrypt": {"a": "plain s3cret", "b": ""},
   "directory": {"domains": [
     {"dns_name": "e", "flat_name": "E", "accounts": [{"user": "u", "password": "s3cret"}],
-     "ous": ["OU=1"], "computers": [{"name": "c", "dn": "CN=c"}]}]},
+     "ous": ["OU=1,DC=e"], "computers": [{"name": "c", "dn": "CN=c,DC=e"}]}]},
   "faults": [
     {"call": "wmi.method", "contains": "x", "method": "y", "service": "z", "name": "w", "index": 1,
      "nth": 2, "hresult": "0x80041002", "error": 3, "result": -4},
@@ -99,7 +99,7 @@ TEST(MachineFile, ReadsAndWritesEveryField) {
 
 TEST(MachineFile, WhatIsLeftOutTakesItsDefault) {
   const Machine machine = ParseMachine(
-      R"({"schema": 1, "membership": {}, "adapters": [{}], "persistent_routes": [{}],
+      R"({"schema": 1, "$schema": "s.json", "membership": {}, "adapters": [{}], "persistent_routes": [{}],
           "services": [{}], "registry": [{}], "files": [{}], "hosts": [{}],
           "directory": {"domains": [{"accounts": [{}], "computers": [{}]}]}})",
       "m.json");
@@ -160,8 +160,21 @@ TEST(MachineFile, RefusesWhatItDoesNotUnderstandInOneLine) {
       {R"("registry": [{"type": "REG_SZ", "data": 1}])", "$.registry[0].data", "expected a text"},
       {R"("registry": [{"type": "REG_BINARY"}])", "$.registry[0].type", "write one of REG_DWORD"},
       {R"("registry": [{"key": "Software"}])", "$.registry[0]", "HKEY_LOCAL_MACHINE"},
-      {R"("hosts": [{"address": "fd00::2"}])", "$.hosts[0].address", "no IPv4 address"},
-      {R"("hosts": [{"address": "10.0.0.010"}])", "$.hosts[0].address", "no IPv4 address"},
+      {R"("hosts": [{"address": "fd00::2"}])", "$.hosts[0].address", "expected an IPv4 address"},
+      {R"("hosts": [{"address": "10.0.0.010"}])", "$.hosts[0].address", "expected an IPv4 address"},
+      {R"("adapters": [{"mac_address": "08:00:27:12:34"}, {"index": 8, "mac_address": "08-00-27"}])",
+       "$.adapters[1].mac_address", "a MAC address such as 08:00:27:12:34:56"},
+      {R"("adapters": [{"ip_addresses": ["fe80::1", "10.0.0.5/24"]}])",
+       "$.adapters[0].ip_addresses[1]", "an address alone"},
+      {R"("adapters": [{"subnet_masks": ["64", "/24"]}])", "$.adapters[0].subnet_masks[1]",
+       "a mask such as 255.255.255.0"},
+      {R"("adapters": [{"location_information": "0/3/0"}])", "$.adapters[0].location_information",
+       "function %3;(0,3,0)"},
+      {R"("directory": {"domains": [{"ous": ["Sales/Europe"]}]})", "$.directory.domains[0].ous[0]",
+       "a distinguished name such as OU=Sales,DC=corp,DC=example"},
+      {R"("directory": {"domains": [{"accounts": [{"user": "CORP\\joiner"}]}]})",
+       "$.directory.domains[0].accounts[0].user", "a user without a domain"},
+      {R"("$schema": 7)", "$[\"$schema\"]", "expected a text"},
       {R"("decrypt": {"a": 1})", "$.decrypt.a", "expected a text"},
       {R"("directory": {"domains": [{"ous": [1]}]})", "$.directory.domains[0].ous[0]", "a text"},
       {R"("faults": [{"call": "wmi.conect"}])", "$.faults[0].call", "\"wmi.connect\"?"},
@@ -204,7 +217,7 @@ TEST(MachineFile, RefusesWhatHasNoEndAtOnce) {
       {R"({"schema": 1, "adapters": )" + repeated("[{\"index\":", kMany), "nested deeper than 32"},
       {R"({"schema": 1, ")" + name + R"(": 1})", "nnn...\"; remove it or correct its name"},
       {R"({"schema": 1, "faults": [{"call": ")" + name + R"("}]})", "unknown call \"nnn"},
-      {R"({"schema": 1, "hosts": [{"address": ")" + name + R"("}]})", "no IPv4 address"},
+      {R"({"schema": 1, "hosts": [{"address": ")" + name + R"("}]})", "an IPv4 address"},
       {repeated(" ", (std::size_t{64} << 20U) + 1), "larger than 64 MiB"}};
   for (const auto& c : kFaults) {
     SCOPED_TRACE(c.words);

@@ -1,0 +1,76 @@
+#!/usr/bin/python3
+"""Holds every example machine, and every JSON document that the stories print, against its schema.
+
+check_schemas.py TOOL...
+
+TOOL is the program, with what comes before its arguments. Prints each fault with the command that
+printed the document; ends with 1 if there is any, and where a schema was held against nothing.
+"""
+
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+import jsonschema
+from stories import ROOT, Runner
+
+KINDS = ["machine", "plan", "simulate", "check", "verify", "fleet"]
+# Keeps what a command with --json prints, beside its arguments; the stories run it as the tool.
+KEEPER = """#!/bin/sh
+kept={kept}/$$
+case " $* " in
+  *" --json "*) printf '%s\\n' "$@" >$kept.arguments; {tool} "$@" >$kept.json; code=$?
+                cat $kept.json; exit $code ;;
+esac
+exec {tool} "$@"
+"""
+
+
+def documents(tool, folder):
+    """The kind of each document, where it comes from, and its text."""
+    for path in sorted(ROOT.glob("examples/*.machine.json")):
+        yield "machine", path.name, path.read_text()
+    kept = folder / "kept"
+    kept.mkdir()
+    keeper = folder / "keeper"
+    keeper.write_text(KEEPER.format(kept=kept, tool=" ".join(tool)))
+    keeper.chmod(0o755)
+    runner = Runner([str(keeper)], folder)
+    for path in sorted(ROOT.glob("tests/stories/*.story")):
+        runner.now(path)
+    for path in sorted(kept.glob("*.json")):
+        arguments = path.with_suffix(".arguments").read_text().split("\n")
+        kind = "machine" if arguments[0] == "capture" else arguments[0]
+        yield kind, " ".join(arguments), path.read_text(errors="replace")
+
+
+def runs(tool, kind):
+    help_of = [*tool, "capture" if kind == "machine" else kind, "--help"]
+    return subprocess.run(help_of, capture_output=True, check=False).returncode == 0
+
+
+def main(tool):
+    held = dict.fromkeys(KINDS, 0)
+    validators = {}
+    for kind in KINDS:
+        schema = json.loads(subprocess.check_output([*tool, "schema", kind]))
+        jsonschema.Draft202012Validator.check_schema(schema)
+        validators[kind] = jsonschema.Draft202012Validator(schema)
+    faults = 0
+    with tempfile.TemporaryDirectory() as folder:
+        for kind, source, text in documents(tool, pathlib.Path(folder)):
+            if kind not in KINDS or not text.strip() or "--sarif" in source:
+                continue
+            held[kind] += 1
+            for fault in validators[kind].iter_errors(json.loads(text)):
+                faults += 1
+                print(f"{source}: {fault.json_path}: {fault.message[:300]}")
+    unheld = [kind for kind in KINDS if not held[kind] and runs(tool, kind)]
+    print(held, *(f"{kind}: no story prints one" for kind in unheld))
+    return 1 if faults or unheld else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main([str(pathlib.Path(sys.argv[1]).resolve()), *sys.argv[2:]]))

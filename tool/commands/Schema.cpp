@@ -1,0 +1,50 @@
+#include "tool/commands/Schema.h"
+
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "base/FindIn.h"
+#include "platform/simulated/MachineFile.h"
+#include "tool/cli/Command.h"
+#include "tool/io/JsonText.h"
+#include "tool/io/ToolError.h"
+
+namespace tool {
+namespace {
+
+using simulated::Json;
+
+constexpr char kFooter[] =
+    R"(The schemas are of draft 2020-12. A machine file that names its own in "$schema" is checked and
+completed by editors.
+
+Examples:
+  orvanta-config schema machine >machine.schema.json
+  orvanta-config schema plan)";
+
+Json Parsed(const std::string& name) {
+  const auto texts = SchemaTexts();
+  return Json::parse(
+      base::FindIn(texts, [&](const auto& text) { return text.name == name; })->json);
+}
+
+}  // namespace
+
+Command SchemaCommand(std::string& name) {
+  return {"schema",
+          "write the JSON Schema of machine files or of an output",
+          kFooter,
+          {{"NAME", &name, "machine|plan|simulate|check|verify|fleet", "what it describes",
+            /*isRequired=*/true}}};
+}
+
+int Schema(const std::string& name, const Streams& streams) {
+  Json document{{"$schema", "https://json-schema.org/draft/2020-12/schema"}};
+  document.update(name == "machine" ? simulated::MachineSchema() : Parsed(name));
+  if (name == "plan" || name == "simulate") document["$defs"].update(Parsed("changes"));
+  if (name == "simulate") document["$defs"]["machine"] = simulated::MachineSchema();
+  streams.out << PrintedJson(document);
+  return kDone;
+}
+
+}  // namespace tool
