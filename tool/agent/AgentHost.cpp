@@ -1,8 +1,9 @@
 #include "tool/agent/AgentHost.h"
 
 #include <cstdarg>
-#include <cstdio>
 #include <string_view>
+
+#include "common/util/Format.h"
 
 namespace tool {
 namespace {
@@ -38,12 +39,7 @@ void AgentHost::Log(std::uint32_t level, const char* format, ...) {
   if (HasArguments(text)) {
     std::va_list arguments;
     va_start(arguments, format);
-    std::va_list again;
-    va_copy(again, arguments);
-    const int size = std::vsnprintf(nullptr, 0, format, arguments);
-    text.assign(size > 0 ? static_cast<std::size_t>(size) : 0, '\0');
-    std::vsnprintf(text.data(), text.size() + 1, format, again);
-    va_end(again);
+    text = util::FormatArguments(format, arguments);
     va_end(arguments);
   }
   log_.push_back({level, std::move(text)});

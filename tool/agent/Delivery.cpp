@@ -12,6 +12,7 @@
 #include "platform/simulated/Secrets.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/io/CodePage.h"
+#include "tool/io/JsonText.h"
 
 namespace tool {
 namespace {
@@ -154,7 +155,7 @@ Delivery Deliver(Request request, simulated::Machine& machine) {
   return delivery;
 }
 
-Json ToJson(const Delivery& delivery, bool isSimulated) {
+Json ToJson(const Delivery& delivery) {
   Json reply = Json::object();
   for (const MessageValue& value : delivery.reply) reply[value.key] = ToJson(value);
   Json log = Json::array();
@@ -166,13 +167,20 @@ Json ToJson(const Delivery& delivery, bool isSimulated) {
   json["status"] = delivery.status;
   json["reply"] = std::move(reply);
   json["log"] = std::move(log);
-  if (isSimulated) json["changes"] = delivery.changes;
+  json["changes"] = delivery.changes;
   json["sent"] = ToJson(delivery.sent);
   json["posted"] = ToJson(delivery.posted);
-  if (isSimulated) json["restarts"] = delivery.restarts;
+  json["restarts"] = delivery.restarts;
   // Only there when it happened: a library that keeps its promise never lets one pass.
   if (!delivery.exception.empty()) json["exception"] = delivery.exception;
   return json;
+}
+
+std::string PrintedLiveJson(const Delivery& delivery) {
+  Json json = ToJson(delivery);
+  json.erase("changes");
+  json.erase("restarts");
+  return PrintedJson(json);
 }
 
 }  // namespace tool

@@ -64,8 +64,11 @@ std::vector<simulated::Change> ShownChanges(const simulated::Machine& machine, s
 /// place of this computer.
 Delivery Deliver(Request request, simulated::Machine& machine);
 
-/// The delivery's fields in their fixed order. A real machine records no changes and restarts.
-simulated::Json ToJson(const Delivery& delivery, bool isSimulated = true);
+/// The delivery's fields in their fixed order.
+simulated::Json ToJson(const Delivery& delivery);
+
+/// The same as it is printed, without changes and restarts, which a real machine does not record.
+std::string PrintedLiveJson(const Delivery& delivery);
 
 /// A number or a text as it may be shown: the value of a key that names a password is "***".
 std::string ShownText(const MessageValue& value);

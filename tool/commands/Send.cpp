@@ -1,6 +1,5 @@
 #include "tool/commands/Send.h"
 
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <utility>
 
@@ -10,7 +9,6 @@
 #include "tool/commands/SimulateReport.h"
 #include "tool/explain/Numbers.h"
 #include "tool/io/HostSystem.h"
-#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineOptions.h"
 
@@ -81,7 +79,7 @@ int Send(const SendOptions& options, const Streams& streams) {
   const Delivery delivery =
       Deliver(LoadPlugin(plugin), {options.type, options.name, std::move(values)});
   if (options.json) {
-    streams.out << PrintedJson(ToJson(delivery, /*isSimulated=*/false));
+    streams.out << PrintedLiveJson(delivery);
   } else {
     streams.out << DeliveryReport(delivery, Style(streams.color && !options.noColor),
                                   options.verbose);
