@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "common/logging/LogLines.h"
 #include "common/util/Finally.h"
 #include "common/util/Wiping.h"
 #include "handlers/Version.h"
@@ -67,8 +68,8 @@ std::int32_t Dispatch(IAgentMessage* message, IAgentHost* host) {
   }
   const std::string type = message->GetType();
   const std::string name = message->GetName();
-  host->Log(logging::kProgress, "%s:%d Toolbox::DoMagic - Finding handler for %s=%s", kSource,
-            kFindingHandlerLine, type.c_str(), name.c_str());
+  host->Log(logging::kProgress, logging::kFindingHandler, kSource, kFindingHandlerLine,
+            type.c_str(), name.c_str());
   // Deliberate: the look-up asks the message again, for the name first.
   const char* const soughtName = message->GetName();
   const char* const soughtType = message->GetType();
@@ -86,10 +87,9 @@ std::int32_t DoMagic(IAgentMessage* message, IAgentHost* host) {
   } catch (const err::CGeneralError& error) {
     // Other exceptions pass to the agent.
     if (host != nullptr) {
-      host->Log(logging::kFailure, "%s:%d Toolbox::DoMagic caught an unhandled exception", kSource,
-                kUnhandledLine);
-      host->Log(logging::kFailure, "Exception Details: %s:%d - %s (error = %d) ", error.file,
-                error.line, error.message, error.SystemError);
+      host->Log(logging::kFailure, logging::kUnhandled, kSource, kUnhandledLine);
+      host->Log(logging::kFailure, logging::kExceptionDetails, error.file, error.line,
+                error.message, error.SystemError);
     }
     return 0;
   }

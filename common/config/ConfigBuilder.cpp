@@ -8,6 +8,7 @@
 #include "common/config/analyzer/Factory.h"
 #include "common/config/command/ConfigureNic.h"
 #include "common/config/command/Reboot.h"
+#include "common/logging/LogLines.h"
 #include "common/util/ClassName.h"
 
 namespace config {
@@ -98,8 +99,8 @@ bool ConfigBuilder::RunConfig(bool* reboot) {
       *reboot = true;
       return false;
     }
-    log_.Log(logging::kDetail, "ConfigBuilder::RunConfig(): about to execute %s (%s)",
-             util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
+    log_.Log(logging::kDetail, logging::kCommand, util::ClassName(typeid(command)).c_str(),
+             command.Describe().c_str());
     command.Execute();
   }
   *reboot = false;

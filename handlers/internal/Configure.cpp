@@ -3,6 +3,7 @@
 #include <string>
 
 #include "common/config/ConfigError.h"
+#include "common/logging/LogLines.h"
 #include "common/sys/Domain.h"
 #include "common/util/FileUtils.h"
 #include "common/util/Finally.h"
@@ -17,7 +18,7 @@ constexpr std::int32_t kNotAnswered = 0;
 constexpr std::int32_t kRunStopped = 3;
 
 /// The lines of the log calls.
-enum Line : int { kConfigError = 581, kGeneralError = 607 };
+enum Line : int { kConfigErrorLine = 581, kGeneralErrorLine = 607 };
 
 void MoveToAgentFolder(const std::string& path) {
   const std::string destination = util::ExecutableFolder() + "\\" + util::FileName(path);
@@ -67,17 +68,11 @@ std::int32_t Configure::HandleMessage(IAgentMessage* message, IAgentHost* host) 
     Run(plan, *message);
   } catch (const config::ConfigError& error) {
     WriteResult(*message, "Failure");
-    LogRecord(
-        "%s:%d Configure::HandleMessage(): caught win32 error\n\t%s:%d - %s\n\tValue=%d, "
-        "SystemError=0x%08X",
-        kPath, kConfigError, error);
+    LogRecord(logging::kConfigError, kPath, kConfigErrorLine, error);
     WriteStatus(*message, "Win32", StatusCode(error));
     MoveToAgentFolder(plan.Path());
   } catch (const err::CGeneralError& error) {
-    LogRecord(
-        "%s:%d Configure::HandleMessage(): caught general (win32) error\n\t%s:%d - "
-        "%s\n\tValue=%d, SystemError=0x%08X",
-        kPath, kGeneralError, error);
+    LogRecord(logging::kGeneralError, kPath, kGeneralErrorLine, error);
     WriteResult(*message, "Failure");
     WriteStatus(*message, "Win32", StatusCode(error));
     MoveToAgentFolder(plan.Path());

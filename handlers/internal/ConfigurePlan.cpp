@@ -6,6 +6,7 @@
 
 #include "base/ConfigKeys.h"
 #include "base/LetterCase.h"
+#include "common/logging/LogLines.h"
 #include "common/sys/Registry.h"
 #include "common/util/FileUtils.h"
 #include "handlers/internal/NetworkDisabledFlag.h"
@@ -72,18 +73,16 @@ ConfigurePlan::Opening ConfigurePlan::Open(IAgentMessage& message) {
   log_.Log(logging::kProgress, "%s:%d Configure::HandleMessage", kPath, kEntered);
   const char* const fileName = message.GetValue("Filename");
   path_ = fileName == nullptr ? "" : fileName;
-  log_.Log(logging::kDetail, "%s:%d Configure::HandleMessage(): config file=%s", kPath, kFile,
-           path_.c_str());
+  log_.Log(logging::kDetail, logging::kConfigFile, kPath, kFile, path_.c_str());
   if (!util::FileExists(path_)) {
-    log_.Log(logging::kFailure, "%s:%d Configure::HandleMessage(): File %s does not exist", kPath,
-             kNoFileLine, path_.c_str());
+    log_.Log(logging::kFailure, logging::kNoFile, kPath, kNoFileLine, path_.c_str());
     return Opening::kNoFile;
   }
   loaded_ = file_.Load(path_, /*merge=*/false);
   if (loaded_ != ConfigFile::kSuccess) {
     // Half-understood settings are never applied; the file stays for whoever looks into it.
-    log_.Log(logging::kFailure, "%s:%d Configure::HandleMessage(): cannot load %s (code %d)", kPath,
-             kNotLoadedLine, path_.c_str(), static_cast<int>(loaded_));
+    log_.Log(logging::kFailure, logging::kNotLoaded, kPath, kNotLoadedLine, path_.c_str(),
+             static_cast<int>(loaded_));
     if (networkDisabled_) ReturnNetworkDisabledFlag();
     return Opening::kNotLoaded;
   }

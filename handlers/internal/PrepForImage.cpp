@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <iterator>
 
+#include "common/logging/LogLines.h"
 #include "common/sys/NicInfoWriter.h"
 #include "common/sys/Services.h"
 #include "common/util/FileUtils.h"
@@ -20,9 +21,9 @@ constexpr std::int32_t kFailed = 0;
 /// The lines of the log calls.
 enum Line : int {
   kInvokeConfigure = 84,
-  kCopyFailed = 97,
-  kGeneralError = 131,
-  kUnknownError = 139,
+  kCopyErrorLine = 97,
+  kImageErrorLine = 131,
+  kUnknownErrorLine = 139,
   kAddingNic = 163,
 };
 
@@ -61,15 +62,11 @@ std::int32_t PrepForImage::HandleMessage(IAgentMessage* /*message*/, IAgentHost*
     DisableServices();
     return kPrepared;
   } catch (const err::CGeneralError& error) {
-    LogRecord(
-        "%s:%d PrepForImage::HandleMessage(): caught general error\n\t%s:%d - %s\n\tValue=%d, "
-        "SystemError=0x%08X",
-        kPath, kGeneralError, error);
+    LogRecord(logging::kImageError, kPath, kImageErrorLine, error);
   } catch (...) {
     const std::uint32_t lastError = util::LastError();
-    Log(logging::kFailure,
-        "%s:%d PrepForImage::HandleMessage(): caught unknown exception\n\t%s:%d - Last Error=%d",
-        kPath, kUnknownError, kPath, kUnknownError, lastError);
+    Log(logging::kFailure, logging::kUnknownError, kPath, kUnknownErrorLine, kPath,
+        kUnknownErrorLine, lastError);
   }
   return kFailed;
 }
@@ -94,10 +91,7 @@ void PrepForImage::Prepare(IAgentHost& host) {
     // The host handles the message when this one is done; by then the copy is in its place.
     util::Copy(files.restore, files.configuration, /*overwrite=*/true);
   } catch (const err::CGeneralError& error) {
-    LogRecord(
-        "%s:%d PrepForImage::Prepare(): caught general error\n\t%s:%d - %s\n\tValue=%d, "
-        "SystemError=0x%08X",
-        kPath, kCopyFailed, error);
+    LogRecord(logging::kCopyError, kPath, kCopyErrorLine, error);
   }
 }
 

@@ -4,6 +4,7 @@
 
 #include "common/config/ConfigError.h"
 #include "common/config/command/NicCommand.h"
+#include "common/logging/LogLines.h"
 #include "common/util/ClassName.h"
 
 namespace config::command {
@@ -17,15 +18,13 @@ constexpr err::Site kNoAdapter{R"(common\config\command\ConfigureNic)",
 
 void ConfigureNic::Execute() {
   if (index_ == kUnset) throw ConfigError{kNoAdapter, /*value=*/0, /*systemError=*/0};
-  log_.Log(logging::kDetail,
-           "ConfigureNic::Execute(): NIC index (Win32_NetworkAdapterConfiguration.Index)=%d",
-           index_);
+  log_.Log(logging::kDetail, logging::kAdapter, index_);
   for (const auto& owned : commands_) {
     IConfigureCommand& command = *owned;
     SetIndexOf(command);
     if (!command.IsNeeded()) continue;
-    log_.Log(logging::kDetail, "ConfigureNic::Execute(): about to execute %s (%s)",
-             util::ClassName(typeid(command)).c_str(), command.Describe().c_str());
+    log_.Log(logging::kDetail, logging::kAdapterCommand, util::ClassName(typeid(command)).c_str(),
+             command.Describe().c_str());
     command.Execute();
   }
 }
