@@ -13,9 +13,11 @@
 #include "tool/cli/Completion.h"
 #include "tool/cli/ManPage.h"
 #include "tool/commands/Capture.h"
+#include "tool/commands/Explain.h"
 #include "tool/commands/Schema.h"
 #include "tool/commands/Send.h"
 #include "tool/commands/Simulate.h"
+#include "tool/commands/Verify.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
@@ -66,17 +68,21 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   MachineOptions capture;
   CheckOptions check;
   CompletionOptions completion;
+  ExplainOptions explain;
   PlanOptions plan;
   MachineOptions roundtrip;
   std::string schema;
   SendOptions send;
   SimulateOptions simulate;
+  VerifyOptions verify;
   addReading(CheckCommand(check), [&] { return Check(check, streams); });
   addReading(PlanCommand(plan), [&] { return Plan(plan, streams); });
   addReading(SimulateCommand(simulate), [&] { return Simulate(simulate, streams); });
+  addReading(VerifyCommand(verify), [&] { return Verify(verify, streams); });
   addReading(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
   addReading(CaptureCommand(capture), [&] { return Capture(capture, streams); });
   add(SchemaCommand(schema), [&] { return Schema(schema, streams); });
+  addReading(ExplainCommand(explain), [&] { return Explain(explain, streams); });
   add(SendCommand(send), [&] { return Send(send, streams); });
   add(CompletionCommand(completion), [&] { return Completion(completion, commands, streams); });
   add(ManPageCommand(), [&] { return ManPage(commands, streams); });

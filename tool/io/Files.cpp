@@ -18,17 +18,13 @@ constexpr std::size_t kLargestInput = std::size_t{1} << 30;
 
 std::error_code LastError() { return {errno, std::generic_category()}; }
 
-std::string ReadAll(std::istream& in, const std::string& name) {
-  std::string text;
+void ReadAll(std::istream& in, const std::string& name,
+             const std::function<void(std::string_view)>& take) {
   char block[1 << 16];
   while (in.read(block, sizeof block), in.gcount() > 0) {
-    text.append(block, static_cast<std::size_t>(in.gcount()));
-    if (text.size() > kLargestInput) {
-      throw ToolError(name, "is larger than 1 GiB", "name a configuration or machine file");
-    }
+    take({block, static_cast<std::size_t>(in.gcount())});
   }
   if (in.bad()) throw ToolError(name, "cannot be read to the end", "check the file and its disk");
-  return text;
 }
 
 /// Writes a file beside `target` and puts it in its place; without content, only tries to make it.
@@ -61,8 +57,9 @@ std::string Reason(std::error_code error) {
   return error.default_error_condition().message();
 }
 
-std::string ReadInput(const std::string& name, std::istream& in) {
-  if (name == "-") return ReadAll(in, "standard input");
+void ReadBlocks(const std::string& name, std::istream& in,
+                const std::function<void(std::string_view)>& take) {
+  if (name == "-") return ReadAll(in, "standard input", take);
   const fs::path path = PathOf(name);
   std::error_code ignored;
   if (fs::is_directory(path, ignored)) {
@@ -74,7 +71,19 @@ std::string ReadInput(const std::string& name, std::istream& in) {
     throw ToolError(name, "cannot be read: " + Reason(LastError()),
                     "name a file that you can read");
   }
-  return ReadAll(file, name);
+  ReadAll(file, name, take);
+}
+
+std::string ReadInput(const std::string& name, std::istream& in) {
+  std::string text;
+  ReadBlocks(name, in, [&](std::string_view block) {
+    text.append(block);
+    if (text.size() > kLargestInput) {
+      throw ToolError(name == "-" ? "standard input" : name, "is larger than 1 GiB",
+                      "name a configuration or machine file");
+    }
+  });
+  return text;
 }
 
 PrivateFile::PrivateFile(const std::string& name) : name_(name), target_(PathOf(name)) {

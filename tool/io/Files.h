@@ -2,13 +2,20 @@
 #pragma once
 
 #include <filesystem>
+#include <functional>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace tool {
 
-/// The bytes of the file; of `in` when the name is "-". Throws ToolError.
+/// Hands over the bytes of the file, or of `in` when the name is "-", block by block. Throws
+/// ToolError.
+void ReadBlocks(const std::string& name, std::istream& in,
+                const std::function<void(std::string_view)>& take);
+
+/// The same in one piece.
 std::string ReadInput(const std::string& name, std::istream& in);
 
 /// The system's reason for refusing a file.

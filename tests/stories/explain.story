@@ -1,0 +1,62 @@
+Codes and numbers are explained in every form that reports and logs show them in.
+
+-- console --
+$ orvanta-config explain c102
+C102: a section is not read
+```ini
+[Printers]
+Default=LPT1
+```
+Remedy: remove it, unless another program reads it
+
+$ orvanta-config explain -2147023570 3 0x80041003
+-2147023570, an error of Windows: ERROR_LOGON_FAILURE
+wrong user or password
+Remedy: encipher DomainUsername and DomainPassword anew; the join reads them only beside DSOrganizationalUnit, and only with LibCrypto.dll
+
+3, the library's reply: Status-Code 3 of Tarvo
+the file was not loaded, or forbids the restart that it needs
+Remedy: run "check" on the file; with RebootAfterConfig=False no setting may need a restart
+
+3, the library's error record: Value=3
+a registry key cannot be opened
+Remedy: read the record's SystemError
+
+3, an error of Windows: ERROR_PATH_NOT_FOUND
+no such folder
+Remedy: make the folder
+
+0x80041003, a COM result: WBEM_E_ACCESS_DENIED
+WMI denies access
+Remedy: run the agent as LocalSystem or as an administrator
+
+$ orvanta-config explain 1722 4711 C999
+1722, an error of Windows: RPC_S_SERVER_UNAVAILABLE
+the service does not answer
+Remedy: start the service Winmgmt (WMI) or reach the domain controller; look at the firewall
+
+4711: unknown
+C999: unknown
+[exit code 1]
+$ orvanta-config explain C102 5 --json | grep -v meaning
+{
+  "schema": 1,
+  "codes": [
+    {
+      "code": "C102",
+      "name": "a section is not read",
+      "remedy": "remove it, unless another program reads it"
+    },
+    {
+      "code": "5",
+      "name": "Value=5",
+      "remedy": "read the record's SystemError: for a route it is the tool's exit code"
+    },
+    {
+      "code": "5",
+      "name": "ERROR_ACCESS_DENIED",
+      "remedy": "run the agent as LocalSystem or as an administrator; for a join or a move, let the account join computers and write to the OU"
+    }
+  ],
+  "messages": []
+}

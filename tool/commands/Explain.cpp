@@ -1,0 +1,199 @@
+#include "tool/commands/Explain.h"
+
+#include <algorithm>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <ostream>
+#include <utility>
+
+#include "base/LetterCase.h"
+#include "tool/check/FindingTable.h"
+#include "tool/explain/FindingPage.h"
+#include "tool/explain/LogStory.h"
+#include "tool/explain/Numbers.h"
+#include "tool/io/Files.h"
+#include "tool/io/JsonText.h"
+#include "tool/io/Text.h"
+#include "tool/io/ToolError.h"
+#include "tool/machine/MachineOptions.h"
+
+namespace tool {
+namespace {
+
+using explain::LogStory;
+using explain::Reading;
+using simulated::Json;
+
+constexpr char kFooter[] =
+    R"(WHAT is the code of a finding, such as C303; a number with which the library or the
+machine answered, in decimal or hexadecimal; or else a log file, "-" for standard input.
+Of a number every reading is listed, the library's own first. A log may hold lines of
+other programs, and may begin or end anywhere.
+
+Exit codes:
+  0  everything was explained
+  1  a code or number is unknown, or a log holds nothing of the library
+  2  an argument or a file cannot be used, with one line on standard error
+
+Examples:
+  orvanta-config explain C303
+  orvanta-config explain 1326 0x80041003
+  orvanta-config explain -2147023570
+  orvanta-config explain agent.log)";
+
+/// What is known, in the form that was asked for.
+class Explanation {
+ public:
+  Explanation(const ExplainOptions& options, const Streams& streams)
+      : in_(streams.in),
+        out_(streams.out),
+        json_(options.json),
+        style_(streams.color && !options.noColor) {}
+
+  /// False when nothing is known.
+  bool Add(const std::string& what) {
+    const bool isCode = what.size() == 4 && base::SameText(what.substr(0, 1), "C") &&
+                        what.find_first_not_of("0123456789", 1) == std::string::npos;
+    const auto number = explain::ParseNumber(what);
+    bool isKnown = false;
+    if (isCode) {
+      isKnown = AddFinding("C" + what.substr(1));
+    } else if (number) {
+      for (const Reading& reading : explain::ReadNumber(*number)) {
+        isKnown = true;
+        AddCode({what + ", " + TextOf(reading.kind), what, reading.name, reading.meaning,
+                 reading.remedy});
+      }
+    } else {
+      isKnown = AddLog(what);
+    }
+    if (!isKnown && !json_) {
+      out_ << Printable(what)
+           << (isCode || number ? ": unknown\n" : ": no line of the library in it\n");
+    }
+    return isKnown;
+  }
+
+  void Finish() {
+    if (!json_) return;
+    out_ << PrintedJson({{"schema", 1}, {"codes", codes_}, {"messages", messages_}});
+  }
+
+ private:
+  struct CodeText {
+    std::string heading, code, name, meaning, remedy;
+  };
+
+  void AddCode(const CodeText& text) {
+    if (json_) {
+      codes_.push_back({{"code", text.code},
+                        {"name", text.name},
+                        {"meaning", text.meaning},
+                        {"remedy", text.remedy}});
+    } else {
+      out_ << style_.Heading(text.heading + ": " + text.name) << '\n'
+           << text.meaning << (text.meaning.ends_with('\n') ? "" : "\n")
+           << "Remedy: " << text.remedy << "\n\n";
+    }
+  }
+
+  bool AddFinding(const std::string& code) {
+    const auto* const kind =
+        std::find_if(std::begin(check::kFindingKinds), std::end(check::kFindingKinds),
+                     [&](const auto& each) { return code == each.id; });
+    if (kind == std::end(check::kFindingKinds)) return false;
+    const std::string page(explain::FindingPage(code));
+    const std::size_t body = page.find_first_not_of('\n', page.find('\n'));
+    AddCode({code, code, kind->title, page.substr(std::min(body, page.size())), kind->hint});
+    return true;
+  }
+
+  bool AddLog(const std::string& name) {
+    bool isKnown = false;
+    explain::LogReader reader([&](const LogStory& story) {
+      isKnown = true;
+      if (json_) {
+        messages_.push_back(AsJson(story));
+      } else {
+        Tell(story);
+      }
+    });
+    ReadBlocks(name, in_, [&](std::string_view block) { reader.Read(block); });
+    reader.End();
+    return isKnown;
+  }
+
+  static Json AsJson(const LogStory& story) {
+    Json failedAt;
+    if (const auto& failure = story.failure) {
+      const Reading* const why = failure->Why();
+      failedAt = {{"source", failure->source},
+                  {"line", failure->line},
+                  {"text", failure->text},
+                  {"value", failure->value ? Json(*failure->value) : Json()},
+                  {"system_error", failure->systemError ? Json(*failure->systemError) : Json()},
+                  {"meaning", why != nullptr ? Json(why->meaning) : Json()},
+                  {"remedy", why != nullptr ? Json(why->remedy) : Json()}};
+    }
+    return {{"type", story.type},
+            {"name", story.name},
+            {"file", story.file.empty() ? Json() : Json(story.file)},
+            {"outcome", story.failure ? "failed" : "no failure"},
+            {"failed_at", std::move(failedAt)}};
+  }
+
+  void Tell(const LogStory& story) {
+    const std::string title =
+        story.type.empty() ? "a message that began before the log" : story.type + "/" + story.name;
+    std::vector<Row> rows;
+    for (const std::string& step : story.steps) {
+      const bool isLast = story.failure && &step == &story.steps.back();
+      rows.push_back({isLast ? "failed" : rows.empty() ? "did" : "", Printable(step)});
+    }
+    if (const auto& failure = story.failure) {
+      rows.push_back({"at", Printable(failure->source + ":" + std::to_string(failure->line) +
+                                      (failure->text.empty() ? "" : " - " + failure->text))});
+      if (const Reading* const why = failure->Why()) {
+        rows.push_back({"why", std::string(why->meaning) + " (" + why->name + ")"});
+        rows.push_back({"remedy", why->remedy});
+      } else if (failure->systemError.value_or(0) != 0) {
+        rows.push_back({"why", "the machine answered " + std::to_string(*failure->systemError)});
+      }
+    }
+    out_ << std::exchange(separator_, "\n") << style_.Heading(Printable(title))
+         << (story.file.empty() ? "" : " of " + Printable(story.file)) << ": "
+         << (story.failure ? style_.Bad("failed") : style_.Good("no failure")) << '\n'
+         << Rows(rows, "  ");
+  }
+
+  std::istream& in_;
+  std::ostream& out_;
+  bool json_;
+  Style style_;
+  const char* separator_ = "";
+  Json codes_ = Json::array();
+  Json messages_ = Json::array();
+};
+
+}  // namespace
+
+Command ExplainCommand(ExplainOptions& options) {
+  return {"explain",
+          "tell what a finding, an error number or a log means",
+          kFooter,
+          {{"WHAT", &options.what, "", "a finding's code, a number, or a log file",
+            /*isRequired=*/true},
+           {"--json", &options.json, "", "one JSON document on standard output"},
+           NoColorOption(options.noColor)}};
+}
+
+int Explain(const ExplainOptions& options, const Streams& streams) {
+  Explanation explanation(options, streams);
+  bool isAllKnown = true;
+  for (const std::string& what : options.what) isAllKnown = explanation.Add(what) && isAllKnown;
+  explanation.Finish();
+  return isAllKnown ? kDone : kFailed;
+}
+
+}  // namespace tool
