@@ -2,29 +2,34 @@
 """Asks the tests whether they would notice: plants one fault at a time in a copy of the sources,
 builds, runs the portable tests and the stories, and says what nobody noticed.
 
-mutate.py [--count N] [--seed S] [--skip K] [--folder F ...] [--matrix FILE]
+mutate.py [--count N] [--seed S] [--skip K] [--copies C] [--folder F ...] [--matrix FILE]
 
-Tries N faults, drawn with the seed, after passing over the first K that compile; a fault that does
-not compile does not count. Two copies below build/mutants share the work. --matrix writes, as JSON,
-which test noticed which fault. Each fault costs about half a minute on one core.
+Tries N faults, drawn with the seed, after passing over the first K; a fault that does not compile does
+not count. C copies below build/mutants share the work. The quick tests run first, and the first that
+notices a fault ends its turn; --matrix runs them all, and writes, as JSON, which test noticed which.
 """
 
 import argparse
 import collections
-import concurrent.futures
 import json
 import pathlib
-import queue
 import random
 import re
 import shutil
 import subprocess
+import threading
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 WORK = ROOT / "build/mutants"
 PRODUCT = ["base", "common", "handlers", "toolbox"]
-TESTS = ["unit", "scenario"]
-COPIES = 2
+SWEEPS = "*Sweep*:Property*:Limits*:*Limits.*"
+# What is built, and what then runs, the quickest first.
+STAGES = [
+    ("unit", ["tests/unit"]),
+    ("orvanta-config", ["scripts/stories.py", "orvanta-config"]),
+    ("scenario", ["tests/scenario", f"--gtest_filter=-{SWEEPS}"]),
+    ("scenario", ["tests/scenario", f"--gtest_filter={SWEEPS}"]),
+]
 LONGEST_RUN = 300  # seconds; a fault may make a loop endless
 
 # What is put in place of what, within a line.
@@ -91,9 +96,10 @@ def indent(line):
 class Copy:
     """One copy of the project, built and tested on one core."""
 
-    def __init__(self, number):
+    def __init__(self, number, matrix):
         self.source = WORK / str(number) / "source"
-        self.build_folder = WORK / str(number) / "build"
+        self.build = WORK / str(number) / "build"
+        self.matrix = matrix
 
     def run(self, command, seconds=900):
         """The exit code and what was printed; None when it did not end."""
@@ -104,23 +110,24 @@ class Copy:
             return None, ""
         return done.returncode, done.stdout.decode("utf-8", "replace")
 
-    def build(self):
-        return self.run(["cmake", "--build", self.build_folder, "-j", "1", "--target", *TESTS,
-                         "orvanta-config"])[0] == 0
-
     def noticed_by(self):
-        """The names of the tests that fail."""
+        """The names of the tests that fail; None when the fault does not compile."""
         names = set()
-        commands = [[self.build_folder / f"tests/{program}", "--gtest_brief=1"] for program in TESTS]
-        commands.append(["scripts/stories.py", self.build_folder / "orvanta-config"])
-        for command in commands:
+        for target, (program, *arguments) in STAGES:
+            if self.run(["ninja", "-C", self.build, "-j1", target])[0] != 0:
+                return None
+            if program == "scripts/stories.py":
+                command = [program, self.build / arguments[0]]
+            else:
+                command = [self.build / program, "--gtest_brief=1", *arguments]
+                command += [] if self.matrix else ["--gtest_fail_fast"]
             code, printed = self.run(command, LONGEST_RUN)
-            if code:
-                found = re.findall(r"^\[  FAILED  \] ([\w/.]+)|^--- (\S+)", printed, re.MULTILINE)
-                names.update("".join(pair) for pair in found)
-                names.update([] if found else [f"{command[0].name} ended with {code}"])
-            if code is None:
-                names.add(f"{command[0]} did not end")
+            if code == 0:
+                continue
+            found = re.findall(r"^\[  FAILED  \] ([\w/.]+)|^--- (\S+)", printed, re.MULTILINE)
+            names.update(map("".join, found) if found else [f"{program} ended with {code}"])
+            if not self.matrix:
+                break
         return names
 
     def prepare(self):
@@ -131,30 +138,30 @@ class Copy:
             target.parent.mkdir(parents=True, exist_ok=True)
             if not target.exists() or target.read_bytes() != (ROOT / name).read_bytes():
                 shutil.copy2(ROOT / name, target)
-        self.run(["cmake", "-S", self.source, "-B", self.build_folder, "-G", "Ninja",
-                  "-DCONFIG_TESTS=ON", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -w"])
-        if not self.build() or self.noticed_by():
+        linker = ["-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=mold"] if shutil.which("mold") else []
+        self.run(["cmake", "-S", self.source, "-B", self.build, "-G", "Ninja", *linker,
+                  "-DCONFIG_TESTS=ON", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g0 -w"])
+        if self.noticed_by() != set():
             raise SystemExit("mutate.py: the tests do not pass before any fault")
 
     def plant(self, fault):
         """Who notices the fault; None when it does not compile."""
-        path, kind, number, new, count = fault
+        path, _, number, new, count = fault
         file = self.source / path
         original = file.read_text()
         lines = original.splitlines()
         lines[number:number + count] = new
         file.write_text("\n".join(lines) + "\n")
         try:
-            return self.noticed_by() if self.build() else None
+            return self.noticed_by()
         finally:
             file.write_text(original)
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
-    parser.add_argument("--count", type=int, default=60)
-    parser.add_argument("--seed", type=int, default=1)
-    parser.add_argument("--skip", type=int, default=0)
+    for name, default in (("count", 60), ("seed", 1), ("skip", 0), ("copies", 2)):
+        parser.add_argument(f"--{name}", type=int, default=default)
     parser.add_argument("--folder", nargs="*", default=PRODUCT)
     parser.add_argument("--matrix", type=pathlib.Path)
     arguments = parser.parse_args()
@@ -162,54 +169,46 @@ def main():
               for path in sorted((ROOT / folder).rglob("*.cpp")) for fault in faults(path)]
     # As many faults of each kind as of any other: calls and constants would drown the rest.
     kinds = collections.defaultdict(list)
-    generator = random.Random(arguments.seed)
-    generator.shuffle(places)
+    random.Random(arguments.seed).shuffle(places)
     for place in places:
         kinds[place[1]].append(place)
     drawn = [kinds[kind][i] for i in range(len(places)) for kind in sorted(kinds)
              if i < len(kinds[kind])]
 
-    copies = queue.Queue()
-    for number in range(COPIES):
-        copies.put(Copy(number))
-    with concurrent.futures.ThreadPoolExecutor(COPIES) as pool:
-        list(pool.map(Copy.prepare, list(copies.queue)))
+    rest = enumerate(drawn[arguments.skip:], arguments.skip + 1)
+    matrix, last, lock = {}, arguments.skip, threading.Lock()
 
-        def attempt(fault):
-            copy = copies.get()
-            try:
-                return fault, copy.plant(fault)
-            finally:
-                copies.put(copy)
-
-        matrix, survivors, skipped = {}, 0, 0
-        rest = iter(drawn)
-        running = {pool.submit(attempt, next(rest)) for _ in range(COPIES)}
-        while running and len(matrix) < arguments.count:
-            done, running = concurrent.futures.wait(
-                running, return_when=concurrent.futures.FIRST_COMPLETED)
-            for future in done:
-                running.update(pool.submit(attempt, fault) for fault in [next(rest, None)] if fault)
-                (path, kind, number, new, count), names = future.result()
-                if names is None:
-                    continue
-                if skipped < arguments.skip:
-                    skipped += 1
-                    continue
-                name = f"{path}:{number + 1} {kind}: {' '.join(text.strip() for text in new)}"
-                matrix[name] = sorted(names)
-                if not names:
-                    survivors += 1
+    def work(copy):
+        nonlocal last
+        copy.prepare()
+        while True:
+            with lock:
+                last, fault = next(rest, (last, None)) if len(matrix) < arguments.count else (last, None)
+            if fault is None:
+                return
+            names = copy.plant(fault)
+            path, kind, number, new, _ = fault
+            name = f"{path}:{number + 1} {kind}: {' '.join(text.strip() for text in new)}"
+            with lock:
+                if names is not None:
+                    matrix[name] = sorted(names)
+                if names == set():
                     print(name, flush=True)
-        for future in running:
-            future.cancel()
+
+    workers = [threading.Thread(target=work, args=[Copy(number, arguments.matrix)])
+               for number in range(arguments.copies)]
+    for worker in workers:
+        worker.start()
+    for worker in workers:
+        worker.join()
     if arguments.matrix:
         arguments.matrix.write_text(json.dumps(matrix, indent=1) + "\n")
-    alone = collections.Counter(names[0] for names in matrix.values() if len(names) == 1)
-    for name, faults_alone in alone.most_common():
-        print(f"{faults_alone} noticed by {name} alone")
-    print(f"{len(matrix)} tried, {len(matrix) - survivors} noticed"
-          f" ({100 * (len(matrix) - survivors) // max(len(matrix), 1)} %), {survivors} not")
+        alone = collections.Counter(names[0] for names in matrix.values() if len(names) == 1)
+        for name, faults_alone in alone.most_common():
+            print(f"{faults_alone} noticed by {name} alone")
+    noticed = sum(map(bool, matrix.values()))
+    print(f"{len(matrix)} tried of the first {last}, {noticed} noticed"
+          f" ({100 * noticed // max(len(matrix), 1)} %), {len(matrix) - noticed} not")
 
 
 if __name__ == "__main__":
