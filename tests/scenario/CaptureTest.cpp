@@ -76,7 +76,15 @@ TEST_F(CaptureTest, WhatTheMachineTellsComesBack) {
 void Alter(std::uint32_t& number) { ++number; }
 void Alter(bool& flag) { flag = !flag; }
 void Alter(std::string& text) { text += "x"; }
-void Alter(simulated::NullableText& text) { text = text.value_or("") + "x"; }
+/// Its last digit: a MAC address and a location stay what they are.
+void Alter(simulated::NullableText& text) {
+  const std::size_t digit = text.value_or("").find_last_of("0123456789");
+  if (digit == std::string::npos) {
+    text = text.value_or("") + "x";
+  } else {
+    (*text)[digit] ^= 1;
+  }
+}
 void Alter(std::vector<std::string>& list) { list = {"10.9.8.7"}; }
 
 TEST_F(CaptureTest, EveryFieldOfAnAdapterIsKnownEverywhere) {
