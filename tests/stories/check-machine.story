@@ -69,3 +69,4 @@ standard input:6:1: error: the routes of "NicEntry2" and of "TCP/IP" undo each o
 $ for u in sales IT; do sh try placed "[Networking]|DSOrganizationalUnit=$u"; done  # there already, and a move
 1 file checked: nothing found
 standard input:2:22: warning: no account is given for the move [C321]
+  hint: add DomainUsername and DomainPassword; the directory moves nothing without them

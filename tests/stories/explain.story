@@ -3,9 +3,11 @@ Codes and numbers are explained in every form that reports and logs show them in
 -- console --
 $ orvanta-config explain c102
 C102: a section is not read
-```ini
-[Printers]
-Default=LPT1
+```diff
+ [Global]
+ ScheduleId=7
+-[Printers]
+-Default=LPT1
 ```
 Remedy: remove it, unless another program reads it
 

@@ -82,13 +82,14 @@ Summary  0 changes, 0 restarts, no pauses; fails: there is no plan
 No plan
   common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
   ipc::CIPAddressError, value 0, system error 11001
-  adapter 8, Intel(R) 82574L Gigabit Network Connection has the IPv6 gateway fe80::1, which the library cannot read [C510]
+  adapter 8, Intel(R) 82574L Gigabit Network Connection has the IPv6 gateway fe80::1, which the library cannot read [C517]
 $ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=ENCIPHERED-USER|DomainPassword=ENCIPHERED-PASSWORD|ComputerName=B' --machine unknown.json
 restart 2 0 exit code 2
 3 JoinDomain None directory True
 $ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|DomainUsername=ENCIPHERED-USER' --machine locked.json
-restart 1 0 exit code 2
-1 JoinDomain None decrypt True
+failure 0 0 exit code 1
+1 JoinDomain {'answer': 'result 1326', 'meaning': 'wrong user or password', 'code': None} None True
+2 Reboot None None False
 $ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|JoinDomainBeforeNameChange=True|ComputerName=B|[TCP/IP]|DHCP=True'
 failure 0 0 exit code 1
 1 JoinDomain {'answer': 'result 1326', 'meaning': 'wrong user or password', 'code': 'C512'} None True

@@ -119,7 +119,7 @@ void NameCause(simulated::Machine machine, QueuePlan& plan) {
   } else if (plan.error->event) {
     lines.insert(plan.events[*plan.error->event].line);
   } else {
-    codes = {Code::kSilentMachine};
+    codes = {Code::kSilentMachine, Code::kMachineIpv6};
   }
   for (const check::Finding& finding : check::CheckText("", plan.text, &machine).findings) {
     const check::FindingKind& kind = check::KindOf(finding.code);
