@@ -377,9 +377,8 @@ simulated::Fault AnyFault(Generator& any) {
 Machine StrangeMachine(Generator& any) {
   Machine machine = AnyMachine(any);
   for (simulated::Adapter& adapter : machine.adapters) {
-    for (auto* text :
-         {&adapter.adapterType, &adapter.manufacturer, &adapter.caption, &adapter.dnsDomain,
-          &adapter.dnsHostName}) {
+    for (auto* text : {&adapter.adapterType, &adapter.manufacturer, &adapter.caption,
+                       &adapter.dnsDomain, &adapter.dnsHostName}) {
       *text = MaybeText(any);
     }
     for (auto* list : {&adapter.ipAddresses, &adapter.subnetMasks, &adapter.gateways,

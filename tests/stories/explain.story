@@ -10,7 +10,6 @@ C102: a section is not read
 -Default=LPT1
 ```
 Remedy: remove it, unless another program reads it
-
 $ orvanta-config explain -2147023570 3 0x80041003
 -2147023570, an error of Windows: ERROR_LOGON_FAILURE
 wrong user or password
@@ -31,12 +30,10 @@ Remedy: make the folder
 0x80041003, a COM result: WBEM_E_ACCESS_DENIED
 WMI denies access
 Remedy: run the agent as LocalSystem or as an administrator
-
 $ orvanta-config explain 1722 4711 C999
 1722, an error of Windows: RPC_S_SERVER_UNAVAILABLE
 the service does not answer
 Remedy: start the service Winmgmt (WMI) or reach the domain controller; look at the firewall
-
 4711: unknown
 C999: unknown
 [exit code 1]

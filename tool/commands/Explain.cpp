@@ -92,9 +92,9 @@ class Explanation {
                         {"meaning", text.meaning},
                         {"remedy", text.remedy}});
     } else {
-      out_ << style_.Heading(text.heading + ": " + text.name) << '\n'
+      out_ << std::exchange(separator_, "\n") << style_.Heading(text.heading + ": " + text.name) << '\n'
            << text.meaning << (text.meaning.ends_with('\n') ? "" : "\n")
-           << "Remedy: " << text.remedy << "\n\n";
+           << "Remedy: " << text.remedy << '\n';
     }
   }
 
@@ -171,6 +171,7 @@ class Explanation {
   std::ostream& out_;
   bool json_;
   Style style_;
+  /// What separates an answer from the one before.
   const char* separator_ = "";
   Json codes_ = Json::array();
   Json messages_ = Json::array();
