@@ -25,12 +25,6 @@ using config::ConfigBuilder;
 
 bool HasFaults(const simulated::Machine& machine) { return !machine.faults.empty(); }
 
-void Join(simulated::Machine& machine) {
-  machine.membership = simulated::DomainMembership{"corp.example", "CORP", true};
-  machine.domains[0].computers = {
-      {machine.computerName, "CN=TEMPLATE,OU=Sales,DC=corp,DC=example"}};
-}
-
 /// A refused event leaves the queue as it was; the end of a scope may have closed it.
 void Send(ConfigBuilder& builder, const std::string& line, bool faults) {
   std::istringstream words(line);
@@ -82,7 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::istringstream input(std::string(data, data + size));
     for (std::string line; std::getline(input, line);) {
       if (line == "member") {
-        if (builder.Commands().empty()) Join(machine);
+        if (builder.Commands().empty()) support::JoinCorp(machine, "OU=Sales");
       } else if (line.starts_with("option ")) {
         builder.SetOption(ConfigBuilder::kJoinDomainBeforeNameChange, line.substr(7));
         joinFirst = base::SameText(line.substr(7), "true");

@@ -11,7 +11,7 @@
 
 namespace simulated {
 
-class SimulatedPlatform final : public platform::IPlatform {
+class SimulatedPlatform : public platform::IPlatform {
  public:
   /// Borrows the machine, which may be edited between calls. One thread at a time may use it.
   explicit SimulatedPlatform(Machine& machine) : simulation_(machine) {}

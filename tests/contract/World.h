@@ -1,4 +1,4 @@
-// The machines of which the contract is asked.
+// The machines of which the contract is asked, and all their ports.
 #pragma once
 
 #include <functional>
@@ -6,7 +6,19 @@
 #include <string>
 #include <vector>
 
+#include "platform/IClock.h"
+#include "platform/ICriticalSection.h"
+#include "platform/IDirectory.h"
+#include "platform/IErrors.h"
+#include "platform/IFiles.h"
+#include "platform/ILibraries.h"
 #include "platform/IPlatform.h"
+#include "platform/IProcesses.h"
+#include "platform/IRegistry.h"
+#include "platform/IResolver.h"
+#include "platform/ISecurity.h"
+#include "platform/IServices.h"
+#include "platform/IWmi.h"
 #include "platform/simulated/Machine.h"
 #include "platform/simulated/Simulation.h"
 

@@ -2,16 +2,13 @@
 // the same time leave each other alone.
 #include <ctime>
 #include <functional>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
 
 #include "common/sys/Domain.h"
-#include "handlers/internal/ConfigFile.h"
-#include "platform/ICriticalSection.h"
-#include "platform/IWmi.h"
+#include "tests/support/ConfigModel.h"
 #include "tests/support/DeliveryRules.h"
 #include "tests/support/MachineTest.h"
 
@@ -28,7 +25,9 @@ std::string Numbered(int times, Prepare prepare) {
 }
 
 std::string Repeated(int times, std::string_view part) {
-  return Numbered(times, [&](const std::string&) { return part; });
+  std::string text;
+  while (times-- > 0) text += part;
+  return text;
 }
 
 /// Processor time that is never needed, unless it grows faster than the input.
@@ -41,7 +40,7 @@ class Bounded {
 };
 
 TEST(Limits, ReadingTakesNoLongerThanTheTextIs) {
-  constexpr int kMany = 300'000;
+  constexpr int kMany = 100'000;
   for (const std::string_view part : {"[", "]", "[a]\n", "[a", "a\n", "a=b\n", "=\n", ";\n", "\r",
                                       "[a]\nb=c\nd\n", "a=\n b", "\xFF\xFE", " "}) {
     SCOPED_TRACE(part);
@@ -51,58 +50,27 @@ TEST(Limits, ReadingTakesNoLongerThanTheTextIs) {
     const auto whole = file.Parse(text, /*merge=*/false);
     file.Parse(text, /*merge=*/true);
     EXPECT_EQ(whole == ConfigFile::kUnreadable, part.starts_with("[") && !part.ends_with("\n"));
-    std::string section, key, value;
-    for (auto at = file.GetFirstSection(&section); at == ConfigFile::kSuccess;
-         at = file.GetNextSection(&section)) {
-      for (auto entry = file.GetFirstEntry(section, &key, &value); entry == ConfigFile::kSuccess;
-           entry = file.GetNextEntry(&key, &value)) {
-      }
-    }
+    support::SectionsOf(file);
   }
 }
 
-/// A machine on which something happens whenever a thread enters an apartment.
-class Interrupted final : public platform::IPlatform, platform::IWmi {
+/// A machine on which something happens whenever a thread turns to WMI.
+class Interrupted final : public simulated::SimulatedPlatform {
  public:
-  /// Borrows `inner`.
-  Interrupted(platform::IPlatform& inner, std::function<void()> interruption)
-      : inner_(inner), interruption_(std::move(interruption)) {}
-  platform::IClock& Clock() override { return inner_.Clock(); }
-  platform::IDirectory& Directory() override { return inner_.Directory(); }
-  platform::IErrors& Errors() override { return inner_.Errors(); }
-  platform::IFiles& Files() override { return inner_.Files(); }
-  platform::ILibraries& Libraries() override { return inner_.Libraries(); }
-  platform::IProcesses& Processes() override { return inner_.Processes(); }
-  platform::IRegistry& Registry() override { return inner_.Registry(); }
-  platform::IResolver& Resolver() override { return inner_.Resolver(); }
-  platform::ISecurity& Security() override { return inner_.Security(); }
-  platform::IServices& Services() override { return inner_.Services(); }
-  platform::IWmi& Wmi() override { return *this; }
-  std::unique_ptr<platform::ICriticalSection> MakeCriticalSection() override {
-    return inner_.MakeCriticalSection();
+  Interrupted(simulated::Machine& machine, std::function<void()> interruption)
+      : SimulatedPlatform(machine), interruption_(std::move(interruption)) {}
+  platform::IWmi& Wmi() override {
+    interruption_();
+    return SimulatedPlatform::Wmi();
   }
 
  private:
-  platform::HResult EnterApartment() override {
-    interruption_();
-    return inner_.Wmi().EnterApartment();
-  }
-  void LeaveApartment() override {
-    inner_.Wmi().LeaveApartment();
-    interruption_();
-  }
-  platform::HResult SecureProcess() override { return inner_.Wmi().SecureProcess(); }
-  platform::HResult MakeLocator(std::unique_ptr<platform::IWmiLocator>* locator) override {
-    return inner_.Wmi().MakeLocator(locator);
-  }
-
-  platform::IPlatform& inner_;
   std::function<void()> interruption_;
 };
 
-class ConcurrentMessages : public support::MachineTest {};
+class Messages : public support::MachineTest {};
 
-TEST_F(ConcurrentMessages, LeaveARunningJoinItsAccountWhichEndsWithItsOwnMessage) {
+TEST_F(Messages, LeaveARunningJoinItsAccountWhichEndsWithItsOwn) {
   const ToolboxApi& library = *GetToolboxAPI();
   const auto interrupt = [&] {
     if (machine_.journal.size() != 1) return;  // between the first attempt and the next
@@ -120,7 +88,7 @@ TEST_F(ConcurrentMessages, LeaveARunningJoinItsAccountWhichEndsWithItsOwnMessage
                      "[Networking]\nWorkgroup=False\nDNSDomain=corp.example\nDomainUsername=CU\n"
                      "DomainPassword=CP\nDSOrganizationalUnit=Sales\n");
     AddFault("file.move", -1);  // an error that is answered no more
-    Interrupted interrupted(platform_, interrupt);
+    Interrupted interrupted(machine_, interrupt);
     const platform::ScopedPlatform scope(interrupted);
     const tool::Delivery delivery =
         tool::Deliver(library, {"Internal", "Configure", {{"Filename", kFile}}});
@@ -134,6 +102,38 @@ TEST_F(ConcurrentMessages, LeaveARunningJoinItsAccountWhichEndsWithItsOwnMessage
     EXPECT_TRUE(machine_.journal.back()["arguments"]["Password"].IsNull());
     EXPECT_TRUE(machine_.journal.back()["arguments"]["UserName"].IsNull());
   }
+}
+
+TEST_F(Messages, TypeAndNameChooseTheHandler) {
+  constexpr std::pair<std::string_view, std::int32_t> kRows[] = {{"Request=", 2},
+                                                                 {"Request=Configure", 2},
+                                                                 {"Reply=anything", 2},
+                                                                 {"Internal=", 2},
+                                                                 {"Internal=configure", 2},
+                                                                 {"INTERNAL=Configure", 0},
+                                                                 {"internal=UpdateInfo", 0},
+                                                                 {"Event=of 100%% %s", 0},
+                                                                 {"=", 0}};
+  for (const auto& [message, status] : kRows) {
+    const std::size_t sign = message.find('=');
+    const tool::Delivery delivery = tool::Hand(
+        *GetToolboxAPI(),
+        {std::string(message.substr(0, sign)), std::string(message.substr(sign + 1)), {}});
+    EXPECT_EQ(delivery.status, status) << message;
+    ASSERT_EQ(delivery.log.size(), 1U);
+    EXPECT_TRUE(delivery.log[0].text.ends_with("Finding handler for " + std::string(message)));
+    EXPECT_TRUE(delivery.reply.empty());
+  }
+}
+
+TEST_F(Messages, NullArgumentsAreLoggedWhereThereIsAHost) {
+  const auto deliver = GetToolboxAPI()->doMagic;
+  tool::AgentHost host;
+  tool::AgentMessage message("Internal", "UpdateInfo", {});
+  EXPECT_EQ(deliver(nullptr, &host) + deliver(&message, nullptr) + deliver(nullptr, nullptr), 0);
+  ASSERT_EQ(host.LogLines().size(), 2U);
+  EXPECT_EQ(host.LogLines()[1].text,
+            "Exception Details: Toolbox-Main:71 - DoMagic - Bad Parameter (NULL) (error = 0) ");
 }
 
 class ConfigureLimits : public support::MachineTest {

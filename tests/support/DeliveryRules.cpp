@@ -30,13 +30,14 @@ std::string BrokenRule(const tool::Delivery& delivery, const simulated::Machine&
   for (const char* key : {"Status-Module", "Status-Code"}) {
     if (keys.contains(key) != failed) return std::string("a reply with and without ") + key;
   }
-  if (delivery.status != 0 && delivery.status != 1) return "no status of this message";
+  if (delivery.status < 0 || delivery.status > 2) return "no status of a message";
   if (delivery.status == 0 && !result.empty() && !failed) return "success and no status";
   if (delivery.status == 1 && result.empty() && delivery.posted.empty()) return "no answer";
   const bool told = std::any_of(delivery.log.begin(), delivery.log.end(),
                                 [](const tool::LogLine& line) { return line.level == 0; });
   if ((failed || delivery.status == 0) && !told) return "a failure that the log does not tell";
 
+  if (delivery.unreleasedMessages != 0) return "a message was not released";
   simulated::Usage left = delivery.stillInUse;
   // A key that cannot be closed stays open; the policy does when there is no workgroup to be had.
   if (MayFail(machine, "registry.close")) left.registryKeys = 0;

@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// The first rule that the delivery of a "Configure" message broke on `machine`, which is as the
+/// The first rule that the delivery of a message broke on `machine`, which is as the
 /// message left it; empty when it kept them all: no exception passes to the agent, the reply has
 /// one of its forms, every failure is told in the log, and what was taken is given back.
 std::string BrokenRule(const tool::Delivery& delivery, const simulated::Machine& machine);

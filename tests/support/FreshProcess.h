@@ -1,4 +1,4 @@
-// What lives longer than a message, and how a test gets rid of it.
+// What lives longer than a message, how a test gets rid of it, and a member machine.
 #pragma once
 
 #include <string>
@@ -39,6 +39,13 @@ inline void StartFreshProcess() {
   sys::DomainTestAccess::Reset();
   ipc::WinSockTestAccess::Reset();
   simulated::socketsStarted = false;
+}
+
+/// Makes the machine a member of the example's domain.
+inline void JoinCorp(simulated::Machine& machine, const std::string& place = "CN=Computers") {
+  machine.membership = simulated::DomainMembership{"corp.example", "CORP", true};
+  machine.domains[0].computers = {
+      {machine.computerName, "CN=" + machine.computerName + "," + place + ",DC=corp,DC=example"}};
 }
 
 }  // namespace support

@@ -51,18 +51,9 @@ class ToolTest : public testing::Test {
     return exitCode;
   }
 
-  /// Runs a command with --json on a configuration given as text.
-  Json RunJson(const std::string& command, const std::string& config, Texts options = {}) {
-    options.insert(options.begin(), {command, "-", "--json"});
-    exitCode_ = Run(options, config);
-    EXPECT_EQ(err_, "");
-    return Json::parse(out_);
-  }
-
   std::filesystem::path folder_;
   std::string out_;
   std::string err_;
-  int exitCode_ = -1;
 };
 
 }  // namespace support

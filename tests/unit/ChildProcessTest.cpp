@@ -32,21 +32,6 @@ TEST_F(ChildProcessTest, TheResultIsTheExitCodeOrWhyThereIsNone) {
   EXPECT_EQ(machine_.journal.size(), runs);
 }
 
-TEST_F(ChildProcessTest, EveryStepMayFailAndNothingStaysOpen) {
-  constexpr struct {
-    const char* call;
-    std::uint32_t nth;
-    std::int32_t result;
-  } kCases[] = {{"process.pipe", 1, -1}, {"process.pipe", 2, -1},      {"process.run", 1, 5},
-                {"process.wait", 1, -1}, {"process.exit_code", 1, -1}, {"process.inherit", 1, 0}};
-  for (const auto& c : kCases) {
-    SCOPED_TRACE(c.call);
-    FailCall(c.call, c.nth);
-    EXPECT_EQ(Run(kAdd), c.result);
-    EXPECT_EQ(platform_.InUse(), simulated::Usage{});
-  }
-}
-
 TEST_F(ChildProcessTest, OneObjectRunsOneProcessAfterAnother) {
   CChildProcess child(log_, CChildProcess::kWithoutLimit);
   for (int runs = 0; runs < 2; ++runs) {

@@ -50,18 +50,25 @@ class UserContextTest : public support::MachineTest {
     return {Token{kUser}, true, Profile{50}, kDesktop, kStation, kOldStation};
   }
 
-  /// What the operation throws, spelled with its way out.
-  std::string Thrown(const std::function<void()>& operation) {
+  /// What the operation throws, with "|" for what leads in each operation that it left.
+  static std::string Thrown(const std::function<void()>& operation) {
+    const auto spelled = [](std::string text) {
+      constexpr std::string_view kLead = "\n\tre-throw at ";
+      for (auto at = text.find(kLead); at != text.npos; at = text.find(kLead)) {
+        text.replace(at, kLead.size(), "|");
+      }
+      return text;
+    };
     try {
       operation();
       return "nothing";
     } catch (const sys::CImpersonationError& error) {
       EXPECT_EQ(error.SystemError, 5U);
-      EXPECT_EQ(std::string(error.Text()).find(error.message), 0U);
-      return error.Text();
+      EXPECT_TRUE(std::string(error.Text()).starts_with(error.message));
+      return spelled(error.Text());
     } catch (const sys::CImpersonationError* error) {
       EXPECT_EQ(error->SystemError, 8U);
-      return std::string("pointer to ") + error->Text();
+      return spelled(std::string("pointer to ") + error->Text());
     } catch (std::int32_t number) {
       return "number " + std::to_string(number);
     }
@@ -132,86 +139,64 @@ TEST_F(UserContextTest, AListThatCannotBeCopiedLeavesTheRights) {
 
 // Every error names its reason and the operations that it left; what failed can be tried again.
 TEST_F(UserContextTest, EveryErrorTellsItsWayOut) {
-  const std::string desktop = "\n\tre-throw at CImpersonation::RestoreDesktopRights";
-  const std::string sid = "\n\tre-throw at CSID::CSID( HANDLE hToken )" + desktop;
-  const std::string object =
-      "\n\tre-throw at CSecurityDescriptor::CSecurityDescriptor(HANDLE hObject)" + desktop;
-  const std::string list = "\n\tre-throw at CDACL::CDACL( PACL pacl )" + desktop;
   const std::string noMemory = "pointer to Unable to allocate memory";
+  const std::string token = "Unexpected return value from GetTokenInformation";
+  const std::string sid = "|CSID::CSID( HANDLE hToken )";
+  const std::string object = "|CSecurityDescriptor::CSecurityDescriptor(HANDLE hObject)";
+  const std::string size = "Unable to get acl size info|CDACL::GetAclSizeInfo";
+  const std::string list = "|CDACL::CDACL( PACL pacl )";
+  const std::string dacl =
+      "Unable to get the DACL from the descriptor|CSecurityDescriptor::GetDACL";
+  const std::string create = "|CSecurityDescriptor::Create";
+  using User = sys::CImpersonation;
   const struct {
     const char* call;
     std::uint32_t nth;
     std::string text;
+    std::function<void(User&)> operation = nullptr;  // none: the desktop's rights are restored
   } kCases[] = {
-      {"security.token_user", 1, "Unexpected return value from GetTokenInformation" + sid},
-      {"security.token_user", 2, "Unexpected return value from GetTokenInformation" + sid},
-      {"security.allocate", 1, noMemory + sid},
-      {"security.allocate", 2, noMemory + "\n\tre-throw at CSID::SetSID" + sid},
-      {"security.copy_sid", 1, "Unable to copy new SID\n\tre-throw at CSID::SetSID" + sid},
-      {"security.get_object", 1, "Unable to get size from GetUserObjectSecurity" + object},
-      {"security.allocate", 3, noMemory + object},
-      {"security.get_object", 2, "Unable to get info from GetUserObjectSecurity" + object},
-      {"security.get_list", 1,
-       "Unable to get the DACL from the descriptor\n\tre-throw at CSecurityDescriptor::GetDACL" +
-           desktop},
-      {"security.acl_size", 1,
-       "Unable to get acl size info\n\tre-throw at CDACL::GetAclSizeInfo" + list},
-      {"security.allocate", 4, noMemory + "\n\tre-throw at CDACL::Create" + list},
-      {"security.init_acl", 1, "Unable to initialize acl\n\tre-throw at CDACL::Create" + list},
-      {"security.acl_size", 2,
-       "Unable to get acl size info\n\tre-throw at CDACL::GetAclSizeInfo"
-       "\n\tre-throw at CDACL::CopyACL" +
-           desktop},
-      {"security.allocate", 5, noMemory + "\n\tre-throw at CSecurityDescriptor::Create" + desktop},
-      {"security.init_descriptor", 1,
-       "Unable to initialize the security descriptor\n\tre-throw at CSecurityDescriptor::Create" +
-           desktop},
-      {"security.set_list", 1,
-       "Unable to set descriptor dacl\n\tre-throw at CSecurityDescriptor::SetDACL" + desktop},
-      {"security.set_object", 1,
-       "Unable to set object security\n\tre-throw at CSecurityDescriptor::SetUserObjectSecurity" +
-           desktop},
+      {"token_user", 1, token + sid},
+      {"token_user", 2, token + sid},
+      {"allocate", 1, noMemory + sid},
+      {"allocate", 2, noMemory + "|CSID::SetSID" + sid},
+      {"copy_sid", 1, "Unable to copy new SID|CSID::SetSID" + sid},
+      {"get_object", 1, "Unable to get size from GetUserObjectSecurity" + object},
+      {"allocate", 3, noMemory + object},
+      {"get_object", 2, "Unable to get info from GetUserObjectSecurity" + object},
+      {"get_list", 1, dacl},
+      {"acl_size", 1, size + list},
+      {"allocate", 4, noMemory + "|CDACL::Create" + list},
+      {"init_acl", 1, "Unable to initialize acl|CDACL::Create" + list},
+      {"acl_size", 2, size + "|CDACL::CopyACL"},
+      {"allocate", 5, noMemory + create},
+      {"init_descriptor", 1, "Unable to initialize the security descriptor" + create},
+      {"set_list", 1, "Unable to set descriptor dacl|CSecurityDescriptor::SetDACL"},
+      {"set_object", 1, "Unable to set object security|CSecurityDescriptor::SetUserObjectSecurity"},
+      {"revert", 1, "Unable to revert to self|CImpersonation::Revert", &User::Revert},
+      {"unload_profile", 1,
+       "Unable to call UnloadUserProfile|CUserProfile::Unload|CImpersonation::UnloadUserProfile",
+       &User::UnloadUserProfile},
+      {"get_list", 1, dacl + "|CImpersonation::RestoreWinstaRights", &User::RestoreWinstaRights},
+      {"set_station", 1,
+       "Unable to restore old window station|CImpersonation::RestoreDesktopAndRights",
+       &User::RestoreDesktopAndRights},
+      {"valid_descriptor", 1, "number 1338",
+       [](User&) { sys::CSecurityDescriptor(kDesktop).Size(); }},
   };
+  const auto before = machine_.userObjects;
   for (const auto& c : kCases) {
     SCOPED_TRACE(c.call + std::to_string(c.nth));
-    const auto before = machine_.userObjects;
-    FailCall(c.call, c.nth);
-    sys::CImpersonation user(log_, Everything());
-    EXPECT_EQ(Thrown([&] { user.RestoreDesktopRights(); }), c.text);
-    EXPECT_EQ(machine_.userObjects, before);
-    EXPECT_EQ(platform_.InUse(), simulated::Usage{});
-    EXPECT_TRUE(user.RestoreDesktopRights());
     machine_.userObjects = before;
-  }
-}
-
-TEST_F(UserContextTest, TheOtherOperationsTellTheirWayOutToo) {
-  sys::CImpersonation user(log_, Everything());
-  const struct {
-    const char *call, *text;
-    std::function<void()> operation;
-  } kCases[] = {
-      {"security.revert", "Unable to revert to self\n\tre-throw at CImpersonation::Revert",
-       [&] { user.Revert(); }},
-      {"security.unload_profile",
-       "Unable to call UnloadUserProfile\n\tre-throw at CUserProfile::Unload"
-       "\n\tre-throw at CImpersonation::UnloadUserProfile",
-       [&] { user.UnloadUserProfile(); }},
-      {"security.get_list",
-       "Unable to get the DACL from the descriptor\n\tre-throw at CSecurityDescriptor::GetDACL"
-       "\n\tre-throw at CImpersonation::RestoreWinstaRights",
-       [&] { user.RestoreWinstaRights(); }},
-      {"security.set_station",
-       "Unable to restore old window station\n\tre-throw at "
-       "CImpersonation::RestoreDesktopAndRights",
-       [&] { user.RestoreDesktopAndRights(); }},
-      {"security.valid_descriptor", "number 1338",
-       [] { sys::CSecurityDescriptor(kDesktop).Size(); }},
-  };
-  for (const auto& c : kCases) {
-    FailCall(c.call, 1);
-    EXPECT_EQ(Thrown(c.operation), c.text);
-    EXPECT_EQ(Thrown(c.operation), "nothing") << c.call << ": it can be tried again";
+    FailCall(std::string("security.") + c.call, c.nth);
+    User user(log_, Everything());
+    const auto operate = [&] {
+      c.operation ? c.operation(user) : void(user.RestoreDesktopRights());
+    };
+    EXPECT_EQ(Thrown(operate),
+              c.text + (c.operation ? "" : "|CImpersonation::RestoreDesktopRights"));
+    EXPECT_EQ(platform_.InUse(), simulated::Usage{});
+    EXPECT_TRUE(c.operation || machine_.userObjects == before);
+    EXPECT_EQ(Thrown(operate), "nothing") << "it can be tried again";
   }
 }
 

@@ -24,8 +24,8 @@ class Message : public Object {
   virtual void Slot2() { Forbid(2); }
   virtual void Slot3() { Forbid(3); }
   virtual void SetIntValue(const char* key, int value) { OnSetIntValue(book, key, value); }
-  virtual void AddValue(const char* key, const char* value) { OnAddValue(book, key, value); }
-  virtual void SetValue(const char* key, const char* value) { OnSetValue(book, key, value); }
+  virtual void AddValue(const char* key, const char* value) { OnWrite(book, "Add", key, value); }
+  virtual void SetValue(const char* key, const char* value) { OnWrite(book, "Set", key, value); }
   virtual void SetTypeAndName(const char* type, const char* name) {
     OnSetTypeAndName(book, type, name);
   }

@@ -36,8 +36,8 @@ void OnLog(HostBook* book, uint32_t level, const char* format, va_list arguments
 MessageBook* OnCreateMessage(HostBook* book);
 
 void OnSetIntValue(MessageBook* book, const char* key, int32_t value);
-void OnAddValue(MessageBook* book, const char* key, const char* value);
-void OnSetValue(MessageBook* book, const char* key, const char* value);
+/// `how` is "Add" or "Set".
+void OnWrite(MessageBook* book, const char* how, const char* key, const char* value);
 void OnSetTypeAndName(MessageBook* book, const char* type, const char* name);
 const char* OnGetType(MessageBook* book);
 const char* OnGetName(MessageBook* book);

@@ -7,12 +7,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 #include <nlohmann/json.hpp>
-#include <sstream>
+#include <regex>
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "platform/simulated/MachineFile.h"
 #include "tests/support/FreshProcess.h"
@@ -53,47 +53,26 @@ std::string Read(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-Machine MachineOf(const std::string& example) {
-  const std::string name = "examples/" + example + ".machine.json";
-  return simulated::ParseMachine(Read(name), name);
+/// The machine that a file describes, by its differences from the example if it has no schema.
+Machine MachineOf(const std::string& text) {
+  Json change = Json::parse(text);
+  Json whole;
+  if (!change.contains("schema")) {
+    whole = simulated::ToJson(simulated::ExampleMachine(), /*hideSecrets=*/false);
+    if (change.contains("adapters") && change["adapters"].is_object()) {  // by their index
+      for (Json& adapter : whole["adapters"]) {
+        adapter.merge_patch(change["adapters"].value(adapter["index"].dump(), Json::object()));
+      }
+      change.erase("adapters");
+    }
+  }
+  whole.merge_patch(change);
+  return simulated::ParseMachine(whole.dump(), "machine");
 }
 
 tool::Request Configure(const std::string& text, Machine& machine) {
   machine.PutFile(kFile, text);
   return {"Internal", "Configure", {{"Filename", kFile}}};
-}
-
-/// `base` with all that `change` says, as scripts/stories.py has it.
-Json Merged(Json base, const Json& change) {
-  if (!change.is_object()) return change;
-  for (const auto& [name, value] : change.items()) {
-    if (base.is_array()) {
-      const auto same = [&](const Json& item) { return item["index"].dump() == name; };
-      auto item = std::find_if(base.begin(), base.end(), same);
-      if (item == base.end()) item = base.insert(item, Json{{"index", std::stoul(name)}});
-      *item = Merged(*item, value);
-    } else if (value.is_null() && base.contains(name)) {
-      base.erase(name);
-    } else {
-      base[name] = Merged(base.contains(name) ? base[name] : Json::object(), value);
-    }
-  }
-  return base;
-}
-
-/// A story's files by their names; "console" holds its command lines.
-std::map<std::string, std::string> PartsOf(const std::string& story) {
-  std::map<std::string, std::string> parts;
-  std::istringstream lines(story);
-  std::string* part = &parts[""];
-  for (std::string line; std::getline(lines, line);) {
-    if (line.starts_with("-- ") && line.ends_with(" --") && line.find(' ', 3) == line.size() - 3) {
-      part = &parts[line.substr(3, line.size() - 6)];
-    } else {
-      *part += line + "\n";
-    }
-  }
-  return parts;
 }
 
 /// Delivers to the shipped plug-in, and to the linked library on a copy: both must do the same.
@@ -116,55 +95,43 @@ Delivery DeliverToBoth(tool::Request request, Machine& machine) {
   return shipped;
 }
 
-/// Sends what a story's command line sends: "orvanta-config simulate ...", up to a pipe.
-void Tell(const std::string& command, std::map<std::string, std::string>& parts) {
-  std::istringstream words(command.substr(0, command.find('|')));
-  Machine machine = simulated::ExampleMachine();
-  tool::FollowUp followUp;
-  tool::Request request{"Internal", "Configure", {{"Filename", kFile}}};
-  std::string word;
-  for (words >> word >> word; words >> word;) {
-    if (word == "--follow-restarts") {
-      words >> followUp.restarts;
-    } else if (word == "--deliver-posted") {
-      followUp.deliverPosted = true;
-    } else if (word == "--message") {
-      words >> word;
-      request.name = word == "update-info" ? "UpdateInfo" : "PrepForImage";
-      request.values.clear();
-    } else if (word == "--set") {
-      words >> word;
-      const std::size_t sign = word.find('=');
-      request.values.emplace_back(word.substr(0, sign), word.substr(sign + 1));
-    } else if (word == "--machine") {
-      words >> word;
-      Json described = Json::parse(parts.at(word));
-      if (!described.contains("schema")) {
-        described = Merged(simulated::ToJson(machine, /*hideSecrets=*/false), described);
-      }
-      machine = simulated::ParseMachine(described.dump(), word);
-    } else if (!word.starts_with("--")) {
-      parts["configuration"] = parts.at(word);
-    }
+/// A story's files that end like this.
+std::vector<std::string> PartsOf(const std::string& story, const std::string& ending) {
+  std::vector<std::string> parts;
+  const std::regex heads("(^|\n)-- (\\S+) --\n");
+  for (std::sregex_iterator head(story.begin(), story.end(), heads), end; head != end;) {
+    const std::string name = (*head)[2];
+    const auto from = (*head)[0].second;
+    const auto to = ++head == end ? story.end() : (*head)[0].first;
+    if (name.ends_with(ending)) parts.emplace_back(from, to);
   }
-  if (request.name == "Configure") machine.PutFile(kFile, parts.at("configuration"));
-  StartFreshProcess();
-  tool::Converse(std::move(request), followUp, machine, DeliverToBoth);
+  return parts;
 }
 
 TEST(Plugin, TellsTheStoriesThatSaySo) {
   int told = 0;
+  const auto tell = [&](tool::Request request, Machine machine) {
+    StartFreshProcess();
+    tool::Converse(std::move(request), {/*deliverPosted=*/true, /*restarts=*/3}, machine,
+                   DeliverToBoth);
+    ++told;
+  };
   for (const auto& entry : std::filesystem::directory_iterator("tests/stories")) {
     const std::string story = Read(entry.path());
     if (story.find("Also through the plug-in.") == std::string::npos) continue;
     SCOPED_TRACE(entry.path());
-    auto parts = PartsOf(story);
-    std::istringstream console(parts["console"]);
-    for (std::string line; std::getline(console, line);) {
-      if (line.starts_with("$ orvanta-config simulate ")) Tell(line.substr(2), parts), ++told;
+    const auto files = PartsOf(story, ".cfg");
+    auto machines = PartsOf(story, ".json");
+    machines.push_back("{}");
+    for (const std::string& described : machines) {
+      Machine machine = MachineOf(described);
+      for (const std::string& file : files) tell(Configure(file, machine), machine);
+      if (!files.empty()) continue;
+      tell({"Internal", "PrepForImage", {}}, machine);
+      tell({"Internal", "UpdateInfo", {{"Auto-Update-Count", "3"}}}, machine);
     }
   }
-  EXPECT_GE(told, 12);
+  EXPECT_GE(told, 20);
 }
 
 /// Tells the laptop's story once for each of its calls of this name, with `fault` striking it; the
@@ -173,7 +140,7 @@ std::uint32_t DisturbEachCall(simulated::Fault fault) {
   for (std::uint32_t nth = 1;; ++nth) {
     SCOPED_TRACE(fault.call + " " + std::to_string(nth));
     StartFreshProcess();
-    Machine machine = MachineOf("laptop");
+    Machine machine = MachineOf(Read("examples/laptop.machine.json"));
     const tool::Request request = Configure(Read("examples/laptop.cfg"), machine);
     fault.nth = nth;
     machine.faults = {fault};
@@ -225,8 +192,7 @@ TEST(Plugin, OddAnswersOfWmiAreTakenForWhatTheyAre) {
     machine.PutFile(kFile, address + c.settings);
     const contract::SystemDouble windows(plugin, machine);
     contract::oddAnswers[c.property] = c.value;
-    const Delivery delivery =
-        tool::Deliver(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
+    const Delivery delivery = tool::Deliver(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
     EXPECT_EQ(delivery.exception, c.exception);
     EXPECT_EQ(std::any_of(machine.journal.begin(), machine.journal.end(),
                           [](const auto& change) { return change["method"] == "EnableDHCP"; }),
@@ -236,7 +202,7 @@ TEST(Plugin, OddAnswersOfWmiAreTakenForWhatTheyAre) {
 }
 
 TEST(Plugin, AMessageOnAnotherThreadLeavesARunningJoinAlone) {
-  Machine machine = MachineOf("laptop");
+  Machine machine = MachineOf(Read("examples/laptop.machine.json"));
   const tool::Request request = Configure(Read("examples/laptop.cfg"), machine);
   StartFreshProcess();
   Machine undisturbed = machine;

@@ -13,18 +13,9 @@
 #include <utility>
 #include <vector>
 
-#include "platform/IClock.h"
-#include "platform/IDirectory.h"
-#include "platform/IErrors.h"
-#include "platform/IFiles.h"
-#include "platform/ILibraries.h"
-#include "platform/IProcesses.h"
-#include "platform/IRegistry.h"
-#include "platform/IResolver.h"
-#include "platform/ISecurity.h"
-#include "platform/IServices.h"
 #include "platform/windows/Com.h"
 #include "platform/windows/Text.h"
+#include "tests/contract/World.h"
 #include "tests/contract/windows/ComDouble.h"
 #include "tests/contract/windows/ImportTable.h"
 #include "tests/contract/windows/WmiDouble.h"
@@ -199,8 +190,7 @@ LSTATUS WINAPI OnRegOpenKeyExA(HKEY root, LPCSTR subkey, DWORD options, REGSAM a
 LSTATUS WINAPI OnRegCreateKeyExA(HKEY root, LPCSTR subkey, DWORD, LPSTR, DWORD options,
                                  REGSAM access, LPSECURITY_ATTRIBUTES security, PHKEY key,
                                  LPDWORD) {
-  EXPECT_EQ(options, DWORD{REG_OPTION_NON_VOLATILE});
-  EXPECT_EQ(security, nullptr);
+  EXPECT_TRUE(options == REG_OPTION_NON_VOLATILE && security == nullptr);
   return Open(&platform::IRegistry::Create, root, subkey, access, key);
 }
 
@@ -222,9 +212,7 @@ LSTATUS WINAPI OnRegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const 
 // Services.
 
 SC_HANDLE WINAPI OnOpenSCManagerA(LPCSTR computer, LPCSTR database, DWORD access) {
-  EXPECT_EQ(computer, nullptr);
-  EXPECT_EQ(database, nullptr);
-  EXPECT_EQ(access, DWORD{SC_MANAGER_ALL_ACCESS});
+  EXPECT_TRUE(computer == nullptr && database == nullptr && access == SC_MANAGER_ALL_ACCESS);
   return As<SC_HANDLE>(Asked()->Services().OpenManager());
 }
 
@@ -236,9 +224,7 @@ SC_HANDLE WINAPI OnOpenServiceA(SC_HANDLE manager, LPCSTR name, DWORD access) {
 BOOL WINAPI OnChangeServiceConfigA(SC_HANDLE service, DWORD type, DWORD start, DWORD errorControl,
                                    LPCSTR path, LPCSTR group, LPDWORD tag, LPCSTR dependencies,
                                    LPCSTR account, LPCSTR password, LPCSTR displayName) {
-  EXPECT_EQ(type, DWORD{SERVICE_NO_CHANGE});
-  EXPECT_EQ(errorControl, DWORD{SERVICE_NO_CHANGE});
-  EXPECT_EQ(tag, nullptr);
+  EXPECT_TRUE(type == SERVICE_NO_CHANGE && errorControl == SERVICE_NO_CHANGE && tag == nullptr);
   for (LPCSTR kept : {path, group, dependencies, account, password, displayName}) {
     EXPECT_EQ(kept, nullptr);
   }
@@ -247,8 +233,7 @@ BOOL WINAPI OnChangeServiceConfigA(SC_HANDLE service, DWORD type, DWORD start, D
 }
 
 BOOL WINAPI OnStartServiceA(SC_HANDLE service, DWORD count, LPCSTR* arguments) {
-  EXPECT_EQ(count, 0u);
-  EXPECT_EQ(arguments, nullptr);
+  EXPECT_TRUE(count == 0 && arguments == nullptr);
   return Asked()->Services().Start(As<ServiceHandle>(service));
 }
 
@@ -264,8 +249,7 @@ BOOL WINAPI OnCreatePipe(PHANDLE read, PHANDLE write, LPSECURITY_ATTRIBUTES secu
 }
 
 BOOL WINAPI OnSetHandleInformation(HANDLE handle, DWORD mask, DWORD flags) {
-  EXPECT_EQ(mask, DWORD{HANDLE_FLAG_INHERIT});
-  EXPECT_EQ(flags, 0u);
+  EXPECT_TRUE(mask == HANDLE_FLAG_INHERIT && flags == 0);
   return Asked()->Processes().StopInheriting(As<Handle>(handle));
 }
 
@@ -273,10 +257,7 @@ BOOL WINAPI OnCreateProcessA(LPCSTR application, LPSTR commandLine, LPSECURITY_A
                              LPSECURITY_ATTRIBUTES thread, BOOL inherit, DWORD flags,
                              LPVOID environment, LPCSTR folder, LPSTARTUPINFOA startup,
                              LPPROCESS_INFORMATION information) {
-  EXPECT_EQ(process, nullptr);
-  EXPECT_EQ(thread, nullptr);
-  EXPECT_TRUE(inherit);
-  EXPECT_EQ(flags, 0u);
+  EXPECT_TRUE(process == nullptr && thread == nullptr && inherit && flags == 0);
   EXPECT_EQ(startup->cb, sizeof *startup);
   platform::ProcessInformation spawned;
   if (!Asked()->Processes().Spawn(
@@ -307,8 +288,7 @@ BOOL WINAPI OnCloseHandle(HANDLE handle) {
 
 NTSTATUS WINAPI OnLsaOpenPolicy(PLSA_UNICODE_STRING computer, PLSA_OBJECT_ATTRIBUTES,
                                 ACCESS_MASK access, PLSA_HANDLE handle) {
-  EXPECT_EQ(computer, nullptr);
-  EXPECT_EQ(access, ACCESS_MASK{POLICY_VIEW_LOCAL_INFORMATION});
+  EXPECT_TRUE(computer == nullptr && access == POLICY_VIEW_LOCAL_INFORMATION);
   PolicyHandle policy{};
   const NTSTATUS status = Asked()->Directory().OpenPolicy(&policy);
   if (status >= 0) *handle = As<LSA_HANDLE>(policy);
@@ -333,24 +313,23 @@ LSA_UNICODE_STRING LsaText(wchar_t* text) {
 NTSTATUS WINAPI OnLsaQueryInformationPolicy(LSA_HANDLE handle, POLICY_INFORMATION_CLASS kind,
                                             PVOID* information) {
   const auto policy = As<PolicyHandle>(handle);
+  const bool isDns = kind == PolicyDnsDomainInformation;
+  EXPECT_TRUE(isDns || kind == PolicyPrimaryDomainInformation) << kind;
   std::string name;
-  NTSTATUS status = 0;
-  if (kind == PolicyDnsDomainInformation) {
-    status = Asked()->Directory().QueryDnsDomain(policy, &name);
-    if (status < 0) return status;
+  bool hasSid = false;
+  const NTSTATUS status = isDns ? Asked()->Directory().QueryDnsDomain(policy, &name)
+                                : Asked()->Directory().QueryPrimaryDomain(policy, &hasSid, &name);
+  if (status < 0) return status;
+  if (isDns) {
     const auto [answer, text] = MakeAnswer<POLICY_DNS_DOMAIN_INFO>(name);
     answer->DnsDomainName = LsaText(text);
     *information = answer;
-    return status;
+  } else {
+    const auto [answer, text] = MakeAnswer<POLICY_PRIMARY_DOMAIN_INFO>(name);
+    answer->Name = LsaText(text);
+    if (hasSid) answer->Sid = answer;  // nobody looks at more than whether there is one
+    *information = answer;
   }
-  EXPECT_EQ(kind, PolicyPrimaryDomainInformation);
-  bool hasSid = false;
-  status = Asked()->Directory().QueryPrimaryDomain(policy, &hasSid, &name);
-  if (status < 0) return status;
-  const auto [answer, text] = MakeAnswer<POLICY_PRIMARY_DOMAIN_INFO>(name);
-  answer->Name = LsaText(text);
-  if (hasSid) answer->Sid = answer;  // nobody looks at more than whether there is one
-  *information = answer;
   return status;
 }
 
@@ -361,8 +340,7 @@ NTSTATUS WINAPI OnLsaFreeMemory(PVOID buffer) {
 }
 
 NET_API_STATUS WINAPI OnNetWkstaGetInfo(LMSTR server, DWORD level, LPBYTE* buffer) {
-  EXPECT_EQ(server, nullptr);
-  EXPECT_EQ(level, 100u);
+  EXPECT_TRUE(server == nullptr && level == 100);
   std::string name;
   if (!Asked()->Directory().LanGroup(&name)) return ERROR_ACCESS_DENIED;
   const auto [answer, text] = MakeAnswer<WKSTA_INFO_100>(name);
@@ -435,11 +413,8 @@ void WINAPI OnCoUninitialize() {
 HRESULT WINAPI OnCoInitializeSecurity(PSECURITY_DESCRIPTOR descriptor, LONG services,
                                       SOLE_AUTHENTICATION_SERVICE*, void*, DWORD level,
                                       DWORD impersonation, void*, DWORD capabilities, void*) {
-  EXPECT_EQ(descriptor, nullptr);
-  EXPECT_EQ(services, -1);
-  EXPECT_EQ(capabilities, 0u);
-  EXPECT_EQ(level, DWORD{RPC_C_AUTHN_LEVEL_CONNECT});
-  EXPECT_EQ(impersonation, DWORD{RPC_C_IMP_LEVEL_IMPERSONATE});
+  EXPECT_TRUE(descriptor == nullptr && services == -1 && capabilities == 0);
+  EXPECT_TRUE(level == RPC_C_AUTHN_LEVEL_CONNECT && impersonation == RPC_C_IMP_LEVEL_IMPERSONATE);
   return Asked()->Wmi().SecureProcess();
 }
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <variant>
@@ -21,17 +23,13 @@
 namespace platform::windows {
 namespace {
 
-TEST(WindowsText, ComesBackUnchanged) {
+TEST(WindowsText, ComesBackUnchangedAndIsNoErrorWhenEmpty) {
+  ::SetLastError(1234);
   for (const std::wstring& wide : {std::wstring(), std::wstring(L"plain"), std::wstring(L"a\0b", 3),
                                    std::wstring(L"Z\u00FCrich"), std::wstring(70000, L'x')}) {
     EXPECT_EQ(ToWide(ToNarrow(wide)), wide);
   }
-}
-
-TEST(WindowsText, AnEmptyTextIsNoError) {
-  ::SetLastError(1234);
-  EXPECT_EQ(ToNarrow({}) + TextOf(nullptr), "");
-  EXPECT_EQ(ToWide({}), L"");
+  EXPECT_EQ(TextOf(nullptr), "");
   EXPECT_EQ(::GetLastError(), 1234u);
 }
 
@@ -101,40 +99,31 @@ TEST_F(WindowsMachine, ClosersKeepTheLastError) {
   EXPECT_EQ(machine.Errors().LastError(), 1234u);
 }
 
-/// A file in the temporary folder, filled by hand and deleted at the end.
-class RawFile {
- public:
+/// A file in the temporary folder, deleted at the end.
+struct RawFile {
   /// `content` stands at `offset`; before it are zeros.
-  explicit RawFile(const std::string& content, std::int64_t offset = 0) {
-    char folder[MAX_PATH] = "";
-    char name[MAX_PATH] = "";
-    ::GetTempPathA(MAX_PATH, folder);
-    ::GetTempFileNameA(folder, "cfg", 0, name);
-    path = name;
-    const KernelHandle file(::CreateFileA(name, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
-                                          FILE_ATTRIBUTE_NORMAL, nullptr));
-    LARGE_INTEGER position{};
-    position.QuadPart = offset;
-    ::SetFilePointerEx(file.get(), position, nullptr, FILE_BEGIN);
-    DWORD written = 0;
-    ::WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written, nullptr);
-    ::SetEndOfFile(file.get());
+  explicit RawFile(const std::string& content, std::uintmax_t offset = 0) {
+    std::ofstream(path).close();
+    std::filesystem::resize_file(path, offset);
+    std::ofstream(path, std::ios::binary | std::ios::app) << content;
   }
-  ~RawFile() { ::DeleteFileA(path.c_str()); }
+  ~RawFile() { std::filesystem::remove(path); }
   RawFile(const RawFile&) = delete;
   RawFile& operator=(const RawFile&) = delete;
 
-  std::string path;
+  const std::string path = (std::filesystem::temp_directory_path() /
+                            ("orvanta" + std::to_string(::GetCurrentProcessId())))
+                               .string();
 };
 
 TEST_F(WindowsMachine, FilesAreReadWholeAndUntranslated) {
-  constexpr std::int64_t kBeyondOneRead = (1 << 24) + 5;
+  constexpr std::uintmax_t kBeyondOneRead = (1 << 24) + 5;
   const std::string bytes("a\r\nb\0\x1A\xFF\n", 8);
-  for (const std::int64_t offset : {std::int64_t{0}, kBeyondOneRead}) {
+  for (const std::uintmax_t offset : {std::uintmax_t{0}, kBeyondOneRead}) {
     const RawFile file(bytes, offset);
     std::string content = "old";
     ASSERT_TRUE(machine.Files().ReadWhole(file.path, &content));
-    EXPECT_EQ(content, std::string(static_cast<std::size_t>(offset), '\0') + bytes);
+    EXPECT_EQ(content, std::string(offset, '\0') + bytes);
   }
   std::string content = "old";
   EXPECT_TRUE(machine.Files().ReadWhole(RawFile("").path, &content));
@@ -145,17 +134,9 @@ TEST_F(WindowsMachine, WhatIsNoFileOfReasonableSizeIsNotRead) {
   std::string content;
   EXPECT_FALSE(machine.Files().ReadWhole(R"(C:\windows)", &content));
   EXPECT_EQ(machine.Errors().LastError(), static_cast<Win32Error>(ERROR_ACCESS_DENIED));
-  const RawFile huge("", std::int64_t{1} << 32);
+  const RawFile huge("", std::uintmax_t{1} << 32);
   EXPECT_FALSE(machine.Files().ReadWhole(huge.path, &content));
   EXPECT_EQ(machine.Errors().LastError(), static_cast<Win32Error>(ERROR_FILE_TOO_LARGE));
-}
-
-TEST_F(WindowsMachine, ProfileEntriesLeaveCommentsAlone) {
-  const RawFile file("; kept\r\n[Global]\r\nA=1\r\n; also kept\r\nB=2\r\n");
-  ASSERT_TRUE(machine.Files().WriteProfileEntry("Global", "B", "3", file.path));
-  std::string content;
-  ASSERT_TRUE(machine.Files().ReadWhole(file.path, &content));
-  EXPECT_EQ(content, "; kept\r\n[Global]\r\nA=1\r\n; also kept\r\nB=3\r\n");
 }
 
 TEST_F(WindowsMachine, BlocksComeFromTheProcessHeap) {

@@ -1,35 +1,13 @@
 // The Windows adapter twice: linked into this program, on the system itself, and in a library whose
 // calls a simulated machine answers.
-#include <gtest/gtest.h>
-
 #include "tests/contract/World.h"
+#include "tests/contract/windows/ScratchLocalMachine.h"
 #include "tests/contract/windows/SystemDouble.h"
 
 namespace contract {
 namespace {
 
-/// An empty HKEY_LOCAL_MACHINE for the whole program.
-class ScratchLocalMachine final : public testing::Environment {
- public:
-  void SetUp() override {
-    ASSERT_EQ(RegCreateKeyA(HKEY_CURRENT_USER, path_.c_str(), &scratch_), ERROR_SUCCESS);
-    ASSERT_EQ(RegOverridePredefKey(HKEY_LOCAL_MACHINE, scratch_), ERROR_SUCCESS);
-  }
-  void TearDown() override {
-    RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-    RegCloseKey(scratch_);
-    RegDeleteTreeA(HKEY_CURRENT_USER, path_.c_str());
-  }
-
- private:
-  // One key for each process, since tests run side by side.
-  const std::string path_ =
-      R"(Software\Orvanta Contract Scratch )" + std::to_string(GetCurrentProcessId());
-  HKEY scratch_ = nullptr;
-};
-
-[[maybe_unused]] const auto* const registered =
-    testing::AddGlobalTestEnvironment(new ScratchLocalMachine);
+const ScratchLocalMachine kLocalMachine;
 
 }  // namespace
 

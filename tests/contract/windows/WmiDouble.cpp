@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <vector>
 
 #include "platform/windows/Com.h"
@@ -47,8 +48,7 @@ HRESULT WINAPI Get(Object* self, LPCWSTR property, LONG flags, VARIANT* value, C
 }
 
 HRESULT WINAPI Put(Object* self, LPCWSTR property, LONG flags, VARIANT* value, CIMTYPE type) {
-  EXPECT_EQ(flags, 0);
-  EXPECT_EQ(type, 0);
+  EXPECT_TRUE(flags == 0 && type == 0);
   OwnedVariant given;
   EXPECT_EQ(VariantCopy(given.Address(), value), S_OK);
   return self->port->Put(ToNarrow(property), given.ToSeamValue());
@@ -57,8 +57,7 @@ HRESULT WINAPI Put(Object* self, LPCWSTR property, LONG flags, VARIANT* value, C
 const Slots& ObjectSlots();
 
 HRESULT WINAPI GetMethod(Object* self, LPCWSTR method, LONG flags, void** in, void** out) {
-  EXPECT_EQ(flags, 0);
-  EXPECT_EQ(out, nullptr);
+  EXPECT_TRUE(flags == 0 && out == nullptr);
   return Wrap<IWmiObject>(ObjectSlots(), in, [&](auto* definition) {
     return self->port->GetMethod(ToNarrow(method), definition);
   });
@@ -96,16 +95,14 @@ using Services = ComObject<IWmiServices>;
 
 HRESULT WINAPI GetObjectOf(Services* self, BSTR path, LONG flags, void* context, void** object,
                            void**) {
-  EXPECT_EQ(flags, 0);
-  EXPECT_EQ(context, nullptr);
+  EXPECT_TRUE(flags == 0 && context == nullptr);
   return Wrap<IWmiObject>(ObjectSlots(), object,
                           [&](auto* made) { return self->port->FetchClass(TextOf(path), made); });
 }
 
 HRESULT WINAPI CreateInstanceEnum(Services* self, BSTR name, LONG flags, void* context,
                                   void** rows) {
-  EXPECT_EQ(flags, 0);
-  EXPECT_EQ(context, nullptr);
+  EXPECT_TRUE(flags == 0 && context == nullptr);
   return Wrap<IWmiRows>(
       kRows, rows, [&](auto* made) { return self->port->CreateInstanceEnum(TextOf(name), made); });
 }
@@ -113,8 +110,7 @@ HRESULT WINAPI CreateInstanceEnum(Services* self, BSTR name, LONG flags, void* c
 HRESULT WINAPI ExecQuery(Services* self, BSTR language, BSTR query, LONG flags, void* context,
                          void** rows) {
   EXPECT_STREQ(language, L"WQL");
-  EXPECT_EQ(flags, 0x30);
-  EXPECT_EQ(context, nullptr);
+  EXPECT_TRUE(flags == 0x30 && context == nullptr);
   return Wrap<IWmiRows>(kRows, rows, [&](auto* made) {
     return self->port->ExecQuery(TextOf(query), static_cast<std::int32_t>(flags), made);
   });
@@ -122,8 +118,7 @@ HRESULT WINAPI ExecQuery(Services* self, BSTR language, BSTR query, LONG flags, 
 
 HRESULT WINAPI ExecMethod(Services* self, BSTR path, BSTR method, LONG flags, void* context,
                           Object* parameters, void** result, void**) {
-  EXPECT_EQ(flags, 0);
-  EXPECT_EQ(context, nullptr);
+  EXPECT_TRUE(flags == 0 && context == nullptr);
   return Wrap<IWmiObject>(ObjectSlots(), result, [&](auto* made) {
     return self->port->ExecMethod(TextOf(path), TextOf(method),
                                   parameters == nullptr ? nullptr : parameters->port.get(), made);
@@ -139,8 +134,7 @@ HRESULT WINAPI ConnectServer(ComObject<IWmiLocator>* self, BSTR nameSpace, BSTR 
                              BSTR locale, LONG flags, BSTR authority, void* context,
                              void** services) {
   for (BSTR absent : {user, password, locale, authority}) EXPECT_EQ(absent, nullptr);
-  EXPECT_EQ(flags, 0);
-  EXPECT_EQ(context, nullptr);
+  EXPECT_TRUE(flags == 0 && context == nullptr);
   return Wrap<IWmiServices>(kServices, services, [&](auto* made) {
     return self->port->ConnectServer(TextOf(nameSpace), made);
   });
@@ -162,13 +156,9 @@ HRESULT WINAPI MakeInstance(REFCLSID id, LPUNKNOWN outer, DWORD context, REFIID 
 HRESULT WINAPI SetProxyBlanket(IUnknown* proxy, DWORD authentication, DWORD authorization,
                                OLECHAR* principal, DWORD level, DWORD impersonation,
                                RPC_AUTH_IDENTITY_HANDLE identity, DWORD capabilities) {
-  EXPECT_EQ(authentication, 10u);
-  EXPECT_EQ(authorization, 0u);
-  EXPECT_EQ(principal, nullptr);
-  EXPECT_EQ(level, 3u);
-  EXPECT_EQ(impersonation, 3u);
-  EXPECT_EQ(identity, nullptr);
-  EXPECT_EQ(capabilities, 0u);
+  EXPECT_EQ(std::tuple(authentication, authorization, level, impersonation, capabilities),
+            std::tuple(10u, 0u, 3u, 3u, 0u));
+  EXPECT_TRUE(principal == nullptr && identity == nullptr);
   return reinterpret_cast<Services*>(proxy)->port->SecureProxy();
 }
 
