@@ -30,7 +30,8 @@ STAGES = [
     ("scenario", ["tests/scenario", f"--gtest_filter=-{SWEEPS}"]),
     ("scenario", ["tests/scenario", f"--gtest_filter={SWEEPS}"]),
 ]
-LONGEST_RUN = 300  # seconds; a fault may make a loop endless
+# A fault may make a loop endless, or wait for ever.
+BOUNDED = ["prlimit", "--cpu=300", "timeout", "3600"]
 
 # What is put in place of what, within a line.
 REPLACED = [
@@ -101,13 +102,10 @@ class Copy:
         self.build = WORK / str(number) / "build"
         self.matrix = matrix
 
-    def run(self, command, seconds=900):
-        """The exit code and what was printed; None when it did not end."""
-        try:
-            done = subprocess.run(command, cwd=self.source, timeout=seconds, check=False,
-                                  stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
-        except subprocess.TimeoutExpired:
-            return None, ""
+    def run(self, command):
+        """The exit code and what was printed."""
+        done = subprocess.run([*BOUNDED, *command], cwd=self.source, check=False,
+                              stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         return done.returncode, done.stdout.decode("utf-8", "replace")
 
     def noticed_by(self):
@@ -121,7 +119,7 @@ class Copy:
             else:
                 command = [self.build / program, "--gtest_brief=1", *arguments]
                 command += [] if self.matrix else ["--gtest_fail_fast"]
-            code, printed = self.run(command, LONGEST_RUN)
+            code, printed = self.run(command)
             if code == 0:
                 continue
             found = re.findall(r"^\[  FAILED  \] ([\w/.]+)|^--- (\S+)", printed, re.MULTILINE)
@@ -180,7 +178,6 @@ def main():
 
     def work(copy):
         nonlocal last
-        copy.prepare()
         while True:
             with lock:
                 last, fault = next(rest, (last, None)) if len(matrix) < arguments.count else (last, None)
@@ -195,8 +192,11 @@ def main():
                 if names == set():
                     print(name, flush=True)
 
-    workers = [threading.Thread(target=work, args=[Copy(number, arguments.matrix)])
-               for number in range(arguments.copies)]
+    workers = []
+    for number in range(arguments.copies):
+        copy = Copy(number, arguments.matrix)
+        copy.prepare()
+        workers.append(threading.Thread(target=work, args=[copy]))
     for worker in workers:
         worker.start()
     for worker in workers:

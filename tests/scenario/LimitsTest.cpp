@@ -2,10 +2,12 @@
 // the same time leave each other alone.
 #include <ctime>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "common/sys/Domain.h"
 #include "tests/support/ConfigModel.h"
@@ -105,24 +107,19 @@ TEST_F(Messages, LeaveARunningJoinItsAccountWhichEndsWithItsOwn) {
 }
 
 TEST_F(Messages, TypeAndNameChooseTheHandler) {
-  constexpr std::pair<std::string_view, std::int32_t> kRows[] = {{"Request=", 2},
-                                                                 {"Request=Configure", 2},
-                                                                 {"Reply=anything", 2},
-                                                                 {"Internal=", 2},
-                                                                 {"Internal=configure", 2},
-                                                                 {"INTERNAL=Configure", 0},
-                                                                 {"internal=UpdateInfo", 0},
-                                                                 {"Event=of 100%% %s", 0},
-                                                                 {"=", 0}};
-  for (const auto& [message, status] : kRows) {
-    const std::size_t sign = message.find('=');
-    const tool::Delivery delivery = tool::Hand(
-        *GetToolboxAPI(),
-        {std::string(message.substr(0, sign)), std::string(message.substr(sign + 1)), {}});
-    EXPECT_EQ(delivery.status, status) << message;
-    ASSERT_EQ(delivery.log.size(), 1U);
-    EXPECT_TRUE(delivery.log[0].text.ends_with("Finding handler for " + std::string(message)));
-    EXPECT_TRUE(delivery.reply.empty());
+  const std::map<std::int32_t, std::vector<std::string>> kMessages = {
+      {2, {"Request=", "Request=Configure", "Reply=anything", "Internal=", "Internal=configure"}},
+      {0, {"INTERNAL=Configure", "internal=UpdateInfo", "Event=of 100%% %s", "="}}};
+  for (const auto& [status, messages] : kMessages) {
+    for (const std::string& message : messages) {
+      const std::size_t sign = message.find('=');
+      const tool::Delivery delivery =
+          tool::Deliver(*GetToolboxAPI(), {message.substr(0, sign), message.substr(sign + 1), {}});
+      EXPECT_EQ(delivery.status, status) << message;
+      ASSERT_EQ(delivery.log.size(), 1U);
+      EXPECT_TRUE(delivery.log[0].text.ends_with("Finding handler for " + message));
+      EXPECT_TRUE(delivery.reply.empty());
+    }
   }
 }
 

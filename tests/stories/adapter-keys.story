@@ -16,9 +16,9 @@ $ sh try 'DHCP=False|Address=10.0.0.5|[Networking]|[TCP/IP]|Address=10.0.0.6|Net
 $ sh try 'DNS-Use-DHCP=TRUE|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server0=10.0.0.2'
   1  adapter 7: DNS servers from DHCP
 $ sh try 'DNS-Server-Count=1|DNS-Server0=10.0.0.2'
-$ sh try 'SetDNSInfo=True|DNS-Server-Count=2|DNS-Server1=10.0.0.2|DNS-Server3=0.0.0.0,10.0.0.3'
+$ sh try 'SetDNSInfo=True|DNS-Server-Count=2|DNS-Server1=10.0.0.2|DNS-Server3=0.0.0.0,10.0.0.3|DNS-Server4=10.0.0.9'
   1  adapter 7: DNS servers 10.0.0.2, 10.0.0.3
-$ sh try 'SetDNSInfo=True|DNS-Server-Count=2147483647|DNS-Server0=10.0.0.2'
+$ sh try 'SetDNSInfo=True|DNS-Server-Count=2147483647|DNS-Server0=10.0.0.2|DNS-Server4=10.0.0.9'  # no number reaches that of the entries
   1  adapter 7: DNS servers 10.0.0.2
 $ sh try 'SetDNSInfo=True|DNS-Server-Count=-1|DNS-Server0=10.0.0.2'
 $ sh try 'Static-Route-Count=2|Route0=10.1.0.0,255.255.0.0,10.0.0.1,x,7|Route1=10.2.0.0 255.255.0.0 10.0.0.1'

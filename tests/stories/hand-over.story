@@ -2,8 +2,8 @@ A waiting restore file takes the place of the file that asks for it, and is conf
 Also through the plug-in.
 
 -- pc.cfg --
-[Global]
-Config=restore
+[GLOBAL]
+config=restore
 -- m.json --
 {"files": [{"path": "C:\\restore.cfg", "text": "[Networking]\nComputerName=PC-42\n"}]}
 -- console --

@@ -3,7 +3,7 @@ Three keys decide between a workgroup, a domain and no change of membership.
 -- m.json --
 {"directory": {"domains": [{"dns_name": "corp.example", "flat_name": "CORP",
   "ous": ["OU=Sales,DC=corp,DC=example"], "accounts": [{"user": "", "password": ""}, {"user": "joiner", "password": "s3cret-plain"}]}]},
- "decrypt": {"USER": "joiner", "PASSWORD": "s3cret-plain"}}
+ "decrypt": {"USER": "joiner", "PASSWORD": "s3cret-plain", "": "s3cret-plain"}}
 -- member.json --
 {"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP"}}}
 -- bare.json --
@@ -37,6 +37,8 @@ $ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=USER|DomainPassw
   2  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example, making the computer account
 $ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=OTHER|DomainPassword=PASSWORD|DSOrganizationalUnit=Sales' | head -1  # a text that cannot be deciphered
   1  join the domain corp.example as corp.example\ in OU=Sales,DC=corp,DC=example  refused: result 1326 (wrong user or password)
+$ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=USER|DSOrganizationalUnit=Sales' | head -1  # nothing is not deciphered
+  1  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example  refused: result 1326 (wrong user or password)
 $ sh try 'Workgroup=False|DNSDomain=corp.example|DomainUsername=USER|DomainPassword=PASSWORD|DSOrganizationalUnit=Sales' bare | head -1  # no library to decipher it
   1  join the domain corp.example as corp.example\ in OU=Sales,DC=corp,DC=example  refused: result 1326 (wrong user or password)
 $ sh try 'Workgroup=True|Domain=W|DSOrganizationalUnit=Sales' member  # no OU in a workgroup

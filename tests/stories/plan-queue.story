@@ -39,6 +39,12 @@ Waits for the restart, and is planned anew then
        SetDhcp       line 22
 Pauses
   40 s after the restart
+$ sh try '[TCP/IP]|DHCP=False|Netmask=255.0.0.0,255.0.0.0|[NicEntry1]|DHCP=False|Address=10.0.0.5,10.0.0.6|Netmask=255.0.0.0' | grep -A1 SetStatic
+       SetStatic   IP and Subnet Masks: {mask=255.0.0.0}{mask=255.0.0.0}  lines 2-3
+                   -> /255.0.0.0,/255.0.0.0, whatever it is now
+--
+       SetStatic   IP and Subnet Masks: {ip=10.0.0.5,mask=255.0.0.0}{ip=10.0.0.6}  lines 5-7
+                   10.20.0.15/255.255.0.0 -> 10.0.0.5/255.0.0.0,10.0.0.6
 $ sh try '[Global]|RebootAfterConfig=False|[Networking]|ComputerName=B|Workgroup=No|Domain=d|[NicEntry1]|MACAddress=02004C4F4F50|DHCP=True' | sed '1,3d'
   -- restart, which RebootAfterConfig=False forbids: the run fails here -- [C302]
   lost by it: the file is put away, the restart never comes, the join never happens

@@ -58,6 +58,7 @@ TEST_F(ChildProcessTest, ARelayThatCannotAttachPutsTheStandardHandlesBack) {
   proc::OutputRelay relay;
   EXPECT_EQ(Run(kAdd, "", /*wait=*/true, &relay), 0);
   EXPECT_NE(processes.GetStandardHandle(platform::StandardStream::kOutput), before);
+  EXPECT_TRUE(relay.Pump());
   FailCall("process.peek", 1);
   EXPECT_FALSE(relay.Pump());
 }

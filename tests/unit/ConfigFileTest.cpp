@@ -142,9 +142,9 @@ void ExpectLinesTellAll(const std::string& text, const Sections& expected) {
 TEST(ConfigFileTest, AgreesWithThePlainRulesOnRandomTexts) {
   using namespace std::string_view_literals;
   constexpr std::string_view kSigns = "\n\n\n\n==  \t[];#\rx\xE4\0"sv;
-  constexpr const char* kPieces[] = {"\r\n", "\nmore", "[s]\n",         "[T]\n",
-                                     "[]\n", "k=v\n",  "K=V\n",         "key1",
-                                     "KEY1", "@[{`",   "LongKeyName-1", "[long section name]\n"};
+  constexpr const char* kPieces[] = {
+      "\r\n", "\nmore",   "[s]\n", "[T]\n", "[]\n", "k=v\n",         "K=V\n",
+      "key1", "EightKey", "kay1",  "KEY1",  "@[{`", "LongKeyName-1", "[long section name]\n"};
   std::mt19937 random(20);
   const auto randomText = [&] {
     std::string text;

@@ -90,6 +90,15 @@ TEST_F(NicListTest, EveryAdapterHasTheRoutesOfTheMachine) {
   EXPECT_EQ(routes, 2U);
 }
 
+TEST_F(NicListTest, ServersAreByHandOnlyWhereTheRegistryTellsSo) {
+  AddAdapter(7);
+  machine_.adapters[0].dnsServers = {"10.0.0.3"};
+  machine_.adapters[0].staticDns = true;
+  EXPECT_TRUE(sys::DNS(7).IsEnabled());
+  AddFault("registry.open", -1);
+  EXPECT_FALSE(sys::DNS(7).IsEnabled());
+}
+
 TEST_F(NicListTest, FindsTheFirstAdapterOfAMacAddressInAnyForm) {
   EXPECT_TRUE(sys::NicList{}.isEmpty());
   for (const std::uint32_t index : {2U, 3U}) AddAdapter(index, "08:00:27:AA:BB:02");

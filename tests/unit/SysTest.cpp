@@ -7,6 +7,7 @@
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
+#include "base/Utf8.h"
 #include "common/ipc/IpAddress.h"
 #include "common/sys/DllProxy.h"
 #include "common/sys/OsVersion.h"
@@ -71,6 +72,9 @@ TEST_F(SysTest, RegistryRefusalsTellTheirKind) {
   EXPECT_EQ(Caught<sys::RegistryError>([&] { key.OpenForReading(false); }).SystemError, 2U);
 
   key.SetKey(platform::kLocalMachine, "Software\\X");
+  key.OpenForReading(false);
+  EXPECT_EQ(Caught<sys::RegistryError>([&] { key.WriteDWord("n", 1); }).Value, 7);
+  key.Close();
   key.Open(/*create=*/false, /*readOnly=*/false, /*view64=*/true);
   constexpr char kSetKeys[] =
       "SetKey( HKEY hKey, const std::string& subkey ) - Registry key already open, cannot set key.";
@@ -239,12 +243,39 @@ TEST(TextTest, SplitsTrimsAndParses) {
   EXPECT_EQ(base::ParseUnsigned("12abc"), 12U);
   EXPECT_EQ(base::ParseUnsigned("-1"), 0U);
   EXPECT_EQ(base::ParseUnsigned("99999999999"), 4294967295U);
-  std::string text = "aZ\xE4";
+  std::string text = "@`azZ{\xE4";
   base::ToUpper(text);
-  EXPECT_EQ(text, "AZ\xE4");
+  EXPECT_EQ(text, "@`AZZ{\xE4");
+}
+
+TEST(TextTest, Utf8IsWhatUnicodeAllows) {
+  for (const char* valid :
+       {"\x7F", "\xC2\x80", "\xDF\xBF", "\xE0\xA0\x80", "\xED\x9F\xBF", "\xEE\x80\x80",
+        "\xEF\xBF\xBF", "\xF0\x90\x80\x80", "\xF4\x8F\xBF\xBF"}) {
+    EXPECT_TRUE(base::IsUtf8(valid)) << valid;
+    EXPECT_EQ(base::ValidUtf8(valid), valid);
+  }
+  for (const char* wrong :
+       {"\x80", "\xC1\xBF", "\xC2", "\xC2 ", "\xE0\x9F\xBF", "\xE1\x80", "\xED\xA0\x80",
+        "\xF0\x8F\xBF\xBF", "\xF4\x90\x80\x80", "\xF5\x80\x80\x80"}) {
+    EXPECT_FALSE(base::IsUtf8(wrong)) << wrong;
+  }
 }
 
 TEST(TextTest, TheReaderFoldsWordsAsEverybodyFoldsLetters) {
+  for (std::size_t size = 1; size <= 17; ++size) {
+    const std::string text(size, 'k');
+    for (std::size_t at = 0; at < size; ++at) {
+      std::string folded = text, other = text;
+      folded[at] = 'K';
+      other[at] = 'l';
+      EXPECT_TRUE(SameText(text, folded, /*caseSensitive=*/false));
+      EXPECT_EQ(HashText(text, 1, /*caseSensitive=*/false),
+                HashText(folded, 1, /*caseSensitive=*/false));
+      EXPECT_FALSE(SameText(text, folded, /*caseSensitive=*/true));
+      EXPECT_FALSE(SameText(text, other, /*caseSensitive=*/false)) << at << " of " << size;
+    }
+  }
   for (int a = 0; a < 256; ++a) {
     for (int b = 0; b < 256; ++b) {
       const std::string left(8, static_cast<char>(a));

@@ -125,15 +125,18 @@ TEST_F(UserContextTest, AListThatCannotBeCopiedLeavesTheRights) {
   } kCases[] = {
       {"security.get_entry", R"(0 common\sys\DACL:117 CDACL::CopyACL(): Cannot get ace from acl!)"},
       {"security.add_entry", R"(0 common\sys\DACL:132 CDACL::CopyACL(): Cannot add ace to acl!)"}};
+  using User = sys::CImpersonation;
   for (const auto& c : kCases) {
-    const auto before = machine_.userObjects;
-    FailCall(c.call, 1);
-    sys::CImpersonation user(log_, Everything());
-    EXPECT_FALSE(user.RestoreDesktopRights());
-    EXPECT_EQ(log_.lines.back(), c.line);
-    EXPECT_EQ(machine_.userObjects, before);
-    EXPECT_TRUE(user.RestoreDesktopRights()) << "it can be tried again";
-    machine_.userObjects = before;
+    for (const auto restore : {&User::RestoreDesktopRights, &User::RestoreWinstaRights}) {
+      const auto before = machine_.userObjects;
+      FailCall(c.call, 1);
+      User user(log_, Everything());
+      EXPECT_FALSE((user.*restore)());
+      EXPECT_EQ(log_.lines.back(), c.line);
+      EXPECT_EQ(machine_.userObjects, before);
+      EXPECT_TRUE((user.*restore)()) << "it can be tried again";
+      machine_.userObjects = before;
+    }
   }
 }
 

@@ -192,7 +192,8 @@ TEST(Plugin, OddAnswersOfWmiAreTakenForWhatTheyAre) {
     machine.PutFile(kFile, address + c.settings);
     const contract::SystemDouble windows(plugin, machine);
     contract::oddAnswers[c.property] = c.value;
-    const Delivery delivery = tool::Deliver(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
+    const Delivery delivery =
+        tool::Deliver(Table(), {"Internal", "Configure", {{"Filename", kFile}}});
     EXPECT_EQ(delivery.exception, c.exception);
     EXPECT_EQ(std::any_of(machine.journal.begin(), machine.journal.end(),
                           [](const auto& change) { return change["method"] == "EnableDHCP"; }),
