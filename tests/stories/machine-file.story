@@ -37,6 +37,13 @@ A machine file that is not understood is refused in one line, which names the pl
 "registry": [{"key": "Software"}]
 "hosts": [{"address": "fd00::2"}]
 "hosts": [{"address": "10.0.0.010"}]
+"adapters": [{"mac_address": "08:00:27:12:34"}, {"index": 8, "mac_address": "08-00-27"}]
+"adapters": [{"ip_addresses": ["fe80::1", "10.0.0.5/24"]}]
+"adapters": [{"subnet_masks": ["64", "/24"]}]
+"adapters": [{"location_information": "0/3/0"}]
+"directory": {"domains": [{"ous": ["Sales/Europe"]}]}
+"directory": {"domains": [{"accounts": [{"user": "CORP\\joiner"}]}]}
+"$schema": 7
 "decrypt": {"a": 1}
 "directory": {"domains": [{"ous": [1]}]}
 "faults": [{"call": "wmi.conect"}]
@@ -90,8 +97,15 @@ orvanta-config: m: $.services[0].start: unknown start type "auto"; write one of 
 orvanta-config: m: $.registry[0].data: expected a text, as the type says, found 1
 orvanta-config: m: $.registry[0].type: unknown registry type "REG_BINARY"; write one of REG_DWORD, REG_SZ, REG_EXPAND_SZ
 orvanta-config: m: $.registry[0]: key names no root; begin it with HKEY_LOCAL_MACHINE\
-orvanta-config: m: $.hosts[0].address: no IPv4 address; write it as four numbers such as 10.0.0.1
-orvanta-config: m: $.hosts[0].address: no IPv4 address; write it as four numbers such as 10.0.0.1
+orvanta-config: m: $.hosts[0].address: expected an IPv4 address such as 10.0.0.1
+orvanta-config: m: $.hosts[0].address: expected an IPv4 address such as 10.0.0.1
+orvanta-config: m: $.adapters[1].mac_address: expected a MAC address such as 08:00:27:12:34:56
+orvanta-config: m: $.adapters[0].ip_addresses[1]: expected an address alone, such as 10.0.0.5; masks stand in subnet_masks
+orvanta-config: m: $.adapters[0].subnet_masks[1]: expected a mask such as 255.255.255.0
+orvanta-config: m: $.adapters[0].location_information: expected a location such as PCI bus %1, device %2, function %3;(0,3,0)
+orvanta-config: m: $.directory.domains[0].ous[0]: expected a distinguished name such as OU=Sales,DC=corp,DC=example
+orvanta-config: m: $.directory.domains[0].accounts[0].user: expected a user without a domain; dns_name and flat_name tell it
+orvanta-config: m: $["$schema"]: expected a text, found 7
 orvanta-config: m: $.decrypt.a: expected a text, found 1
 orvanta-config: m: $.directory.domains[0].ous[0]: expected a text, found 1
 orvanta-config: m: $.faults[0].call: unknown call "wmi.conect"; did you mean "wmi.connect"?
