@@ -142,9 +142,9 @@ class RegistryPort final : public Port<platform::IRegistry> {
       emptyKeys_.insert(base::Folded(path));
     }
     nextHandle_ += 4;
-    ++simulation_.usage.registryKeys;
     *key = RegistryKey{nextHandle_};
     open_.emplace(*key, OpenKey{std::move(path), access});
+    ++simulation_.usage.registryKeys;
     return kSuccess;
   }
 

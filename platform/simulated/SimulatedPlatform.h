@@ -14,9 +14,11 @@ namespace simulated {
 class SimulatedPlatform : public platform::IPlatform {
  public:
   /// Borrows the machine, which may be edited between calls. One thread at a time may use it.
-  explicit SimulatedPlatform(Machine& machine) : simulation_(machine) {}
+  explicit SimulatedPlatform(Machine& machine) : simulation_(machine) {
+    SimulatedPlatform::Errors();  // the last error must be there for callers without memory, too
+  }
 
-  // Each port is made in its own source, when it is first asked for.
+  // Each port is made in its own source, when it is first asked for; the errors' at once.
   platform::IClock& Clock() override;
   platform::IDirectory& Directory() override;
   platform::IErrors& Errors() override;
