@@ -86,10 +86,9 @@ No plan
 $ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=ENCIPHERED-USER|DomainPassword=ENCIPHERED-PASSWORD|ComputerName=B' --machine unknown.json
 restart 2 0 exit code 2
 3 JoinDomain None directory True
-$ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|DomainUsername=ENCIPHERED-USER' --machine locked.json
-failure 0 0 exit code 1
-1 JoinDomain {'answer': 'result 1326', 'meaning': 'wrong user or password', 'code': None} None True
-2 Reboot None None False
+$ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=ENCIPHERED-USER|DomainPassword=ENCIPHERED-PASSWORD' --machine locked.json
+restart 1 0 exit code 2
+1 JoinDomain None decrypt True
 $ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|JoinDomainBeforeNameChange=True|ComputerName=B|[TCP/IP]|DHCP=True'
 failure 0 0 exit code 1
 1 JoinDomain {'answer': 'result 1326', 'meaning': 'wrong user or password', 'code': 'C512'} None True
