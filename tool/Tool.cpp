@@ -18,6 +18,7 @@
 #include "tool/commands/Send.h"
 #include "tool/commands/Simulate.h"
 #include "tool/commands/Verify.h"
+#include "tool/fleet/Fleet.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
 #include "tool/io/ToolError.h"
@@ -69,6 +70,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   CheckOptions check;
   CompletionOptions completion;
   ExplainOptions explain;
+  FleetOptions fleet;
   PlanOptions plan;
   MachineOptions roundtrip;
   std::string schema;
@@ -80,6 +82,7 @@ int RunTool(std::vector<std::string> arguments, const Streams& streams) {
   addReading(SimulateCommand(simulate), [&] { return Simulate(simulate, streams); });
   addReading(VerifyCommand(verify), [&] { return Verify(verify, streams); });
   addReading(RoundtripCommand(roundtrip), [&] { return Roundtrip(roundtrip, streams); });
+  addReading(FleetCommand(fleet), [&] { return Fleet(fleet, streams); });
   addReading(CaptureCommand(capture), [&] { return Capture(capture, streams); });
   add(SchemaCommand(schema), [&] { return Schema(schema, streams); });
   addReading(ExplainCommand(explain), [&] { return Explain(explain, streams); });

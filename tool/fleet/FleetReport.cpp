@@ -1,0 +1,299 @@
+#include "tool/fleet/FleetReport.h"
+
+#include <algorithm>
+#include <array>
+#include <functional>
+#include <nlohmann/json.hpp>
+#include <queue>
+
+#include "base/Numbers.h"
+#include "base/Pieces.h"
+#include "platform/simulated/Json.h"
+#include "tool/io/ToolError.h"
+
+namespace tool::fleet {
+namespace {
+
+using simulated::Json;
+
+constexpr std::array<const char*, 6> kOutcomes{"settled", "fails",      "loops",
+                                               "no_file", "no_machine", "bad_row"};
+constexpr std::size_t kRowsOfACause = 10;
+/// Lines of a list on a terminal; the JSON and the page hold all.
+constexpr std::size_t kMostLines = 50;
+constexpr std::uint64_t kMinute = 60'000;  // milliseconds
+
+struct CountedCause {
+  const Cause* cause;
+  std::size_t count = 0;
+  /// The first few.
+  std::vector<std::size_t> rows{};
+};
+
+struct Duplicate {
+  const char* what;
+  std::string_view value;
+  std::vector<std::size_t> rows;
+};
+
+struct Summary {
+  std::array<std::size_t, kOutcomes.size()> outcomes{};
+  /// The most frequent first.
+  std::vector<CountedCause> causes;
+  std::vector<Duplicate> duplicates;
+  std::size_t restarts = 0;
+  std::uint64_t pauseMs = 0;
+  /// From the first computer's start to the last one's end.
+  std::uint64_t minutes = 0;
+};
+
+/// Values that more than one computer has, in the order of the values.
+void AddDuplicates(const char* what, std::vector<std::pair<std::string_view, std::size_t>> claims,
+                   std::vector<Duplicate>* duplicates) {
+  std::sort(claims.begin(), claims.end());
+  for (auto first = claims.begin(); first != claims.end();) {
+    const auto last = std::find_if(first, claims.end(),
+                                   [&](const auto& claim) { return claim.first != first->first; });
+    Duplicate duplicate{what, first->first, {}};
+    for (; first != last; ++first) {
+      if (duplicate.rows.empty() || duplicate.rows.back() != first->second) {
+        duplicate.rows.push_back(first->second);
+      }
+    }
+    if (duplicate.rows.size() > 1) duplicates->push_back(std::move(duplicate));
+  }
+}
+
+Summary Summarize(const FleetReport& report, const RollOut& rollOut) {
+  Summary summary;
+  for (const Cause& cause : report.causes) summary.causes.push_back({&cause});
+  std::vector<std::pair<std::string_view, std::size_t>> names;
+  std::vector<std::pair<std::string_view, std::size_t>> macs;
+  std::vector<std::pair<std::string_view, std::size_t>> addresses;
+  // When each of the computers that are worked on at once is done; the next one takes its place.
+  std::priority_queue<std::uint64_t, std::vector<std::uint64_t>, std::greater<>> done;
+  std::uint64_t end = 0;
+  for (const Computer& computer : report.computers) {
+    ++summary.outcomes[static_cast<std::size_t>(computer.outcome)];
+    summary.restarts += computer.restarts;
+    summary.pauseMs += computer.pauseMs;
+    if (computer.outcome != Outcome::kSettled) {
+      CountedCause& cause = summary.causes[computer.cause];
+      if (++cause.count <= kRowsOfACause) cause.rows.push_back(computer.row);
+    }
+    if (!computer.computerName.empty()) names.emplace_back(computer.computerName, computer.row);
+    for (const std::string& mac : computer.macAddresses) macs.emplace_back(mac, computer.row);
+    for (const std::string& address : computer.ipAddresses) {
+      addresses.emplace_back(address, computer.row);
+    }
+    std::uint64_t time = computer.pauseMs;
+    time += std::uint64_t{computer.restarts} * rollOut.restartMinutes * kMinute;
+    if (done.size() == rollOut.atOnce) {
+      time += done.top();
+      done.pop();
+    }
+    done.push(time);
+    end = std::max(end, time);
+  }
+  summary.minutes = (end + kMinute - 1) / kMinute;
+  std::sort(summary.causes.begin(), summary.causes.end(), [](const auto& left, const auto& right) {
+    return left.count != right.count ? left.count > right.count : left.rows < right.rows;
+  });
+  AddDuplicates("computer name", std::move(names), &summary.duplicates);
+  AddDuplicates("MAC address", std::move(macs), &summary.duplicates);
+  AddDuplicates("IP address", std::move(addresses), &summary.duplicates);
+  return summary;
+}
+
+std::string RowsText(const std::vector<std::size_t>& rows, std::size_t count) {
+  std::string text = rows.size() == 1 ? "row " : "rows ";
+  for (std::size_t i = 0; i < std::min(rows.size(), kRowsOfACause); ++i) {
+    text += (i == 0 ? "" : ", ") + std::to_string(rows[i]);
+  }
+  return text + (count > kRowsOfACause ? ", ..." : "");
+}
+
+std::string DurationText(std::uint64_t minutes) {
+  return minutes < 60
+             ? std::to_string(minutes) + " min"
+             : std::to_string(minutes / 60) + " h " + std::to_string(minutes % 60) + " min";
+}
+
+std::string CauseText(const Cause& cause) {
+  return Printable(cause.text) + (cause.code.empty() ? "" : " [" + cause.code + "]");
+}
+
+std::string RollOutText(const Summary& summary, const RollOut& rollOut) {
+  return base::Counted(summary.restarts, "restart") + ", " +
+         DurationText((summary.pauseMs + kMinute - 1) / kMinute) + " of pauses; " +
+         DurationText(summary.minutes) + " in all with " +
+         base::Counted(rollOut.atOnce, "computer") + " at once and " +
+         std::to_string(rollOut.restartMinutes) + " min for a restart";
+}
+
+std::string OthersText(const Computer& computer) {
+  std::string text;
+  for (const auto& [column, cell] : computer.others) {
+    if (!cell.empty()) text += (text.empty() ? "" : ", ") + column + " " + cell;
+  }
+  return Printable(text);
+}
+
+Json ToJson(const Computer& computer, const FleetReport& report) {
+  const bool settled = computer.outcome == Outcome::kSettled;
+  Json json{{"row", computer.row},
+            {"file", computer.file},
+            {"outcome", TextOf(computer.outcome)},
+            {"restarts", computer.restarts},
+            {"pause_ms", computer.pauseMs},
+            {"cause", settled ? Json() : Json(report.causes[computer.cause].text)},
+            {"computer_name", computer.computerName},
+            {"mac_addresses", computer.macAddresses},
+            {"ip_addresses", computer.ipAddresses},
+            {"pci_locations", computer.pciLocations},
+            {"columns", Json::object()}};
+  for (const auto& [column, cell] : computer.others) json["columns"][column] = cell;
+  return json;
+}
+
+/// What `element` makes of each item, side by side.
+template <class Items, class Element>
+std::string Joined(const Items& items, Element element) {
+  std::string text;
+  for (const auto& item : items) text += element(item);
+  return text;
+}
+
+}  // namespace
+
+const char* TextOf(Outcome outcome) { return kOutcomes[static_cast<std::size_t>(outcome)]; }
+
+void FleetReport::Blame(Computer& computer, Outcome outcome, const Cause& cause) {
+  const auto known = std::find_if(causes.begin(), causes.end(), [&](const Cause& other) {
+    return other.text == cause.text && other.code == cause.code;
+  });
+  computer.outcome = outcome;
+  computer.cause = static_cast<std::size_t>(known - causes.begin());
+  if (known == causes.end()) causes.push_back(cause);
+}
+
+bool FleetReport::AllSettled() const {
+  return std::all_of(computers.begin(), computers.end(), [](const Computer& computer) {
+    return computer.outcome == Outcome::kSettled;
+  });
+}
+
+std::string ReportText(const FleetReport& report, const RollOut& rollOut, const Style& style) {
+  const Summary summary = Summarize(report, rollOut);
+  std::vector<Row> outcomes;
+  for (std::size_t i = 0; i < kOutcomes.size(); ++i) {
+    if (summary.outcomes[i] > 0)
+      outcomes.push_back({kOutcomes[i], std::to_string(summary.outcomes[i])});
+  }
+  std::string text = style.Heading(base::Counted(report.computers.size(), "computer")) + "\n" +
+                     Rows(outcomes, "  ");
+  const auto list = [&](const char* heading, std::size_t count, const auto& line) {
+    if (count > 0) text += "\n" + style.Heading(heading) + "\n";
+    for (std::size_t i = 0; i < std::min(count, kMostLines); ++i) text += "  " + line(i) + "\n";
+    if (count > kMostLines) text += "  and " + std::to_string(count - kMostLines) + " more\n";
+  };
+  list("Causes", summary.causes.size(), [&](std::size_t i) {
+    const CountedCause& cause = summary.causes[i];
+    return std::to_string(cause.count) + " x " + CauseText(*cause.cause) + ": " +
+           RowsText(cause.rows, cause.count);
+  });
+  list("Duplicates", summary.duplicates.size(), [&](std::size_t i) {
+    const Duplicate& duplicate = summary.duplicates[i];
+    return std::string(duplicate.what) + " " + Printable(duplicate.value) + ": " +
+           RowsText(duplicate.rows, duplicate.rows.size());
+  });
+  std::vector<const Computer*> open;
+  for (const Computer& computer : report.computers) {
+    if (computer.outcome != Outcome::kSettled) open.push_back(&computer);
+  }
+  list("Not settled", open.size(), [&](std::size_t i) {
+    const Computer& computer = *open[i];
+    const std::string others = OthersText(computer);
+    return "row " + std::to_string(computer.row) + "  " + Printable(computer.file) + "  " +
+           style.Bad(TextOf(computer.outcome)) + ": " + CauseText(report.causes[computer.cause]) +
+           (others.empty() ? "" : "  (" + others + ")");
+  });
+  return text + "\n" + style.Heading("Roll-out") + "\n  " + RollOutText(summary, rollOut) + "\n";
+}
+
+std::string ReportJson(const FleetReport& report, const RollOut& rollOut) {
+  const Summary summary = Summarize(report, rollOut);
+  Json json{{"schema", 1}, {"rows", report.computers.size()}};
+  for (std::size_t i = 0; i < kOutcomes.size(); ++i) {
+    json["outcomes"][kOutcomes[i]] = summary.outcomes[i];
+  }
+  json["causes"] = Json::array();
+  for (const CountedCause& cause : summary.causes) {
+    json["causes"].push_back(
+        {{"cause", cause.cause->text},
+         {"code", cause.cause->code.empty() ? Json() : Json(cause.cause->code)},
+         {"count", cause.count},
+         {"rows", cause.rows}});
+  }
+  json["duplicates"] = Json::array();
+  for (const Duplicate& duplicate : summary.duplicates) {
+    json["duplicates"].push_back(
+        {{"what", duplicate.what}, {"value", duplicate.value}, {"rows", duplicate.rows}});
+  }
+  json["restarts"] = summary.restarts;
+  json["pause_ms"] = summary.pauseMs;
+  json["minutes"] = summary.minutes;
+  // A document of all computers at once would need many times their memory.
+  std::string text = json.dump(2, ' ', false, Json::error_handler_t::replace);
+  text.resize(text.size() - 2);
+  text += ",\n  \"computers\": [";
+  for (const Computer& computer : report.computers) {
+    text += &computer == report.computers.data() ? "\n    " : ",\n    ";
+    text += ToJson(computer, report).dump(-1, ' ', false, Json::error_handler_t::replace);
+  }
+  return text + "\n  ]\n}\n";
+}
+
+void Merge(const std::string& name, const std::string& json, FleetReport* report) {
+  try {
+    const Json document = Json::parse(json);
+    if (document.at("schema") != 1)
+      throw ToolError(name, "has another schema", "name a report of fleet --json");
+    std::vector<Cause> causes;
+    for (const Json& cause : document.at("causes")) {
+      const Json& code = cause.at("code");
+      causes.push_back({cause.at("cause"), code.is_null() ? "" : code.get<std::string>()});
+    }
+    for (const Json& row : document.at("computers")) {
+      Computer computer;
+      computer.row = row.at("row");
+      computer.file = row.at("file");
+      computer.restarts = row.at("restarts");
+      computer.pauseMs = row.at("pause_ms");
+      computer.computerName = row.at("computer_name");
+      row.at("mac_addresses").get_to(computer.macAddresses);
+      row.at("ip_addresses").get_to(computer.ipAddresses);
+      row.at("pci_locations").get_to(computer.pciLocations);
+      for (const auto& [column, cell] : row.at("columns").items())
+        computer.others.emplace_back(column, cell);
+      const auto outcome =
+          std::find(kOutcomes.begin(), kOutcomes.end(), row.at("outcome").get<std::string>());
+      if (outcome == kOutcomes.end())
+        throw ToolError(name, "has an unknown outcome", "name a report of fleet --json");
+      if (!row.at("cause").is_null()) {
+        const auto cause = std::find_if(causes.begin(), causes.end(), [&](const Cause& other) {
+          return other.text == row.at("cause");
+        });
+        report->Blame(computer, static_cast<Outcome>(outcome - kOutcomes.begin()),
+                      cause != causes.end() ? *cause : Cause{row.at("cause"), ""});
+      }
+      report->computers.push_back(std::move(computer));
+    }
+    std::stable_sort(report->computers.begin(), report->computers.end(),
+                     [](const auto& left, const auto& right) { return left.row < right.row; });
+  } catch (const Json::exception&) {
+    throw ToolError(name, "is not a report of fleet --json", "name the reports of the shards");
+  }
+}
+
+}  // namespace tool::fleet
