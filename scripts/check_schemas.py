@@ -46,11 +46,6 @@ def documents(tool, folder):
         yield kind, " ".join(arguments), path.read_text(errors="replace")
 
 
-def runs(tool, kind):
-    help_of = [*tool, "capture" if kind == "machine" else kind, "--help"]
-    return subprocess.run(help_of, capture_output=True, check=False).returncode == 0
-
-
 def main(tool):
     held = dict.fromkeys(KINDS, 0)
     validators = {}
@@ -67,7 +62,7 @@ def main(tool):
             for fault in validators[kind].iter_errors(json.loads(text)):
                 faults += 1
                 print(f"{source}: {fault.json_path}: {fault.message[:300]}")
-    unheld = [kind for kind in KINDS if not held[kind] and runs(tool, kind)]
+    unheld = [kind for kind in KINDS if not held[kind]]
     print(held, *(f"{kind}: no story prints one" for kind in unheld))
     return 1 if faults or unheld else 0
 
