@@ -23,10 +23,21 @@ constexpr std::string_view kAnchor = "::";
 enum class Kind { kMessage, kFile, kNoFile, kNotLoaded, kCommand, kAdapter, kReport };
 
 struct Format {
+  constexpr Format(Kind ofKind, std::string_view format, std::string_view following = {})
+      : kind(ofKind),
+        text(format.substr(0, format.find('\n'))),
+        details(text == format ? following : format.substr(text.size() + 1)),
+        constant(text.starts_with(kPlace) ? kPlace.size() : 0),
+        anchor(text.find(kAnchor) - constant) {}
+
   Kind kind;
+  /// Its first line.
   std::string_view text;
-  /// What follows on lines of its own, a format a line; else the further lines of the text.
-  std::string_view details = {};
+  /// What follows on lines of its own, a format a line.
+  std::string_view details;
+  /// Where the first constant text behind the place begins, and the anchor in that.
+  std::size_t constant;
+  std::size_t anchor;
 };
 
 constexpr Format kFormats[] = {
@@ -83,14 +94,12 @@ std::int32_t Number(std::string_view text) {
 /// The first line of the format whose anchor is this one, with the texts that it holds.
 const Format* Recognize(std::string_view line, std::size_t anchor, Values& values) {
   for (const Format& format : kFormats) {
-    const std::string_view text = format.text.substr(0, format.text.find('\n'));
-    const std::size_t constant = text.starts_with(kPlace) ? kPlace.size() : 0;
-    const std::size_t before = text.find(kAnchor) - constant;
-    if (before > anchor || line[anchor - before] != text[constant]) continue;
-    std::size_t start = anchor - before;
-    if (constant > 0) start = line.find_last_of(" \t", start - 2) + 1;
-    auto found = Match(text, line.substr(start));
-    if (!found || (constant > 0 && !ParseNumber((*found)[1]))) continue;
+    if (format.anchor > anchor) continue;
+    std::size_t start = anchor - format.anchor;
+    if (line[start] != format.text[format.constant]) continue;
+    if (format.constant > 0) start = line.find_last_of(" \t", start - 2) + 1;
+    auto found = Match(format.text, line.substr(start));
+    if (!found || (format.constant > 0 && !ParseNumber((*found)[1]))) continue;
     values = std::move(*found);
     return &format;
   }
@@ -188,8 +197,7 @@ void LogReader::ReadLine(std::string_view line) {
   failure.source = Text(values[0]);
   failure.line = Number(values[1]);
   story_->failure = std::move(failure);
-  const std::size_t first = format->text.find('\n');
-  details_ = first == std::string_view::npos ? format->details : format->text.substr(first + 1);
+  details_ = format->details;
   foreignLines_ = 0;
 }
 
