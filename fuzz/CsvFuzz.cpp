@@ -1,5 +1,5 @@
-// Reads arbitrary texts as comma-separated values: records end, and sound ones read back as they are
-// written again.
+// Reads arbitrary texts as comma-separated values: records end, and sound ones read back as they
+// are written again.
 #include <cstddef>
 #include <cstdint>
 #include <string>

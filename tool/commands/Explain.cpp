@@ -92,7 +92,8 @@ class Explanation {
                         {"meaning", text.meaning},
                         {"remedy", text.remedy}});
     } else {
-      out_ << std::exchange(separator_, "\n") << style_.Heading(text.heading + ": " + text.name) << '\n'
+      out_ << std::exchange(separator_, "\n") << style_.Heading(text.heading + ": " + text.name)
+           << '\n'
            << text.meaning << (text.meaning.ends_with('\n') ? "" : "\n")
            << "Remedy: " << text.remedy << '\n';
     }

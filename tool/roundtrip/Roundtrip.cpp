@@ -198,8 +198,7 @@ int Roundtrip(const MachineOptions& options, const Streams& streams) {
 
   ImageRestore image = RestoreFromImage(std::move(machine));
   if (saved) saved->Commit(PrintedMachine(image.after));
-  const std::string machineText =
-      MachineText(MachineName(options.machineFile), image.before);
+  const std::string machineText = MachineText(MachineName(options.machineFile), image.before);
   PutIntoUtf8(image);
   const std::vector<RestoredSetting> settings = RestoredSettings(image);
   const bool everything =
