@@ -14,6 +14,12 @@ struct alignas(std::max_align_t) BlockHeader {
   std::size_t size;
 };
 
+void* Allocate(std::size_t size) {
+  if (size > std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader)) return nullptr;
+  void* const memory = std::malloc(sizeof(BlockHeader) + size);
+  return memory == nullptr ? nullptr : new (memory) BlockHeader{size} + 1;
+}
+
 void Release(void* block) noexcept {
   if (block == nullptr) return;
   BlockHeader* const header = static_cast<BlockHeader*>(block) - 1;
@@ -23,15 +29,33 @@ void Release(void* block) noexcept {
 
 }  // namespace
 
-// The standard library's other forms for objects of usual alignment, such as those for arrays, call
-// these, so no block of ours meets another heap.
+// Every form for objects of usual alignment, so that no block of ours meets another heap.
 
 void* operator new(std::size_t size) {
-  constexpr std::size_t kLargest = std::numeric_limits<std::size_t>::max() - sizeof(BlockHeader);
-  void* const memory = size <= kLargest ? std::malloc(sizeof(BlockHeader) + size) : nullptr;
-  if (memory == nullptr) throw std::bad_alloc();  // nobody installs a new-handler
-  return new (memory) BlockHeader{size} + 1;
+  for (;;) {
+    if (void* const block = Allocate(size)) return block;
+    const std::new_handler handler = std::get_new_handler();
+    if (handler == nullptr) throw std::bad_alloc();
+    handler();
+  }
+}
+
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
+void* operator new[](std::size_t size) { return operator new(size); }
+void* operator new[](std::size_t size, const std::nothrow_t& nothrow) noexcept {
+  return operator new(size, nothrow);
 }
 
 void operator delete(void* block) noexcept { Release(block); }
 void operator delete(void* block, std::size_t) noexcept { Release(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { Release(block); }
+void operator delete[](void* block) noexcept { Release(block); }
+void operator delete[](void* block, std::size_t) noexcept { Release(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { Release(block); }

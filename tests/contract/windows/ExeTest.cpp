@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <system_error>
 #include <vector>
 
 #include "platform/simulated/MachineFile.h"
@@ -26,11 +27,16 @@ std::string ReadText(const fs::path& path) {
 class ExeTest : public testing::Test {
  protected:
   void SetUp() override {
-    folder_ = fs::temp_directory_path() / L"exe-Zürich-日本";
-    fs::remove_all(folder_);
+    folder_ = fs::temp_directory_path() /
+              (L"exe-Zürich-日本-" + std::to_wstring(::GetCurrentProcessId()) + L"-" +
+               std::to_wstring(::GetTickCount64()));
     fs::create_directories(folder_ / L"in");
   }
-  void TearDown() override { fs::remove_all(folder_); }
+  void TearDown() override {
+    // A service that the program woke may hold its streams for longer.
+    std::error_code ignored;
+    fs::remove_all(folder_, ignored);
+  }
 
   void Write(const wchar_t* name, const std::string& text) {
     std::ofstream(folder_ / L"in" / name, std::ios::binary) << text;
@@ -42,7 +48,8 @@ class ExeTest : public testing::Test {
     for (const std::wstring& argument : arguments) line += L" \"" + argument + L"\"";
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     const auto stream = [&](const wchar_t* name) {
-      return ::CreateFileW((folder_ / name).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited,
+      return ::CreateFileW((folder_ / name).c_str(), GENERIC_WRITE,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, &inherited,
                            CREATE_ALWAYS, 0, nullptr);
     };
     STARTUPINFOW startup{};
