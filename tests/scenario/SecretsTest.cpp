@@ -73,7 +73,10 @@ TEST_F(Secrets, NoMessageTellsThem) {
     /// What the account alone may do.
     const char* step;
   } kRows[] = {
-      {"join and rename", false, kConfig, "JoinDomainOrWorkgroup"},
+      {"join", false,
+       std::string(kAccount) +
+           "Workgroup=False\nDNSDomain=corp.example\nDSOrganizationalUnit=Sales/Europe\n",
+       "JoinDomainOrWorkgroup"},
       {"rename", true, std::string(kAccount) + "ComputerName=PC9\n", "Rename"},
       {"move", true,
        std::string(kAccount) +
