@@ -86,6 +86,13 @@ orvanta-config: -: has no column "file"; name each computer's configuration file
 [exit code 2]
 $ printf 'file;Ort\nrename.cfg;M\374nchen\n' | orvanta-config fleet - --code-page 1252 --json | grep -o '"columns.*'
 "columns":{"Ort":"München"}}
+$ orvanta-config fleet inventory.csv --html fleet.html >text.txt; grep -c '<tr><td>' fleet.html; grep -o '<title>.*</title>' fleet.html; grep -c 'spare &quot;new&quot;' fleet.html
+25
+<title>Fleet of 10 computers</title>
+1
+$ orvanta-config fleet inventory.csv --shard 1/
+orvanta-config: --shard 1/: is not a part of a whole; write 2/8 for the second of eight
+[exit code 2]
 $ orvanta-config fleet inventory.csv --shard 4/3
 orvanta-config: --shard 4/3: is not a part of a whole; write 2/8 for the second of eight
 [exit code 2]

@@ -207,6 +207,7 @@ Shard ReadShard(const std::string& text) {
   const char* const end = text.data() + text.size();
   const auto slash = std::from_chars(text.data(), end, shard.number);
   const bool isPair = slash.ec == std::errc{} && slash.ptr != end && *slash.ptr == '/';
+  shard.of = 0;
   if (!isPair || std::from_chars(slash.ptr + 1, end, shard.of).ptr != end || shard.number < 1 ||
       shard.number > shard.of) {
     throw ToolError("--shard " + text, "is not a part of a whole",
@@ -275,7 +276,7 @@ int Fleet(const FleetOptions& options, const Streams& streams) {
     report = RehearseAll(options, streams);
   }
   const fleet::RollOut rollOut{options.atOnce.value_or(1), options.restartMinutes.value_or(3)};
-  if (page) page->Commit(ReportJson(report, rollOut));  // TODO page
+  if (page) page->Commit(ReportPage(report, rollOut));
   streams.out << (options.json
                       ? ReportJson(report, rollOut)
                       : ReportText(report, rollOut, Style(streams.color && !options.noColor)));

@@ -9,6 +9,7 @@
 #include "base/Numbers.h"
 #include "base/Pieces.h"
 #include "platform/simulated/Json.h"
+#include "tool/io/Html.h"
 #include "tool/io/ToolError.h"
 
 namespace tool::fleet {
@@ -252,6 +253,46 @@ std::string ReportJson(const FleetReport& report, const RollOut& rollOut) {
     text += ToJson(computer, report).dump(-1, ' ', false, Json::error_handler_t::replace);
   }
   return text + "\n  ]\n}\n";
+}
+
+std::string ReportPage(const FleetReport& report, const RollOut& rollOut) {
+  const Summary summary = Summarize(report, rollOut);
+  std::vector<std::vector<std::string>> outcomes;
+  for (std::size_t i = 0; i < kOutcomes.size(); ++i) {
+    outcomes.push_back({kOutcomes[i], std::to_string(summary.outcomes[i])});
+  }
+  std::vector<std::vector<std::string>> causes;
+  for (const CountedCause& cause : summary.causes) {
+    causes.push_back({std::to_string(cause.count), Escaped(CauseText(*cause.cause)),
+                      RowsText(cause.rows, cause.count)});
+  }
+  std::vector<std::vector<std::string>> duplicates;
+  for (const Duplicate& duplicate : summary.duplicates) {
+    duplicates.push_back(
+        {duplicate.what, Shown(duplicate.value), RowsText(duplicate.rows, duplicate.rows.size())});
+  }
+  std::vector<std::vector<std::string>> computers;
+  for (const Computer& computer : report.computers) {
+    const bool settled = computer.outcome == Outcome::kSettled;
+    computers.push_back({std::to_string(computer.row), Shown(computer.file),
+                         Shown(computer.computerName),
+                         Element("span", settled ? "good" : "bad", TextOf(computer.outcome)),
+                         std::to_string(computer.restarts),
+                         settled ? "" : Escaped(CauseText(report.causes[computer.cause])),
+                         Escaped(OthersText(computer))});
+  }
+  std::string body = Table({"Outcome", "Computers"}, outcomes);
+  if (!causes.empty()) {
+    body += Element("h2", "", "Causes") + Table({"Computers", "Cause", "Where"}, causes);
+  }
+  if (!duplicates.empty()) {
+    body += Element("h2", "", "Duplicates") + Table({"What", "Value", "Where"}, duplicates);
+  }
+  body +=
+      Element("h2", "", "Computers") +
+      Table({"Row", "File", "Name", "Outcome", "Restarts", "Cause", "Other columns"}, computers);
+  return Page("Fleet of " + base::Counted(report.computers.size(), "computer"),
+              Paragraph("soft", RollOutText(summary, rollOut)), body);
 }
 
 void Merge(const std::string& name, const std::string& json, FleetReport* report) {
