@@ -111,7 +111,7 @@ format:
 
 tidy:
 	$(PACKAGES) native tidy
-	cmake --preset native
+	cmake --preset native -DCONFIG_UNITY=OFF
 	run-clang-tidy -quiet -p build/native -j $(JOBS) '/(base|common|handlers|platform|toolbox|tool)/'
 	cppcheck --std=c++20 --enable=warning,performance,portability --inline-suppr --quiet -I . \
 	  --suppress=missingInclude -j $(JOBS) --error-exitcode=1 \

@@ -78,3 +78,10 @@ function(config_version_resource target type file description)
   configure_file(${PROJECT_SOURCE_DIR}/cmake/version.rc.in ${resource} @ONLY)
   target_sources(${target} PRIVATE ${resource})
 endfunction()
+
+# config_precompile(TARGET [HEADER...]): parses the library headers of nearly every source once.
+# A source still includes what it uses.
+function(config_precompile target)
+  target_precompile_headers(${target} PRIVATE <algorithm> <cstdint> <functional> <map> <memory>
+    <optional> <string> <string_view> <unordered_map> <utility> <variant> <vector> ${ARGN})
+endfunction()

@@ -137,7 +137,7 @@ class Copy:
             if not target.exists() or target.read_bytes() != (ROOT / name).read_bytes():
                 shutil.copy2(ROOT / name, target)
         self.run(["cmake", "-S", self.source, "-B", self.build, "-G", "Ninja",
-                  "-DCONFIG_TESTS=ON", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g0 -w"])
+                  "-DCONFIG_TESTS=ON", "-DCONFIG_UNITY=OFF", "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-O0 -g0 -w"])
         if self.noticed_by() != set():
             raise SystemExit("mutate.py: the tests do not pass before any fault")
 

@@ -147,7 +147,7 @@ std::string BaselineKey(const std::string& file, const std::string& code,
 std::multiset<std::string> ReadBaseline(const std::string& name, const std::string& document) {
   std::multiset<std::string> keys;
   try {
-    const Json report = Json::parse(document);
+    const Json report = ParsedJson(document);
     for (const Json& finding : report.at("findings")) {
       keys.insert(BaselineKey(finding.at("file"), finding.at("code"), finding.at("message")));
     }

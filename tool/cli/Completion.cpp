@@ -8,7 +8,7 @@
 namespace tool {
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kCompletionFooter[] =
     R"(The script asks the tool itself what may follow, so it needs no update.
 
 To install a script permanently:
@@ -133,7 +133,7 @@ void Complete(const std::vector<std::string>& before, std::string_view word,
 Command CompletionCommand(CompletionOptions& options) {
   return {"completion",
           "write a completion script for a shell",
-          kFooter,
+          kCompletionFooter,
           {{"SHELL", &options.shell, "bash|zsh|fish|powershell", "the shell", /*isRequired=*/true},
            {"WORD", &options.words, "",
             "asked by the script: \"=\" and the word at the cursor, "

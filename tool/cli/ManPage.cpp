@@ -9,7 +9,7 @@
 namespace tool {
 namespace {
 
-constexpr char kFooter[] = R"(Exit codes:
+constexpr char kManPageFooter[] = R"(Exit codes:
   0  the page was written
 
 Examples:
@@ -68,7 +68,7 @@ std::string Section(const Command& command) {
 
 }  // namespace
 
-Command ManPageCommand() { return {"man", "write the manual page", kFooter, {}}; }
+Command ManPageCommand() { return {"man", "write the manual page", kManPageFooter, {}}; }
 
 int ManPage(const std::vector<Command>& commands, const Streams& streams) {
   const Command& program = commands[0];

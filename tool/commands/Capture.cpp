@@ -12,7 +12,7 @@
 namespace tool {
 namespace {
 
-constexpr char kFooter[] =
+constexpr char kCaptureFooter[] =
     R"(Without --machine, captures this computer on Windows and the built-in example elsewhere.
 Nothing is changed. What cannot be read is listed on standard error.
 Passwords are shown as "***"; only --save-machine keeps those of a machine file.
@@ -29,7 +29,8 @@ Examples:
 }  // namespace
 
 Command CaptureCommand(MachineOptions& options) {
-  return {"capture", "write a machine as a machine file", kFooter, MachineOptionRows(options)};
+  return {"capture", "write a machine as a machine file", kCaptureFooter,
+          MachineOptionRows(options)};
 }
 
 int Capture(const MachineOptions& options, const Streams& streams) {

@@ -25,7 +25,7 @@ using explain::LogStory;
 using explain::Reading;
 using simulated::Json;
 
-constexpr char kFooter[] =
+constexpr char kExplainFooter[] =
     R"(WHAT is the code of a finding, such as C303; a number with which the library or the
 machine answered, in decimal or hexadecimal; or else a log file, "-" for standard input.
 Of a number every reading is listed, the library's own first. A log may hold lines of
@@ -183,7 +183,7 @@ class Explanation {
 Command ExplainCommand(ExplainOptions& options) {
   return {"explain",
           "tell what a finding, an error number or a log means",
-          kFooter,
+          kExplainFooter,
           {{"WHAT", &options.what, "", "a finding's code, a number, or a log file",
             /*isRequired=*/true},
            {"--json", &options.json, "", "one JSON document on standard output"},

@@ -14,7 +14,7 @@ namespace {
 
 using simulated::Json;
 
-constexpr char kFooter[] =
+constexpr char kSchemaFooter[] =
     R"(The schemas are of draft 2020-12. A machine file that names its own in "$schema" is checked and
 completed by editors.
 
@@ -24,8 +24,7 @@ Examples:
 
 Json Parsed(const std::string& name) {
   const auto texts = SchemaTexts();
-  return Json::parse(
-      base::FindIn(texts, [&](const auto& text) { return text.name == name; })->json);
+  return ParsedJson(base::FindIn(texts, [&](const auto& text) { return text.name == name; })->json);
 }
 
 }  // namespace
@@ -33,7 +32,7 @@ Json Parsed(const std::string& name) {
 Command SchemaCommand(std::string& name) {
   return {"schema",
           "write the JSON Schema of machine files or of an output",
-          kFooter,
+          kSchemaFooter,
           {{"NAME", &name, "machine|plan|simulate|check|verify|fleet", "what it describes",
             /*isRequired=*/true}}};
 }

@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::uintptr_t kKnownRevision = 1;
 
-constexpr char kFooter[] =
+constexpr char kSendFooter[] =
     R"(The message changes this computer: rehearse it with "simulate" first.
 Windows only. Without --plugin, the library next to the tool is loaded.
 
@@ -55,7 +55,7 @@ const ToolboxApi& LoadPlugin(const std::string& path) {
 Command SendCommand(SendOptions& options) {
   return {"send",
           "send one message to the plug-in library on this computer",
-          kFooter,
+          kSendFooter,
           {{"TYPE", &options.type, "", "the message's type, for example Internal",
             /*isRequired=*/true},
            {"NAME", &options.name, "", "the message's name, for example Configure",

@@ -28,7 +28,7 @@ constexpr struct {
 } kMessages[] = {
     {"configure", "Configure"}, {"prep-for-image", "PrepForImage"}, {"update-info", "UpdateInfo"}};
 
-constexpr char kFooter[] =
+constexpr char kSimulateFooter[] =
     R"(FILE is copied to the simulated machine; your own file is not changed. Only
 "configure" requires one.
 
@@ -89,7 +89,7 @@ Command SimulateCommand(SimulateOptions& options) {
   for (const auto& message : kMessages) messages.emplace_back(message.option);
   Command command{"simulate",
                   "send one message to the library on a simulated machine",
-                  kFooter,
+                  kSimulateFooter,
                   {{"FILE", &options.file, "", "a configuration file, or - for standard input"}}};
   command.Add(MachineOptionRows(options.machine));
   command.Add({

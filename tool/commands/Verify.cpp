@@ -32,7 +32,7 @@ constexpr char kPlace[] = R"(C:\verified.cfg)";
 constexpr char kComputer[] = "computer";
 constexpr char kDhcp[] = "dhcp";
 
-constexpr char kFooter[] =
+constexpr char kVerifyFooter[] =
     R"(Every setting that FILE asks for is compared with the machine as it is now, lists in full.
 Adapters are found as in a run. What no machine tells, as a password, is unknown; so is the
 OU where the machine file says nothing of the directory. On Windows the machine is this
@@ -224,7 +224,7 @@ Json AsJson(const std::vector<Setting>& settings, bool holds) {
 Command VerifyCommand(VerifyOptions& options) {
   return {"verify",
           "tell whether what a configuration file asks for is true of a machine",
-          kFooter,
+          kVerifyFooter,
           {{"FILE", &options.file, "", "a configuration file, or - for standard input",
             /*isRequired=*/true},
            {"--machine", &options.machine.machineFile, "M.json",

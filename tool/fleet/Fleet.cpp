@@ -15,6 +15,7 @@
 #include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
 #include "tool/io/HostSystem.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDocument.h"
 #include "tool/machine/MachineOptions.h"
@@ -65,7 +66,7 @@ class InventoryRun {
   InventoryRun(const FleetOptions& options, FleetReport& report, const Streams& streams)
       : folder_(PathOf(options.files.front()).parent_path()), report_(report) {
     base_ = LoadMachine(options.machineFile, streams, options.files);
-    baseDocument_ = Json::parse(PrintedMachine(base_));
+    baseDocument_ = ParsedJson(PrintedMachine(base_));
     if (!options.directory) return;
     std::istringstream noInput;
     const std::string text = ReadInput(*options.directory, noInput);
@@ -129,7 +130,8 @@ class InventoryRun {
     } else {
       Json document = baseDocument_;
       for (const auto& [place, value] : row.facts) document[Json::json_pointer(place)] = value;
-      machine = ReadMachine(document.dump(), "row " + std::to_string(row.number));
+      machine = ReadMachine(PrintedJson(document, /*indented=*/false),
+                            "row " + std::to_string(row.number));
     }
     if (!domains_.empty()) machine.domains = domains_;
     return machine;

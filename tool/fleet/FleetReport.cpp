@@ -10,6 +10,7 @@
 #include "base/Pieces.h"
 #include "platform/simulated/Json.h"
 #include "tool/io/Html.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 
 namespace tool::fleet {
@@ -245,12 +246,13 @@ std::string ReportJson(const FleetReport& report, const RollOut& rollOut) {
   json["pause_ms"] = summary.pauseMs;
   json["minutes"] = summary.minutes;
   // A document of all computers at once would need many times their memory.
-  std::string text = json.dump(2, ' ', false, Json::error_handler_t::replace);
-  text.resize(text.size() - 2);
+  std::string text = PrintedJson(json);
+  text.resize(text.size() - 3);
   text += ",\n  \"computers\": [";
   for (const Computer& computer : report.computers) {
     text += &computer == report.computers.data() ? "\n    " : ",\n    ";
-    text += ToJson(computer, report).dump(-1, ' ', false, Json::error_handler_t::replace);
+    text += PrintedJson(ToJson(computer, report), /*indented=*/false);
+    text.pop_back();
   }
   return text + "\n  ]\n}\n";
 }
@@ -297,7 +299,7 @@ std::string ReportPage(const FleetReport& report, const RollOut& rollOut) {
 
 void Merge(const std::string& name, const std::string& json, FleetReport* report) {
   try {
-    const Json document = Json::parse(json);
+    const Json document = ParsedJson(json);
     if (document.at("schema") != 1)
       throw ToolError(name, "has another schema", "name a report of fleet --json");
     std::vector<Cause> causes;

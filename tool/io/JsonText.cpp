@@ -22,8 +22,12 @@ Json DecodedJson(const Json& bytes) {
   return text;
 }
 
-std::string PrintedJson(const Json& document) {
-  return document.dump(2, ' ', /*ensure_ascii=*/false, Json::error_handler_t::replace) + "\n";
+std::string PrintedJson(const Json& document, bool indented) {
+  return document.dump(indented ? 2 : -1, ' ', /*ensure_ascii=*/false,
+                       Json::error_handler_t::replace) +
+         "\n";
 }
+
+Json ParsedJson(std::string_view text) { return Json::parse(text); }
 
 }  // namespace tool

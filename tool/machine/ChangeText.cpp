@@ -40,7 +40,7 @@ std::string ValueText(const Value& value) {
   return list.empty() ? "nothing" : list;
 }
 
-std::string Adapter(const Change& change) {
+std::string AdapterOf(const Change& change) {
   const std::string path = ValueText(change["path"]);
   const std::size_t index = path.rfind(".Index=");
   return index == std::string::npos ? path : "adapter " + path.substr(index + 7);
@@ -109,7 +109,7 @@ constexpr struct {
 
 std::string Part(std::string_view name, const Change& change) {
   const Value& arguments = change["arguments"];
-  if (name == "adapter") return Adapter(change);
+  if (name == "adapter") return AdapterOf(change);
   if (name == "addresses") return Addresses(arguments);
   if (name == "as") return As(arguments);
   if (name == "join") return Join(arguments);
