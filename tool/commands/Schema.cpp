@@ -3,9 +3,9 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 
-#include "base/FindIn.h"
 #include "platform/simulated/MachineFile.h"
 #include "tool/cli/Command.h"
+#include "tool/io/EmbeddedText.h"
 #include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 
@@ -23,8 +23,7 @@ Examples:
   orvanta-config schema plan)";
 
 Json Parsed(const std::string& name) {
-  const auto texts = SchemaTexts();
-  return ParsedJson(base::FindIn(texts, [&](const auto& text) { return text.name == name; })->json);
+  return ParsedJson(EmbeddedText("tool/schemas/" + name + ".json"));
 }
 
 }  // namespace

@@ -1,21 +1,12 @@
 // The command `schema`: the JSON Schemas of machine files and of what the other commands print.
 #pragma once
 
-#include <span>
 #include <string>
 
 #include "tool/cli/Command.h"
 #include "tool/io/Streams.h"
 
 namespace tool {
-
-/// A file of tool/schemas: the schema of an output, or definitions that some of them share.
-struct SchemaText {
-  const char* name;
-  const char* json;
-};
-/// The build makes their source.
-std::span<const SchemaText> SchemaTexts();
 
 /// The command; the parser stores in `name` what the schema is of.
 Command SchemaCommand(std::string& name);
