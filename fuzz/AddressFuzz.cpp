@@ -14,8 +14,8 @@
 #include "common/sys/NicText.h"
 #include "fuzz/Check.h"
 #include "platform/ScopedPlatform.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/SimulatedPlatform.h"
-#include "platform/simulated/Text.h"
 
 namespace {
 

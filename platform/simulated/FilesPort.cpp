@@ -10,7 +10,6 @@
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {

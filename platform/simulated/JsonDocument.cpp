@@ -6,8 +6,8 @@
 #include <utility>
 #include <vector>
 
+#include "base/Nearest.h"
 #include "platform/simulated/MachineFile.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
@@ -199,7 +199,7 @@ void Cursor::FailType(const std::string& expected) const {
 void Cursor::FailUnknown(const std::string& what, std::string_view name,
                          std::span<const std::string_view> known) const {
   std::string mend = "; remove it or correct its name";
-  if (const auto nearest = Nearest(name, known)) {
+  if (const auto nearest = base::Nearest(name, known)) {
     mend = "; did you mean \"" + std::string(*nearest) + "\"?";
   } else if (known.size() <= kMostNamesListed) {
     mend.clear();

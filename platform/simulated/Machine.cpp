@@ -1,9 +1,10 @@
 #include "platform/simulated/Machine.h"
 
+#include <algorithm>
+
 #include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "platform/simulated/DirectoryTree.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 
@@ -54,6 +55,21 @@ void Machine::PutFile(const std::string& path, const std::string& text) {
 
 void Machine::FailCall(std::uint32_t nth, platform::Win32Error error) {
   faults.push_back({.nth = nth, .error = error});
+}
+
+std::string FoldedPath(std::string_view path) {
+  std::string folded;
+  for (std::size_t start = 0; start < path.size();) {
+    const std::size_t end = std::min(path.find_first_of("\\/", start), path.size());
+    const std::string_view name = path.substr(start, end - start);
+    start = end + 1;
+    if (name == "..") {
+      folded.resize(std::min(folded.rfind('\\'), folded.size()));
+    } else if (!name.empty() && name != ".") {
+      folded.append(folded.empty() ? "" : "\\").append(base::Folded(name));
+    }
+  }
+  return folded;
 }
 
 }  // namespace simulated

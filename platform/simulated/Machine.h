@@ -207,4 +207,8 @@ struct Machine {
 /// directory that it can join.
 Machine ExampleMachine();
 
+/// `path` in the one form that all its spellings share: letter case, "/", doubled separators, "."
+/// and ".." make no difference.
+std::string FoldedPath(std::string_view path);
+
 }  // namespace simulated

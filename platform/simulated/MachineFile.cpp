@@ -18,10 +18,10 @@
 #include "base/Services.h"
 #include "platform/IRegistry.h"
 #include "platform/simulated/AdapterFields.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/JsonDocument.h"
 #include "platform/simulated/Secrets.h"
 #include "platform/simulated/Simulation.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {

@@ -13,9 +13,9 @@
 #include "base/Pieces.h"
 #include "platform/IProcesses.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {

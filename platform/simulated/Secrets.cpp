@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "base/LetterCase.h"
+#include "base/Nearest.h"
 #include "base/Pieces.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
@@ -37,7 +37,9 @@ std::string RedactedBehind(std::string_view text, std::string_view separators) {
 
 bool NamesPassword(std::string_view name) { return WordIn(name) != kNowhere; }
 
-bool NamesSecret(std::string_view name) { return NamesPassword(name) || Nearest(name, kNames); }
+bool NamesSecret(std::string_view name) {
+  return NamesPassword(name) || base::Nearest(name, kNames);
+}
 
 std::size_t SecretLines::HiddenFrom(std::string_view line) {
   const std::string_view content = base::Trimmed(line);

@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "base/Numbers.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {
@@ -144,6 +144,15 @@ std::string HResultText(platform::HResult result) {
 
 bool OnlyChoosesResult(const Fault& fault) {
   return fault.result && !fault.hresult && !fault.error;
+}
+
+std::optional<std::uint32_t> ParseIndex(std::string_view text) {
+  const auto number = base::ParseWhole<std::int64_t>(text);
+  if (!number ||
+      (!std::in_range<std::int32_t>(*number) && !std::in_range<std::uint32_t>(*number))) {
+    return std::nullopt;
+  }
+  return static_cast<std::uint32_t>(*number);
 }
 
 }  // namespace simulated

@@ -180,4 +180,7 @@ std::string HResultText(platform::HResult result);
 /// True when the fault lets the call run and only chooses its return value or exit code.
 bool OnlyChoosesResult(const Fault& fault);
 
+/// An adapter index in decimal; the signed form of a large one is read as well.
+std::optional<std::uint32_t> ParseIndex(std::string_view text);
+
 }  // namespace simulated

@@ -14,9 +14,9 @@
 #include "platform/ILibraries.h"
 #include "platform/IResolver.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
-#include "platform/simulated/Text.h"
 
 namespace simulated {
 namespace {

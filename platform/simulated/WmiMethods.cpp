@@ -4,7 +4,7 @@
 #include "base/LetterCase.h"
 #include "platform/simulated/Codes.h"
 #include "platform/simulated/DirectoryTree.h"
-#include "platform/simulated/Text.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/WmiClasses.h"
 
 namespace simulated {

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <functional>
+#include <span>
 
 #include "base/FindIn.h"
 #include "base/LetterCase.h"
@@ -7,7 +8,6 @@
 #include "base/Services.h"
 #include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/Codes.h"
-#include "platform/simulated/Text.h"
 #include "platform/simulated/WmiClasses.h"
 
 namespace simulated {

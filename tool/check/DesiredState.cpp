@@ -5,7 +5,7 @@
 
 #include "base/Numbers.h"
 #include "handlers/internal/NumberedKeys.h"
-#include "platform/simulated/Text.h"
+#include "platform/simulated/Ipv4.h"
 #include "tool/check/Findings.h"
 
 namespace tool::check {

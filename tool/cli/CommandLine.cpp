@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/Nearest.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
-#include "platform/simulated/Text.h"
 #include "tool/io/ToolError.h"
 
 namespace tool {
@@ -111,7 +111,7 @@ std::string NearestOption(const Command& command, const std::string& name) {
   }
   if (name.size() == 2) return {};
   const std::vector<std::string_view> known(names.begin(), names.end());
-  return std::string(simulated::Nearest(name, known).value_or(""));
+  return std::string(base::Nearest(name, known).value_or(""));
 }
 
 /// A line about an argument that the parser did not expect.
@@ -128,7 +128,7 @@ std::string ExtraFault(const std::string& argument, const Command& command,
   std::vector<std::string_view> names;
   for (std::size_t i = 1; i < commands.size(); ++i) names.push_back(commands[i].name);
   return argument + ": unknown command" +
-         Mend(simulated::Nearest(argument, names).value_or(""), program, program);
+         Mend(base::Nearest(argument, names).value_or(""), program, program);
 }
 
 /// A line about the first required option that is missing.

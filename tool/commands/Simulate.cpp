@@ -53,8 +53,8 @@ const char* MessageNameOf(const std::string& option) {
       ->name;
 }
 
-Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
-  const std::vector<Delivery>& deliveries = simulation.conversation.deliveries;
+Json AsJson(const SimulateOptions& options, const SimulatedRun& run) {
+  const std::vector<Delivery>& deliveries = run.conversation.deliveries;
   Json json = ToJson(deliveries.back());
   if (options.deliverPosted || options.followRestarts.value_or(0) > 0) {
     Json& earlier = json["earlier"] = Json::array();
@@ -62,7 +62,7 @@ Json AsJson(const SimulateOptions& options, const Simulation& simulation) {
       earlier.push_back(ToJson(deliveries[i]));
     }
   }
-  json["machine"] = ShownMachine(simulation.after);
+  json["machine"] = ShownMachine(run.after);
   return json;
 }
 
@@ -115,34 +115,34 @@ int Simulate(const SimulateOptions& options, const Streams& streams) {
   Request request{"Internal", MessageNameOf(options.message), {}};
   if (options.message == "configure") request.values.emplace_back("Filename", options.at);
   AddSetValues(options.set, request.values);
-  Simulation simulation;
-  simulation.machineName = MachineName(options.machine.machineFile);
+  SimulatedRun run;
+  run.machineName = MachineName(options.machine.machineFile);
   std::optional<std::string> text;
   if (!options.file.empty()) text = ReadInput(options.file, streams.in);
-  Machine& machine = simulation.after;
+  Machine& machine = run.after;
   machine = LoadMachine(options.machine.machineFile, streams, {options.file});
   if (text) {
     machine.PutFile(BytesOf("--at", options.at), *text);
-    simulation.file =
+    run.file =
         (options.file == "-" ? "standard input" : options.file) + ", placed as " + options.at;
     if (options.message == "configure" && !options.machine.json) {
-      simulation.checkRemark = check::Remark(options.file, *text);
+      run.checkRemark = check::Remark(options.file, *text);
     }
   }
   std::optional<PrivateFile> saved = OpenSavedMachine(options.machine, options.file);
-  simulation.before = machine;
+  run.before = machine;
 
-  simulation.conversation = Converse(
-      std::move(request), {options.deliverPosted, options.followRestarts.value_or(0)}, machine);
+  run.conversation = Converse(std::move(request),
+                              {options.deliverPosted, options.followRestarts.value_or(0)}, machine);
 
   if (saved) saved->Commit(PrintedMachine(machine));
   if (options.machine.json) {
-    streams.out << PrintedJson(AsJson(options, simulation));
+    streams.out << PrintedJson(AsJson(options, run));
   } else {
     const Style style(streams.color && !options.machine.noColor);
-    streams.out << SimulateReport(simulation, style, options.verbose);
+    streams.out << SimulateReport(run, style, options.verbose);
   }
-  return simulation.conversation.Succeeded() ? kDone : kFailed;
+  return run.conversation.Succeeded() ? kDone : kFailed;
 }
 
 }  // namespace tool

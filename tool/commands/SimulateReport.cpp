@@ -21,13 +21,13 @@ std::string MessageName(const Request& request) {
   return name;
 }
 
-std::string Header(const Simulation& simulation) {
+std::string Header(const SimulatedRun& run) {
   std::vector<Row> rows;
-  if (!simulation.file.empty()) rows.push_back({"File", Printable(simulation.file)});
-  if (!simulation.checkRemark.empty()) rows.push_back({"Check", simulation.checkRemark});
-  rows.push_back({"Machine", MachineText(simulation.machineName, simulation.before)});
-  if (simulation.conversation.deliveries.size() == 1) {
-    rows.push_back({"Message", MessageName(simulation.conversation.deliveries.front().request)});
+  if (!run.file.empty()) rows.push_back({"File", Printable(run.file)});
+  if (!run.checkRemark.empty()) rows.push_back({"Check", run.checkRemark});
+  rows.push_back({"Machine", MachineText(run.machineName, run.before)});
+  if (run.conversation.deliveries.size() == 1) {
+    rows.push_back({"Message", MessageName(run.conversation.deliveries.front().request)});
   }
   return Rows(rows, "");
 }
@@ -111,21 +111,21 @@ std::string Reply(const Delivery& delivery, const Style& style) {
   return style.Heading("Reply") + "\n" + Rows(rows, "  ");
 }
 
-std::string Waiting(const Simulation& simulation, const Style& style) {
+std::string Waiting(const SimulatedRun& run, const Style& style) {
   std::vector<Row> rows;
-  if (simulation.after.pendingComputerName) {
-    rows.push_back({"computer name", Printable(ToUtf8(*simulation.after.pendingComputerName))});
+  if (run.after.pendingComputerName) {
+    rows.push_back({"computer name", Printable(ToUtf8(*run.after.pendingComputerName))});
   }
-  const std::string membership = MembershipText(simulation.after.membership);
-  if (membership != MembershipText(simulation.conversation.confirmedMembership)) {
+  const std::string membership = MembershipText(run.after.membership);
+  if (membership != MembershipText(run.conversation.confirmedMembership)) {
     rows.push_back({"member of", Printable(ToUtf8(membership))});
   }
   if (rows.empty()) return {};
   return "\n" + style.Heading("Waiting for the restart") + "\n" + Rows(rows, "  ");
 }
 
-std::string MachineTable(const Simulation& simulation, const Style& style) {
-  const std::vector<Difference> all = Differences(simulation.before, simulation.after);
+std::string MachineTable(const SimulatedRun& run, const Style& style) {
+  const std::vector<Difference> all = Differences(run.before, run.after);
   std::string text = "\n" + style.Heading("Machine, before -> after") + "\n";
   if (all.empty()) return text + "  no difference\n";
   for (auto first = all.begin(); first != all.end();) {
@@ -153,12 +153,12 @@ std::string DeliveryReport(const Delivery& delivery, const Style& style, bool ve
          LogLines(delivery, style, verbose) + Reply(delivery, style);
 }
 
-std::string SimulateReport(const Simulation& simulation, const Style& style, bool verbose) {
-  std::string text = Header(simulation);
-  const std::size_t count = simulation.conversation.deliveries.size();
+std::string SimulateReport(const SimulatedRun& run, const Style& style, bool verbose) {
+  std::string text = Header(run);
+  const std::size_t count = run.conversation.deliveries.size();
   std::uint32_t restarts = 0;
   for (std::size_t i = 0; i < count; ++i) {
-    const Delivery& delivery = simulation.conversation.deliveries[i];
+    const Delivery& delivery = run.conversation.deliveries[i];
     text += "\n";
     if (delivery.restarts != restarts) {
       restarts = delivery.restarts;
@@ -170,7 +170,7 @@ std::string SimulateReport(const Simulation& simulation, const Style& style, boo
     }
     text += Changes(delivery, style) + DeliveryReport(delivery, style, verbose);
   }
-  return text + Waiting(simulation, style) + MachineTable(simulation, style);
+  return text + Waiting(run, style) + MachineTable(run, style);
 }
 
 }  // namespace tool

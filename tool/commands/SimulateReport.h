@@ -10,7 +10,7 @@
 namespace tool {
 
 /// Everything that one run of `simulate` reports.
-struct Simulation {
+struct SimulatedRun {
   /// "first-boot.cfg, placed as C:\tarvo.cfg"; empty without a file.
   std::string file;
   /// What `check` finds wrong with it; empty for nothing.
@@ -28,6 +28,6 @@ struct Simulation {
 std::string DeliveryReport(const Delivery& delivery, const Style& style, bool verbose);
 
 /// The report: header, per message what changed and the reply, then the machine before and after.
-std::string SimulateReport(const Simulation& simulation, const Style& style, bool verbose);
+std::string SimulateReport(const SimulatedRun& run, const Style& style, bool verbose);
 
 }  // namespace tool

@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "base/LetterCase.h"
+#include "base/Nearest.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
-#include "platform/simulated/Text.h"
 #include "tool/check/rules/Rules.h"
 
 namespace tool::check {
@@ -31,7 +31,7 @@ std::optional<std::string> NearestSection(std::string_view name) {
   for (const base::KnownSection& known : base::kKnownSections) names.push_back(known.name);
   names.push_back(base::kAdapterMark);
   const std::string_view stem = WithoutNumber(name);
-  const auto nearest = simulated::Nearest(stem, names);
+  const auto nearest = base::Nearest(stem, names);
   if (!nearest) return std::nullopt;
   // A further adapter.
   const bool isAdapter = *nearest == NameOf(SectionKind::kAdapter) && stem.size() != name.size();
@@ -65,7 +65,7 @@ std::optional<std::string> NearestKey(SectionKind section, std::string_view key)
     if (row.section == section) names.push_back(row.name);
   }
   const std::string_view name = WithoutNumber(key);
-  const auto nearest = simulated::Nearest(name, names);
+  const auto nearest = base::Nearest(name, names);
   if (!nearest) return std::nullopt;
   const bool isNumbered = std::any_of(
       std::begin(base::kKnownKeys), std::end(base::kKnownKeys),

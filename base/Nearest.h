@@ -1,0 +1,15 @@
+// The name that a misspelled one was likely meant to be.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace base {
+
+/// The one of `known` that `name` is likely to be a misspelling of; letter case does not count.
+std::optional<std::string_view> Nearest(std::string_view name,
+                                        std::span<const std::string_view> known);
+
+}  // namespace base
