@@ -26,6 +26,7 @@ OTHER_CASE_GOAL = 1.35
 GROWTH_GOAL = 1.15
 KEYS_GROWTH_GOAL = 1.3
 FILES = 10_000
+LOG = "2026-01-01 00:00:00 agent: another program's line, as most lines of such a log are\n"
 
 
 def run_benchmarks(build, repetitions, which):
@@ -161,6 +162,28 @@ def tool_rows(build, repetitions):
         yield ("check", f"{FILES} files", shown(wall),
                f"processor {shown(processor)}, {memory:.3g} MB", verdict(processor <= 2e9, "2 s"))
 
+        (folder / "agent.log").write_text(LOG * (100_000_000 // len(LOG)))
+        wall, processor, memory = run_tool([tool, "explain", folder / "agent.log"], 3)
+        yield ("explain", "100 MB", shown(wall), f"processor {shown(processor)}, {memory:.3g} MB",
+               verdict(wall <= 1e9, "1 s"))
+
+        memories = []
+        for count in (FILES // 10, FILES):
+            (folder / "pcs.csv").write_text("file,computer_name\n" + "".join(
+                f"fleet/pc{number}.cfg,PC-{number:05}\n" for number in range(count)))
+            wall, processor, memory = run_tool([tool, "fleet", folder / "pcs.csv"], 1)
+            memories.append(memory)
+        row = (memories[1] - memories[0]) * 2**20 / (FILES - FILES // 10)
+        yield ("fleet", f"{FILES} rows", shown(wall),
+               f"processor {shown(processor)}, {memory:.3g} MB, {row:.0f} bytes a row",
+               ", ".join([verdict(processor <= 1e10, "10 s"), verdict(row <= 500, "500 bytes")]))
+
+
+def plugin_rows(folder):
+    for plugin in folder.glob("*.dll"):
+        size = plugin.stat().st_size
+        yield "plug-in", "", f"{size / 2**20:.2g} MB", "", verdict(size <= 2**20, "1 MB")
+
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawTextHelpFormatter)
@@ -172,7 +195,8 @@ def main():
     times = (run_benchmarks(build, repetitions, "^tree")
              | run_benchmarks(build, repetitions, "-^tree"))
     rows = [("what", "size", "ours", "times ours", "goal"), *comparison_rows(times),
-            *growth_rows(times), *tool_rows(build, repetitions)]
+            *growth_rows(times), *tool_rows(build, repetitions),
+            *plugin_rows(build.parent / "windows")]
     widths = [max(len(str(cell)) for cell in column) for column in zip(*rows)]
     for row in rows:
         print("  ".join(str(cell).ljust(width) for cell, width in zip(row, widths)).rstrip())
