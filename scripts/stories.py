@@ -9,8 +9,9 @@ read the difference before you commit it. --only runs the files whose path holds
 
 A story is one text file: a description, whose first line says in plain words what it shows, then
 sections. "-- NAME --" opens a file; "-- console --", the last one, holds command lines after "$ "
-and their output, with "[exit code N]" where it is not 0. The shell runs them in a folder of their
-own, with the project's `examples` in it, standard error included. A machine file without "schema"
+and their output, with "[exit code N]" where it is not 0; a single line of output may stand behind its
+command and "  --> ". The shell runs them in a folder of their own, with the project's `examples` in
+it, standard error included. A machine file without "schema"
 lists what differs from the tool's built-in example: objects are merged into it, "adapters" by the
 index, null takes a field away, and anything else replaces what was there.
 
@@ -82,9 +83,12 @@ class Runner:
             if file and not (folder / file[1]).exists():
                 (folder / file[1]).write_text(rest)
             if first.startswith("$ "):
+                first, arrow, _ = first.partition("  --> ")
                 line = first[2:].replace("build/native/orvanta-config", "orvanta-config")
                 printed, ending = self.run(line, folder)
-                result += first + "\n" + printed + ("" if is_document else ending)
+                is_one_line = arrow and printed.count("\n") == 1 and not ending
+                result += first + (arrow if is_one_line else "\n") + printed
+                result += "" if is_document else ending
         return result
 
     def story(self, text, folder):

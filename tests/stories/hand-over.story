@@ -7,10 +7,7 @@ config=restore
 -- m.json --
 {"files": [{"path": "C:\\restore.cfg", "text": "[Networking]\nComputerName=PC-42\n"}]}
 -- console --
-$ orvanta-config simulate pc.cfg --machine m.json --deliver-posted
-File     pc.cfg, placed as C:\tarvo.cfg
-Machine  m.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
-
+$ orvanta-config simulate pc.cfg --machine m.json --deliver-posted | sed -n '/^Message/,/^Reply/p;/^  files/,$p'
 Message 1 of 2  Internal/Configure, Filename=C:\tarvo.cfg
 Changes
   1  delete C:\tarvo.cfg
@@ -19,23 +16,10 @@ Posted
   Internal/Configure
     Filename  C:\tarvo.cfg
 Reply
-  status  1
-
 Message 2 of 2  Internal/Configure, Filename=C:\tarvo.cfg
 Changes
   1  rename the computer to PC-42
 Reply
-  Schedule-ID       (empty)
-  Task-Sequence-ID  (empty)
-  Result            Reboot
-  status            1
-
-Waiting for the restart
-  computer name  PC-42
-
-Machine, before -> after
-  computer
-    name after the restart  - -> PC-42
   files
     C:\restore.cfg  32 bytes -> -
     C:\tarvo.cfg    24 bytes -> 32 bytes

@@ -21,11 +21,7 @@ Config=RestoreAfterCreate
  "faults": [{"call": "service.start_type", "service": "Dhcp", "error": 5},
    {"call": "service.start", "service": "NetBT", "error": 1069}]}
 -- console --
-$ orvanta-config simulate pc.cfg --machine m.json
-File     pc.cfg, placed as C:\tarvo.cfg
-Machine  m.json: TEMPLATE, domain corp.example, 3 adapters
-Message  Internal/Configure, Filename=C:\tarvo.cfg
-
+$ orvanta-config simulate pc.cfg --machine m.json | sed -n '/^Changes/,/^Reply/p;/  Result/,/^Machine/p;/  services/,/  files/p'
 Changes
    1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
    2  leave the domain
@@ -41,8 +37,6 @@ Changes
   12  pause 3 s
   13  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg
 Reply
-  Schedule-ID       (empty)
-  Task-Sequence-ID  (empty)
   Result            Success
   status            1
 
@@ -50,18 +44,12 @@ Waiting for the restart
   member of  workgroup WrkGrp
 
 Machine, before -> after
-  computer
-    member of  domain corp.example -> workgroup WrkGrp
   services
     Dhcp     disabled, stopped -> automatic, running
     NetBT    disabled, stopped -> system, running
     LmHosts  manual, running   -> automatic, running
     NwlnkNb  disabled, stopped -> automatic, running
   files
-    C:\tarvo.cfg                              9 bytes -> -
-    C:\Program Files\Orvanta\Agent\tarvo.cfg  -       -> 9 bytes
-  registry
-    HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled  1 -> -
 $ orvanta-config simulate image.cfg --machine m.json --verbose | grep -e 'leave' -e wrk -e ' join '
   0  internal/Configure:152 Networking was disabled see if we need to go to wrk grp
   0  internal/Configure:160 Looks we are coming after create image, No need to go to wrk grp

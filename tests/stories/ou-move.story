@@ -22,24 +22,12 @@ DomainPassword=ENCIPHERED-PASSWORD
    "ous": ["OU=Sales,DC=corp,DC=example", "OU=Europe,OU=Sales,DC=corp,DC=example"],
    "computers": [{"name": "TEMPLATE", "dn": "CN=TEMPLATE,OU=Sales,DC=corp,DC=example"}]}]}}
 -- console --
-$ orvanta-config simulate pc.cfg --machine m.json
-File     pc.cfg, placed as C:\tarvo.cfg
-Machine  m.json: TEMPLATE, domain corp.example, 3 adapters
-Message  Internal/Configure, Filename=C:\tarvo.cfg
-
+$ orvanta-config simulate pc.cfg --machine m.json | sed -n '/^Changes/,/^Reply/p;/Result/p;/^  directory/,$p'
 Changes
   1  directory: move LDAP://CN=TEMPLATE,OU=Sales,DC=corp,DC=example to LDAP://OU=Europe,OU=Sales,DC=corp,DC=example
   2  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg
 Reply
-  Schedule-ID       (empty)
-  Task-Sequence-ID  (empty)
   Result            Success
-  status            1
-
-Machine, before -> after
-  files
-    C:\tarvo.cfg                              152 bytes -> -
-    C:\Program Files\Orvanta\Agent\tarvo.cfg  -         -> 152 bytes
   directory corp.example
     TEMPLATE  CN=TEMPLATE,OU=Sales,DC=corp,DC=example -> CN=TEMPLATE,OU=Europe,OU=Sales,DC=corp,DC=example
 $ orvanta-config simulate same.cfg --machine m.json | grep '^  1'

@@ -1,4 +1,4 @@
-What the machine refuses ends the run: nothing after it is done, and the reply names the result.
+What the machine refuses ends the run, and the reply names the result; a section header without an end lets nothing begin.
 Also through the plug-in.
 
 -- pc.cfg --
@@ -8,6 +8,11 @@ Address=10.0.0.5
 Netmask=255.0.0.0
 Gateway=10.0.0.1
 DNS-Use-DHCP=True
+-- open.cfg --
+[Networking]
+ComputerName=A
+[Global
+x=y
 -- m.json --
 {"faults": [{"call": "wmi.method", "method": "SetGateways", "result": 84}]}
 -- console --
@@ -44,3 +49,20 @@ Machine, before -> after
     C:\tarvo.cfg                              90 bytes -> -
     C:\Program Files\Orvanta\Agent\tarvo.cfg  -        -> 90 bytes
 [exit code 1]
+$ orvanta-config simulate open.cfg --verbose | sed '/^[FM]/d'
+Check    1 error on line 3: the header has no "]", so the whole file is refused; see orvanta-config check open.cfg
+
+Changes
+  none
+Log
+  1  Toolbox-Main:77 Toolbox::DoMagic - Finding handler for Internal=Configure
+  1  internal/Configure:107 Configure::HandleMessage
+  2  internal/Configure:115 Configure::HandleMessage(): config file=C:\tarvo.cfg
+  0  internal/Configure:124 Configure::HandleMessage(): cannot load C:\tarvo.cfg (code 3)
+Reply
+  Result         Failure
+  Status-Module  Tarvo
+  Status-Code    3 (the file was not loaded, or forbids the restart that it needs)
+  status         1
+
+  no difference

@@ -14,11 +14,7 @@ Route2=10.1.0.0,255.255.0.0,10.0.0.1,x,5
   {"destination": "10.1.0.0", "mask": "255.255.0.0", "next_hop": "10.0.0.1", "metric": 6},
   {"destination": "10.2.0.0", "mask": "255.255.0.0", "next_hop": "10.0.0.1", "metric": 5}]}
 -- console --
-$ orvanta-config simulate pc.cfg --machine m.json
-File     pc.cfg, placed as C:\tarvo.cfg
-Machine  m.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
-Message  Internal/Configure, Filename=C:\tarvo.cfg
-
+$ orvanta-config simulate pc.cfg --machine m.json | sed -n '/^Changes/,/^Reply/p;/  persistent/,/files/p'
 Changes
   1  run route DELETE 0.0.0.0
   2  run route DELETE 10.1.0.0
@@ -26,17 +22,9 @@ Changes
   4  run route -p ADD 10.1.0.0 mask 255.255.0.0 10.0.0.1 METRIC 5
   5  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg
 Reply
-  Schedule-ID       (empty)
-  Task-Sequence-ID  (empty)
-  Result            Success
-  status            1
-
-Machine, before -> after
   persistent routes
     0.0.0.0/0.0.0.0 via 10.0.0.254     metric 1 -> -
     0.0.0.0/0.0.0.0 via 10.0.0.254     metric 1 -> -
     10.9.0.0/255.255.0.0 via 10.0.0.1  metric 5 -> -
     10.1.0.0/255.255.0.0 via 10.0.0.1  metric 6 -> metric 5
   files
-    C:\tarvo.cfg                              112 bytes -> -
-    C:\Program Files\Orvanta\Agent\tarvo.cfg  -         -> 112 bytes
