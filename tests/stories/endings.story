@@ -13,6 +13,8 @@ How a run ends is told in the reply, the status and the exit code, and by where 
 {"registry": [{"key": "HKEY_LOCAL_MACHINE\\Software\\Orvanta\\Client Service",
    "name": "NetworkDisabled", "type": "REG_DWORD", "data": 1}],
  "faults": [{"call": "registry.set", "error": 5}]}
+-- member.json --
+{"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP"}}}
 -- restore.json --
 {"files": [{"path": "C:\\restore.cfg", "text": "[Global]\n"}]}
 -- try --
@@ -25,6 +27,8 @@ sed -n '/^Reply/,/^$/s/^  //p' out | tr -s ' \n' ' ,'; echo " exit code $code," 
 $ sh try '[Global]|ScheduleId=1|TaskSequence=2'
 Schedule-ID 1,Task-Sequence-ID 2,Result Success,status 1, exit code 0, put away
 $ sh try '[Networking]|ComputerName=A'
+Schedule-ID (empty),Task-Sequence-ID (empty),Result Reboot,status 1, exit code 0,
+$ sh try '[Networking]|Workgroup=True|Domain=W' --machine member.json
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Reboot,status 1, exit code 0,
 $ sh try '[Networking]|ComputerName=A|[global]|rebootafterconfig=FALSE'
 Schedule-ID (empty),Task-Sequence-ID (empty),Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1, put away

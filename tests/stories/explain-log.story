@@ -48,35 +48,8 @@ Internal/PrepForImage: failed
 
 Internal/Configure: failed
   at  common\sys\OsVersion:129 - Error thrown from WMI initialization code.
-$ grep -A3 'cannot load' agent.log | orvanta-config explain - --json
-{
-  "schema": 1,
-  "codes": [],
-  "messages": [
-    {
-      "type": "",
-      "name": "",
-      "file": null,
-      "outcome": "failed",
-      "failed_at": {
-        "source": "internal/Configure",
-        "line": 124,
-        "text": "the file cannot be loaded",
-        "value": 3,
-        "system_error": null,
-        "meaning": "the file was not loaded, or forbids the restart that it needs",
-        "remedy": "run \"check\" on the file; with RebootAfterConfig=False no setting may need a restart"
-      }
-    },
-    {
-      "type": "Internal",
-      "name": "PrepForImage",
-      "file": null,
-      "outcome": "no failure",
-      "failed_at": null
-    }
-  ]
-}
+$ grep -A3 'cannot load' agent.log | orvanta-config explain - --json | tr -s '\n ' ' '
+{ "schema": 1, "codes": [], "messages": [ { "type": "", "name": "", "file": null, "outcome": "failed", "failed_at": { "source": "internal/Configure", "line": 124, "text": "the file cannot be loaded", "value": 3, "system_error": null, "meaning": "the file was not loaded, or forbids the restart that it needs", "remedy": "run \"check\" on the file; with RebootAfterConfig=False no setting may need a restart" } }, { "type": "Internal", "name": "PrepForImage", "file": null, "outcome": "no failure", "failed_at": null } ] } 
 $ sed -n '/about to execute.*SetGateway/,/SetGateway:52/p' agent.log | orvanta-config explain -
 a message that began before the log: failed
   failed  SetGateway (Gateways=10.9.9.9)
@@ -84,6 +57,3 @@ a message that began before the log: failed
 $ orvanta-config explain others.log
 others.log: no line of the library in it
 [exit code 1]
-$ orvanta-config explain missing.log
-orvanta-config: missing.log: cannot be read: No such file or directory; name a file that you can read
-[exit code 2]

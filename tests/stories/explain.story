@@ -37,25 +37,5 @@ Remedy: start the service Winmgmt (WMI) or reach the domain controller; look at 
 4711: unknown
 C999: unknown
 [exit code 1]
-$ orvanta-config explain C102 5 --json | grep -v meaning
-{
-  "schema": 1,
-  "codes": [
-    {
-      "code": "C102",
-      "name": "a section is not read",
-      "remedy": "remove it, unless another program reads it"
-    },
-    {
-      "code": "5",
-      "name": "Value=5",
-      "remedy": "read the record's SystemError: for a route it is the tool's exit code"
-    },
-    {
-      "code": "5",
-      "name": "ERROR_ACCESS_DENIED",
-      "remedy": "run the agent as LocalSystem or as an administrator; for a join or a move, let the account join computers and write to the OU"
-    }
-  ],
-  "messages": []
-}
+$ orvanta-config explain C102 5 --json | grep -v meaning | tr -s '\n ' ' '
+{ "schema": 1, "codes": [ { "code": "C102", "name": "a section is not read", "remedy": "remove it, unless another program reads it" }, { "code": "5", "name": "Value=5", "remedy": "read the record's SystemError: for a route it is the tool's exit code" }, { "code": "5", "name": "ERROR_ACCESS_DENIED", "remedy": "run the agent as LocalSystem or as an administrator; for a join or a move, let the account join computers and write to the OU" } ], "messages": [] } 
