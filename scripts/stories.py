@@ -86,9 +86,8 @@ class Runner:
                 first, arrow, _ = first.partition("  --> ")
                 line = first[2:].replace("build/native/orvanta-config", "orvanta-config")
                 printed, ending = self.run(line, folder)
-                is_one_line = arrow and printed.count("\n") == 1 and not ending
-                result += first + (arrow if is_one_line else "\n") + printed
-                result += "" if is_document else ending
+                shown = printed + ("" if is_document else ending)
+                result += first + (arrow if arrow and shown.count("\n") == 1 else "\n") + shown
         return result
 
     def story(self, text, folder):

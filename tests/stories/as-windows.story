@@ -23,8 +23,7 @@ DomainPassword=ENCIPHERED-PASSWORD
 $ orvanta-config simulate static.cfg | grep -e gateways -e 'DNS servers'
     gateways     192.168.10.1                -> -
     DNS servers  192.168.10.1                -> -
-$ orvanta-config simulate static.cfg --machine hand.json | grep -e gateways -e 'DNS servers'
-    gateways   192.168.10.1                -> -
+$ orvanta-config simulate static.cfg --machine hand.json | grep -e gateways -e 'DNS servers'  -->     gateways   192.168.10.1                -> -
 $ orvanta-config simulate static.cfg --machine static.json | grep -c -e gateways -e 'DNS servers'
 0
 [exit code 1]
@@ -32,9 +31,3 @@ $ orvanta-config simulate join.cfg --machine blanks.json | grep -A2 Changes
 Changes
   1  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example  refused: result 1332 (no account for the computer)
   2  join the domain corp.example as corp.example\joiner in OU=Sales,DC=corp,DC=example, making the computer account
-$ orvanta-config simulate static.cfg --at 'c:/Program Files\\Orvanta\.\agent/TARVO.CFG' | grep -A1 -e file -e 'addresses'
-  1  adapter 7: addresses 192.168.10.9/255.255.255.0
-  2  pause 20 s
---
-    addresses    192.168.10.57/255.255.255.0 -> 192.168.10.9/255.255.255.0
-    gateways     192.168.10.1                -> -

@@ -6,16 +6,11 @@ echo "$1" | tr '|' '\n' | orvanta-config simulate - $2 --verbose | grep -o -e 'N
 -- one.json --
 {"schema": 1, "adapters": [{}]}
 -- console --
-$ sh try '[TCP/IP]|PCIBus=4|PCIDevice=0|PCIFunction=0|MACAddress=080027123456'
-NIC index (Win32_NetworkAdapterConfiguration.Index)=8
-$ sh try '[TCP/IP]|PCIBus=9|PCIDevice=0|PCIFunction=0|MACAddress=08-00-27-65-43-21'
-NIC index (Win32_NetworkAdapterConfiguration.Index)=8
-$ sh try '[TCP/IP]|PCIBus=4294967295|PCIDevice=0|PCIFunction=0'  # an unknown location
-NIC index (Win32_NetworkAdapterConfiguration.Index)=7
-$ sh try '[TCP/IP]|PCIBus=4'
-NIC index (Win32_NetworkAdapterConfiguration.Index)=7
-$ sh try '[TCP/IP]|MACAddress=02004C4F4F50'  # of an adapter that is not on PCI
-NIC index (Win32_NetworkAdapterConfiguration.Index)=7
+$ sh try '[TCP/IP]|PCIBus=4|PCIDevice=0|PCIFunction=0|MACAddress=080027123456'  --> NIC index (Win32_NetworkAdapterConfiguration.Index)=8
+$ sh try '[TCP/IP]|PCIBus=9|PCIDevice=0|PCIFunction=0|MACAddress=08-00-27-65-43-21'  --> NIC index (Win32_NetworkAdapterConfiguration.Index)=8
+$ sh try '[TCP/IP]|PCIBus=4294967295|PCIDevice=0|PCIFunction=0'  # an unknown location  --> NIC index (Win32_NetworkAdapterConfiguration.Index)=7
+$ sh try '[TCP/IP]|PCIBus=4'  --> NIC index (Win32_NetworkAdapterConfiguration.Index)=7
+$ sh try '[TCP/IP]|MACAddress=02004C4F4F50'  # of an adapter that is not on PCI  --> NIC index (Win32_NetworkAdapterConfiguration.Index)=7
 $ sh try '[NicEntry2]|x=y|[nicentry9]|x=y|[MyNicEntry1]|x=y|[Interface1]|x=y'  # in their order; two are not read
 NIC index (Win32_NetworkAdapterConfiguration.Index)=7
 NIC index (Win32_NetworkAdapterConfiguration.Index)=8

@@ -26,21 +26,18 @@ Address=10.0.0.6
 orvanta-config check "$@" --json | python3 -c 'import json, sys; t = json.load(sys.stdin); print(*[f["file"] + " " + f["code"] for f in t["findings"]], str(t["files"]) + " files", sep=", ")'
 -- console --
 $ mkdir -p site/deep/er; for f in b.cfg a.CFG deep/er/c.cfg other.txt; do echo '[Printers]' >site/$f; done
-$ sh try site
-site/a.CFG C102, site/b.cfg C102, site/deep/er/c.cfg C102, 3 files
+$ sh try site  --> site/a.CFG C102, site/b.cfg C102, site/deep/er/c.cfg C102, 3 files
 $ sh try 'site/?.cfg'; sh try 's*e/*o*h*r*.t*t'; sh try '**/c.*'; sh try 'site/d*p'
 site/a.CFG C102, site/b.cfg C102, 2 files
 site/other.txt C102, 1 files
 site/deep/er/c.cfg C102, 2 files
 site/deep/er/c.cfg C102, 1 files
-$ sh try site/b.cfg "$PWD/site/../site/b.cfg" '*/b*'  # a file named in three ways
-site/b.cfg C102, 2 files
+$ sh try site/b.cfg "$PWD/site/../site/b.cfg" '*/b*'  # a file named in three ways  --> site/b.cfg C102, 2 files
 $ orvanta-config check pcs/*.cfg | grep also
 pcs/b.cfg:5:12: error: MAC address "08:00:27:00:00:01" is also given in pcs/a.cfg:7 [C403]
 pcs/c.cfg:2:14: error: computer name "pc-1" is also given in pcs/a.cfg:2 [C401]
 pcs/c.cfg:6:9: error: address "10.0.0.6" is also given in pcs/b.cfg:4 [C402]
-$ sed -i 's/False/True/' pcs/b.cfg; sh try pcs/b.cfg pcs/c.cfg  # with DHCP an address is only a record
-pcs/b.cfg C309, 2 files
+$ sed -i 's/False/True/' pcs/b.cfg; sh try pcs/b.cfg pcs/c.cfg  # with DHCP an address is only a record  --> pcs/b.cfg C309, 2 files
 $ ln -s nowhere site/z.cfg; ln -s ../site site/loop; ln -s b.cfg site/same.cfg; sh try site  # links
 site/a.CFG C102, site/b.cfg C102, site/deep/er/c.cfg C102, site/z.cfg C001, 4 files
 $ orvanta-config check site/z.cfg

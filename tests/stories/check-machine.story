@@ -28,14 +28,11 @@ echo "$2" | tr '|' '\n' | orvanta-config check - --machine $1.json | grep -e ^st
 -- console --
 $ sh try member '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=True|Domain=WG'
 standard input:2:19: error: leaving the domain needs a restart: without it the run ends as a failure [C301]
-$ sh try none '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=True|Domain=WG'
-1 file checked: nothing found
-$ sh try member '[Global]|RebootAfterConfig=False|[Networking]|ComputerName=pc1'
-1 file checked: nothing found
+$ sh try none '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=True|Domain=WG'  --> 1 file checked: nothing found
+$ sh try member '[Global]|RebootAfterConfig=False|[Networking]|ComputerName=pc1'  --> 1 file checked: nothing found
 $ sh try member '[Global]|RebootAfterConfig=False|[Networking]|ComputerName=PC2'
 standard input:2:19: error: the new name needs a restart: without it the run ends as a failure [C301]
-$ sh try member '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=False|Domain=CORP'
-1 file checked: nothing found
+$ sh try member '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=False|Domain=CORP'  --> 1 file checked: nothing found
 $ sh try none '[Global]|RebootAfterConfig=False|[Networking]|Workgroup=False|Domain=CORP'
 standard input:2:19: error: the join needs a restart: without it the run ends as a failure [C301]
 standard input:5:8: error: the machine has to join the domain, but no account is given: error 1326 [C512]
@@ -59,8 +56,7 @@ $ sh try routes '[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.
 standard input:3:8: error: the machine has two default routes: deleting the second deletes both [C508]
 $ sh try imaged '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=A|DomainPassword=B'
 standard input:1:1: error: the machine was imaged: the run makes it leave its domain, and nothing joins it again [C516]
-$ sh try imaged '[Networking]|Workgroup=True|Domain=WG'
-1 file checked: nothing found
+$ sh try imaged '[Networking]|Workgroup=True|Domain=WG'  --> 1 file checked: nothing found
 $ sh try imaged '[Global]|Config=RestoreAfterCreate|[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5|[NicEntry2]|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server0=10.0.0.1|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5' | grep -v C50
 standard input:3:1: error: fec0::1 of the machine's adapter 7 is taken for the name of a host, which fails the run [C517]
 standard input:11:1: error: the routes of "NicEntry2" and of "TCP/IP" both delete the route of the machine to 10.9.0.0: the second time that fails the run [C312]

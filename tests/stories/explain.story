@@ -10,11 +10,7 @@ C102: a section is not read
 -Default=LPT1
 ```
 Remedy: remove it, unless another program reads it
-$ orvanta-config explain -2147023570 3 0x80041003
--2147023570, an error of Windows: ERROR_LOGON_FAILURE
-wrong user or password
-Remedy: encipher DomainUsername and DomainPassword anew; the join reads them only beside DSOrganizationalUnit, and only with LibCrypto.dll
-
+$ orvanta-config explain 3
 3, the library's reply: Status-Code 3 of Tarvo
 the file was not loaded, or forbids the restart that it needs
 Remedy: run "check" on the file; with RebootAfterConfig=False no setting may need a restart
@@ -26,10 +22,10 @@ Remedy: read the record's SystemError
 3, an error of Windows: ERROR_PATH_NOT_FOUND
 no such folder
 Remedy: make the folder
-
+$ for w in -2147023570 0x80041003 4294967295; do orvanta-config explain $w | head -n 1; done
+-2147023570, an error of Windows: ERROR_LOGON_FAILURE
 0x80041003, a COM result: WBEM_E_ACCESS_DENIED
-WMI denies access
-Remedy: run the agent as LocalSystem or as an administrator
+4294967295: unknown
 $ orvanta-config explain 1722 4711 C999
 1722, an error of Windows: RPC_S_SERVER_UNAVAILABLE
 the service does not answer

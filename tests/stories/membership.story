@@ -14,8 +14,7 @@ echo "[Networking]|$1" | tr '|' '\n' | orvanta-config simulate - --machine ${2:-
 -- console --
 $ sh try 'Domain=D'
 $ sh try 'Workgroup=|Domain=D'
-$ sh try 'Workgroup=true|Domain=W'
-  1  join the workgroup W
+$ sh try 'Workgroup=true|Domain=W'  -->   1  join the workgroup W
 $ sh try 'Workgroup=True|Domain=workgroup'
 $ sh try 'Workgroup=True'  # without a name
 $ sh try 'Workgroup=False|Domain=corp.example'

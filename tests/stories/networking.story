@@ -21,7 +21,7 @@ Config=RestoreAfterCreate
  "faults": [{"call": "service.start_type", "service": "Dhcp", "error": 5},
    {"call": "service.start", "service": "NetBT", "error": 1069}]}
 -- console --
-$ orvanta-config simulate pc.cfg --machine m.json | sed -n '/^Changes/,/^Reply/p;/  Result/,/^Machine/p;/  services/,/  files/p'
+$ orvanta-config simulate pc.cfg --machine m.json | sed -n '/^Changes/,/^Reply/p;/  Result/p;/^Waiting/,/^Machine/p'
 Changes
    1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
    2  leave the domain
@@ -38,18 +38,10 @@ Changes
   13  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg
 Reply
   Result            Success
-  status            1
-
 Waiting for the restart
   member of  workgroup WrkGrp
 
 Machine, before -> after
-  services
-    Dhcp     disabled, stopped -> automatic, running
-    NetBT    disabled, stopped -> system, running
-    LmHosts  manual, running   -> automatic, running
-    NwlnkNb  disabled, stopped -> automatic, running
-  files
 $ orvanta-config simulate image.cfg --machine m.json --verbose | grep -e 'leave' -e wrk -e ' join '
   0  internal/Configure:152 Networking was disabled see if we need to go to wrk grp
   0  internal/Configure:160 Looks we are coming after create image, No need to go to wrk grp

@@ -30,5 +30,4 @@ Reply
   Result            Success
   directory corp.example
     TEMPLATE  CN=TEMPLATE,OU=Sales,DC=corp,DC=example -> CN=TEMPLATE,OU=Europe,OU=Sales,DC=corp,DC=example
-$ orvanta-config simulate same.cfg --machine m.json | grep '^  1'
-  1  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg
+$ orvanta-config simulate same.cfg --machine m.json | grep '^  1'  -->   1  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg

@@ -62,12 +62,9 @@ failure 1 0 exit code 1
 $ python3 told '[TCP/IP]|Static-Route-Count=1|Route1=10.1.0.0 255.255.0.0 10.0.0.1 x 1' --machine refusing.json
 failure 0 0 exit code 1
 2 SetStaticRoute {'answer': 'exit code 87', 'meaning': 'Failed to add static route', 'code': None} None True
-$ python3 told '[Networking]|ComputerName=B'
-restart 1 0 exit code 2
-$ python3 told '[TCP/IP]|DHCP=True|DNS-Use-DHCP=True'
-nothing 0 0 exit code 0
-$ python3 told '[TCP/IP]|MACAddress=080027654321|DHCP=True'
-success 1 0 exit code 2
+$ python3 told '[Networking]|ComputerName=B'  --> restart 1 0 exit code 2
+$ python3 told '[TCP/IP]|DHCP=True|DNS-Use-DHCP=True'  --> nothing 0 0 exit code 0
+$ python3 told '[TCP/IP]|MACAddress=080027654321|DHCP=True'  --> success 1 0 exit code 2
 $ for o in '--machine none.json' --no-such-option; do echo '[TCP/IP]' | orvanta-config plan - --detailed-exitcode $o 2>&1 | cut -d: -f1-2; done; orvanta-config plan none.cfg --detailed-exitcode 2>&1
 orvanta-config: none.json
 orvanta-config: --no-such-option

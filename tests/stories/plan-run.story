@@ -27,10 +27,8 @@ for section in "TCP/IP 080027123456 $1" "NicEntry1 080027654321 $2" "NicEntry2 0
   printf 'SetDNSInfo=True\nDNS-SuffixSearchOrder=%s\n' $3
 done
 -- console --
-$ for e in office-pc laptop server; do python3 try examples/$e.cfg --machine examples/$e.machine.json; done | tr '\n' ','
-8 commands,6 commands,10 commands,
-$ for e in first-boot office-pc server; do python3 try examples/$e.cfg; done | tr '\n' ','
-1 commands,8 commands,9 commands,
+$ for e in office-pc laptop server; do python3 try examples/$e.cfg --machine examples/$e.machine.json; done | tr '\n' ','  --> 8 commands,6 commands,10 commands,
+$ for e in first-boot office-pc server; do python3 try examples/$e.cfg; done | tr '\n' ','  --> 1 commands,8 commands,9 commands,
 $ for a in '' a.example b.example; do for b in '' a.example b.example; do sh sections "$a" $b >n.cfg; python3 try n.cfg; done; done | tr '\n' ','
 10 commands,10 commands,11 commands,10 commands,10 commands,12 commands,11 commands,11 commands,11 commands,
 $ orvanta-config plan restore.cfg --machine flagged.json --save-machine after.json | sed '1,/^$/d'

@@ -30,8 +30,7 @@ $ orvanta-config roundtrip --machine deaf.json | grep -A2 '^Capture'
 Capture  PrepForImage failed: common\sys\OsVersion:129 - Error thrown from WMI initialization code.
 Restore  Configure: no file handed over, not handled (common\sys\OsVersion:129 - Error thrown from WMI initialization code. (error = 0))
 
-$ orvanta-config roundtrip --machine m.json --json --save-machine after.json >out.json
-[exit code 1]
+$ orvanta-config roundtrip --machine m.json --json --save-machine after.json >out.json  --> [exit code 1]
 $ python3 -c 'import json; t = json.load(open("out.json")); print(list(t), t["everything_came_back"], *t["settings"][3:5], t["captured"], len(t["capture"]["posted"]), [r["reply"].get("Result") for r in t["restore"]], t["machine"]["adapters"] == json.load(open("after.json"))["adapters"], sep="\n")'
 ['schema', 'everything_came_back', 'settings', 'captured', 'capture', 'restore', 'machine']
 False

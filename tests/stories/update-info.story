@@ -2,17 +2,13 @@ The answer to update-info counts on from the values given; those are readable bu
 Also through the plug-in.
 
 -- console --
-$ orvanta-config simulate --message update-info | tail -n +4
-Changes
-  none
+$ orvanta-config simulate --message update-info | sed -n '/^Reply/,/^$/p'
 Reply
   Auto-Update-Current0  orvanta-config-6.8.378.X64.dll
   Auto-Update-Pattern0  agents\tarvo\orvanta-config-*.X64.dll
   Auto-Update-Count     1
   status                2
 
-Machine, before -> after
-  no difference
 $ orvanta-config simulate --message update-info --set Auto-Update-Count=3 --set A=b | sed -n '/^Reply/,/^$/p'
 Reply
   Auto-Update-Current3  orvanta-config-6.8.378.X64.dll

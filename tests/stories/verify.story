@@ -39,23 +39,6 @@ DHCP=True
 {"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP", "has_sid": true}},
  "directory": {"domains": [{"dns_name": "corp.example", "flat_name": "CORP", "ous": ["OU=Sales,DC=corp,DC=example"],
    "computers": [{"name": "TEMPLATE", "dn": "CN=TEMPLATE,OU=Sales,DC=corp,DC=example"}]}]}}
--- name.cfg --
-[Networking]
-ComputerName=PC-1
-Workgroup=True
-Domain=OFFICE
--- ou.cfg --
-[Networking]
-DSOrganizationalUnit=Sales/Europe
--- dhcp.cfg --
-[TCP/IP]
-DHCP=True
--- refused.cfg --
-[TCP/IP]
-DHCP=False
-[NicEntry2]
-Static-Route-Count=1
-Route1=nowhere 255.0.0.0 10.0.0.1 0 1
 -- console --
 $ orvanta-config verify pc.cfg --machine pc.machine.json
 File     pc.cfg
@@ -82,20 +65,20 @@ adapter 8, Intel(R) 82574L Gigabit Network Connection
 
 3 of 13 settings differ.
 [exit code 1]
-$ orvanta-config verify ou.cfg --machine directory.machine.json | tail -n 4
+$ printf '[Networking]\nDSOrganizationalUnit=Sales/Europe\n' | orvanta-config verify - --machine directory.machine.json | tail -n 4
 computer
   OU                 differs  OU=Europe,OU=Sales,DC=corp,DC=example, found OU=Sales,DC=corp,DC=example  line 2
 
 1 of 1 setting differ.
-$ orvanta-config verify name.cfg --machine other.machine.json --json | tr -s '\n ' ' '
+$ printf '[Networking]\nComputerName=PC-1\nWorkgroup=True\nDomain=OFFICE\n' | orvanta-config verify - --machine other.machine.json --json | tr -s '\n ' ' '
 { "schema": 1, "holds": false, "settings": [ { "subject": "computer", "setting": "name", "wanted": "PC-1", "found": "TEMPLATE (PC-1 after the restart)", "holds": false, "line": 2 }, { "subject": "computer", "setting": "workgroup", "wanted": "OFFICE", "found": "WORKGROUP", "holds": false, "line": 4 } ] } 
-$ orvanta-config verify dhcp.cfg --machine other.machine.json | tail -n 3
+$ printf '[TCP/IP]\nDHCP=True\n' | orvanta-config verify - --machine other.machine.json | tail -n 3
   addressing         holds    dhcp  line 2
 
 Nothing differs.
-$ orvanta-config verify refused.cfg --machine other.machine.json
+$ printf '[TCP/IP]\nDHCP=False\n[NicEntry2]\nStatic-Route-Count=1\nRoute1=nowhere 255.0.0.0 10.0.0.1 0 1\n' >refused.cfg; orvanta-config verify refused.cfg --machine other.machine.json
 orvanta-config: refused.cfg: a run refuses it: IPAddress::Connect Name Resolution Error; see orvanta-config check refused.cfg
 [exit code 2]
-$ orvanta-config verify dhcp.cfg
+$ orvanta-config verify pc.cfg
 orvanta-config: verify: --machine is missing; name the machine file to compare with
 [exit code 2]
