@@ -15,9 +15,9 @@ ComputerName=A
 {"schema": 1, "faults": [{"call": "file.read"}]}
 -- try --
 # try ARGUMENT...: what the tool says on standard error; anything else it does as well
-orvanta-config "$@" 2>../err </dev/null
+orvanta-config "$@" 2>.err </dev/null
 [ $? = 2 ] || echo "another exit code"
-sed 's/^orvanta-config: //' ../err; rm ../err
+sed 's/^orvanta-config: //' .err
 -- console --
 $ sh try  --> a command is missing; see orvanta-config --help
 $ sh try chekc a.cfg  --> chekc: unknown command; use check, or see orvanta-config --help

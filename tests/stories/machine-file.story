@@ -13,11 +13,13 @@ $ sh try '={\n  "schema": 1,\n  "hosts": [,]}'  --> 3:13: malformed JSON: syntax
 $ sh try '={"decrypt": {"a": "s3cret\\q"}}'  --> 1:27: malformed JSON: syntax error while parsing value - invalid string: forbidden character after backslash; correct it there
 $ sh try '=\0377\0376{'  --> 1:1: not UTF-8; save it as UTF-8
 $ sh try '={"schema": 1e999}'  --> 1:16: malformed JSON: number overflow parsing '1e999'; correct it there
+$ sh try '={"schema": 1} x'  --> 1:15: malformed JSON: syntax error while parsing value - invalid literal; correct it there
 $ sh try '=[]'  --> $: expected an object, found a list
 $ sh try '={}'  --> $: no schema; add "schema": 1
 $ sh try '={"schema": 2}'  --> $.schema: this version reads schema 1 only; write 1
 $ sh try '"adaptors": []'  --> $.adaptors: unknown field "adaptors"; did you mean "adapters"?
 $ sh try '"a\nb": 1'  --> $["a\nb"]: unknown field "a\nb"; remove it or correct its name
+$ sh try '"hosts": [], "hosts": []'  --> $.hosts: stands twice in this object; keep one
 $ sh try '"hosts": [{}, {"name": "a", "name": "b"}]'  --> $.hosts[1].name: stands twice in this object; keep one
 $ sh try '"x": [[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[[['  --> $.x[0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0][0]: nested deeper than 32 levels; flatten it
 $ sh try '"computer_name": null'  --> $.computer_name: expected a text, found null

@@ -9,7 +9,7 @@ Also through the plug-in.
    "gateways": ["10.20.0.1", "10.20.0.2"], "dns_servers": ["10.0.0.1", "10.0.0.2"],
    "dns_suffixes": ["a.example", "b.example"], "static_dns": true}]}
 -- console --
-$ orvanta-config simulate --message prep-for-image --machine m.json | sed -n '/^Changes/,/^Machine/p;/  files/,$p'
+$ orvanta-config simulate --message prep-for-image --machine m.json | sed -n '/^Changes/,/^Machine/p;/^  registry/,$p'
 Changes
    1  write C:\restore.cfg: [Global] Config=RestoreAfterCreate
    2  write C:\restore.cfg: [Global] RebootAfterConfig=True
@@ -44,6 +44,8 @@ Reply
   status  1
 
 Machine, before -> after
+  registry
+    HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled  - -> 1
   files
     C:\restore.cfg  - -> 440 bytes
     C:\tarvo.cfg    - -> 440 bytes
