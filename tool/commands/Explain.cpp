@@ -9,9 +9,9 @@
 
 #include "base/LetterCase.h"
 #include "tool/check/FindingTable.h"
-#include "tool/explain/FindingPage.h"
+#include "tool/explain/ErrorNumbers.h"
 #include "tool/explain/LogStory.h"
-#include "tool/explain/Numbers.h"
+#include "tool/io/EmbeddedText.h"
 #include "tool/io/Files.h"
 #include "tool/io/JsonText.h"
 #include "tool/io/Text.h"
@@ -104,9 +104,12 @@ class Explanation {
         std::find_if(std::begin(check::kFindingKinds), std::end(check::kFindingKinds),
                      [&](const auto& each) { return code == each.id; });
     if (kind == std::end(check::kFindingKinds)) return false;
-    const std::string page(explain::FindingPage(code));
-    const std::size_t body = page.find_first_not_of('\n', page.find('\n'));
-    AddCode({code, code, kind->title, page.substr(std::min(body, page.size())), kind->hint});
+    const std::string_view document = EmbeddedText("docs/findings.md");
+    const std::size_t title = document.find("\n### " + code + " ") + 1;
+    const std::size_t body = document.find_first_not_of('\n', document.find('\n', title));
+    const std::size_t end = document.find("\n##", title);
+    const std::string page(document.substr(body, end - body));
+    AddCode({code, code, kind->title, page, kind->hint});
     return true;
   }
 

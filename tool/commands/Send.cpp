@@ -7,7 +7,7 @@
 #include "tool/agent/Delivery.h"
 #include "tool/commands/Simulate.h"
 #include "tool/commands/SimulateReport.h"
-#include "tool/explain/Numbers.h"
+#include "tool/explain/ErrorNumbers.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineOptions.h"

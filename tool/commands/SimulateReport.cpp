@@ -5,7 +5,7 @@
 
 #include "base/Pieces.h"
 #include "base/Utf8.h"
-#include "tool/explain/Numbers.h"
+#include "tool/explain/ErrorNumbers.h"
 #include "tool/io/CodePage.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "tool/explain/Numbers.h"
+#include "tool/explain/ErrorNumbers.h"
 
 namespace tool::explain {
 

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/FindIn.h"
-#include "tool/explain/Numbers.h"
+#include "tool/explain/ErrorNumbers.h"
 #include "tool/io/Text.h"
 
 namespace tool {

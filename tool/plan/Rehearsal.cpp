@@ -9,7 +9,7 @@
 #include "common/sys/Domain.h"
 #include "platform/simulated/Simulation.h"
 #include "tool/check/FileCheck.h"
-#include "tool/explain/Numbers.h"
+#include "tool/explain/ErrorNumbers.h"
 #include "tool/io/CodePage.h"
 #include "tool/machine/MachineDifference.h"
 

@@ -1,4 +1,4 @@
-#include "tool/explain/Numbers.h"
+#include "tool/explain/ErrorNumbers.h"
 
 #include <algorithm>
 #include <charconv>
