@@ -21,7 +21,6 @@
 #include "common/util/FileUtils.h"
 #include "handlers/internal/ConfigurePlan.h"
 #include "platform/ScopedPlatform.h"
-#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/AgentMessage.h"
@@ -195,52 +194,17 @@ PlannedBinding DescribeBinding(const ConfigureNic& nic) {
   return binding;
 }
 
-/// The settings are equal; what DHCP gives is none.
-bool IsSame(const simulated::Adapter& left, const simulated::Adapter& right) {
-  return std::all_of(std::begin(simulated::kAdapterFields), std::end(simulated::kAdapterFields),
-                     [&](const simulated::AdapterField& field) {
-                       if (field.isGiven != nullptr && field.isGiven(left) && field.isGiven(right))
-                         return true;
-                       return std::visit([&](auto member) { return left.*member == right.*member; },
-                                         field.member);
-                     });
-}
-
-/// Does a command of an adapter unless that has the value already. False when the adapter is as it
-/// was, as may be when the command does not look first.
-bool DoUnlessSame(ConfigureNic& nic, IConfigureCommand& command, const Comparison& comparison,
-                  simulated::Machine& machine) {
-  if (!comparison.needed) return false;
-  std::optional<simulated::Adapter> before;
-  if (comparison.wanted && !comparison.current) before = *machine.FindAdapter(nic.Index());
-  command.Execute();
-  return !before || !IsSame(*before, *machine.FindAdapter(nic.Index()));
-}
-
-/// The commands of an adapter, each compared after those before it were done. Without a rehearsal
-/// none is done.
-void DescribeNic(ConfigureNic& nic, const Recorder& recorder, simulated::Machine& machine,
-                 Rehearsal* rehearsal, PlannedCommand& planned) {
+/// The commands of an adapter, each compared after the ones before it were executed in the
+/// rehearsal.
+void DescribeNic(ConfigureNic& nic, const Recorder& recorder, Rehearsal& rehearsal,
+                 PlannedCommand& planned) {
   planned.binding = DescribeBinding(nic);
+  planned.course = rehearsal.Bind(nic);
   planned.pauseMs = 0;
-  if (rehearsal != nullptr) {
-    planned.course = rehearsal->Do(nic, [&] {
-      if (planned.LacksAdapter()) nic.Execute();
-      return true;
-    });
-  }
   for (const auto& command : nic.Commands()) {
     Comparison comparison;
-    Course course;
-    const auto step = [&, bound = !planned.LacksAdapter()] {
-      if (bound) comparison = nic.CompareAdapter(*command);
-      return bound && rehearsal != nullptr && DoUnlessSame(nic, *command, comparison, machine);
-    };
-    if (rehearsal != nullptr) {
-      course = rehearsal->Do(*command, step);
-    } else {
-      step();
-    }
+    const Course course = planned.LacksAdapter() ? Course{.reached = false}
+                                                 : rehearsal.Execute(nic, *command, &comparison);
     PlannedCommand& inner = planned.commands.emplace_back(Describe(*command, comparison, recorder));
     inner.course = course;
     if (course.reached) planned.pauseMs += inner.pauseMs;
@@ -306,8 +270,7 @@ void FindLines(const Document& document, std::vector<PlannedEvent>& events) {
 }
 
 void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysis,
-                   const Recorder& recorder, simulated::Machine& machine, Rehearsal* rehearsal,
-                   QueuePlan& plan) {
+                   const Recorder& recorder, Rehearsal& rehearsal, QueuePlan& plan) {
   const auto describe = [&](IConfigureCommand& command) {
     const auto compared = analysis.comparisons.find(&command);
     const bool wasCompared = compared != analysis.comparisons.end();
@@ -316,17 +279,16 @@ void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysi
   for (const auto& command : builder.Commands()) {
     PlannedCommand& planned = plan.commands.emplace_back(describe(*command));
     if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
-      DescribeNic(*nic, recorder, machine, rehearsal, planned);
-    } else if (rehearsal != nullptr && planned.Is("Reboot")) {
-      planned.course = rehearsal->Restart();
-    } else if (rehearsal != nullptr) {
-      planned.course = rehearsal->Do(*command, [&] {
-        if (rehearsal->GoesOn()) command->Execute();
-        return true;
-      });
+      DescribeNic(*nic, recorder, rehearsal, planned);
+    } else {
+      planned.course = planned.Is("Reboot") ? rehearsal.Restart() : rehearsal.Execute(*command);
     }
   }
   for (const auto& command : analysis.dropped) plan.dropped.push_back(describe(*command));
+  plan.outcome = !rehearsal.GoesOn() ? PlanOutcome::kFailure
+                 : plan.restarts > 0 ? PlanOutcome::kRestart
+                 : plan.changes > 0  ? PlanOutcome::kSuccess
+                                     : PlanOutcome::kNothing;
 }
 
 /// Plans one "Configure" message. Returns the path of the file to be planned instead when a restore
@@ -355,10 +317,8 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     configure.Build();
     Analysis analysis;
     configure.Analyze(&analysis);
-    Rehearsal rehearsal(machine, plan.restartForbidden);
-    DescribeQueue(configure.Builder(), analysis, recorder, machine,
-                  comparing == Comparing::kInTurn ? &rehearsal : nullptr, plan);
-    rehearsal.Conclude(plan);
+    Rehearsal rehearsal(machine, comparing, plan);
+    DescribeQueue(configure.Builder(), analysis, recorder, rehearsal, plan);
     if (analysis.adapters != nullptr) {
       DescribeAdapters(machine, *analysis.adapters, plan);
     }

@@ -1,22 +1,25 @@
 #include "tool/plan/Rehearsal.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 #include <string>
+#include <variant>
 
-#include "common/config/command/ConfigureNic.h"
 #include "common/config/command/NicCommand.h"
 #include "common/sys/Domain.h"
+#include "platform/simulated/AdapterFields.h"
 #include "platform/simulated/Simulation.h"
 #include "tool/check/FileCheck.h"
 #include "tool/explain/ErrorNumbers.h"
-#include "tool/io/CodePage.h"
-#include "tool/machine/MachineDifference.h"
 
 namespace tool {
 namespace {
 
+using config::command::Comparison;
+using config::command::ConfigureNic;
 using config::command::IConfigureCommand;
+using simulated::Adapter;
 
 bool IsRefused(const simulated::Change& change) {
   const simulated::Value& result = change["result"];
@@ -34,76 +37,99 @@ std::string AnswerText(const std::string& call, std::uint32_t number) {
   return kind + std::to_string(number);
 }
 
+/// The settings are equal; what DHCP gives is none.
+bool IsSame(const Adapter& left, const Adapter& right) {
+  return std::all_of(
+      std::begin(simulated::kAdapterFields), std::end(simulated::kAdapterFields),
+      [&](const simulated::AdapterField& field) {
+        const auto isEqual = [&](auto member) { return left.*member == right.*member; };
+        return (field.isGiven != nullptr && field.isGiven(left) && field.isGiven(right)) ||
+               std::visit(isEqual, field.member);
+      });
+}
+
 }  // namespace
 
 Rehearsal::~Rehearsal() { sys::Domain::Instance().ForgetCredentials(); }
 
+Course Rehearsal::Execute(IConfigureCommand& command) {
+  return Do(command, [&] {
+    if (goesOn_) command.Execute();
+    return true;
+  });
+}
+
+Course Rehearsal::Execute(const ConfigureNic& nic, IConfigureCommand& command,
+                          Comparison* comparison) {
+  return Do(command, [&] {
+    *comparison = nic.CompareAdapter(command);
+    if (!executes_ || !comparison->needed) return false;
+    // A command that does not read the current value may set the same again.
+    std::optional<Adapter> before;
+    if (comparison->wanted && !comparison->current) before = *machine_.FindAdapter(nic.Index());
+    command.Execute();
+    return !before || !IsSame(*before, *machine_.FindAdapter(nic.Index()));
+  });
+}
+
+Course Rehearsal::Bind(const ConfigureNic& nic) {
+  if (nic.Index() != ConfigureNic::kUnset) return {.reached = goesOn_};
+  return Fail("no adapter is left", "the machine has none for the section");
+}
+
+Course Rehearsal::Restart() {
+  if (plan_.restartForbidden) return Fail("no restart", "RebootAfterConfig=False forbids it");
+  if (goesOn_) {
+    machine_.Restart();
+    ++plan_.restarts;
+  }
+  return {.reached = goesOn_};
+}
+
+Course Rehearsal::Fail(const char* answer, const char* meaning) {
+  Course course{.reached = goesOn_};
+  if (goesOn_) course.willFail = {answer, meaning, /*isOfFile=*/true};
+  goesOn_ = false;
+  return course;
+}
+
 Course Rehearsal::Do(const IConfigureCommand& command, const std::function<bool()>& step) {
-  Course course{goesOn_, {}, {}};
+  Course course{.reached = goesOn_};
   for (simulated::Fault& fault : machine_.faults) fault.struck.clear();
   const std::size_t start = machine_.journal.size();
   bool mayChange = true;
   try {
     mayChange = step();
   } catch (const err::CGeneralError& error) {
-    if (goesOn_) Judge(command, error, start, course);
+    if (!executes_) throw;
+    if (goesOn_) course.willFail = FailureOf(command, error, machine_.journal.size() > start);
+    goesOn_ = false;
   }
   for (std::size_t i = start; course.reached && i < machine_.journal.size(); ++i) {
     const simulated::Change& change = machine_.journal[i];
     if (!change["unknown"].IsNull()) course.unknown = change["unknown"].Text();
     if (change.call == "sleep") {
-      pauseMs_ += static_cast<std::uint64_t>(std::get<std::int64_t>(change["milliseconds"]));
+      plan_.pauseMs += static_cast<std::uint64_t>(std::get<std::int64_t>(change["milliseconds"]));
     } else if (mayChange && !IsRefused(change)) {
-      ++changes_;
+      ++plan_.changes;
     }
   }
   return course;
 }
 
-void Rehearsal::Judge(const IConfigureCommand& command, const err::CGeneralError& error,
-                      std::size_t start, Course& course) {
-  const bool isFault = std::any_of(machine_.faults.begin(), machine_.faults.end(),
-                                   [](const auto& fault) { return !fault.struck.empty(); });
-  goesOn_ = false;
-  Failure& failure = course.willFail.emplace();
-  failure.meaning = error.message;
-  failure.isOfFile = !isFault;
-  if (dynamic_cast<const config::command::ConfigureNic*>(&command) != nullptr) {
-    failure.answer = "no adapter is left";
-    failure.meaning = "the machine has none for the section";
-    return;
-  }
-  const std::string call = machine_.journal.size() > start ? machine_.journal.back().call : "";
-  failure.answer =
-      error.SystemError != 0 ? AnswerText(call, error.SystemError) : "the library refuses";
-  if (call == "process.run") return;  // an exit code is the program's own
+Failure Rehearsal::FailureOf(const IConfigureCommand& command, const err::CGeneralError& error,
+                             bool changed) const {
+  Failure failure{"the library refuses", error.message};
+  failure.isOfFile = std::none_of(machine_.faults.begin(), machine_.faults.end(),
+                                  [](const auto& fault) { return !fault.struck.empty(); });
+  const std::string call = changed ? machine_.journal.back().call : "";
+  if (error.SystemError != 0) failure.answer = AnswerText(call, error.SystemError);
+  if (call == "process.run") return failure;  // an exit code is the program's own
   const bool isOfAdapter = dynamic_cast<const config::command::NicCommand*>(&command) != nullptr;
   if (const auto* reading = explain::FindAnswer(error.SystemError, isOfAdapter)) {
     failure.meaning = reading->meaning;
   }
-}
-
-Course Rehearsal::Restart() {
-  Course course{goesOn_, {}, {}};
-  if (goesOn_ && restartForbidden_) {
-    goesOn_ = false;
-    course.willFail = {"no restart", "RebootAfterConfig=False forbids it",
-                       /*isOfFile=*/true};
-  } else if (goesOn_) {
-    machine_.Restart();
-    ++restarts_;
-  }
-  return course;
-}
-
-void Rehearsal::Conclude(QueuePlan& plan) const {
-  plan.changes = changes_;
-  plan.restarts = restarts_;
-  plan.pauseMs = pauseMs_;
-  plan.outcome = !goesOn_        ? PlanOutcome::kFailure
-                 : restarts_ > 0 ? PlanOutcome::kRestart
-                 : changes_ > 0  ? PlanOutcome::kSuccess
-                                 : PlanOutcome::kNothing;
+  return failure;
 }
 
 void NameCause(simulated::Machine machine, QueuePlan& plan) {
@@ -122,25 +148,15 @@ void NameCause(simulated::Machine machine, QueuePlan& plan) {
     codes = {Code::kSilentMachine, Code::kMachineIpv6};
   }
   for (const check::Finding& finding : check::CheckText("", plan.text, &machine).findings) {
-    const check::FindingKind& kind = check::KindOf(finding.code);
-    const bool isError = kind.severity == check::Severity::kError;
-    if (!codes.contains(finding.code) && !(isError && lines.contains(finding.place.line))) continue;
+    const bool isCause =
+        codes.contains(finding.code) || (IsError(finding) && lines.contains(finding.place.line));
+    const std::string code = check::KindOf(finding.code).id;
     // The last family is about the machine, and closest to the cause.
-    const std::string code = kind.id;
-    if (!plan.causeCode.empty() &&
-        (code[1] < plan.causeCode[1] || (code[1] == plan.causeCode[1] && code > plan.causeCode))) {
-      continue;
-    }
+    const bool isCloser = plan.causeCode.empty() || code[1] > plan.causeCode[1] ||
+                          (code[1] == plan.causeCode[1] && code <= plan.causeCode);
+    if (!isCause || !isCloser) continue;
     plan.causeCode = code;
     plan.cause = finding.message;
-  }
-  if (!plan.error || plan.error->event || plan.error->className != "ipc::CIPAddressError") return;
-  for (const simulated::Adapter& adapter : machine.adapters) {
-    for (const std::string& gateway : adapter.gateways) {
-      if (gateway.find(':') == std::string::npos) continue;
-      plan.cause = ToUtf8(AdapterName(adapter) + " has the IPv6 gateway " + gateway) +
-                   ", which the library cannot read";
-    }
   }
 }
 

@@ -1,52 +1,60 @@
-// A queue done on the copy of a machine, one command after the other.
+// The rehearsal of a queue: its commands are executed on a copy of the machine, in order.
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
 #include <functional>
 
-#include "common/config/command/IConfigureCommand.h"
+#include "common/config/command/ConfigureNic.h"
 #include "common/err/GeneralError.h"
 #include "platform/simulated/Machine.h"
 #include "tool/plan/QueuePlan.h"
 
 namespace tool {
 
+/// Each step returns the course of its command and adds to the plan's changes, restarts and pauses.
+/// When commands are compared as the machine is, it executes and counts nothing.
 class Rehearsal {
  public:
-  /// Borrows the machine.
-  Rehearsal(simulated::Machine& machine, bool restartForbidden)
-      : machine_(machine), restartForbidden_(restartForbidden) {}
+  /// Borrows the machine and the plan.
+  Rehearsal(simulated::Machine& machine, Comparing comparing, QueuePlan& plan)
+      : machine_(machine),
+        plan_(plan),
+        executes_(comparing == Comparing::kInTurn),
+        goesOn_(executes_) {}
   Rehearsal(const Rehearsal&) = delete;
   Rehearsal& operator=(const Rehearsal&) = delete;
-  /// The account of the commands is forgotten, as after a run.
+  /// Forgets the account of the commands, as after a run.
   ~Rehearsal();
 
-  /// Lets `step` do the command or a part of it, and tells what comes of that; it returns whether
-  /// it may have changed something. Also what is not reached may be done, for the sake of the
-  /// comparisons behind it; it is not counted then.
-  Course Do(const config::command::IConfigureCommand& command, const std::function<bool()>& step);
+  /// Executes the command if it is reached.
+  Course Execute(config::command::IConfigureCommand& command);
+  /// Compares a command of a bound adapter, and executes it if it is needed. Also executes a
+  /// command that is not reached, so that the following comparisons are those of a complete run.
+  /// When nothing is executed, throws what the comparison throws.
+  Course Execute(const config::command::ConfigureNic& nic,
+                 config::command::IConfigureCommand& command,
+                 config::command::Comparison* comparison);
+  /// A section reaches its adapter, or fails without one.
+  Course Bind(const config::command::ConfigureNic& nic);
   Course Restart();
 
   /// Nothing has failed so far.
   bool GoesOn() const { return goesOn_; }
-  /// Tells the plan how it all ended.
-  void Conclude(QueuePlan& plan) const;
 
  private:
-  void Judge(const config::command::IConfigureCommand& command, const err::CGeneralError& error,
-             std::size_t start, Course& course);
+  /// `step` returns whether it may have changed something.
+  Course Do(const config::command::IConfigureCommand& command, const std::function<bool()>& step);
+  Course Fail(const char* answer, const char* meaning);
+  Failure FailureOf(const config::command::IConfigureCommand& command,
+                    const err::CGeneralError& error, bool changed) const;
 
   simulated::Machine& machine_;
-  bool restartForbidden_;
-  bool goesOn_ = true;
-  std::uint32_t restarts_ = 0;
-  std::size_t changes_ = 0;
-  std::uint64_t pauseMs_ = 0;
+  QueuePlan& plan_;
+  bool executes_;
+  bool goesOn_;
 };
 
-/// Names the finding of `check` that is the cause of what fails in the plan, where it knows that.
-/// The machine is as it was before the run.
+/// Stores the finding of `check` that explains the plan's failure, if there is one. The machine is
+/// in its state before the run.
 void NameCause(simulated::Machine machine, QueuePlan& plan);
 
 }  // namespace tool
