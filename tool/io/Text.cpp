@@ -52,6 +52,15 @@ std::string ListText(const std::vector<std::string>& items) {
   return items.empty() ? "-" : base::Join(items, ", ");
 }
 
+std::string FirstFew(std::vector<std::string> items, std::size_t most) {
+  const std::size_t count = items.size();
+  if (count > most) {
+    items.resize(most);
+    items.push_back("and " + std::to_string(count - most) + " more");
+  }
+  return base::Join(items, ", ");
+}
+
 std::string Style::Wrap(const char* code, std::string_view text) const {
   if (!color_) return std::string(text);
   return "\x1B[" + std::string(code) + "m" + std::string(text) + "\x1B[0m";

@@ -22,7 +22,7 @@
 namespace tool {
 namespace {
 
-/// The same for lists and distinguished names, which may break behind their commas.
+/// A text as it is shown, with line breaks allowed after its commas.
 std::string Listed(std::string_view text) {
   std::string listed;
   for (const char c : Shown(text)) {
@@ -56,11 +56,11 @@ std::string LineLinks(const std::set<std::size_t>& lines) {
   return html;
 }
 
-/// A taker's text, as a link to its place in the first plan's queue.
-std::string TakerLink(const std::string& taker, const std::string& shown) {
+/// The command that took an event, as a link to its place in the first plan's queue.
+std::string TakerLink(const std::string& taker) {
   const std::string number = taker.substr(0, taker.find(' '));
-  if (number.empty() || number == "dropped") return Escaped(shown);
-  return "<a href=\"#s1c" + number + "\">" + Escaped(shown) + "</a>";
+  if (number.empty() || number == "dropped") return Escaped(taker);
+  return "<a href=\"#s1c" + number + "\">" + Escaped(taker) + "</a>";
 }
 
 const char* ClassOf(Turn turn) {
@@ -69,7 +69,7 @@ const char* ClassOf(Turn turn) {
 }
 
 std::string CommandHtml(const ShownCommand& command) {
-  std::string html = "<div class=\"head\">";
+  std::string html;
   if (!command.number.empty()) html += Element("b", "", command.number);
   html += Element("b", "", Shown(command.name));
   if (!command.description.empty()) html += Element("span", "mono", Listed(command.description));
@@ -79,16 +79,15 @@ std::string CommandHtml(const ShownCommand& command) {
   if (!command.lines.empty()) {
     html += Element("span", "from soft", Escaped(command.section) + " " + LineLinks(command.lines));
   }
-  html += "</div>";
+  html = Element("div", "head", html);
   for (const Line& note : command.notes) {
     html += Element("p", note.tone == Tone::kPlain ? "soft" : ClassOf(note.tone), Shown(note.text));
   }
-  if (command.commands.empty()) return html;
-  html += "<ul>\n";
+  std::string items;
   for (const ShownCommand& inner : command.commands) {
-    html += Element("li", ClassOf(inner.turn), CommandHtml(inner));
+    items += Element("li", ClassOf(inner.turn), CommandHtml(inner));
   }
-  return html + "</ul>";
+  return items.empty() ? html : html + Element("ul", "", "\n" + items);
 }
 
 /// The queue of one start, whose commands have identifiers that begin with `prefix`.
@@ -96,13 +95,13 @@ std::string QueueHtml(const QueuePlan& plan, const std::string& prefix) {
   std::string html;
   for (const ShownBlock& block : BlocksOf(plan)) {
     html += Element("h3", ClassOf(block.heading.tone), Escaped(block.heading.text)) + "\n";
-    if (!block.commands.empty()) html += "<ol class=\"queue\">\n";
+    std::string items;
     for (const ShownCommand& command : block.commands) {
-      html += command.number.empty() ? "<li" : "<li id=\"" + prefix + command.number + "\"";
-      html += " class=\"" + std::string(ClassOf(command.turn)) + "\">" + CommandHtml(command) +
-              "</li>\n";
+      items += command.number.empty() ? "<li" : "<li id=\"" + prefix + command.number + "\"";
+      items += " class=\"" + std::string(ClassOf(command.turn)) + "\">" + CommandHtml(command) +
+               "</li>\n";
     }
-    if (!block.commands.empty()) html += "</ol>\n";
+    if (!items.empty()) html += Element("ol", "queue", "\n" + items) + "\n";
     for (const Line& line : block.lines) html += Paragraph(ClassOf(line.tone), Shown(line.text));
   }
   return html;
@@ -118,82 +117,64 @@ std::string NothingHtml(const QueuePlan& plan) {
                        : "<h3>Asks for nothing</h3>\n" + Element("ul", "queue", items) + "\n";
 }
 
-std::string RunHtml(const Delivery& delivery) {
-  const std::string result = delivery.Result();
-  std::string html =
-      "<h3>Its run</h3>\n<p>The reply is " +
-      Element("b", ClassOf(ToneOf(result)), result.empty() ? "missing" : Shown(result)) +
-      ".</p>\n<details><summary>" + base::Counted(delivery.changes.size(), "change") +
-      "</summary>\n<ol>\n";
-  for (const simulated::Change& change : delivery.changes) {
-    const ChangeText text = Describe(change);
-    html += "<li>" + Escaped(text.words);
-    if (!text.refusal.empty())
-      html += " " + Element("span", "bad", "refused: " + Escaped(text.refusal));
-    html += "</li>\n";
-  }
-  return html + "</ol></details>\n";
+std::string Folded(std::size_t count, const char* noun, const std::string& content) {
+  return "<details><summary>" + base::Counted(count, noun) + "</summary>\n" + content +
+         "</details>\n";
 }
 
-std::string Starts(const RestartChain& chain) {
-  std::string html;
-  for (std::size_t i = 0; i < chain.steps.size(); ++i) {
-    const ChainStep& step = chain.steps[i];
-    const std::string number = std::to_string(i + 1);
-    html += "<h2 id=\"start" + number + "\">Plan";
-    if (step.delivery.restarts > 0) {
-      html += " after restart " + std::to_string(step.delivery.restarts);
-    }
-    html += "</h2>\n";
-    html += Paragraph("", Escaped(SummaryText(step.plan)));
-    if (step.plan.restored) html += Paragraph("wait", kRestoreNotice);
-    html += QueueHtml(step.plan, "s" + number + "c") + NothingHtml(step.plan);
-    const std::string pauses = PauseText(step.plan);
-    if (!pauses.empty()) html += Paragraph("soft", "Pauses: " + Escaped(pauses));
-    html += RunHtml(step.delivery);
+std::string RunHtml(const Delivery& delivery) {
+  const std::string result = delivery.Result();
+  std::string changes;
+  for (const simulated::Change& change : delivery.changes) {
+    const auto& [words, refusal, note] = Describe(change);
+    changes += "<li>" + Escaped(words);
+    if (!refusal.empty()) changes += " " + Element("span", "bad", "refused: " + Escaped(refusal));
+    changes += "</li>\n";
   }
-  return html;
+  return "<h3>Its run</h3>\n<p>The reply is " +
+         Element("b", ClassOf(ToneOf(result)), result.empty() ? "missing" : Shown(result)) +
+         ".</p>\n" + Folded(delivery.changes.size(), "change", "<ol>\n" + changes + "</ol>");
+}
+
+/// The `number`-th start, counted from 1.
+std::string StartHtml(const ChainStep& step, const std::string& number) {
+  const std::string pauses = PauseText(step.plan);
+  return Paragraph("", Escaped(SummaryText(step.plan))) +
+         (step.plan.restored ? Paragraph("wait", kRestoreNotice) : "") +
+         QueueHtml(step.plan, "s" + number + "c") + NothingHtml(step.plan) +
+         (pauses.empty() ? "" : Paragraph("soft", "Pauses: " + Escaped(pauses))) +
+         RunHtml(step.delivery);
 }
 
 std::string NotTrueHtml(const RestartChain& chain) {
   std::string items;
   for (const NotTrue& wish : chain.notTrue) {
-    ShownCommand shown{Turn::kFails, "", wish.what, wish.description, "", "", {}, {}, {}};
-    shown.notes = {{Tone::kPlain, SectionText(wish.section) + " " + wish.lines},
-                   {Tone::kPlain, wish.reason}};
-    if (wish.current) {
-      shown.values = "is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted);
-    }
+    ShownCommand shown{Turn::kFails, wish.what, wish.description, IsAndWanted(wish), "", {}};
+    shown.notes = {{{}, SectionText(wish.section) + " " + wish.lines}, {{}, wish.reason}};
     items += Element("li", "fails", CommandHtml(shown));
   }
-  return items.empty()
-             ? items
-             : "<h2 id=\"not-true\">Still not true</h2>\n" + Element("ul", "queue", items) + "\n";
+  return items.empty() ? items : Element("ul", "queue", items) + "\n";
 }
 
 std::string MachineHtml(const simulated::Machine& before, const simulated::Machine& after) {
-  const std::string html = "<h2 id=\"machine\">Machine, before and after</h2>\n";
-  const std::vector<Difference> differences = Differences(before, after);
-  if (differences.empty()) return html + Paragraph("soft", "No difference.");
   std::vector<std::vector<std::string>> rows;
-  std::string subject;
-  for (const Difference& difference : differences) {
-    if (difference.subject != subject) rows.push_back({Escaped(difference.subject)});
-    subject = difference.subject;
-    rows.push_back(
-        {Escaped(difference.setting), Listed(difference.before), Listed(difference.after)});
+  std::string last;
+  for (const auto& [subject, setting, was, is] : Differences(before, after)) {
+    if (subject != last) rows.push_back({Escaped(subject)});
+    rows.push_back({Escaped(setting), Listed(was), Listed(is)});
+    last = subject;
   }
-  return html + Table({"Setting", "Before", "After"}, rows);
+  return rows.empty() ? Paragraph("soft", "No difference.")
+                      : Table({"Setting", "Before", "After"}, rows);
 }
 
 std::string AdaptersHtml(const QueuePlan& plan) {
-  if (plan.adapters.empty()) return {};
   std::vector<std::vector<std::string>> rows;
   for (const PlannedAdapter& adapter : plan.adapters) {
     rows.push_back({Shown(adapter.name), adapter.pciLocation, Shown(adapter.macAddress),
                     Escaped(AdapterFate(plan, adapter))});
   }
-  return "<h2 id=\"adapters\">Adapters</h2>\n" + Table({"Adapter", "PCI", "MAC", "Use"}, rows);
+  return rows.empty() ? "" : Table({"Adapter", "PCI", "MAC", "Use"}, rows);
 }
 
 std::string EventsHtml(const QueuePlan& plan) {
@@ -204,14 +185,13 @@ std::string EventsHtml(const QueuePlan& plan) {
     const PlannedEvent& event = plan.events[i];
     rows.push_back({event.line != 0 ? LineLink(event.line) : "registry", Shown(event.section),
                     Shown(event.key), "<code>" + event.kind + "</code>", Escaped(ShownValue(event)),
-                    TakerLink(takers[i], takers[i])});
+                    TakerLink(takers[i])});
   }
-  return "<h2 id=\"events\">Events of the file</h2>\n<details><summary>" +
-         base::Counted(plan.events.size(), "event") + "</summary>\n" +
-         Table({"Line", "Section", "Key", "Event", "Value", "Command"}, rows) + "</details>\n";
+  return Folded(rows.size(), "event",
+                Table({"Line", "Section", "Key", "Event", "Value", "Command"}, rows));
 }
 
-std::string FileHtml(const QueuePlan& plan, const std::string& name) {
+std::string FileHtml(const QueuePlan& plan) {
   // Which commands of the first start each line asks for.
   const std::vector<std::string> takers = TakersOf(plan);
   std::map<std::size_t, std::set<std::string>> byLine;
@@ -219,20 +199,19 @@ std::string FileHtml(const QueuePlan& plan, const std::string& name) {
     auto& numbers = byLine[plan.events[i].line];
     if (!takers[i].empty()) numbers.insert(takers[i].substr(0, takers[i].find(' ')));
   }
-  std::string html = "<h2 id=\"file\">" + Shown(name) + "</h2>\n<ol class=\"file\">\n";
+  std::string html = "<ol class=\"file\">\n";
   std::istringstream text(ToUtf8(simulated::RedactedFile(plan.text)));
   std::size_t number = 0;
   for (std::string line; std::getline(text, line);) {
     if (line.ends_with('\r')) line.pop_back();
     std::replace(line.begin(), line.end(), '\t', ' ');
     const auto asks = byLine.find(++number);
-    html += "<li id=\"L" + std::to_string(number) + "\"";
-    html += asks != byLine.end() ? " class=\"asks\">" : ">";
-    html +=
-        Element("span", "number", std::to_string(number)) + Element("span", "text", Shown(line));
+    const std::string shown = std::to_string(number);
+    html += "<li id=\"L" + shown + (asks != byLine.end() ? "\" class=\"asks\">" : "\">") +
+            Element("span", "number", shown) + Element("span", "text", Shown(line));
     if (asks != byLine.end()) {
       std::string links;
-      for (const std::string& taker : asks->second) links += " " + TakerLink(taker, taker);
+      for (const std::string& taker : asks->second) links += " " + TakerLink(taker);
       html += Element("span", "to soft", links.empty() ? "nothing" : links);
     }
     html += "</li>\n";
@@ -240,36 +219,53 @@ std::string FileHtml(const QueuePlan& plan, const std::string& name) {
   return html + "</ol>\n";
 }
 
-std::string Navigation(const RestartChain& chain) {
-  std::string html = "<nav>";
-  for (std::size_t i = 0; i < chain.steps.size(); ++i) {
-    html += "<a href=\"#start" + std::to_string(i + 1) + "\">" +
-            (i == 0 ? "Plan" : "Restart " + std::to_string(chain.steps[i].delivery.restarts)) +
-            "</a>";
+/// A part of the page; without content it is left out.
+struct Part {
+  std::string id;
+  /// In the navigation.
+  std::string name;
+  std::string heading;
+  std::string content;
+};
+
+std::vector<Part> PartsOf(const PlanPageInput& input) {
+  std::vector<Part> parts;
+  for (const ChainStep& step : input.chain.steps) {
+    const std::string number = std::to_string(parts.size() + 1);
+    const std::string restarts = std::to_string(step.delivery.restarts);
+    const bool isFirst = step.delivery.restarts == 0;
+    parts.push_back({"start" + number, isFirst ? "Plan" : "Restart " + restarts,
+                     isFirst ? "Plan" : "Plan after restart " + restarts, StartHtml(step, number)});
   }
-  if (!chain.notTrue.empty()) html += "<a href=\"#not-true\">Still not true</a>";
-  html += "<a href=\"#machine\">Machine</a>";
-  const QueuePlan& plan = chain.steps.front().plan;
-  if (!plan.adapters.empty()) html += "<a href=\"#adapters\">Adapters</a>";
-  if (!plan.events.empty()) html += "<a href=\"#events\">Events</a>";
-  return html + "<a href=\"#file\">File</a></nav>\n";
+  const QueuePlan& first = input.chain.steps.front().plan;
+  parts.insert(parts.end(),
+               {{"not-true", "Still not true", "Still not true", NotTrueHtml(input.chain)},
+                {"machine", "Machine", "Machine, before and after",
+                 MachineHtml(input.before, input.chain.after)},
+                {"adapters", "Adapters", "Adapters", AdaptersHtml(first)},
+                {"events", "Events", "Events of the file", EventsHtml(first)},
+                {"file", "File", first.restored ? "The restore file" : Shown(input.fileName),
+                 FileHtml(first)}});
+  std::erase_if(parts, [](const Part& part) { return part.content.empty(); });
+  return parts;
 }
 
 }  // namespace
 
 std::string PlanPage(const PlanPageInput& input) {
-  const RestartChain& chain = input.chain;
-  const QueuePlan& first = chain.steps.front().plan;
-  return Page(
-      "Plan of " + Shown(input.fileName),
-      Paragraph("soft", "Machine: " + Escaped(MachineText(input.machineName, input.before))) +
-          (input.checkRemark.empty() ? ""
-                                     : Paragraph("bad", "Check: " + Shown(input.checkRemark))) +
-          Paragraph(std::string("ending ") + ClassOf(ToneOf(chain)), Shown(EndingText(chain))) +
-          Navigation(chain),
-      Starts(chain) + NotTrueHtml(chain) + MachineHtml(input.before, chain.after) +
-          AdaptersHtml(first) + EventsHtml(first) +
-          FileHtml(first, first.restored ? "The restore file" : input.fileName));
+  std::string links;
+  std::string body;
+  for (const auto& [id, name, heading, content] : PartsOf(input)) {
+    links += "<a href=\"#" + id + "\">" + name + "</a>";
+    body += "<h2 id=\"" + id + "\">" + heading + "</h2>\n" + content;
+  }
+  std::string header =
+      Paragraph("soft", "Machine: " + Escaped(MachineText(input.machineName, input.before)));
+  if (!input.checkRemark.empty()) header += Paragraph("bad", "Check: " + Shown(input.checkRemark));
+  header += Paragraph(std::string("ending ") + ClassOf(ToneOf(input.chain)),
+                      Shown(EndingText(input.chain))) +
+            Element("nav", "", links) + "\n";
+  return Page("Plan of " + Shown(input.fileName), header, body);
 }
 
 }  // namespace tool

@@ -34,14 +34,12 @@ class Tree {
   }
 
   std::string Block(const ShownBlock& block) const {
-    std::string text = block.heading.tone == Tone::kPlain
-                           ? style_.Heading(block.heading.text)
-                           : Toned(style_, block.heading.tone, block.heading.text);
-    text += "\n";
+    const auto& [tone, heading] = block.heading;
+    std::string text =
+        (tone == Tone::kPlain ? style_.Heading(heading) : Toned(style_, tone, heading)) + "\n";
     for (const ShownCommand& command : block.commands) {
-      text += Entry(
-          "  " + std::string(numberWidth_ - command.number.size(), ' ') + command.number + "  ",
-          command, nameWidth_);
+      const std::string indent(numberWidth_ + 2 - command.number.size(), ' ');
+      text += Entry(indent + command.number + "  ", command, nameWidth_);
       for (const ShownCommand& inner : command.commands) {
         text += Entry(std::string(numberWidth_ + 6, ' '), inner, nameWidth_ - 2);
       }
@@ -52,11 +50,11 @@ class Tree {
 
  private:
   static std::vector<Line> LinesOf(const ShownCommand& command) {
-    std::vector<Line> lines{{Tone::kPlain, command.description}};
     const std::string& values = command.values;
     const std::size_t arrow =
         values.size() > kWidestValues ? values.find(" -> ") : std::string::npos;
-    lines.push_back({Tone::kNotice, values.substr(0, arrow)});
+    std::vector<Line> lines{{Tone::kPlain, command.description},
+                            {Tone::kNotice, values.substr(0, arrow)}};
     if (arrow != std::string::npos) lines.push_back({Tone::kNotice, values.substr(arrow + 1)});
     lines.insert(lines.end(), command.notes.begin(), command.notes.end());
     std::erase_if(lines, [](const Line& line) { return line.text.empty(); });
@@ -72,14 +70,14 @@ class Tree {
     if (lines.empty()) lines.emplace_back();
     const std::string name = Padded(command.name, width);
     const bool isDim = command.turn == Turn::kNotNeeded || command.turn == Turn::kNever;
-    std::string text = indent + (isDim                          ? style_.Dim(name)
-                                 : command.turn == Turn::kFails ? style_.Bad(name)
-                                                                : name);
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      if (i > 0) text += std::string(indent.size() + name.size(), ' ');
-      if (!lines[i].text.empty()) text += "  ";
-      text += Toned(style_, isDim ? Tone::kDim : lines[i].tone, lines[i].text);
-      if (i == 0 && !origin.empty()) text += "  " + style_.Dim(origin);
+    const Tone tone = isDim ? Tone::kDim : command.turn == Turn::kFails ? Tone::kBad : Tone::kPlain;
+    std::string text = indent + Toned(style_, tone, name);
+    for (const Line& line : lines) {
+      const bool isFirst = &line == &lines.front();
+      if (!isFirst) text += std::string(indent.size() + name.size(), ' ');
+      if (!line.text.empty()) text += "  ";
+      text += Toned(style_, isDim ? Tone::kDim : line.tone, line.text);
+      if (isFirst && !origin.empty()) text += "  " + style_.Dim(origin);
       text += "\n";
     }
     return text;
@@ -121,9 +119,7 @@ std::string NotTrueText(const RestartChain& chain, const Style& style) {
     text += "  " + SectionText(wish.section) + " " + wish.lines + "  " + wish.what;
     if (!wish.description.empty()) text += "  " + Printable(wish.description);
     text += "\n";
-    if (wish.current) {
-      text += "    is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted) + "\n";
-    }
+    if (wish.current) text += "    " + IsAndWanted(wish) + "\n";
     text += "    " + style.Notice(Printable(wish.reason)) + "\n";
   }
   return Block("Still not true", text, style);

@@ -21,6 +21,7 @@ constexpr std::size_t kMostPassedOver = 4;
 constexpr char kRegistry[] = "registry value NetworkDisabled";
 
 using By = PlannedBinding::By;
+using Texts = std::vector<std::string>;
 
 /// "12-14, 20".
 std::string Ranges(const std::set<std::size_t>& lines) {
@@ -42,64 +43,51 @@ std::string SectionOf(const QueuePlan& plan, const PlannedCommand& command) {
   return section.empty() ? "" : SectionText(section);
 }
 
-/// What was looked for in vain.
-std::string Tried(const QueuePlan& plan, const PlannedBinding& binding) {
-  std::string text;
-  if (binding.by == By::kPci) return text;
-  if (!binding.pciLocation.empty()) text = "at PCI location " + binding.pciLocation;
+/// What the section names and no adapter has.
+std::string NotFound(const QueuePlan& plan, const PlannedBinding& binding) {
+  if (binding.by == By::kPci) return {};
+  Texts tried;
+  Texts refused;
   const bool triedMac = !binding.macAddress.empty() && binding.by != By::kMac;
-  if (triedMac) {
-    text += (text.empty() ? "" : " or ") + ("with MAC address " + Printable(binding.macAddress));
-  }
+  if (!binding.pciLocation.empty()) tried.push_back("at PCI location " + binding.pciLocation);
+  if (triedMac) tried.push_back("with MAC address " + Printable(binding.macAddress));
+  if (tried.empty()) return binding.by == By::kMac ? "" : "no PCI location or MAC address given";
   const std::string mac = triedMac ? sys::NormalizedMac(binding.macAddress) : "";
-  std::string refused;
   for (const PlannedAdapter& adapter : plan.adapters) {
     const bool isMeant =
         (!binding.pciLocation.empty() && adapter.pciLocation == binding.pciLocation) ||
         (!mac.empty() && sys::NormalizedMac(adapter.macAddress) == mac);
     if (adapter.refused.empty() || !isMeant) continue;
-    refused += (refused.empty() ? ": adapter " : ", adapter ") + std::to_string(adapter.index) +
-               " is " + adapter.refused;
+    refused.push_back("adapter " + std::to_string(adapter.index) + " is " + adapter.refused);
   }
-  if (!refused.empty()) return "no adapter " + text + " that can be had" + refused;
-  if (!text.empty()) return "no adapter " + text;
-  return binding.by == By::kMac ? "" : "no PCI location or MAC address given";
+  return "no adapter " + base::Join(tried, " or ") +
+         (refused.empty() ? "" : " that can be had: " + base::Join(refused, ", "));
 }
 
-/// How it found its adapter.
-std::string HowFound(const QueuePlan& plan, std::size_t position) {
-  const PlannedBinding& binding = *plan.commands[position].binding;
-  std::string text = binding.by == By::kPci ? "found by its PCI location " + binding.pciLocation
-                     : binding.by == By::kMac
-                         ? "found by its MAC address " + Printable(binding.macAddress)
-                     : binding.by == By::kNext ? "the next free one"
-                                               : "";
-  const std::string tried = Tried(plan, binding);
-  if (!tried.empty()) text += (text.empty() ? "" : ", ") + tried;
-  if (binding.adapter) {
-    const std::size_t first = plan.adapters[*binding.adapter].takers.front();
-    if (first < position) text += "; " + SectionOf(plan, plan.commands[first]) + " has it too";
-  }
-  return text;
+std::string HowFound(const QueuePlan& plan, const PlannedCommand& command) {
+  const PlannedBinding& binding = *command.binding;
+  Texts texts{binding.by == By::kPci   ? "found by its PCI location " + binding.pciLocation
+              : binding.by == By::kMac ? "found by its MAC address " + Printable(binding.macAddress)
+              : binding.by == By::kNext ? "the next free one"
+                                        : "",
+              NotFound(plan, binding)};
+  std::erase(texts, "");
+  const std::string text = base::Join(texts, ", ");
+  if (!binding.adapter) return text;
+  const PlannedCommand& first = plan.commands[plan.adapters[*binding.adapter].takers.front()];
+  return &first == &command ? text : text + "; " + SectionOf(plan, first) + " has it too";
 }
 
-/// Which adapters it could not have.
 std::string PassedOver(const QueuePlan& plan, const PlannedBinding& binding) {
   if (binding.by == By::kPci || binding.by == By::kMac) return {};
-  std::vector<std::string> reasons;
-  std::size_t more = 0;
+  Texts reasons;
   for (std::size_t i = 0; i < binding.adapter.value_or(plan.adapters.size()); ++i) {
     const PlannedAdapter& adapter = plan.adapters[i];
     if (adapter.IsFree()) continue;
-    if (reasons.size() == kMostPassedOver) {
-      ++more;
-      continue;
-    }
     reasons.push_back("adapter " + std::to_string(adapter.index) + " is " +
                       AdapterFate(plan, adapter));
   }
-  if (more > 0) reasons.push_back("and " + std::to_string(more) + " more");
-  return reasons.empty() ? "" : "passed over: " + base::Join(reasons, ", ");
+  return reasons.empty() ? "" : "passed over: " + FirstFew(std::move(reasons), kMostPassedOver);
 }
 
 /// The event and where it comes from, without the line.
@@ -122,10 +110,6 @@ std::string RestartReason(const PlannedCommand& command) {
   if (command.Is("JoinDomain")) return "the join";
   // A domain member has no workgroup to compare.
   return command.Is("JoinWorkgroup") && command.current == "" ? "leaving the domain" : "";
-}
-
-std::string RestartText(std::size_t number, const std::vector<std::string>& reasons) {
-  return "restart " + std::to_string(number) + ", for " + base::Join(reasons, " and ");
 }
 
 /// The command, or one of its own, fails or is not reached.
@@ -177,77 +161,58 @@ std::string CauseText(const QueuePlan& plan) {
   return plan.causeCode.empty() ? "" : " [" + plan.causeCode + "]";
 }
 
-void NoteCourse(const QueuePlan& plan, const PlannedCommand& command, std::vector<Line>& notes) {
-  const Course& course = command.course;
-  if (!course.unknown.empty()) {
-    notes.push_back({Tone::kNotice, "unknown: the machine file does not tell \"" + course.unknown +
-                                        "\"; it is taken to succeed"});
-  }
-  if (!course.willFail) return;
-  notes.push_back({Tone::kBad, "will fail: " + course.willFail->answer + " (" +
-                                   Printable(course.willFail->meaning) + ")" + CauseText(plan)});
-  notes.push_back({Tone::kBad, "lost by it: " + LostText(plan)});
-}
+Line LossLine(const QueuePlan& plan) { return {Tone::kBad, "lost by it: " + LostText(plan)}; }
 
 ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn turn) {
-  ShownCommand shown{!command.needed           ? Turn::kNotNeeded
-                     : command.course.willFail ? Turn::kFails
-                     : !command.course.reached ? Turn::kNever
-                                               : turn,
-                     "",
+  const Course& course = command.course;
+  ShownCommand shown{!command.needed   ? Turn::kNotNeeded
+                     : course.willFail ? Turn::kFails
+                     : !course.reached ? Turn::kNever
+                                       : turn,
                      command.ShortName(),
                      Printable(command.description),
                      ComparisonText(command),
                      SectionOf(plan, command),
-                     LinesOf(plan, command),
-                     {},
-                     {}};
+                     LinesOf(plan, command)};
+  std::vector<Line>& notes = shown.notes;
   if (command.Is("SetStaticRoute") && command.needed && command.current) {
     shown.values.clear();
-    NoteMissing("- ", *command.current, *command.wanted, shown.notes);
-    NoteMissing("+ ", *command.wanted, *command.current, shown.notes);
+    NoteMissing("- ", *command.current, *command.wanted, notes);
+    NoteMissing("+ ", *command.wanted, *command.current, notes);
   }
-  if (command.Is("JoinDomain")) {
-    for (const std::size_t event : command.events) {
-      if (plan.events[event].kind != "DOMAIN_OU") continue;
-      shown.notes.push_back({Tone::kNotice, "in the OU " + ShownValue(plan.events[event])});
-    }
+  for (const std::size_t event : command.events) {
+    if (!command.Is("JoinDomain") || plan.events[event].kind != "DOMAIN_OU") continue;
+    notes.push_back({Tone::kNotice, "in the OU " + ShownValue(plan.events[event])});
   }
-  return shown;
-}
-
-ShownCommand Queued(const QueuePlan& plan, std::size_t position, Turn turn) {
-  const PlannedCommand& command = plan.commands[position];
-  ShownCommand shown = Shown(plan, command, turn);
-  shown.number = std::to_string(position + 1);
   if (command.binding) {
-    for (const std::string& text : BindingTexts(plan, position)) {
-      shown.notes.push_back({Tone::kPlain, text});
-    }
+    for (const std::string& text : BindingTexts(plan, command)) notes.push_back({{}, text});
   }
-  NoteCourse(plan, command, shown.notes);
+  if (!course.unknown.empty()) {
+    notes.push_back({Tone::kNotice, "unknown: the machine file does not tell \"" + course.unknown +
+                                        "\"; it is taken to succeed"});
+  }
+  if (course.willFail) {
+    notes.push_back({Tone::kBad, "will fail: " + course.willFail->answer + " (" +
+                                     Printable(course.willFail->meaning) + ")" + CauseText(plan)});
+    notes.push_back(LossLine(plan));
+  }
   for (const PlannedCommand& inner : command.commands) {
-    ShownCommand& added = shown.commands.emplace_back(Shown(plan, inner, turn));
-    added.section.clear();
-    NoteCourse(plan, inner, added.notes);
+    shown.commands.push_back(Shown(plan, inner, turn));
+    shown.commands.back().section.clear();
   }
   return shown;
 }
 
 ShownBlock ErrorBlock(const QueuePlan& plan) {
   const PlanError& error = *plan.error;
-  ShownBlock block{{Tone::kPlain, "No plan"},
-                   {},
-                   {{Tone::kBad, Printable(error.source + ":" + std::to_string(error.line) + " - " +
-                                           error.message)},
-                    {Tone::kPlain, error.className + ", value " + std::to_string(error.value) +
-                                       ", system error " + std::to_string(error.systemError)}}};
-  if (error.event) {
-    block.lines.push_back({Tone::kPlain, "at " + EventText(plan.events[*error.event])});
-  }
-  if (!plan.cause.empty()) {
-    block.lines.push_back({Tone::kPlain, Printable(plan.cause) + CauseText(plan)});
-  }
+  ShownBlock block{{{}, "No plan"}};
+  block.lines = {{Tone::kBad, Printable(error.source + ":" + std::to_string(error.line) + " - " +
+                                        error.message)},
+                 {{},
+                  error.className + ", value " + std::to_string(error.value) + ", system error " +
+                      std::to_string(error.systemError)}};
+  if (error.event) block.lines.push_back({{}, "at " + EventText(plan.events[*error.event])});
+  if (!plan.cause.empty()) block.lines.push_back({{}, Printable(plan.cause) + CauseText(plan)});
   return block;
 }
 
@@ -255,44 +220,47 @@ ShownBlock ErrorBlock(const QueuePlan& plan) {
 
 std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
   if (plan.error) return {ErrorBlock(plan)};
-  std::vector<ShownBlock> blocks{{{Tone::kPlain, "Runs now"}, {}, {}}};
+  std::vector<ShownBlock> blocks{{{{}, "Runs now"}}};
   Turn turn = Turn::kRuns;
   std::size_t restarts = 0;
-  std::vector<std::string> reasons;
+  Texts reasons;
   for (std::size_t i = 0; i < plan.commands.size(); ++i) {
     const PlannedCommand& command = plan.commands[i];
+    const Course& course = command.course;
     const bool isRestart = command.Is("Reboot");
     // What is never done needs no restart.
-    if (isRestart && !command.course.reached) continue;
-    const std::string restart = isRestart ? RestartText(++restarts, reasons) : "";
-    if (isRestart) reasons.clear();
+    if (isRestart && !course.reached) continue;
     if (const std::string reason = RestartReason(command); !reason.empty()) {
       reasons.push_back(reason);
     }
-    if (isRestart && command.course.willFail) {
+    if (isRestart && course.willFail) {
       blocks.back().lines = {
           {Tone::kBad, "-- restart, which RebootAfterConfig=False forbids: the run fails here --" +
                            CauseText(plan)},
-          {Tone::kBad, "lost by it: " + LostText(plan)}};
-    } else if (isRestart && turn == Turn::kRuns) {
+          LossLine(plan)};
+      continue;
+    }
+    const std::string restart = isRestart ? "restart " + std::to_string(++restarts) + ", for " +
+                                                base::Join(std::exchange(reasons, {}), " and ")
+                                          : "";
+    if (isRestart && turn == Turn::kRuns) {
       blocks.back().lines.push_back({Tone::kNotice, "-- " + restart + ": the run stops here --"});
       turn = Turn::kWaits;
       if (i + 1 == plan.commands.size()) continue;
-      blocks.push_back({{Tone::kPlain, "Waits for the restart, and is planned anew then"}, {}, {}});
-    } else {
-      if (turn != Turn::kNever && !command.course.reached) {
-        turn = Turn::kNever;
-        blocks.push_back(
-            {{Tone::kBad, "Never done: the run fails and the file is put away"}, {}, {}});
-      }
-      blocks.back().commands.push_back(Queued(plan, i, turn));
-      if (isRestart) blocks.back().commands.back().notes.push_back({Tone::kNotice, restart});
+      blocks.push_back({{{}, "Waits for the restart, and is planned anew then"}});
+      continue;
     }
+    if (turn != Turn::kNever && !course.reached) {
+      turn = Turn::kNever;
+      blocks.push_back({{Tone::kBad, "Never done: the run fails and the file is put away"}});
+    }
+    ShownCommand& shown = blocks.back().commands.emplace_back(Shown(plan, command, turn));
+    shown.number = std::to_string(i + 1);
+    if (isRestart) shown.notes.push_back({Tone::kNotice, restart});
   }
-  if (blocks.front().commands.empty()) {
-    blocks.front().lines.insert(blocks.front().lines.begin(), {Tone::kPlain, "nothing"});
-  }
-  if (!plan.dropped.empty()) blocks.push_back({{Tone::kPlain, "Dropped"}, {}, {}});
+  ShownBlock& first = blocks.front();
+  if (first.commands.empty()) first.lines.insert(first.lines.begin(), {{}, "nothing"});
+  if (!plan.dropped.empty()) blocks.push_back({{{}, "Dropped"}});
   for (const PlannedCommand& command : plan.dropped) {
     blocks.back().commands.push_back(Shown(plan, command, Turn::kNotNeeded));
   }
@@ -302,26 +270,23 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
 std::string SummaryText(const QueuePlan& plan) {
   constexpr const char* kOutcomes[] = {"nothing to do", "succeeds", "succeeds with its restarts"};
   const std::uint64_t tenths = (plan.pauseMs + 3000) / 6000;
-  std::string text = base::Counted(plan.changes, "change") + ", " +
-                     base::Counted(plan.restarts, "restart") + ", " +
-                     (plan.pauseMs == 0 ? "no"
-                                        : std::to_string(tenths / 10) + "." +
-                                              std::to_string(tenths % 10) + " minutes of") +
-                     " pauses; ";
-  std::string failure = "fails: there is no plan";
+  const std::string minutes = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+  std::string outcome = "fails: there is no plan";
   std::set<std::string> unknown;
   for (std::size_t i = plan.commands.size(); i > 0; --i) {
     const PlannedCommand& command = plan.commands[i - 1];
-    const std::string name = std::to_string(i) + " " + command.ShortName();
     if (!command.course.unknown.empty()) unknown.insert(command.course.unknown);
-    if (command.course.reached && IsLost(command)) failure = "fails at " + name;
+    if (!command.course.reached || !IsLost(command)) continue;
+    outcome = "fails at " + std::to_string(i) + " " + command.ShortName();
   }
-  text += plan.outcome == PlanOutcome::kFailure ? failure
-                                                : kOutcomes[static_cast<std::size_t>(plan.outcome)];
+  if (plan.outcome != PlanOutcome::kFailure) {
+    outcome = kOutcomes[static_cast<std::size_t>(plan.outcome)];
+  }
   for (const std::string& name : unknown) {
-    text += ", if \"" + name + "\" allows it, which the machine file does not tell";
+    outcome += ", if \"" + name + "\" allows it, which the machine file does not tell";
   }
-  return text;
+  return base::Counted(plan.changes, "change") + ", " + base::Counted(plan.restarts, "restart") +
+         ", " + (plan.pauseMs == 0 ? "no" : minutes + " minutes of") + " pauses; " + outcome;
 }
 
 std::string SectionText(const std::string& section) {
@@ -352,6 +317,10 @@ std::string ShownValue(const PlannedEvent& event) {
 
 std::string OrNone(const std::string& value) { return value.empty() ? "none" : Printable(value); }
 
+std::string IsAndWanted(const NotTrue& wish) {
+  return wish.current ? "is " + OrNone(*wish.current) + ", wanted " + OrNone(*wish.wanted) : "";
+}
+
 std::string ComparisonText(const PlannedCommand& command) {
   if (!command.wanted) return {};
   const std::string wanted = OrNone(*command.wanted);
@@ -362,11 +331,11 @@ std::string ComparisonText(const PlannedCommand& command) {
   return "not needed: is " + current + ", wanted " + wanted;
 }
 
-std::vector<std::string> BindingTexts(const QueuePlan& plan, std::size_t position) {
-  const PlannedBinding& binding = *plan.commands[position].binding;
-  std::vector<std::string> texts{
+Texts BindingTexts(const QueuePlan& plan, const PlannedCommand& command) {
+  const PlannedBinding& binding = *command.binding;
+  Texts texts{
       binding.adapter ? Printable(plan.adapters[*binding.adapter].name) : "no adapter is left",
-      HowFound(plan, position), PassedOver(plan, binding)};
+      HowFound(plan, command), PassedOver(plan, binding)};
   std::erase(texts, "");
   return texts;
 }
@@ -380,8 +349,8 @@ std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter) {
   return text;
 }
 
-std::vector<std::string> TakersOf(const QueuePlan& plan) {
-  std::vector<std::string> takers(plan.events.size());
+Texts TakersOf(const QueuePlan& plan) {
+  Texts takers(plan.events.size());
   const auto note = [&](const PlannedCommand& command, const std::string& number) {
     for (const std::size_t event : command.events) {
       takers[event] = number + " " + command.ShortName();
@@ -398,51 +367,48 @@ std::vector<std::string> TakersOf(const QueuePlan& plan) {
 
 PauseForecast ForecastPauses(const QueuePlan& plan) {
   PauseForecast forecast;
-  std::uint64_t adapterMs = 0;
-  std::size_t adapters = 0;
   const std::size_t runsNow = plan.RunsNow();
-  for (std::size_t i = 0; i < plan.commands.size(); ++i) {
-    const PlannedCommand& command = plan.commands[i];
-    if (!command.course.reached) break;
-    (i < runsNow ? forecast.nowMs : forecast.laterMs) += command.pauseMs;
-    if (command.pauseMs == 0 || i >= runsNow) continue;
-    if (command.binding) {
-      adapterMs += command.pauseMs;
-      ++adapters;
-    } else {
-      forecast.parts.push_back(
-          DurationText(command.pauseMs) +
-          (command.Is("Sleep") ? " between join and rename" : " for the networking services"));
-    }
-  }
-  if (adapters > 0) {
-    forecast.parts.insert(forecast.parts.begin(), DurationText(adapterMs) + " for " +
-                                                      base::Counted(adapters, "static adapter"));
+  for (std::size_t i = 0; i < plan.commands.size() && plan.commands[i].course.reached; ++i) {
+    (i < runsNow ? forecast.nowMs : forecast.laterMs) += plan.commands[i].pauseMs;
   }
   return forecast;
 }
 
 std::string PauseText(const QueuePlan& plan) {
-  const PauseForecast forecast = ForecastPauses(plan);
-  const std::string later = DurationText(forecast.laterMs) + " after the restart";
-  if (forecast.nowMs == 0) return forecast.laterMs == 0 ? "" : later;
-  std::string text = DurationText(forecast.nowMs) + " now";
-  if (forecast.parts.size() > 1) text += " (" + base::Join(forecast.parts, ", ") + ")";
-  if (forecast.parts.size() == 1) {
-    text += forecast.parts.front().substr(DurationText(forecast.nowMs).size());
+  const auto [nowMs, laterMs] = ForecastPauses(plan);
+  std::uint64_t adapterMs = nowMs;
+  std::size_t adapters = 0;
+  Texts parts;
+  const std::size_t runsNow = plan.RunsNow();
+  for (std::size_t i = 0; i < runsNow && plan.commands[i].course.reached; ++i) {
+    const PlannedCommand& command = plan.commands[i];
+    if (command.pauseMs > 0 && command.binding) ++adapters;
+    if (command.pauseMs == 0 || command.binding) continue;
+    adapterMs -= command.pauseMs;
+    parts.push_back(DurationText(command.pauseMs) + (command.Is("Sleep")
+                                                         ? " between join and rename"
+                                                         : " for the networking services"));
   }
-  return forecast.laterMs > 0 ? text + ", " + later : text;
+  if (adapters > 0) {
+    parts.insert(parts.begin(),
+                 DurationText(adapterMs) + " for " + base::Counted(adapters, "static adapter"));
+  }
+  Texts texts;
+  if (nowMs > 0) texts.push_back(DurationText(nowMs) + " now");
+  if (parts.size() > 1) texts.back() += " (" + base::Join(parts, ", ") + ")";
+  if (parts.size() == 1) texts.back() += parts.front().substr(DurationText(nowMs).size());
+  if (laterMs > 0) texts.push_back(DurationText(laterMs) + " after the restart");
+  return base::Join(texts, ", ");
 }
 
 std::vector<Unanswered> CameToNothing(const QueuePlan& plan) {
   std::vector<Unanswered> asks;
   for (const PlannedEvent& event : plan.events) {
-    if (!event.cameToNothing.empty())
-      asks.push_back({Words(event), {event.line}, event.cameToNothing});
+    if (event.cameToNothing.empty()) continue;
+    asks.push_back({Words(event), {event.line}, event.cameToNothing});
   }
-  for (const UnusedKeys& unused : plan.unused) {
-    asks.push_back(
-        {SectionText(unused.section) + " " + unused.keys, unused.lines, "no event comes of it"});
+  for (const auto& [section, keys, lines] : plan.unused) {
+    asks.push_back({SectionText(section) + " " + keys, lines, "no event comes of it"});
   }
   return asks;
 }

@@ -27,8 +27,6 @@ enum class Turn : std::uint8_t { kRuns, kFails, kWaits, kNever, kNotNeeded };
 
 struct ShownCommand {
   Turn turn = Turn::kRuns;
-  /// Of the queue; empty inside another command, and when dropped.
-  std::string number;
   std::string name;
   std::string description;
   /// "TEMPLATE -> PC-42", "not needed: PC-42 already"; empty when nothing was compared.
@@ -37,17 +35,19 @@ struct ShownCommand {
   std::string section;
   /// The lines that ask for it; 0 for the registry.
   std::set<std::size_t> lines;
+  /// Its position in the queue; empty inside another command, and when dropped.
+  std::string number = {};
   /// Its adapter and how that was found, its routes, why it will fail.
-  std::vector<Line> notes;
-  std::vector<ShownCommand> commands;
+  std::vector<Line> notes = {};
+  std::vector<ShownCommand> commands = {};
 };
 
 /// A part of the queue, or why there is none.
 struct ShownBlock {
   Line heading;
-  std::vector<ShownCommand> commands;
+  std::vector<ShownCommand> commands = {};
   /// Below the commands: that there are none, and the restart.
-  std::vector<Line> lines;
+  std::vector<Line> lines = {};
 };
 std::vector<ShownBlock> BlocksOf(const QueuePlan& plan);
 
@@ -72,12 +72,15 @@ std::string EventText(const PlannedEvent& event);
 /// A compared value as it may be shown; "none" for an empty one.
 std::string OrNone(const std::string& value);
 
+/// "is TEMPLATE, wanted PC-42"; empty when nothing was compared.
+std::string IsAndWanted(const NotTrue& wish);
+
 /// "TEMPLATE -> PC-42", "not needed: PC-42 already"; empty when nothing was compared.
 std::string ComparisonText(const PlannedCommand& command);
 
-/// Which adapter the section at this position of the queue has and how it found it, what it looked
-/// for in vain, and which it could not have, each with the reason; the first few of many.
-std::vector<std::string> BindingTexts(const QueuePlan& plan, std::size_t position);
+/// The adapter of a section, how it was found, what was not found, and which adapters were passed
+/// over and why; the first few of many.
+std::vector<std::string> BindingTexts(const QueuePlan& plan, const PlannedCommand& command);
 
 /// What became of the adapter: "free", "taken by [TCP/IP]", "not on the PCI bus".
 std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter);
@@ -86,12 +89,10 @@ std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter);
 /// none.
 std::vector<std::string> TakersOf(const QueuePlan& plan);
 
-/// How long the run will pause: before the first restart, and behind it when it gets there.
+/// How long the run will pause: before the first restart, and after it as far as the run gets.
 struct PauseForecast {
   std::uint64_t nowMs = 0;
   std::uint64_t laterMs = 0;
-  /// What the time before the restart is made of: "40 s for 2 static adapters".
-  std::vector<std::string> parts;
 };
 PauseForecast ForecastPauses(const QueuePlan& plan);
 

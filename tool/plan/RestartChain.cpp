@@ -68,10 +68,9 @@ class UnmetSettings {
   }
 
   void Take(const QueuePlan& plan) {
-    for (std::size_t i = 0; i < plan.commands.size(); ++i) {
-      const PlannedCommand& command = plan.commands[i];
+    for (const PlannedCommand& command : plan.commands) {
       if (command.LacksAdapter()) {
-        Add(plan, command, base::Join(BindingTexts(plan, i), "; "));
+        Add(plan, command, base::Join(BindingTexts(plan, command), "; "));
         continue;
       }
       Check(plan, command, /*adapter=*/nullptr);

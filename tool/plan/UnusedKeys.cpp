@@ -1,7 +1,5 @@
 #include "tool/plan/UnusedKeys.h"
 
-#include <algorithm>
-
 #include "base/Pieces.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
@@ -39,13 +37,6 @@ bool IsRuledByDnsDomain(const Section& section, const PlacedEntry& entry) {
   return entry.known == Key::kDomain && section.Find(Key::kDnsDomain) != nullptr;
 }
 
-std::string ShownKeys(std::vector<std::string> keys) {
-  const std::size_t more = keys.size() - std::min(keys.size(), kMostKeys);
-  keys.resize(keys.size() - more);
-  if (more > 0) keys.push_back("and " + std::to_string(more) + " more");
-  return Printable(base::Join(keys, ", "));
-}
-
 }  // namespace
 
 std::vector<UnusedKeys> FindUnusedKeys(const Document& document,
@@ -70,7 +61,8 @@ std::vector<UnusedKeys> FindUnusedKeys(const Document& document,
       keys.push_back(ToUtf8(document.ShownKey(entry)));
       lines.insert(line);
     }
-    if (!keys.empty()) found.push_back({ToUtf8(section.name), ShownKeys(keys), lines});
+    if (!keys.empty())
+      found.push_back({ToUtf8(section.name), Printable(FirstFew(keys, kMostKeys)), lines});
   }
   return found;
 }
