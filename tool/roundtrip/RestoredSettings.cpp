@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "base/ConfigKeys.h"
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "base/Pieces.h"
 #include "common/sys/NicInfoWriter.h"
@@ -28,16 +30,14 @@ using Texts = std::vector<std::string>;
 
 // ---- Evidence -----------------------------------------------------------------------------------
 
-const Change* FindLast(const std::vector<Change>& changes, const char* call, const auto& matches) {
-  const auto found = std::find_if(changes.rbegin(), changes.rend(), [&](const Change& change) {
-    return change.call == call && matches(change);
-  });
-  return found == changes.rend() ? nullptr : &*found;
-}
-
 /// Why the machine refused the change; empty when it did it, or when there is none.
 std::string RefusalOf(const Change* change) {
   return change == nullptr ? std::string() : Describe(*change).refusal;
+}
+
+/// The reason that `refusal` is; empty without one.
+std::string Refused(const char* action, const std::string& refusal) {
+  return refusal.empty() ? refusal : action + (" was refused: " + refusal);
 }
 
 /// What the library recorded, read back, and did: the captured file and the journal of its
@@ -58,14 +58,14 @@ class Evidence {
     return std::optional<std::string>(file_.FindValue(section, key));
   }
 
-  /// The adapter's position among those that the capture looks at.
+  /// The adapter's position among those that the capture looks at; nothing for any other.
   std::optional<int> NumberOf(const Adapter& adapter) const {
-    const auto& all = image_.before.adapters;
-    const auto own = std::find_if(all.begin(), all.end(),
-                                  [&](const Adapter& one) { return one.index == adapter.index; });
-    if (!adapter.ipEnabled) return std::nullopt;
-    return static_cast<int>(
-        std::count_if(all.begin(), own, [](const Adapter& one) { return one.ipEnabled; }));
+    int number = 0;
+    for (const Adapter& one : image_.before.adapters) {
+      if (one.index == adapter.index) break;
+      if (one.ipEnabled) ++number;
+    }
+    return adapter.ipEnabled ? std::optional(number) : std::nullopt;
   }
 
   /// The section that the capture wrote of the adapter; empty when there is none.
@@ -99,6 +99,10 @@ class Evidence {
     const bool restarts = image_.restore.deliveries.back().Result() == "Reboot";
     return restarts ? "Configure still asks for a restart" : "";
   }
+  std::string RestoreFailureOr(const std::string& reason) const {
+    const std::string failure = RestoreFailure();
+    return failure.empty() ? reason : failure;
+  }
 
   /// Why the adapter has no section of its own.
   std::string WhyNotRecorded(const Adapter& adapter) const {
@@ -120,18 +124,23 @@ class Evidence {
   /// Why the adapter's section was not read.
   std::string WhyNotRead(const Adapter& adapter) const {
     if (std::string failure = RestoreFailure(); !wasRead_ && !failure.empty()) return failure;
-    std::string reason = "section [" + SectionOf(adapter) + "] is not read back";
-    if (NumberOf(adapter).value_or(0) != 0 && !HasSection(0)) {
-      const auto& all = image_.before.adapters;
-      const auto first =
-          std::find_if(all.begin(), all.end(), [](const Adapter& one) { return one.ipEnabled; });
-      reason += "; adapter " + std::to_string(first->index) + ", which is not recorded, used up [" +
-                sys::SectionName(0) + "]";
-    }
-    return reason;
+    const std::string reason = "section [" + SectionOf(adapter) + "] is not read back";
+    if (NumberOf(adapter) == 0 || HasSection(0)) return reason;
+    const auto* first =
+        base::FindIn(image_.before.adapters, [](const Adapter& one) { return one.ipEnabled; });
+    return reason + "; adapter " + std::to_string(first->index) +
+           ", which is not recorded, used up [" + sys::SectionName(0) + "]";
   }
 
  private:
+  static const Change* FindLast(const std::vector<Change>& changes, const char* call,
+                                const auto& matches) {
+    const auto found = std::find_if(changes.rbegin(), changes.rend(), [&](const Change& change) {
+      return change.call == call && matches(change);
+    });
+    return found == changes.rend() ? nullptr : &*found;
+  }
+
   bool HasSection(int number) const {
     const std::string section = sys::SectionName(number);
     return FindLast(image_.capture.changes, "file.write", [&](const Change& change) {
@@ -162,24 +171,8 @@ Texts RecordedTexts(const AdapterField& field, const Texts& values) {
   if (std::holds_alternative<simulated::AdapterMember<bool>>(field.member)) {
     return {base::SameText(values[0], "True") ? field.set : field.unset};
   }
-  if (field.mate == nullptr) return base::Split(values[0], ",");
-  return {values.size() > 1 ? values[0] + "/" + values[1] : values[0]};
+  return field.mate == nullptr ? base::Split(values[0], ",") : Texts{base::Join(values, "/")};
 }
-
-/// A setting before the capture, on the fresh image, and after the restore.
-struct States {
-  Texts before;
-  Texts cleared;
-  Texts after;
-};
-
-Outcome OutcomeOf(const States& states) {
-  const auto& [before, cleared, after] = states;
-  if (after == before) return before == cleared ? Outcome::kStayed : Outcome::kRestored;
-  return after == cleared && !before.empty() ? Outcome::kLost : Outcome::kChanged;
-}
-
-// ---- Reasons ------------------------------------------------------------------------------------
 
 /// Explains one setting of one adapter.
 class Explanation {
@@ -211,12 +204,11 @@ class Explanation {
  private:
   /// How the record differs from the setting.
   std::string RecordReason() const {
-    const Texts wanted = ValueOf(before_, field_);
     if (section_.empty()) return evidence_.WhyNotRecorded(before_);
     if (keys_.empty()) return "not recorded";
+    const Texts wanted = ValueOf(before_, field_);
     const Change* write = evidence_.WriteOf(section_, keys_.front());
-    const std::string refusal = RefusalOf(write);
-    if (!refusal.empty()) return "recording it was refused: " + refusal;
+    if (auto reason = Refused("recording it", RefusalOf(write)); !reason.empty()) return reason;
     if (values_.empty() && wanted.empty()) return {};
     if (values_.empty()) {
       return field_.record.keys.front() == Key::kDnsServer && !before_.staticDns
@@ -226,21 +218,21 @@ class Explanation {
     if (write == nullptr) return Recorded() + " was left in the file by an earlier record";
     const Texts items = RecordedTexts(field_, values_);
     if (items == wanted) return {};
-    if (wanted.size() > 1 && items == Texts{wanted.front()}) {
-      return "only the first is recorded (" + Recorded() + ")";
+    const auto isOnly = [&](const std::string& text) {
+      return wanted.size() > 1 && items == Texts{text};
+    };
+    if (wanted.empty() || !isOnly(wanted.front())) {
+      return isOnly(base::Join(wanted, "")) ? "recorded run together (" + Recorded() + ")"
+                                            : "recorded as " + Recorded();
     }
-    if (wanted.size() > 1 && items == Texts{base::Join(wanted, "")}) {
-      return "recorded run together (" + Recorded() + ")";
-    }
-    return "recorded as " + Recorded();
+    return "only the first is recorded (" + Recorded() + ")";
   }
 
   /// What was made of the record, where that is not what was to be expected.
   std::string SettingReason(bool recordIsRight) {
     const bool wasRead = evidence_.WasRead(section_);
     if (const Change* call = LastCall()) {
-      const std::string refusal = RefusalOf(call);
-      if (!refusal.empty()) return "setting it was refused: " + refusal;
+      if (auto reason = Refused("setting it", RefusalOf(call)); !reason.empty()) return reason;
       if (!wasRead) return "set by another section of the file";
       return recordIsRight ? "Configure set it otherwise" : "";
     }
@@ -251,9 +243,7 @@ class Explanation {
     if (key && !base::SameText(evidence_.Value(section_, NameOf(*key)).value_or(""), value)) {
       return "not read back without " + std::string(NameOf(*key)) + "=" + value;
     }
-    std::string failure = evidence_.RestoreFailure();
-    if (!failure.empty()) return failure;
-    return "section [" + section_ + "] was not applied to this adapter";
+    return evidence_.RestoreFailureOr("section [" + section_ + "] was not applied to this adapter");
   }
 
   /// The last call of one of the setting's methods for this adapter, or for all adapters.
@@ -278,49 +268,45 @@ class Explanation {
   Texts entries_;
 };
 
+// ---- Other settings -----------------------------------------------------------------------------
+
 std::string ServiceReason(const Evidence& evidence, const std::string& service) {
   const auto isIts = [&](const Change& change) {
     return base::SameText(change["service"].Text(), service);
   };
   const Change* change = evidence.LastRestoring("service.start_type", isIts);
   if (change == nullptr) {
-    std::string failure = evidence.RestoreFailure();
-    if (!failure.empty()) return failure;
-    return "Configure did not find the flag NetworkDisabled";
+    return evidence.RestoreFailureOr("Configure did not find the flag NetworkDisabled");
   }
-  const std::string refusal = RefusalOf(change);
-  if (!refusal.empty()) return "setting it was refused: " + refusal;
-  const std::string startRefusal = RefusalOf(evidence.LastRestoring("service.start", isIts));
-  return startRefusal.empty()
-             ? "Configure makes it " + (*change)["start"].Text() + ", whatever it was"
-             : "starting it was refused: " + startRefusal;
+  if (auto reason = Refused("setting it", RefusalOf(change)); !reason.empty()) return reason;
+  auto reason = Refused("starting it", RefusalOf(evidence.LastRestoring("service.start", isIts)));
+  return reason.empty() ? "Configure makes it " + (*change)["start"].Text() + ", whatever it was"
+                        : reason;
 }
 
 std::string RouteReason(const Evidence& evidence, const simulated::PersistentRoute& route) {
-  const std::string refusal =
-      RefusalOf(evidence.LastRestoring("process.run", [&](const Change& change) {
-        return change["command"].Text().find(" " + route.destination + " ") != std::string::npos;
-      }));
-  return refusal.empty() ? "routes are not recorded" : "setting it was refused: " + refusal;
+  const auto* call = evidence.LastRestoring("process.run", [&](const Change& change) {
+    return change["command"].Text().find(" " + route.destination + " ") != std::string::npos;
+  });
+  const std::string reason = Refused("setting it", RefusalOf(call));
+  return reason.empty() ? "routes are not recorded" : reason;
 }
 
-// ---- The list -----------------------------------------------------------------------------------
-
 Texts RouteValue(const Machine& machine, const std::string& route) {
-  for (const simulated::PersistentRoute& candidate : machine.persistentRoutes) {
-    if (RouteText(candidate) == route) return {"metric " + std::to_string(candidate.metric)};
-  }
-  return {};
+  const auto* found = base::FindIn(machine.persistentRoutes, [&](const auto& candidate) {
+    return RouteText(candidate) == route;
+  });
+  return found == nullptr ? Texts() : Texts{"metric " + std::to_string(found->metric)};
 }
 
 Texts FlagValue(const Machine& machine) {
-  for (const simulated::RegistryValue& value : machine.registry) {
-    if (base::SameText(value.name, sys::kNetworkDisabledValue) &&
-        base::SameText(value.key, std::string(R"(HKEY_LOCAL_MACHINE\)") + sys::kClientServiceKey)) {
-      return {"set"};
-    }
-  }
-  return {};
+  const std::string key = std::string(R"(HKEY_LOCAL_MACHINE\)") + sys::kClientServiceKey;
+  const bool isSet =
+      std::any_of(machine.registry.begin(), machine.registry.end(), [&](const auto& value) {
+        return base::SameText(value.name, sys::kNetworkDisabledValue) &&
+               base::SameText(value.key, key);
+      });
+  return isSet ? Texts{"set"} : Texts();
 }
 
 bool WasTouched(const ImageRestore& image, const std::string& service) {
@@ -333,6 +319,8 @@ bool WasTouched(const ImageRestore& image, const std::string& service) {
   return touches(image.capture) || std::any_of(restoring.begin(), restoring.end(), touches);
 }
 
+// ---- The list -----------------------------------------------------------------------------------
+
 class Listing {
  public:
   explicit Listing(const ImageRestore& image) : image_(image), evidence_(image) {}
@@ -343,52 +331,47 @@ class Listing {
     for (std::size_t i = 0; i < image_.before.adapters.size(); ++i) AddAdapter(i);
     AddRoutes();
     for (std::size_t i = 0; i < image_.before.services.size(); ++i) AddService(i);
-    AddFlag();
+    Add("registry", sys::kNetworkDisabledValue, FlagValue, [&] {
+      return FlagValue(image_.after).empty() ? "Configure took it" : "Configure did not take it";
+    });
     return std::move(settings_);
   }
 
  private:
   /// Null when the machine has the setting neither before nor after. A value that is `given` by
   /// DHCP is none of its settings. `reason` is asked only when one is needed.
-  RestoredSetting* Add(const std::string& subject, const std::string& setting, States states,
-                       bool given, const auto& reason) {
-    if (states.before.empty() && (states.after.empty() || given)) return nullptr;
-    RestoredSetting& added = settings_.emplace_back();
-    added.subject = subject;
-    added.setting = setting;
-    added.outcome = given ? Outcome::kGiven : OutcomeOf(states);
+  RestoredSetting* Add(const std::string& subject, const std::string& setting, const auto& valueOn,
+                       const auto& reason, bool given = false) {
+    const Texts before = valueOn(image_.before);
+    const Texts cleared = valueOn(image_.cleared);
+    const Texts after = valueOn(image_.after);
+    if (before.empty() && (after.empty() || given)) return nullptr;
+    const Outcome outcome = given                                  ? Outcome::kGiven
+                            : after == before && before == cleared ? Outcome::kStayed
+                            : after == before                      ? Outcome::kRestored
+                            : after == cleared && !before.empty()  ? Outcome::kLost
+                                                                   : Outcome::kChanged;
+    settings_.push_back({subject, std::nullopt, setting, before, after, outcome});
+    RestoredSetting& added = settings_.back();
     if (!added.IsAsBefore()) added.reason = reason();
-    added.before = std::move(states.before);
-    added.after = std::move(states.after);
     return &added;
   }
 
-  /// A setting of the machine as a whole.
-  void Add(const std::string& subject, const std::string& setting, const auto& valueOn,
-           const auto& reason) {
-    Add(subject, setting, {valueOn(image_.before), valueOn(image_.cleared), valueOn(image_.after)},
-        /*given=*/false, reason);
-  }
-
   void AddComputer() {
+    const auto nameOn = [](const Machine& machine) {
+      return Texts{machine.pendingComputerName.value_or(machine.computerName)};
+    };
+    const auto membershipOn = [](const Machine& machine) {
+      return Texts{MembershipText(machine.membership)};
+    };
     const auto foreign = [] { return "set by a section that was in the file already"; };
-    Add(
-        "computer", "name",
-        [](const Machine& machine) {
-          return Texts{machine.pendingComputerName.value_or(machine.computerName)};
-        },
-        foreign);
-    Add(
-        "computer", "member of",
-        [](const Machine& machine) { return Texts{MembershipText(machine.membership)}; },
-        [&] {
-          const std::string config =
-              evidence_.Value(NameOf(base::SectionKind::kGlobal), NameOf(Key::kConfig))
-                  .value_or("");
-          return base::SameText(config, base::kRestoreAfterCreate)
-                     ? foreign()
-                     : "the file does not say Config=RestoreAfterCreate";
-        });
+    Add("computer", "name", nameOn, foreign);
+    Add("computer", "member of", membershipOn, [&] {
+      const auto config = evidence_.Value(NameOf(base::SectionKind::kGlobal), NameOf(Key::kConfig));
+      return base::SameText(config.value_or(""), base::kRestoreAfterCreate)
+                 ? foreign()
+                 : "the file does not say Config=RestoreAfterCreate";
+    });
   }
 
   void AddAdapter(std::size_t position) {
@@ -397,12 +380,11 @@ class Listing {
     for (const AdapterField& field : simulated::kAdapterFields) {
       if (field.onImage == OnImage::kStays || field.onImage == OnImage::kFollows) continue;
       Explanation explanation(evidence_, field, before);
-      RestoredSetting* added =
-          Add(AdapterName(before), field.word,
-              {ValueOf(before, field), ValueOf(image_.cleared.adapters[position], field),
-               ValueOf(after, field)},
-              field.isGiven != nullptr && field.isGiven(before) && field.isGiven(after),
-              [&] { return explanation.Reason(); });
+      RestoredSetting* added = Add(
+          AdapterName(before), field.word,
+          [&](const Machine& machine) { return ValueOf(machine.adapters[position], field); },
+          [&] { return explanation.Reason(); },
+          field.isGiven != nullptr && field.isGiven(before) && field.isGiven(after));
       if (added == nullptr) continue;
       added->adapter = before.index;
       added->recorded = explanation.Recorded();
@@ -410,12 +392,11 @@ class Listing {
   }
 
   void AddRoutes() {
-    Texts seen;
+    std::set<std::string> seen;
     for (const Machine* machine : {&image_.before, &image_.after}) {
       for (const simulated::PersistentRoute& route : machine->persistentRoutes) {
         const std::string text = RouteText(route);
-        if (std::find(seen.begin(), seen.end(), text) != seen.end()) continue;
-        seen.push_back(text);
+        if (!seen.insert(text).second) continue;
         Add(
             "persistent routes", text,
             [&](const Machine& state) { return RouteValue(state, text); },
@@ -431,12 +412,6 @@ class Listing {
         "services", name,
         [&](const Machine& machine) { return Texts{ServiceText(machine.services[position])}; },
         [&] { return ServiceReason(evidence_, name); });
-  }
-
-  void AddFlag() {
-    Add("registry", sys::kNetworkDisabledValue, FlagValue, [&] {
-      return FlagValue(image_.after).empty() ? "Configure took it" : "Configure did not take it";
-    });
   }
 
   const ImageRestore& image_;

@@ -33,9 +33,9 @@ struct RestoredSetting {
   std::vector<std::string> after;
   Outcome outcome = Outcome::kStayed;
   /// The entries of the captured file, for example "Gateway=10.0.0.1"; empty when it has none.
-  std::string recorded;
+  std::string recorded = {};
   /// Of what is lost or changed: what was recorded of it and what was made of that. Else empty.
-  std::string reason;
+  std::string reason = {};
 
   bool IsAsBefore() const { return outcome != Outcome::kLost && outcome != Outcome::kChanged; }
 };
