@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
@@ -10,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/Pieces.h"
 #include "base/Utf8.h"
 #include "platform/simulated/MachineFile.h"
 #include "platform/simulated/Secrets.h"
@@ -45,34 +47,33 @@ Examples:
 
 Json TextOrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
-Json AsJson(const RestoredSetting& setting) {
-  return {{"subject", setting.subject},
-          {"adapter", setting.adapter ? Json(*setting.adapter) : Json()},
-          {"setting", setting.setting},
-          {"before", setting.before},
-          {"after", setting.after},
-          {"outcome", OutcomeName(setting.outcome)},
-          {"recorded", TextOrNull(setting.recorded)},
-          {"reason", TextOrNull(setting.reason)}};
-}
-
 Json AsJson(const ImageRestore& image, const std::vector<RestoredSetting>& settings,
             bool everything) {
-  Json json;
-  json["schema"] = 1;
-  json["everything_came_back"] = everything;
-  Json& list = json["settings"] = Json::array();
-  for (const RestoredSetting& setting : settings) list.push_back(AsJson(setting));
-  Json& captured = json["captured"] = nullptr;
+  Json list = Json::array();
+  for (const RestoredSetting& setting : settings) {
+    list.push_back({{"subject", setting.subject},
+                    {"adapter", setting.adapter ? Json(*setting.adapter) : Json()},
+                    {"setting", setting.setting},
+                    {"before", setting.before},
+                    {"after", setting.after},
+                    {"outcome", OutcomeName(setting.outcome)},
+                    {"recorded", TextOrNull(setting.recorded)},
+                    {"reason", TextOrNull(setting.reason)}});
+  }
+  Json captured;
   if (image.captured) {
     captured = {{"path", image.captured->path},
                 {"text", simulated::RedactedFile(image.captured->text)}};
   }
-  json["capture"] = ToJson(image.capture);
-  Json& restore = json["restore"] = Json::array();
+  Json restore = Json::array();
   for (const Delivery& delivery : image.restore.deliveries) restore.push_back(ToJson(delivery));
-  json["machine"] = simulated::ToJson(image.after, /*hideSecrets=*/true);
-  return json;
+  return {{"schema", 1},
+          {"everything_came_back", everything},
+          {"settings", std::move(list)},
+          {"captured", std::move(captured)},
+          {"capture", ToJson(image.capture)},
+          {"restore", std::move(restore)},
+          {"machine", simulated::ToJson(image.after, /*hideSecrets=*/true)}};
 }
 
 // ---- Text ---------------------------------------------------------------------------------------
@@ -93,19 +94,15 @@ std::string CaptureText(const ImageRestore& image, const Style& style) {
 /// "Configure: file handed over, Reboot, Success".
 std::string RestoreText(const ImageRestore& image, const Style& style) {
   const std::vector<Delivery>& deliveries = image.restore.deliveries;
-  std::string text = "Configure: ";
-  if (deliveries.front().posted.empty()) text += style.Bad("no file handed over");
+  std::vector<std::string> texts;
+  if (deliveries.front().posted.empty()) texts.push_back(style.Bad("no file handed over"));
   for (const Delivery& delivery : deliveries) {
     const std::string result = Printable(delivery.Result());
-    if (&delivery != &deliveries.front() || delivery.posted.empty()) text += ", ";
-    if (!delivery.Succeeded()) {
-      text += style.Bad((result.empty() ? "not handled" : result) + " (" +
-                        Printable(delivery.Failure()) + ")");
-    } else {
-      text += result.empty() ? "file handed over" : result;
-    }
+    texts.push_back(delivery.Succeeded() ? (result.empty() ? "file handed over" : result)
+                                         : style.Bad((result.empty() ? "not handled" : result) +
+                                                     " (" + Printable(delivery.Failure()) + ")"));
   }
-  return text;
+  return "Configure: " + base::Join(texts, ", ");
 }
 
 std::string Colored(const RestoredSetting& setting, const std::string& text, const Style& style) {
@@ -114,51 +111,48 @@ std::string Colored(const RestoredSetting& setting, const std::string& text, con
 }
 
 std::string ValueText(const RestoredSetting& setting) {
-  std::string before = Printable(ListText(setting.before));
-  if (setting.outcome == Outcome::kGiven) return before + " -> DHCP gives it again";
-  if (setting.IsAsBefore()) return before;
-  return before + " -> " + Printable(ListText(setting.after));
+  const std::string before = Printable(ListText(setting.before));
+  return setting.outcome == Outcome::kGiven ? before + " -> DHCP gives it again"
+         : setting.IsAsBefore()             ? before
+                                            : before + " -> " + Printable(ListText(setting.after));
 }
 
 std::string SettingsTable(const std::vector<RestoredSetting>& settings, const Style& style) {
   std::string text = "\n" + style.Heading("Settings, before -> after") + "\n";
   std::size_t outcomeWidth = 0;
+  std::map<std::string, std::size_t> nameWidths;
   for (const RestoredSetting& setting : settings) {
     outcomeWidth = std::max(outcomeWidth, OutcomeName(setting.outcome).size());
+    std::size_t& width = nameWidths[setting.subject];
+    width = std::max(width, base::Width(setting.setting));
   }
-  for (auto first = settings.begin(); first != settings.end();) {
-    const auto last = std::find_if(
-        first, settings.end(), [&](const auto& other) { return other.subject != first->subject; });
-    std::size_t nameWidth = 0;
-    for (auto it = first; it != last; ++it)
-      nameWidth = std::max(nameWidth, base::Width(it->setting));
-    text += "  " + Printable(first->subject) + "\n";
-    for (; first != last; ++first) {
-      const std::string outcome = Padded(OutcomeName(first->outcome), outcomeWidth);
-      text += "    " + Padded(Printable(first->setting), nameWidth) + "  " +
-              Colored(*first, outcome, style) + "  " + ValueText(*first) + "\n";
-      // One reason stands below all the settings that share it.
-      const auto next = first + 1;
-      const bool isShared = next != last && next->reason == first->reason;
-      if (!first->reason.empty() && !isShared) {
-        text += "      " + style.Notice(Printable(first->reason)) + "\n";
-      }
-    }
+  for (std::size_t i = 0; i < settings.size(); ++i) {
+    const RestoredSetting& setting = settings[i];
+    const auto isOfSubject = [&](std::size_t other) {
+      return other < settings.size() && settings[other].subject == setting.subject;
+    };
+    if (!isOfSubject(i - 1)) text += "  " + Printable(setting.subject) + "\n";
+    const std::string outcome = Padded(OutcomeName(setting.outcome), outcomeWidth);
+    text += "    " + Padded(Printable(setting.setting), nameWidths[setting.subject]) + "  " +
+            Colored(setting, outcome, style) + "  " + ValueText(setting) + "\n";
+    // A reason that several settings share follows the last of them.
+    const bool isShared = isOfSubject(i + 1) && settings[i + 1].reason == setting.reason;
+    if (setting.reason.empty() || isShared) continue;
+    text += "      " + style.Notice(Printable(setting.reason)) + "\n";
   }
   return text;
 }
 
 std::string Refused(const ImageRestore& image, const Style& style) {
+  std::vector<simulated::Change> changes = image.capture.changes;
+  for (const Delivery& delivery : image.restore.deliveries) {
+    changes.insert(changes.end(), delivery.changes.begin(), delivery.changes.end());
+  }
   std::string text;
-  const auto add = [&](const Delivery& delivery) {
-    for (const simulated::Change& change : delivery.changes) {
-      const ChangeText told = Describe(change);
-      if (told.refusal.empty()) continue;
-      text += "  " + told.words + "  " + style.Bad("refused: " + told.refusal) + "\n";
-    }
-  };
-  add(image.capture);
-  for (const Delivery& delivery : image.restore.deliveries) add(delivery);
+  for (const simulated::Change& change : changes) {
+    const auto& [words, refusal, note] = Describe(change);
+    if (!refusal.empty()) text += "  " + words + "  " + style.Bad("refused: " + refusal) + "\n";
+  }
   return text.empty() ? text : "\n" + style.Heading("Refused by the machine") + "\n" + text;
 }
 
@@ -166,12 +160,10 @@ std::string Sum(const ImageRestore& image, const std::vector<RestoredSetting>& s
                 const Style& style) {
   const auto lost = std::count_if(settings.begin(), settings.end(),
                                   [](const auto& setting) { return !setting.IsAsBefore(); });
-  const std::string all = std::to_string(settings.size());
-  if (lost > 0) {
-    return style.Bad(std::to_string(lost) + " of " + all + " settings did not come back.");
-  }
-  return image.Succeeded() ? style.Good("Everything came back.")
-                           : style.Bad("Everything came back, but a message failed.");
+  return lost > 0 ? style.Bad(std::to_string(lost) + " of " + std::to_string(settings.size()) +
+                              " settings did not come back.")
+         : image.Succeeded() ? style.Good("Everything came back.")
+                             : style.Bad("Everything came back, but a message failed.");
 }
 
 /// The two messages, every setting with what became of it, what the machine refused, and the sum.
