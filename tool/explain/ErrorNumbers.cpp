@@ -1,9 +1,11 @@
 #include "tool/explain/ErrorNumbers.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cstddef>
 #include <iterator>
+
+#include "base/FindIn.h"
+#include "base/Numbers.h"
 
 namespace tool::explain {
 namespace {
@@ -41,14 +43,9 @@ const char* TextOf(NumberKind kind) {
 
 std::optional<std::uint32_t> ParseNumber(std::string_view text) {
   const bool isHex = text.starts_with("0x") || text.starts_with("0X");
-  if (isHex) text.remove_prefix(2);
-  std::int64_t number = 0;
-  const char* const end = text.data() + text.size();
-  const auto parsed = std::from_chars(text.data(), end, number, isHex ? 16 : 10);
-  const bool isWhole = parsed.ec == std::errc() && parsed.ptr == end;
-  const std::int64_t least = isHex ? 0 : INT32_MIN;
-  if (!isWhole || number < least || number > UINT32_MAX) return std::nullopt;
-  return static_cast<std::uint32_t>(number);
+  const auto number = base::ParseWhole<std::int64_t>(text.substr(isHex ? 2 : 0), isHex ? 16 : 10);
+  if (!number || *number < (isHex ? 0 : INT32_MIN) || *number > UINT32_MAX) return std::nullopt;
+  return static_cast<std::uint32_t>(*number);
 }
 
 std::vector<Reading> ReadNumber(std::uint32_t number) {
@@ -59,10 +56,8 @@ std::vector<Reading> ReadNumber(std::uint32_t number) {
 }
 
 const Reading* FindReading(NumberKind kind, std::uint32_t number) {
-  const auto* const found =
-      std::find_if(std::begin(kReadings), std::end(kReadings),
-                   [=](const Reading& reading) { return Reads(reading, kind, number); });
-  return found != std::end(kReadings) ? found : nullptr;
+  return base::FindIn(kReadings,
+                      [=](const Reading& reading) { return Reads(reading, kind, number); });
 }
 
 const Reading* FindAnswer(std::uint32_t number, bool isOfAdapter) {

@@ -15,47 +15,54 @@ constexpr const char* kOutcomes[] = {"nothing", "success", "restart", "failure"}
 constexpr const char* kEndings[] = {"settled", "failed", "loops", "limit"};
 
 Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
+template <class Value>
+Json OrNull(const std::optional<Value>& value) {
+  return value ? Json(*value) : Json();
+}
 
-Json ToJson(const QueuePlan& plan, const std::vector<PlannedCommand>& commands, bool verbose) {
-  const bool dropped = &commands == &plan.dropped;
+/// The items' documents, in order.
+template <class Item, class Writer>
+Json ListOf(const std::vector<Item>& items, Writer write) {
   Json list = Json::array();
-  for (const PlannedCommand& command : commands) {
-    Json& json = list.emplace_back(Json::object());
-    json["class"] = command.className;
-    json["description"] = command.description;
-    if (command.binding) {
-      const PlannedBinding& binding = *command.binding;
-      json["index"] = binding.index ? Json(*binding.index) : Json(-1);
-      json["bound_by"] = kBoundBy[static_cast<std::size_t>(binding.by)];
-      if (verbose) {
-        json["pci_location"] = OrNull(binding.pciLocation);
-        json["mac_address"] = OrNull(binding.macAddress);
-      }
-    }
-    if (!dropped) {
-      const Course& course = command.course;
-      json["needed"] = command.needed;
-      json["reached"] = course.reached;
-      Json& failure = json["will_fail"] = Json();
-      if (course.willFail) {
-        failure = {{"answer", course.willFail->answer},
-                   {"meaning", course.willFail->meaning},
-                   {"code", OrNull(plan.causeCode)}};
-      }
-      if (!course.unknown.empty()) json["unknown"] = course.unknown;
-    }
-    if (command.current) json["current"] = *command.current;
-    if (command.wanted) json["wanted"] = *command.wanted;
-    if (verbose) json["events"] = command.events;
-    if (command.binding) json["commands"] = ToJson(plan, command.commands, verbose);
-  }
+  for (const Item& item : items) list.push_back(write(item));
   return list;
 }
 
+Json ToJson(const QueuePlan& plan, const PlannedCommand& command, bool dropped, bool verbose) {
+  Json json{{"class", command.className}, {"description", command.description}};
+  if (const auto& binding = command.binding) {
+    json["index"] = binding->index ? Json(*binding->index) : Json(-1);
+    json["bound_by"] = kBoundBy[static_cast<std::size_t>(binding->by)];
+    if (verbose) json["pci_location"] = OrNull(binding->pciLocation);
+    if (verbose) json["mac_address"] = OrNull(binding->macAddress);
+  }
+  if (!dropped) {
+    const auto& [reached, willFail, unknown] = command.course;
+    json["needed"] = command.needed;
+    json["reached"] = reached;
+    json["will_fail"] = Json();
+    if (willFail) {
+      json["will_fail"] = {{"answer", willFail->answer},
+                           {"meaning", willFail->meaning},
+                           {"code", OrNull(plan.causeCode)}};
+    }
+    if (!unknown.empty()) json["unknown"] = unknown;
+  }
+  if (command.current) json["current"] = *command.current;
+  if (command.wanted) json["wanted"] = *command.wanted;
+  if (verbose) json["events"] = command.events;
+  if (command.binding) {
+    json["commands"] = ListOf(command.commands, [&](const PlannedCommand& inner) {
+      return ToJson(plan, inner, dropped, verbose);
+    });
+  }
+  return json;
+}
+
 Json ToJson(const PlanError& error) {
-  return {{"class", error.className}, {"source", error.source},
-          {"line", error.line},       {"message", error.message},
-          {"value", error.value},     {"system_error", error.systemError}};
+  return {{"class", error.className},    {"source", error.record.file},
+          {"line", error.record.line},   {"message", error.record.message},
+          {"value", error.record.Value}, {"system_error", error.record.SystemError}};
 }
 
 Json ToJson(const PlannedEvent& event) {
@@ -69,15 +76,13 @@ Json ToJson(const PlannedEvent& event) {
 }
 
 Json ToJson(const QueuePlan& plan, const PlannedAdapter& adapter) {
-  Json sections = Json::array();
-  for (const std::size_t taker : adapter.takers) {
-    sections.push_back(plan.events[plan.commands[taker].events.front()].section);
-  }
   return {{"index", adapter.index},
           {"pci_location", OrNull(adapter.pciLocation)},
           {"mac_address", OrNull(adapter.macAddress)},
           {"not_eligible", OrNull(adapter.refused)},
-          {"taken_by", std::move(sections)}};
+          {"taken_by", ListOf(adapter.takers, [&](std::size_t taker) {
+             return plan.events[plan.commands[taker].events.front()].section;
+           })}};
 }
 
 Json ToJson(const NotTrue& wish) {
@@ -85,32 +90,35 @@ Json ToJson(const NotTrue& wish) {
           {"lines", wish.lines},
           {"what", wish.what},
           {"description", wish.description},
-          {"current", wish.current ? Json(*wish.current) : Json()},
-          {"wanted", wish.wanted ? Json(*wish.wanted) : Json()},
+          {"current", OrNull(wish.current)},
+          {"wanted", OrNull(wish.wanted)},
           {"reason", wish.reason}};
 }
 
 }  // namespace
 
 Json ToJson(const QueuePlan& plan, bool verbose) {
-  Json json;
-  json["schema"] = 1;
-  json["commands"] = ToJson(plan, plan.commands, verbose);
-  json["dropped"] = ToJson(plan, plan.dropped, verbose);
-  json["runs_now"] = plan.RunsNow();
-  json["error"] = plan.error ? ToJson(*plan.error) : Json();
-  json["outcome"] = kOutcomes[static_cast<std::size_t>(plan.outcome)];
-  json["changes"] = plan.changes;
-  json["pause_ms"] = plan.pauseMs;
+  const auto commandsJson = [&](const std::vector<PlannedCommand>& commands) {
+    return ListOf(commands, [&](const PlannedCommand& command) {
+      return ToJson(plan, command, &commands == &plan.dropped, verbose);
+    });
+  };
+  Json json{{"schema", 1},
+            {"commands", commandsJson(plan.commands)},
+            {"dropped", commandsJson(plan.dropped)},
+            {"runs_now", plan.RunsNow()},
+            {"error", plan.error ? ToJson(*plan.error) : Json()},
+            {"outcome", kOutcomes[static_cast<std::size_t>(plan.outcome)]},
+            {"changes", plan.changes},
+            {"pause_ms", plan.pauseMs}};
   if (!verbose) return json;
+  const auto [nowMs, laterMs] = ForecastPauses(plan);
   json["restored"] = plan.restored;
   json["restart_forbidden"] = plan.restartForbidden;
-  const PauseForecast pauses = ForecastPauses(plan);
-  json["pauses"] = {{"now_ms", pauses.nowMs}, {"later_ms", pauses.laterMs}};
-  Json& adapters = json["adapters"] = Json::array();
-  for (const PlannedAdapter& adapter : plan.adapters) adapters.push_back(ToJson(plan, adapter));
-  Json& events = json["events"] = Json::array();
-  for (const PlannedEvent& event : plan.events) events.push_back(ToJson(event));
+  json["pauses"] = {{"now_ms", nowMs}, {"later_ms", laterMs}};
+  json["adapters"] =
+      ListOf(plan.adapters, [&](const PlannedAdapter& adapter) { return ToJson(plan, adapter); });
+  json["events"] = ListOf(plan.events, [](const PlannedEvent& event) { return ToJson(event); });
   return json;
 }
 
@@ -123,15 +131,13 @@ std::string PrintedJson(const RestartChain& chain, bool verbose) {
   json["restarts"] = chain.restarts;
   json["ending"] = kEndings[static_cast<std::size_t>(chain.ending)];
   json["loops_to"] = chain.ending == ChainEnding::kLoops ? Json(chain.loopsTo) : Json();
-  Json& steps = json["steps"] = Json::array();
-  for (const ChainStep& step : chain.steps) {
-    steps.push_back({{"plan", ToJson(step.plan, verbose)},
-                     {"result", step.delivery.Result()},
-                     {"status", step.delivery.status},
-                     {"changes", step.delivery.changes}});
-  }
-  Json& notTrue = json["not_true"] = Json::array();
-  for (const NotTrue& wish : chain.notTrue) notTrue.push_back(ToJson(wish));
+  json["steps"] = ListOf(chain.steps, [&](const ChainStep& step) {
+    return Json{{"plan", ToJson(step.plan, verbose)},
+                {"result", step.delivery.Result()},
+                {"status", step.delivery.status},
+                {"changes", step.delivery.changes}};
+  });
+  json["not_true"] = ListOf(chain.notTrue, [](const NotTrue& wish) { return ToJson(wish); });
   return PrintedJson(json);
 }
 

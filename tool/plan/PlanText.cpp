@@ -204,14 +204,16 @@ ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn tu
 }
 
 ShownBlock ErrorBlock(const QueuePlan& plan) {
-  const PlanError& error = *plan.error;
+  const err::CGeneralError& error = plan.error->record;
   ShownBlock block{{{}, "No plan"}};
-  block.lines = {{Tone::kBad, Printable(error.source + ":" + std::to_string(error.line) + " - " +
+  block.lines = {{Tone::kBad, Printable(error.file + (":" + std::to_string(error.line)) + " - " +
                                         error.message)},
                  {{},
-                  error.className + ", value " + std::to_string(error.value) + ", system error " +
-                      std::to_string(error.systemError)}};
-  if (error.event) block.lines.push_back({{}, "at " + EventText(plan.events[*error.event])});
+                  plan.error->className + ", value " + std::to_string(error.Value) +
+                      ", system error " + std::to_string(error.SystemError)}};
+  if (const auto& event = plan.error->event) {
+    block.lines.push_back({{}, "at " + EventText(plan.events[*event])});
+  }
   if (!plan.cause.empty()) block.lines.push_back({{}, Printable(plan.cause) + CauseText(plan)});
   return block;
 }

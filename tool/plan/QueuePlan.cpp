@@ -59,15 +59,10 @@ const char* NameOf(EventKind kind) {
 }
 
 /// Why the builder makes no command of an event that it accepts.
-std::string WhyNothing(EventKind kind) {
-  switch (kind) {
-    case EventKind::DOMAIN:
-      return "the computer belongs to this domain already";
-    case EventKind::DNS_SERVER:
-      return "0.0.0.0 is no server";
-    default:
-      return "no command takes it";
-  }
+const char* WhyNothing(EventKind kind) {
+  return kind == EventKind::DOMAIN       ? "the computer belongs to this domain already"
+         : kind == EventKind::DNS_SERVER ? "0.0.0.0 is no server"
+                                         : "no command takes it";
 }
 
 bool IsAccount(EventKind kind) {
@@ -127,14 +122,7 @@ PlanError Caught() {
   try {
     throw;
   } catch (const Error& error) {
-    constexpr std::size_t kPrefix = sizeof "class";
-    return {util::ClassName(typeid(Error)).substr(kPrefix),
-            error.file,
-            error.line,
-            ToUtf8(error.message),
-            error.Value,
-            error.SystemError,
-            std::nullopt};
+    return {util::ClassName(typeid(Error)).substr(sizeof "class"), error};
   } catch (...) {
     if constexpr (sizeof...(Others) > 0) return Caught<Others...>();
     throw;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "common/config/command/ConfigureNic.h"
+#include "common/err/GeneralError.h"
 #include "platform/simulated/Machine.h"
 
 namespace tool {
@@ -114,14 +115,11 @@ struct PlannedAdapter {
 
 /// The error that prevented the plan, as the library recorded it.
 struct PlanError {
+  /// For example "ipc::CIPAddressError".
   std::string className;
-  std::string source;
-  std::int32_t line = 0;
-  std::string message;
-  std::int32_t value = 0;
-  std::uint32_t systemError = 0;
+  err::CGeneralError record;
   /// The refused event, as a position in `QueuePlan::events`; absent when it was no event.
-  std::optional<std::size_t> event;
+  std::optional<std::size_t> event = {};
 };
 
 /// How the rehearsed queue ends, its restarts included.

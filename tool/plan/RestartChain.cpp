@@ -6,16 +6,16 @@
 #include <unordered_map>
 #include <utility>
 
-#include "base/LetterCase.h"
+#include "base/FindIn.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
 #include "tool/agent/Conversation.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
-#include "tool/machine/MachineDifference.h"
 #include "tool/machine/MachineDocument.h"
 #include "tool/plan/PlanOutput.h"
 #include "tool/plan/PlanText.h"
+#include "tool/plan/Settings.h"
 
 namespace tool {
 namespace {
@@ -47,9 +47,9 @@ Delivery RunOnce(std::string* path, Machine& machine) {
 }
 
 std::string ReplyValue(const Delivery& delivery, const char* key) {
-  const auto value = std::find_if(delivery.reply.begin(), delivery.reply.end(),
-                                  [=](const MessageValue& other) { return other.key == key; });
-  return value != delivery.reply.end() ? ShownText(*value) : "";
+  const auto* value =
+      base::FindIn(delivery.reply, [=](const MessageValue& other) { return other.key == key; });
+  return value != nullptr ? ShownText(*value) : "";
 }
 
 std::string FailureText(const Delivery& delivery) {
@@ -64,31 +64,48 @@ std::string FailureText(const Delivery& delivery) {
 class UnmetSettings {
  public:
   explicit UnmetSettings(RestartChain& chain) : chain_(chain) {
-    for (const ChainStep& step : chain.steps) Learn(step.plan);
+    for (const auto& [plan, delivery] : chain.steps) {
+      for (std::size_t i = 0; i < plan.RunsNow(); ++i) Learn(plan, plan.commands[i]);
+      for (const PlannedCommand& command : plan.dropped) Learn(plan, command);
+      for (const PlannedEvent& event : plan.events) {
+        if (event.kind != "DOMAIN" || event.cameToNothing.empty()) continue;
+        whyNot_.emplace(OriginOf("config::command::JoinDomain", event), event.cameToNothing);
+      }
+    }
   }
 
   void Take(const QueuePlan& plan) {
-    for (const PlannedCommand& command : plan.commands) {
-      if (command.LacksAdapter()) {
-        Add(plan, command, base::Join(BindingTexts(plan, command), "; "));
-        continue;
-      }
-      Check(plan, command, /*adapter=*/nullptr);
-      if (!command.binding) continue;
-      const simulated::Adapter* adapter = chain_.after.FindAdapter(*command.binding->index);
-      for (const PlannedCommand& inner : command.commands) Check(plan, inner, adapter);
+    for (const Setting& setting : CompareSettings(plan, chain_.after)) {
+      if (!setting.Differs()) continue;
+      const PlannedCommand& command = *setting.command;
+      NotTrue& added =
+          chain_.notTrue.emplace_back(NotTrue{plan.events[command.events.front()].section,
+                                              LinesText(LinesOf(plan, command)),
+                                              command.ShortName(),
+                                              command.description,
+                                              {},
+                                              command.wanted,
+                                              WhyNotTrue(plan, command)});
+      if (command.wanted) added.current = setting.found;
     }
-    for (const PlannedCommand& command : plan.dropped) Check(plan, command, /*adapter=*/nullptr);
     for (const PlannedEvent& event : plan.events) {
       // The domain that the computer is in already is what the file asks for.
       if (event.cameToNothing.empty() || event.kind == "DOMAIN") continue;
-      chain_.notTrue.push_back({event.section, "line " + std::to_string(event.line), event.kind,
-                                ShownValue(event), std::nullopt, std::nullopt,
+      chain_.notTrue.push_back({event.section,
+                                "line " + std::to_string(event.line),
+                                event.kind,
+                                ShownValue(event),
+                                {},
+                                {},
                                 event.cameToNothing});
     }
-    for (const UnusedKeys& unused : plan.unused) {
-      chain_.notTrue.push_back({unused.section, LinesText(unused.lines), unused.keys, "",
-                                std::nullopt, std::nullopt,
+    for (const auto& [section, keys, lines] : plan.unused) {
+      chain_.notTrue.push_back({section,
+                                LinesText(lines),
+                                keys,
+                                "",
+                                {},
+                                {},
                                 "nothing came of it; orvanta-config check tells why"});
     }
   }
@@ -103,61 +120,37 @@ class UnmetSettings {
     return OriginOf(command.className, plan.events[command.events.front()]);
   }
 
-  /// Which commands a run did, and why not the others.
-  void Learn(const QueuePlan& plan) {
-    const auto learn = [&](const PlannedCommand& command) {
-      if (command.needed) whyNot_[OriginOf(plan, command)].clear();
-      whyNot_.emplace(OriginOf(plan, command), ComparisonText(command));
-    };
-    for (std::size_t i = 0; i < plan.RunsNow(); ++i) {
-      learn(plan.commands[i]);
-      for (const PlannedCommand& inner : plan.commands[i].commands) learn(inner);
-    }
-    for (const PlannedCommand& command : plan.dropped) learn(command);
-    for (const PlannedEvent& event : plan.events) {
-      if (event.kind != "DOMAIN" || event.cameToNothing.empty()) continue;
-      whyNot_.emplace(OriginOf("config::command::JoinDomain", event), event.cameToNothing);
-    }
+  /// Whether a run did the command and those in it, and why not.
+  void Learn(const QueuePlan& plan, const PlannedCommand& command) {
+    std::string& whyNot =
+        whyNot_.emplace(OriginOf(plan, command), ComparisonText(command)).first->second;
+    if (command.needed) whyNot.clear();
+    for (const PlannedCommand& inner : command.commands) Learn(plan, inner);
   }
 
-  std::string WhyNeeded(const QueuePlan& plan, const PlannedCommand& command) const {
+  std::string WhyNotTrue(const QueuePlan& plan, const PlannedCommand& command) const {
+    if (command.LacksAdapter()) return base::Join(BindingTexts(plan, command), "; ");
+    if (!command.needed) {
+      return command.Is("SetStatic")
+                 ? "the first address is right already, and no other is compared"
+                 : "the computer belongs to no domain";
+    }
+    if (command.Is("ChangeCompName") &&
+        ToUtf8(chain_.after.pendingComputerName.value_or("")) == *command.wanted) {
+      return "it waits for a restart";
+    }
     if (chain_.ending == ChainEnding::kLimit) return "a restart is due";
     if (chain_.ending == ChainEnding::kFailed) {
       return "the run failed: " + FailureText(chain_.steps.back().delivery);
     }
     const auto found = whyNot_.find(OriginOf(plan, command));
-    if (found == whyNot_.end()) return "no run did it, and something else changed it";
-    if (!found->second.empty()) {
-      return "no run did it (" + found->second + "), and something else changed it";
+    if (found == whyNot_.end() || !found->second.empty()) {
+      return "no run did it" + (found == whyNot_.end() ? "" : " (" + found->second + ")") +
+             ", and something else changed it";
     }
     return chain_.ending == ChainEnding::kLoops
                ? "every start does it again, to no effect"
                : "the run did it, and something behind it or the machine undid it";
-  }
-
-  void Check(const QueuePlan& plan, const PlannedCommand& command,
-             const simulated::Adapter* adapter) {
-    if (!command.current || !command.wanted) return;
-    if (command.needed) {
-      const bool isPending =
-          command.Is("ChangeCompName") &&
-          ToUtf8(chain_.after.pendingComputerName.value_or("")) == *command.wanted;
-      Add(plan, command, isPending ? "it waits for a restart" : WhyNeeded(plan, command));
-    } else if (adapter != nullptr && command.Is("SetStatic")) {
-      const std::string addresses = ToUtf8(base::Join(Addresses(*adapter), ","));
-      if (addresses == *command.wanted) return;
-      Add(plan, command, "the first address is right already, and no other is compared");
-      chain_.notTrue.back().current = addresses;
-    } else if (!base::SameText(*command.current, *command.wanted)) {
-      Add(plan, command, "the computer belongs to no domain");
-    }
-  }
-
-  void Add(const QueuePlan& plan, const PlannedCommand& command, const std::string& reason) {
-    const std::size_t event = command.events.front();
-    chain_.notTrue.push_back({plan.events[event].section, LinesText(LinesOf(plan, command)),
-                              command.ShortName(), command.description, command.current,
-                              command.wanted, reason});
   }
 
   RestartChain& chain_;
