@@ -32,13 +32,15 @@ std::size_t Distance(std::string_view left, std::string_view right) {
 }  // namespace
 
 std::optional<std::string_view> Nearest(std::string_view name,
-                                        std::span<const std::string_view> known) {
+                                        std::span<const std::string_view> known,
+                                        std::optional<std::size_t> most) {
   if (name.size() > kLongestMisspelling) return std::nullopt;
   const std::string folded = Folded(name);
   std::optional<std::string_view> nearest;
   // A name that shares hardly a letter is no help.
-  std::size_t limit = 2 + name.size() / 5;
-  for (const std::string_view one : known) {
+  std::size_t limit = most.value_or(2 + name.size() / 5);
+  for (const std::string_view one : known,
+                                        std::optional<std::size_t> most) {
     // The lengths alone may tell that it is too far.
     if (one.size() > name.size() + limit || name.size() > one.size() + limit) continue;
     const std::size_t distance = Distance(Folded(one), folded);

@@ -7,8 +7,10 @@
 #include <set>
 #include <sstream>
 #include <system_error>
+#include <utility>
 
 #include "tool/check/CheckReport.h"
+#include "tool/check/Fix.h"
 #include "tool/check/Inputs.h"
 #include "tool/check/rules/Rules.h"
 #include "tool/io/Files.h"
@@ -32,6 +34,9 @@ docs/findings.md for the meaning of each code, with an example.
 A comment allows a finding in the next entry, or above the first section in the whole
 file: "; orvanta: allow C202 because ...".
 
+--fix makes only edits that leave fewer findings and no new one, and none on a line that
+holds a password or an account. Without --write the report is on standard error.
+
 Exit codes:
   0  no finding is an error
   1  a finding is an error, or with --strict a warning
@@ -42,6 +47,7 @@ Examples:
   orvanta-config check configs/ --sarif > findings.sarif
   orvanta-config check "site/**/*.cfg" --json > findings.json
   orvanta-config check "site/**/*.cfg" --strict --baseline findings.json
+  orvanta-config check configs/ --fix | patch -p0
   orvanta-config check tarvo.cfg --machine my-pc.json)";
 
 constexpr auto kProgressInterval = std::chrono::milliseconds(200);
@@ -90,13 +96,51 @@ void LeaveOut(const CheckOptions& options, std::vector<FileReport>& reports) {
   for (FileReport& report : reports) {
     check::LeaveOutAllowed(report);
     std::erase_if(report.findings, [&](const check::Finding& finding) {
-      const std::string code = check::KindOf(finding.code).id;
-      const auto old = known.find(check::BaselineKey(report.file, code, finding.message));
+      const std::string key = check::BaselineKey(report, finding);
+      const auto old = known.find(key);
       const bool isOld = old != known.end();
       if (isOld) known.erase(old);
       const auto& ignored = options.ignored;
-      return isOld || std::find(ignored.begin(), ignored.end(), code) != ignored.end();
+      const bool isOut = isOld || std::find(ignored.begin(), ignored.end(),
+                                            check::KindOf(finding.code).id) != ignored.end();
+      if (isOut) report.leftOut.insert(key);
+      return isOut;
     });
+  }
+}
+
+/// Shows what would be fixed or, with `--write`, writes it.
+void Fix(const CheckOptions& options, const std::vector<FileReport>& reports, Machine* machine,
+         std::set<std::string> claimed, std::ostream& out) {
+  std::vector<std::pair<const FileReport*, std::string>> fixed;
+  for (const FileReport& report : reports) {
+    if (report.text.empty()) continue;
+    check::Draft draft = check::FixText(report, machine, claimed);
+    if (!options.write) out << check::UnifiedDiff(report, draft);
+    if (draft.text != report.text) fixed.emplace_back(&report, std::move(draft.text));
+  }
+  if (!options.write) return;
+  // What cannot be written is told before anything is.
+  for (const auto& [report, text] : fixed) PrivateFile(report->file);
+  for (const auto& [report, text] : fixed) {
+    const std::filesystem::path path = PathOf(report->file);
+    const auto access = std::filesystem::status(path).permissions();
+    PrivateFile(report->file).Commit(text);
+    std::filesystem::permissions(path, access);
+  }
+}
+
+void RefuseOddCombinations(const CheckOptions& options) {
+  const auto& files = options.files;
+  if (options.write && !options.fix) {
+    throw ToolError("--write", "needs --fix", "write check FILE... --fix --write");
+  }
+  if (options.write && std::find(files.begin(), files.end(), "-") != files.end()) {
+    throw ToolError("--write", "cannot change standard input", "name files only");
+  }
+  if (options.fix && !options.write && (options.json || options.sarif)) {
+    throw ToolError("--fix", "writes a difference where --json and --sarif write theirs",
+                    "add --write, or leave out one of them");
   }
 }
 
@@ -116,6 +160,8 @@ Command CheckCommand(CheckOptions& options) {
            {"--ignore", &options.ignored, "CODE", "leave out findings of this code; repeatable"},
            {"--baseline", &options.baseline, "FINDINGS.json",
             "leave out the findings of an earlier --json"},
+           {"--fix", &options.fix, "", "print the certain fixes as a difference for patch -p0"},
+           {"--write", &options.write, "", "with --fix: make them, then check again"},
            {"--strict", &options.strict, "", "count warnings as errors"},
            {"--json", &options.json, "", "one JSON document on standard output"},
            sarif,
@@ -127,19 +173,35 @@ int Check(const CheckOptions& options, const Streams& streams) {
     if (check::CodeOf(code) != nullptr) continue;
     throw ToolError("--ignore " + code, "is no finding's code", "write a code such as C202");
   }
+  RefuseOddCombinations(options);
   const std::vector<Input> inputs = check::FindInputs(options.files);
-  std::optional<Machine> machine;
-  if (options.machineFile) machine = LoadMachine(options.machineFile, streams, options.files);
-  std::vector<FileReport> reports = CheckAll(inputs, machine ? &*machine : nullptr, streams);
-  check::CheckFleet(reports);
-  LeaveOut(options, reports);
+  std::optional<Machine> loaded;
+  if (options.machineFile) loaded = LoadMachine(options.machineFile, streams, options.files);
+  Machine* const machine = loaded ? &*loaded : nullptr;
+  std::vector<FileReport> reports;
+  std::set<std::string> claimed;
+  const auto check = [&] {
+    reports = CheckAll(inputs, machine, streams);
+    check::CheckFleet(reports);
+    LeaveOut(options, reports);
+    for (const FileReport& report : reports) {
+      for (const check::Claim& claim : report.claims) claimed.insert(claim.identity);
+    }
+  };
+  check();
+  if (options.fix) Fix(options, reports, machine, claimed, streams.out);
+  if (options.write) check();
   if (options.json) {
     streams.out << check::JsonReport(reports);
   } else if (options.sarif) {
+    for (FileReport& report : reports) {
+      if (!report.text.empty()) check::KeepSoundEdits(report, machine, claimed);
+    }
     streams.out << check::SarifReport(reports);
   } else {
-    const Style style(streams.color && !options.noColor);
-    streams.out << check::TextReport(reports, style);
+    const bool isAside = options.fix && !options.write;  // of the files as they still are
+    const Style style(streams.color && !options.noColor && !isAside);
+    (isAside ? streams.err : streams.out) << check::TextReport(reports, style);
   }
   const auto fails = [&options](const check::Finding& finding) {
     return check::KindOf(finding.code).severity == check::Severity::kWarning

@@ -21,6 +21,9 @@ struct CheckOptions {
   std::optional<std::string> baseline;
   /// Warnings count as errors.
   bool strict = false;
+  /// Show the certain fixes as a difference or, with `write`, make them.
+  bool fix = false;
+  bool write = false;
   bool json = false;
   bool sarif = false;
   bool noColor = false;

@@ -9,8 +9,10 @@
 #include <string_view>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "handlers/Version.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/HostSystem.h"
 #include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
@@ -84,12 +86,24 @@ std::string UriOf(const std::string& file) {
   return uri;
 }
 
+/// What a renderer of the document makes of the heading of the code.
+std::string AnchorOf(const FindingKind& kind) {
+  std::string anchor;
+  for (const char c :
+       base::Folded(std::string(kind.id) + " " + kind.title + " " + TextOf(kind.severity))) {
+    if (std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-' || c == '_') anchor += c;
+    if (c == ' ') anchor += '-';
+  }
+  return anchor;
+}
+
 Json Rules() {
   Json rules = Json::array();
   for (const FindingKind& kind : kFindingKinds) {
     rules.push_back({{"id", kind.id},
                      {"shortDescription", {{"text", kind.title}}},
                      {"help", {{"text", kind.hint}}},
+                     {"helpUri", "docs/findings.md#" + AnchorOf(kind)},
                      {"defaultConfiguration", {{"level", TextOf(kind.severity)}}}});
   }
   return rules;
@@ -105,6 +119,23 @@ Json Location(const std::string& file, const Place* place) {
   return {{"physicalLocation", std::move(physical)}};
 }
 
+Json Fix(const std::string& file, const Finding& finding) {
+  const Edit& edit = *finding.edit;
+  // The byte-order mark is in no line.
+  const bool isText = finding.code != Code::kByteOrderMark;
+  Json replacement;
+  replacement["deletedRegion"] =
+      isText ? Json{{"startLine", edit.begin.line},
+                    {"startColumn", edit.begin.column},
+                    {"endLine", edit.end.line},
+                    {"endColumn", edit.end.column}}
+             : Json{{"byteOffset", edit.span.offset}, {"byteLength", edit.span.length}};
+  if (!edit.text.empty()) replacement["insertedContent"] = {{"text", ToUtf8(edit.text)}};
+  const Json change{{"artifactLocation", {{"uri", UriOf(file)}}},
+                    {"replacements", Json::array({replacement})}};
+  return {{"description", {{"text", finding.hint}}}, {"artifactChanges", Json::array({change})}};
+}
+
 Json Result(const std::string& file, const Finding& finding) {
   const FindingKind& kind = KindOf(finding.code);
   const Place* const place = finding.excerpt.text.empty() ? nullptr : &finding.place;
@@ -116,6 +147,7 @@ Json Result(const std::string& file, const Finding& finding) {
   if (const auto& related = finding.related) {
     result["relatedLocations"] = Json::array({Location(related->file, &related->place)});
   }
+  if (finding.edit) result["fixes"] = Json::array({Fix(file, finding)});
   return result;
 }
 
@@ -142,6 +174,10 @@ std::string BaselineKey(const std::string& file, const std::string& code,
     }
   }
   return key;
+}
+
+std::string BaselineKey(const FileReport& report, const Finding& finding) {
+  return BaselineKey(report.file, KindOf(finding.code).id, finding.message);
 }
 
 std::multiset<std::string> ReadBaseline(const std::string& name, const std::string& document) {

@@ -21,6 +21,7 @@ std::multiset<std::string> ReadBaseline(const std::string& name, const std::stri
 /// Code, file and message without numbers of lines: what stays when the lines above change.
 std::string BaselineKey(const std::string& file, const std::string& code,
                         const std::string& message);
+std::string BaselineKey(const FileReport& report, const Finding& finding);
 
 std::string JsonReport(const std::vector<FileReport>& reports);
 

@@ -284,6 +284,26 @@ std::string_view Document::Hidden(Span span) const {
   return from < end ? std::string_view(text_).substr(from, end - from) : std::string_view();
 }
 
+std::optional<Item> Document::LinesOf(Span span) const {
+  const std::size_t first = LineOf(span.offset);
+  const std::size_t last = LineOf(span.offset + span.length - (span.length > 0 ? 1 : 0));
+  const std::size_t begin = lineStarts_[first - 1];
+  const std::size_t end = last < lineStarts_.size() ? lineStarts_[last] : text_.size();
+  const std::string_view text = std::string_view(text_).substr(begin, end - begin);
+  for (std::size_t line = first; line <= last; ++line) {
+    if (hiddenFrom_[line - 1] != kNowhere) return std::nullopt;
+  }
+  for (std::size_t at = text.find('\r'); at != kNowhere; at = text.find('\r', at + 1)) {
+    if (text.substr(at, 2) != "\r\n") return std::nullopt;
+  }
+  return Item{text, {begin, end - begin}};
+}
+
+const char* Document::LineEnding(std::size_t offset) const {
+  const std::size_t feed = std::min(text_.find('\n', offset), text_.rfind('\n'));
+  return feed != kNowhere && feed > 0 && text_[feed - 1] == '\r' ? "\r\n" : "\n";
+}
+
 Item Document::WholeLine(std::size_t line) const {
   const std::size_t begin = lineStarts_[line - 1];
   std::size_t end = line < lineStarts_.size() ? lineStarts_[line] - 1 : text_.size();

@@ -139,6 +139,11 @@ class Document {
   std::string ShownKey(const PlacedEntry& entry) const;
   /// The part of a stretch within a line that must not be shown.
   std::string_view Hidden(Span span) const;
+  /// The lines that hold the stretch, with their ends; nothing when they hold what must not be
+  /// shown, or a carriage return elsewhere, which the reader takes out.
+  std::optional<Item> LinesOf(Span span) const;
+  /// How the line there ends, or the last line that ends.
+  const char* LineEnding(std::size_t offset) const;
 
  private:
   /// Where the entry is that the reader gave a number.

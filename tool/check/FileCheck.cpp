@@ -23,7 +23,9 @@ FileReport OneFinding(const std::string& file, Code code, const std::string& mes
 
 }  // namespace
 
-FileReport CheckText(const std::string& file, std::string text, simulated::Machine* machine) {
+FileReport CheckText(const std::string& file, std::string text, simulated::Machine* machine,
+                     std::size_t most) {
+  std::string whole = text;
   if (text.empty()) return OneFinding(file, Code::kEmptyFile, "the file is empty");
   if (text.size() > kLargestFile) return TooLarge(file);
   if (!IsPlainText(text)) {
@@ -32,7 +34,7 @@ FileReport CheckText(const std::string& file, std::string text, simulated::Machi
   const bool hasMark = text.starts_with(kByteOrderMark);
   if (hasMark) text.erase(0, kByteOrderMark.size());
   Document document(std::move(text));
-  Findings findings(document);
+  Findings findings(document, most);
   if (hasMark) {
     findings.OfFile(Code::kByteOrderMark,
                     "the file begins with a byte-order mark, which becomes part of its first line");
@@ -45,7 +47,18 @@ FileReport CheckText(const std::string& file, std::string text, simulated::Machi
   }
   if (machine != nullptr) CheckOnMachine(desired, *machine, findings);
   std::vector<Allowance> allowances = AllowancesOf(document, findings);
-  return {file, findings.Take(), ClaimsOf(desired), std::move(allowances)};
+  FileReport report{file, findings.Take(), ClaimsOf(desired), std::move(allowances)};
+  for (Finding& finding : report.findings) {
+    if (hasMark && finding.edit) finding.edit->span.offset += kByteOrderMark.size();
+    if (finding.code == Code::kByteOrderMark && document.LinesOf({0, 0})) {
+      finding.edit = Edit{{0, kByteOrderMark.size()}, "", {}, {}};
+    }
+  }
+  if (std::any_of(report.findings.begin(), report.findings.end(),
+                  [](const Finding& finding) { return finding.edit.has_value(); })) {
+    report.text = std::move(whole);
+  }
+  return report;
 }
 
 void LeaveOutAllowed(FileReport& report) {

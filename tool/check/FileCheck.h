@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <limits>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -35,10 +36,15 @@ struct FileReport {
   std::vector<Finding> findings;
   std::vector<Claim> claims;
   std::vector<Allowance> allowances = {};
+  /// The file's bytes where a finding has an edit, else empty.
+  std::string text = {};
+  /// Of findings that were left out, as `BaselineKey` has them.
+  std::set<std::string> leftOut = {};
 };
 
-/// Checks a file's content; with a `machine` also against that.
-FileReport CheckText(const std::string& file, std::string text, simulated::Machine* machine);
+/// Checks a file's content; with a `machine` also against that. Finds `most` of each severity.
+FileReport CheckText(const std::string& file, std::string text, simulated::Machine* machine,
+                     std::size_t most = kMostOfSeverity);
 
 /// Leaves out what comments of the file allow, and tells of those that allow nothing.
 void LeaveOutAllowed(FileReport& report);

@@ -5,6 +5,7 @@
 #include <tuple>
 #include <utility>
 
+#include "base/LetterCase.h"
 #include "base/Utf8.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
@@ -28,7 +29,8 @@ std::string MessageFor(Code code, const Document& document, Span span, std::stri
 }  // namespace
 
 bool Findings::Counts(Code code) {
-  return ++counts_[static_cast<std::size_t>(KindOf(code).severity)] <= kMostOfSeverity;
+  isLastKept_ = ++counts_[static_cast<std::size_t>(KindOf(code).severity)] <= most_;
+  return isLastKept_;
 }
 
 void Findings::At(Code code, Span span, std::string message, std::string hint) {
@@ -58,6 +60,29 @@ void Findings::AtHeader(Code code, const Section& section, std::string message, 
 
 void Findings::OfFile(Code code, std::string message) {
   if (Counts(code)) findings_.push_back(FindingOfFile(code, std::move(message)));
+}
+
+void Findings::FixBy(Span span, std::string text) {
+  if (!isLastKept_ || findings_.back().edit || !document_.LinesOf(span)) return;
+  const auto placeAt = [&](std::size_t offset) { return document_.PlaceOf({offset, 0}); };
+  findings_.back().edit =
+      Edit{span, std::move(text), placeAt(span.offset), placeAt(span.offset + span.length)};
+}
+
+void Findings::FixByMoving(const Item& comment, std::uint32_t line) {
+  const std::size_t begin = document_.ItemOf(line).span.offset;
+  const std::size_t end = comment.span.offset + comment.span.length;
+  const auto lines = document_.LinesOf({begin, end - begin});
+  const bool isComment = comment.text.starts_with(';') || comment.text.starts_with('#');
+  const bool isMiddle = document_.Lines()[line].kind == ConfigFile::Line::Kind::kContinuation;
+  // An allowance would begin to count.
+  const bool isAllowance = base::Find(comment.text, "orvanta:") != std::string_view::npos;
+  if (!lines || !isComment || isMiddle || isAllowance) return;
+  const Span rest{lines->span.offset, comment.span.offset - lines->span.offset};
+  const std::string_view kept = lines->text.substr(0, rest.length);
+  FixBy({rest.offset, rest.length + comment.span.length},
+        std::string(comment.text) + document_.LineEnding(end) +
+            std::string(kept.substr(0, kept.find_last_not_of(" \t") + 1)));
 }
 
 std::vector<Finding> Findings::Take() {

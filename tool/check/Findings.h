@@ -19,6 +19,16 @@ struct RelatedPlace {
   Place place;
 };
 
+/// A change of the file's bytes that fixes a finding.
+struct Edit {
+  Span span;
+  /// Takes the place of the stretch.
+  std::string text;
+  // Of the stretch.
+  Place begin;
+  Place end;
+};
+
 struct Finding {
   Code code{};
   std::string message;
@@ -27,19 +37,22 @@ struct Finding {
   /// Empty when it is about no line.
   Excerpt excerpt;
   std::optional<RelatedPlace> related = std::nullopt;
+  /// Only where the fix is certain and shows no secret.
+  std::optional<Edit> edit = std::nullopt;
 };
 
 inline bool IsError(const Finding& finding) {
   return KindOf(finding.code).severity == Severity::kError;
 }
 
+/// So many findings of each severity are shown for a file.
+constexpr std::size_t kMostOfSeverity = 100;
+
 /// Collects the findings of a document, so many of each severity at most.
 class Findings {
  public:
-  static constexpr std::size_t kMostOfSeverity = 100;
-
   /// The document is borrowed.
-  explicit Findings(const Document& document) : document_(document) {}
+  Findings(const Document& document, std::size_t most) : document_(document), most_(most) {}
 
   // Each adds a finding about a place; without a `hint` with the one of the table.
 
@@ -54,6 +67,17 @@ class Findings {
   /// About the file as a whole.
   void OfFile(Code code, std::string message);
 
+  // Each fixes the finding that was added last, unless it has an edit or the lines in question hold
+  // a secret.
+
+  /// By this text in place of the stretch.
+  void FixBy(Span span, std::string text);
+  /// By moving the comment to a line of its own above `line`.
+  void FixByMoving(const Item& comment, std::uint32_t line);
+
+  /// How many were added, but for those that were too many.
+  std::size_t Size() const { return findings_.size(); }
+
   /// All of them in the order of their places.
   std::vector<Finding> Take();
 
@@ -62,6 +86,8 @@ class Findings {
   bool Counts(Code code);
 
   const Document& document_;
+  const std::size_t most_;
+  bool isLastKept_ = false;
   std::vector<Finding> findings_;
   std::array<std::size_t, 3> counts_{};
 };

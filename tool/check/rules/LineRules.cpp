@@ -16,10 +16,24 @@ std::string LineNumber(const Document& document, std::uint32_t line) {
   return std::to_string(document.PlaceOf(document.ItemOf(line).span).line);
 }
 
+bool IsA(const Document& document, std::size_t line, Kind kind) {
+  return line < document.Lines().size() && document.Lines()[line].kind == kind;
+}
+
+/// It names a known section, and nothing else.
+bool IsPlainName(std::string_view name) {
+  return base::KindOfSection(name) != SectionKind::kUnknown &&
+         name.find_first_of(" \t;#") == std::string_view::npos;
+}
+
 void CheckHeader(const Document& document, std::uint32_t line, Findings& findings) {
+  const Item item = document.ItemOf(line);
   if (document.Lines()[line].kind == Kind::kOpenHeader) {
     findings.AtLine(Code::kOpenHeader, line,
                     "the header has no \"]\", so the whole file is refused");
+    if (IsPlainName(base::Trimmed(item.text.substr(1)))) {
+      findings.FixBy({item.span.offset + item.span.length, 0}, "]");
+    }
     return;
   }
   const auto header = document.TextAfterHeader(line);
@@ -28,6 +42,12 @@ void CheckHeader(const Document& document, std::uint32_t line, Findings& finding
   if (!header || section.kind == base::KindOfSection(header->name)) return;
   findings.At(Code::kTextAfterHeader, header->rest.span,
               "this is section " + Quoted(section.name) + ", not " + Quoted(header->name));
+  // A line without "=" would add to the comment, and the agent gets those of its own section.
+  const auto above = line > 0 ? document.Lines()[line - 1].section : 0;
+  if (!IsA(document, line + 1, Kind::kContinuation) &&
+      document.Sections()[above].kind != SectionKind::kAgentSettings) {
+    findings.FixByMoving(header->rest, line);
+  }
 }
 
 void CheckRepeatedHeaders(const Document& document, const Section& section, Findings& findings) {
@@ -39,11 +59,21 @@ void CheckRepeatedHeaders(const Document& document, const Section& section, Find
 }
 
 void CheckContinuation(const Document& document, std::uint32_t line, Findings& findings) {
+  const Item item = document.ItemOf(line);
   if (const auto key = document.BrokenKey(line)) {
     findings.AtLine(
         Code::kBrokenKey, line,
         std::string(NameOf(*key)) + " has no \"=\": the line adds to the value above it",
         "write " + std::string(NameOf(*key)) + "=...");
+    // Behind an entry, and with a value of a form that is checked, it is no text.
+    const auto& [name, number, section, kind, isNumbered] = RowOf(*key);
+    const std::size_t end = std::min(item.text.find_first_of(" \t:"), item.text.size());
+    const std::size_t value = item.text.find_first_not_of(" \t:", end);
+    if (IsA(document, line - 1, Kind::kEntry) && value != std::string_view::npos &&
+        section == document.Sections()[document.Lines()[line].section].kind &&
+        kind != base::ValueKind::kText && kind != base::ValueKind::kOrganizationalUnit) {
+      findings.FixBy({item.span.offset + end, value - end}, "=");
+    }
   } else if (document.LooksLikePassword(line)) {
     findings.AtLine(
         Code::kBrokenKey, line,
@@ -53,6 +83,7 @@ void CheckContinuation(const Document& document, std::uint32_t line, Findings& f
     findings.AtLine(
         Code::kBrokenHeader, line,
         "the header of " + Quoted(name) + " has no \"[\": the line adds to the value above it");
+    if (IsPlainName(name)) findings.FixBy({item.span.offset, 0}, "[");
   }
 }
 
@@ -122,6 +153,14 @@ void CheckDuplicate(const Document& document, const Section& section, const Plac
   findings.AtKey(isSame ? Code::kRepeatedKey : Code::kDuplicateKey, entry,
                  document.ShownKey(entry) + " is on line " + LineNumber(document, first.line) +
                      (isSame ? " with the same value" : " already, and only that one counts"));
+  // What is above or below the line may belong to it, and a comment in it would be lost.
+  const Item item = document.ItemOf(entry.line);
+  const auto lines = document.LinesOf(item.span);
+  if (isSame && lines && IsA(document, entry.line, Kind::kEntry) &&
+      item.text.ends_with(entry.value) && !IsA(document, entry.line - 1, Kind::kComment) &&
+      !IsA(document, entry.line + 1, Kind::kContinuation)) {
+    findings.FixBy(lines->span, "");
+  }
 }
 
 void CheckUnnamed(const Document& document, const Section& section, Findings& findings) {
@@ -165,9 +204,7 @@ void CheckLines(const DesiredState& desired, Findings& findings) {
 std::vector<Allowance> AllowancesOf(const Document& document, Findings& findings) {
   std::vector<Allowance> allowances;
   const auto& lines = document.Lines();
-  const auto isA = [&lines](std::size_t line, Kind kind) {
-    return line < lines.size() && lines[line].kind == kind;
-  };
+  const auto isA = [&](std::size_t line, Kind kind) { return IsA(document, line, kind); };
   const auto lineOf = [&document](std::uint32_t line) {
     return document.PlaceOf(document.ItemOf(line).span).line;
   };

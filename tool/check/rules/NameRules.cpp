@@ -20,6 +20,28 @@ std::string_view WithoutNumber(std::string_view name) {
   return name.substr(0, name.find_last_not_of("0123456789") + 1);
 }
 
+/// One name and no other is so near that it is certainly meant.
+bool IsCertain(std::string_view name, std::vector<std::string_view> names) {
+  const std::size_t limit = std::min<std::size_t>(2, name.size() / 3);
+  const auto nearest = base::Nearest(name, names, limit);
+  if (nearest) std::erase(names, *nearest);
+  return nearest && !base::Nearest(name, names, limit);
+}
+
+std::vector<std::string_view> SectionNames() {
+  std::vector<std::string_view> names{base::kAdapterMark};
+  for (const base::KnownSection& known : base::kKnownSections) names.push_back(known.name);
+  return names;
+}
+
+std::vector<std::string_view> KeysOf(SectionKind section) {
+  std::vector<std::string_view> names;
+  for (const base::KnownKey& row : base::kKnownKeys) {
+    if (row.section == section) names.push_back(row.name);
+  }
+  return names;
+}
+
 /// The section name that may be meant.
 std::optional<std::string> NearestSection(std::string_view name) {
   std::string meant(name);
@@ -27,11 +49,8 @@ std::optional<std::string> NearestSection(std::string_view name) {
   if (mark != std::string_view::npos) {
     return meant.replace(mark, base::kAdapterMark.size(), base::kAdapterMark);
   }
-  std::vector<std::string_view> names;
-  for (const base::KnownSection& known : base::kKnownSections) names.push_back(known.name);
-  names.push_back(base::kAdapterMark);
   const std::string_view stem = WithoutNumber(name);
-  const auto nearest = base::Nearest(stem, names);
+  const auto nearest = base::Nearest(stem, SectionNames());
   if (!nearest) return std::nullopt;
   // A further adapter.
   const bool isAdapter = *nearest == NameOf(SectionKind::kAdapter) && stem.size() != name.size();
@@ -60,12 +79,8 @@ std::optional<std::string> NearestKey(SectionKind section, std::string_view key)
       return std::string(NameOf(meant));
     }
   }
-  std::vector<std::string_view> names;
-  for (const base::KnownKey& row : base::kKnownKeys) {
-    if (row.section == section) names.push_back(row.name);
-  }
   const std::string_view name = WithoutNumber(key);
-  const auto nearest = base::Nearest(name, names);
+  const auto nearest = base::Nearest(name, KeysOf(section));
   if (!nearest) return std::nullopt;
   const bool isNumbered = std::any_of(
       std::begin(base::kKnownKeys), std::end(base::kKnownKeys),
@@ -96,6 +111,12 @@ void CheckUnknownSection(const Document& document, const Section& section, Findi
   if (const auto nearest = NearestSection(section.name)) {
     findings.AtHeader(Code::kMisspelledSection, section, "section " + name + " is not read",
                       "did you mean [" + *nearest + "]?");
+    const Item header = document.ItemOf(section.headers[0]);
+    const bool isCase = base::SameText(section.name, *nearest);
+    if ((isCase || IsCertain(WithoutNumber(section.name), SectionNames())) &&
+        section.headers.size() == 1 && header.text == "[" + std::string(section.name) + "]") {
+      findings.FixBy({header.span.offset + 1, section.name.size()}, *nearest);
+    }
   } else if (HoldsAdapterKeys(section)) {
     findings.AtHeader(Code::kUnreadAdapter, section,
                       "section " + name + " holds an adapter's settings, but is not read");
@@ -115,6 +136,12 @@ void CheckUnknownKey(const Document& document, const Section& section, const Pla
   } else if (const auto nearest = NearestKey(section.kind, entry.key)) {
     findings.AtKey(Code::kMisspelledKey, entry, name + " is not read",
                    "did you mean " + *nearest + "?");
+    const std::string_view stem = WithoutNumber(entry.key);
+    const bool isNumbered = stem.size() < entry.key.size();
+    if (isNumbered == (WithoutNumber(*nearest).size() < nearest->size()) &&
+        IsCertain(stem, KeysOf(section.kind))) {
+      findings.FixBy(document.KeySpan(entry), *nearest);
+    }
   } else {
     findings.AtKey(Code::kUnknownKey, entry, name + " is not read");
   }

@@ -5,6 +5,7 @@
 
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
+#include "base/Pieces.h"
 #include "base/Utf8.h"
 #include "tool/check/rules/Rules.h"
 #include "tool/io/CodePage.h"
@@ -34,6 +35,11 @@ struct Value {
   void Add(Code code, const std::string& what, const std::string& hint = {}) const {
     findings.AtValue(code, entry, Quoted(text) + " " + what, hint);
   }
+  /// Fixes the finding that was added last by another value.
+  void FixBy(std::string other) const {
+    const Span span = document.ValueSpan(entry);
+    if (span.length == text.size()) findings.FixBy(span, std::move(other));
+  }
 };
 
 // ---- Flags and numbers --------------------------------------------------------------------------
@@ -50,6 +56,11 @@ void CheckFlag(const Value& value) {
             std::string("is neither True nor False and is read as ") +
                 (isTrueUnlessFalse ? "True" : "False"),
             isName ? "write Workgroup=True and Domain=" + std::string(value.text) : "");
+  // Certain where the word means what it is read as.
+  const char* const words = isTrueUnlessFalse ? " yes on 1 " : " no off 0 ";
+  if (base::Find(words, " " + std::string(value.text) + " ") != std::string::npos) {
+    value.FixBy(isTrueUnlessFalse ? "True" : "False");
+  }
 }
 
 void CheckMode(const Value& value) {
@@ -177,6 +188,9 @@ void CheckOrganizationalUnit(const Value& value) {
     return;
   } else if (ou.find('\\') != std::string_view::npos) {
     value.Add(kCode, R"(contains "\", which does not separate units)", "separate them with \"/\"");
+    std::string path(ou);
+    std::replace(path.begin(), path.end(), '\\', '/');
+    value.FixBy(std::move(path));
   } else if (ou.find('=') != std::string_view::npos) {
     value.Add(kCode, R"(contains "=", but no "OU=" in capitals: it is read as a path)");
   } else if (special != std::string_view::npos) {
@@ -248,6 +262,7 @@ void CheckMask(const Value& value, const Item& item, bool mayBeZero) {
   } else if (!mask.bits) {
     value.findings.OfItem(Code::kNoAddress, item, "is not an IPv4 netmask",
                           prefix ? "/" + std::to_string(*prefix) + " is " + MaskOf(*prefix) : "");
+    if (prefix) value.findings.FixBy(item.span, MaskOf(*prefix));
   } else if (!IsContiguous(*mask.bits)) {
     value.findings.OfItem(Code::kBadMask, item,
                           "is not a valid netmask: the 1 bits must be contiguous");
@@ -359,6 +374,14 @@ void CheckEncoding(const Value& value) {
                          "its letters outside ASCII are in UTF-8 and are read as others");
 }
 
+/// Without quotes around it and separators behind it.
+std::string_view Bare(std::string_view text) {
+  text = base::Trimmed(text.substr(0, text.find_last_not_of(";, \t") + 1));
+  const bool isQuoted = text.size() > 2 && text.front() == text.back() &&
+                        (text.front() == '"' || text.front() == '\'');
+  return isQuoted ? base::Trimmed(text.substr(1, text.size() - 2)) : text;
+}
+
 /// What an adapter got by DHCP before its image was taken stands in its section, too.
 bool IsRecordedOnly(const Value& value) {
   const Key key = *value.entry.known;
@@ -376,11 +399,15 @@ void CheckValues(const DesiredState& desired, Findings& findings) {
       for (const Item& comment : desired.document.CommentsIn(entry)) {
         findings.At(Code::kCommentAfterValue, comment.span,
                     "this is no comment, but part of the value of " + std::string(entry.key));
+        findings.FixByMoving(comment, entry.line);
       }
       if (entry.FirstLine().empty()) continue;
       const Value value{desired.document, section, entry, entry.FirstLine(), findings};
       if (IsRecordedOnly(value)) continue;
+      const std::size_t size = findings.Size();
       kRules[static_cast<std::size_t>(RowOf(*entry.known).value)](value);
+      const std::string_view bare = Bare(value.text);
+      if (findings.Size() > size && bare != value.text) value.FixBy(std::string(bare));
       CheckEncoding(value);
     }
   }
