@@ -56,8 +56,8 @@ $ sh try nic.cfg SetDNSSuffixSearchOrder
 Result            Success;
 SetDnsSuffix:54 - Configuring DNS suffixes failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg DELETE route.json
-SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000001;Result            Failure;Status-Code       1;
-SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
+SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000001;Result            Failure;Status-Code       1 (the route tool failed, or cannot be run);
+SetStaticRoute:149 - Failed to delete static route;SystemError=0x00000057;Result            Failure;Status-Code       87 (the route tool failed, or cannot be run);
 $ result=-2147217406 sh try nic.cfg ADD route.json
-SetStaticRoute:151 - Failed to add static route;SystemError=0x00000001;Result            Failure;Status-Code       1;
-SetStaticRoute:151 - Failed to add static route;SystemError=0x80041002;Result            Failure;Status-Code       -2147217406 (no such object);
+SetStaticRoute:151 - Failed to add static route;SystemError=0x00000001;Result            Failure;Status-Code       1 (the route tool failed, or cannot be run);
+SetStaticRoute:151 - Failed to add static route;SystemError=0x80041002;Result            Failure;Status-Code       -2147217406 (the route tool failed, or cannot be run);

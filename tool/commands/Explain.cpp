@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "base/LetterCase.h"
+#include "platform/simulated/Simulation.h"
 #include "tool/check/FindingTable.h"
 #include "tool/explain/ErrorNumbers.h"
 #include "tool/explain/LogStory.h"
@@ -143,31 +144,41 @@ class Explanation {
     return {{"type", story.type},
             {"name", story.name},
             {"file", story.file.empty() ? Json() : Json(story.file)},
-            {"outcome", story.failure ? "failed" : "no failure"},
+            {"outcome", story.failure ? "failed" : "no failure logged"},
             {"failed_at", std::move(failedAt)}};
   }
 
   void Tell(const LogStory& story) {
     const std::string title =
         story.type.empty() ? "a message that began before the log" : story.type + "/" + story.name;
+    // No log tells that a step or a message is done. A file is put away behind the last step.
+    const bool isOfStep = story.failure && !story.failure->source.ends_with("FileUtils");
+    const char* const ending = isOfStep ? "failed" : "last begun";
     std::vector<Row> rows;
     for (const std::string& step : story.steps) {
-      const bool isLast = story.failure && &step == &story.steps.back();
-      rows.push_back({isLast ? "failed" : rows.empty() ? "did" : "", Printable(step)});
+      const bool isLast = &step == &story.steps.back();
+      rows.push_back({isLast ? ending : rows.empty() ? "did" : "", Printable(step)});
     }
     if (const auto& failure = story.failure) {
       rows.push_back({"at", Printable(failure->source + ":" + std::to_string(failure->line) +
                                       (failure->text.empty() ? "" : " - " + failure->text))});
-      if (const Reading* const why = failure->Why()) {
-        rows.push_back({"why", std::string(why->meaning) + " (" + why->name + ")"});
-        rows.push_back({"remedy", why->remedy});
-      } else if (failure->systemError.value_or(0) != 0) {
-        rows.push_back({"why", "the machine answered " + std::to_string(*failure->systemError)});
+      const Reading* const why = failure->Why();
+      const std::uint32_t answer = failure->Answer();
+      std::string text = why != nullptr ? why->meaning : "";
+      if (answer != 0 && (why == nullptr || why->kind == explain::NumberKind::kRecord)) {
+        const bool isResult = answer >= 0x80000000U;
+        text.append(text.empty() ? "" : "; ") +=
+            "the machine answered " +
+            (isResult ? simulated::HResultText(static_cast<std::int32_t>(answer))
+                      : std::to_string(answer));
       }
+      if (why != nullptr) text += std::string(" (") + why->name + ")";
+      if (!text.empty()) rows.push_back({"why", text});
+      if (why != nullptr) rows.push_back({"remedy", why->remedy});
     }
     out_ << std::exchange(separator_, "\n") << style_.Heading(Printable(title))
          << (story.file.empty() ? "" : " of " + Printable(story.file)) << ": "
-         << (story.failure ? style_.Bad("failed") : style_.Good("no failure")) << '\n'
+         << (story.failure ? style_.Bad("failed") : style_.Good("no failure logged")) << '\n'
          << Rows(rows, "  ");
   }
 

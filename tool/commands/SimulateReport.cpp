@@ -5,7 +5,7 @@
 
 #include "base/Pieces.h"
 #include "base/Utf8.h"
-#include "tool/explain/ErrorNumbers.h"
+#include "tool/explain/LogStory.h"
 #include "tool/io/CodePage.h"
 #include "tool/machine/ChangeText.h"
 #include "tool/machine/MachineDifference.h"
@@ -81,22 +81,27 @@ std::string LogLines(const Delivery& delivery, const Style& style, bool verbose)
   return style.Heading(verbose ? "Log" : "Log, level 0 (--verbose shows all of it)") + "\n" + text;
 }
 
-/// " (DHCP is on)" behind a "Status-Code"; empty for other values and unknown codes.
-std::string StatusMeaning(const MessageValue& value, bool isOfLibrary) {
-  const auto code = explain::ParseNumber(value.key == "Status-Code" ? ShownText(value) : "");
-  if (!code) return {};
-  const explain::Reading* const reading =
-      isOfLibrary ? explain::FindReading(explain::NumberKind::kReply, *code)
-                  : explain::FindAnswer(*code, /*isOfAdapter=*/true);
-  return reading == nullptr ? "" : std::string(" (") + reading->meaning + ")";
+/// Why the message failed, as its log tells it; null when that is unknown.
+const explain::Reading* Why(const Delivery& delivery) {
+  const explain::Reading* why = nullptr;
+  explain::LogReader reader([&](const explain::LogStory& story) {
+    if (story.failure) why = story.failure->Why();
+  });
+  for (const LogLine& line : delivery.log) reader.Read(line.text + "\n");
+  reader.End();
+  return why;
 }
 
 std::string Reply(const Delivery& delivery, const Style& style) {
   std::vector<Row> rows;
-  bool isOfLibrary = false;
+  const explain::Reading* why = Why(delivery);
   for (const MessageValue& value : delivery.reply) {
-    if (value.key == "Status-Module") isOfLibrary = ShownText(value) == "Tarvo";
-    const std::string text = Printable(ShownText(value)) + StatusMeaning(value, isOfLibrary);
+    std::string text = Printable(ShownText(value));
+    // A run that stopped for a restart logs no failure.
+    if (why == nullptr && value.key == "Status-Module" && text == "Tarvo") {
+      why = explain::FindReading(explain::NumberKind::kReply, 3);
+    }
+    if (why != nullptr && value.key == "Status-Code") text.append(" (").append(why->meaning) += ')';
     const bool result = value.key == "Result";
     rows.push_back({Printable(value.key), !result                ? text
                                           : text == "Reboot"     ? style.Notice(text)

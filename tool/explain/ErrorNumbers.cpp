@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
+#include <string>
 
 #include "base/FindIn.h"
 #include "base/Numbers.h"
@@ -35,7 +36,7 @@ bool Reads(const Reading& reading, NumberKind kind, std::uint32_t number) {
 }  // namespace
 
 const char* TextOf(NumberKind kind) {
-  constexpr const char* kTexts[] = {"the library's reply", "the library's error record",
+  constexpr const char* kTexts[] = {"the library's reply", "the library's log",
                                     "a network adapter's answer", "an error of Windows",
                                     "a COM result"};
   return kTexts[static_cast<std::size_t>(kind)];
@@ -55,9 +56,13 @@ std::vector<Reading> ReadNumber(std::uint32_t number) {
   return readings;
 }
 
-const Reading* FindReading(NumberKind kind, std::uint32_t number) {
-  return base::FindIn(kReadings,
-                      [=](const Reading& reading) { return Reads(reading, kind, number); });
+const Reading* FindReading(NumberKind kind, std::uint32_t number, std::string_view source) {
+  const std::string ending(source.substr(source.find_last_of("\\/") + 1));
+  return base::FindIn(kReadings, [&](const Reading& reading) {
+    const std::string_view name = reading.name;
+    return Reads(reading, kind, number) &&
+           (name.ends_with(ending) || name.find(" of ") == std::string_view::npos);
+  });
 }
 
 const Reading* FindAnswer(std::uint32_t number, bool isOfAdapter) {

@@ -11,7 +11,7 @@ namespace tool::explain {
 /// Where a number comes from; the library's own come first.
 enum class NumberKind : std::uint8_t {
   kReply,    ///< "Status-Code" of a reply whose "Status-Module" is "Tarvo"
-  kRecord,   ///< "Value" of an error record
+  kRecord,   ///< "Value" of an error record, or the code of a file that was not loaded
   kAdapter,  ///< what a method of a network adapter returned
   kSystem,   ///< an error of Windows; also what a method of the computer returned
   kCom,      ///< a COM result
@@ -37,9 +37,10 @@ std::optional<std::uint32_t> ParseNumber(std::string_view text);
 /// Every reading of a number. A COM result that holds an error of Windows has that one's.
 std::vector<Reading> ReadNumber(std::uint32_t number);
 
-/// The reading of a number that comes from there, null when there is none. An error of Windows may
-/// also be given as a COM result.
-const Reading* FindReading(NumberKind kind, std::uint32_t number);
+/// The reading of a number that comes from there, of a record by its source such as
+/// "common\sys\Registry"; null when there is none. An error of Windows may also be given as a COM
+/// result.
+const Reading* FindReading(NumberKind kind, std::uint32_t number, std::string_view source = {});
 
 /// Why a machine refused, by its answer: an error of Windows or a COM result, and before them,
 /// unless another part of the machine answered, the result of an adapter. Null when it is unknown.

@@ -20,7 +20,8 @@ constexpr std::string_view kPlace = "%s:%d ";
 /// What the first constant text of every format holds, so that other lines are quickly passed over.
 constexpr std::string_view kAnchor = "::";
 
-enum class Kind { kMessage, kFile, kNoFile, kNotLoaded, kCommand, kAdapter, kReport };
+/// From kNoFile on, a message logs one of them at most.
+enum class Kind { kMessage, kFile, kCommand, kAdapter, kReport, kNoFile, kNotLoaded, kEnd };
 
 struct Format {
   constexpr Format(Kind ofKind, std::string_view format, std::string_view following = {})
@@ -48,8 +49,8 @@ constexpr Format kFormats[] = {
     {Kind::kCommand, logging::kCommand},
     {Kind::kCommand, logging::kAdapterCommand},
     {Kind::kAdapter, logging::kAdapter},
-    {Kind::kReport, logging::kConfigError},
-    {Kind::kReport, logging::kGeneralError},
+    {Kind::kEnd, logging::kConfigError},
+    {Kind::kEnd, logging::kGeneralError},
     {Kind::kReport, logging::kImageError},
     {Kind::kReport, logging::kCopyError},
     {Kind::kReport, logging::kUnknownError},
@@ -108,14 +109,25 @@ const Format* Recognize(std::string_view line, std::size_t anchor, Values& value
 
 }  // namespace
 
+std::uint32_t LoggedFailure::Answer() const {
+  constexpr std::int32_t kNotOpened = 3;
+  const std::int32_t code = value.value_or(1);
+  const std::uint32_t answer = systemError.value_or(0);
+  const bool isOfWmi = source == "Wmi" || source.ends_with("OsVersion");
+  if (isOfWmi && code < 0) return static_cast<std::uint32_t>(code);
+  // Otherwise these two tell the last error of Windows, which may be any older one.
+  const bool isResult = answer >= 0x80000000U;
+  return (isOfWmi && !isResult) || (source.ends_with("Registry") && code > kNotOpened) ? 0 : answer;
+}
+
 const Reading* LoggedFailure::Why() const {
-  constexpr std::int32_t kRefused = 4;
-  constexpr std::int32_t kRouteTool = 5;  // its exit code is no error of Windows
-  const Reading* answer = nullptr;
-  if (systemError && value != kRouteTool) answer = FindAnswer(*systemError, value == kRefused);
-  if (answer != nullptr || !value) return answer;
-  return FindReading(systemError ? NumberKind::kRecord : NumberKind::kReply,
-                     static_cast<std::uint32_t>(*value));
+  const bool isExitCode = source == "SetStaticRoute";
+  const bool isOfAdapter = source.starts_with("Set");
+  const Reading* const answer = isExitCode ? FindReading(NumberKind::kRecord, Answer(), source)
+                                           : FindAnswer(Answer(), isOfAdapter);
+  // Of an escaped error no value is told; what those need not ask Windows for has this one.
+  const auto code = static_cast<std::uint32_t>(value.value_or(1));
+  return answer != nullptr ? answer : FindReading(NumberKind::kRecord, code, source);
 }
 
 void LogReader::Read(std::string_view block) {
@@ -156,7 +168,8 @@ void LogReader::ReadLine(std::string_view line) {
     }
     return;
   }
-  if (format->kind == Kind::kMessage || !story_) {
+  const bool isNext = story_ && story_->failure && format->kind >= Kind::kNoFile;
+  if (format->kind == Kind::kMessage || !story_ || isNext) {
     if (story_) tell_(*story_);
     story_.emplace();
     adapter_.clear();
@@ -191,6 +204,7 @@ void LogReader::ReadLine(std::string_view line) {
       failure.value = Number(values[3]);
       break;
     case Kind::kReport:
+    case Kind::kEnd:
       break;
   }
   if (story_->failure) return;  // what fails now comes of the first failure

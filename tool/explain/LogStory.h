@@ -21,12 +21,13 @@ struct LoggedFailure {
   std::string source;
   std::int32_t line = 0;
   std::string text;
-  /// Of an error record only.
+  /// Of an error record, or of a file that was not loaded.
   std::optional<std::int32_t> value;
-  /// What the machine answered.
   std::optional<std::uint32_t> systemError;
 
-  /// What `systemError` means, or else `value`; null when neither is known.
+  /// What the machine answered: one of the two, by the source; 0 for nothing.
+  std::uint32_t Answer() const;
+  /// What the answer means, or else `value` of this source; null when neither is known.
   const Reading* Why() const;
 };
 
