@@ -89,7 +89,11 @@ std::unique_ptr<platform::IWmiObject> FetchInstance(platform::IWmiServices& serv
 /// None when the property cannot be read.
 std::optional<platform::Variant> Read(platform::IWmiObject& instance, const std::string& property) {
   try {
-    return Wmi::GetVariant(instance, property);
+    // Not by Wmi::GetVariant: a machine may lack most properties, and each error thrown takes as
+    // long as a thousand reads.
+    platform::Variant value;
+    if (platform::Failed(instance.Get(property, &value))) return std::nullopt;
+    return value;
   } catch (...) {
     return std::nullopt;
   }
