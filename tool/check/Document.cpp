@@ -264,23 +264,29 @@ bool Document::LooksLikeOther(std::uint32_t line) const {
 
 std::size_t Document::LineOf(std::size_t offset) const {
   if (lineStarts_.empty()) {
-    simulated::SecretLines secrets;
     for (std::size_t start = 0; start <= text_.size();) {
-      const std::size_t feed = std::min(text_.find('\n', start), text_.size());
-      const std::size_t from =
-          secrets.HiddenFrom(std::string_view(text_).substr(start, feed - start));
       lineStarts_.push_back(start);
-      hiddenFrom_.push_back(from != kNowhere ? start + from : kNowhere);
-      start = feed + 1;
+      start = std::min(text_.find('\n', start), text_.size()) + 1;
     }
   }
   const auto behind = std::upper_bound(lineStarts_.begin(), lineStarts_.end(), offset);
   return static_cast<std::size_t>(behind - lineStarts_.begin());
 }
 
+std::size_t Document::HiddenFrom(std::size_t line) const {
+  if (hiddenFrom_.empty()) {
+    simulated::SecretLines secrets;
+    for (std::size_t i = 0; i < lineStarts_.size(); ++i) {
+      const std::size_t from = secrets.HiddenFrom(WholeLine(i + 1).text);
+      hiddenFrom_.push_back(from != kNowhere ? lineStarts_[i] + from : kNowhere);
+    }
+  }
+  return hiddenFrom_[line - 1];
+}
+
 std::string_view Document::Hidden(Span span) const {
   const std::size_t end = span.offset + span.length;
-  const std::size_t from = std::max(span.offset, hiddenFrom_[LineOf(span.offset) - 1]);
+  const std::size_t from = std::max(span.offset, HiddenFrom(LineOf(span.offset)));
   return from < end ? std::string_view(text_).substr(from, end - from) : std::string_view();
 }
 
@@ -326,7 +332,7 @@ Excerpt Document::ExcerptOf(Span span) const {
   std::string line(whole.text);
   std::size_t from = std::min(span.offset - begin, line.size());
   std::size_t to = std::min(from + span.length, line.size());
-  const std::size_t secret = hiddenFrom_[number - 1];
+  const std::size_t secret = HiddenFrom(number);
   if (secret != kNowhere) {
     line.replace(secret - begin, std::string::npos, simulated::kHidden);
     from = std::min(from, secret - begin);

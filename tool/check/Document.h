@@ -159,6 +159,8 @@ class Document {
   Item ValueOn(std::uint32_t line, const PlacedEntry& entry) const;
   Item Part(std::size_t begin, std::size_t end) const;
   std::size_t LineOf(std::size_t offset) const;
+  /// Where a line's secret begins; npos without one. The lines are known already.
+  std::size_t HiddenFrom(std::size_t line) const;
   Item WholeLine(std::size_t line) const;
 
   std::string text_;
