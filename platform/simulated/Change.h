@@ -40,6 +40,7 @@ struct Change {
   Fields fields;
 
   const Value& operator[](std::string_view name) const;
+  friend bool operator==(const Change&, const Change&) = default;
 };
 
 /// Null for what is neither a flag, a number, a text nor a list of texts.

@@ -48,6 +48,8 @@ struct Adapter {
   NullableText dnsHostName = {};
   /// The DNS servers were set by hand: the registry value "NameServer" holds them.
   bool staticDns = false;
+
+  friend bool operator==(const Adapter&, const Adapter&) = default;
 };
 
 struct PersistentRoute {
@@ -55,12 +57,14 @@ struct PersistentRoute {
   std::string mask = "255.255.0.0";
   std::string nextHop = "10.0.0.1";
   std::int32_t metric = 1;
+  friend bool operator==(const PersistentRoute&, const PersistentRoute&) = default;
 };
 
 struct Service {
   std::string name = "Dhcp";
   platform::ServiceStart start = platform::ServiceStart::kAutomatic;
   bool running = true;
+  friend bool operator==(const Service&, const Service&) = default;
 };
 
 struct RegistryValue {
@@ -70,20 +74,24 @@ struct RegistryValue {
   /// `kRegDWord` with a number, `kRegSz` or `kRegExpandSz` with a text.
   std::uint32_t type = 4;
   std::variant<std::uint32_t, std::string> data = std::uint32_t{1};
+  friend bool operator==(const RegistryValue&, const RegistryValue&) = default;
 };
 
 struct File {
   std::string path = R"(C:\restore.cfg)";
   std::string text = "[Global]\r\nConfig=Restore\r\n";
+  friend bool operator==(const File&, const File&) = default;
 };
 
 struct Host {
   std::string name = "gateway.corp.example";
   std::string address = "10.0.0.1";
+  friend bool operator==(const Host&, const Host&) = default;
 };
 
 struct WorkgroupMembership {
   std::string name = "WORKGROUP";
+  friend bool operator==(const WorkgroupMembership&, const WorkgroupMembership&) = default;
 };
 
 struct DomainMembership {
@@ -91,6 +99,7 @@ struct DomainMembership {
   std::string dnsName;
   std::string flatName;
   bool hasSid = true;
+  friend bool operator==(const DomainMembership&, const DomainMembership&) = default;
 };
 
 using Membership = std::variant<WorkgroupMembership, DomainMembership>;
@@ -98,12 +107,14 @@ using Membership = std::variant<WorkgroupMembership, DomainMembership>;
 struct Account {
   std::string user = "joiner";
   std::string password = "s3cret";
+  friend bool operator==(const Account&, const Account&) = default;
 };
 
 struct Computer {
   std::string name = "PC1";
   /// Distinguished name.
   std::string dn = "CN=PC1,OU=Europe,OU=Sales,DC=corp,DC=example";
+  friend bool operator==(const Computer&, const Computer&) = default;
 };
 
 struct DirectoryDomain {
@@ -113,6 +124,8 @@ struct DirectoryDomain {
   /// Distinguished names of the organizational units.
   std::vector<std::string> ous = {};
   std::vector<Computer> computers = {};
+
+  friend bool operator==(const DirectoryDomain&, const DirectoryDomain&) = default;
 };
 
 /// Makes calls to the machine fail. An absent matcher matches every call of that name; texts are
@@ -141,6 +154,8 @@ struct Fault {
   std::uint32_t matched = 0;
   /// The call that it struck last, by its name; empty before the first.
   std::string struck = {};
+
+  friend bool operator==(const Fault&, const Fault&) = default;
 };
 
 struct Machine {
@@ -201,6 +216,8 @@ struct Machine {
   void PutFile(const std::string& path, const std::string& text);
   /// Makes the `nth` call from now on fail, whatever its kind.
   void FailCall(std::uint32_t nth, platform::Win32Error error);
+
+  friend bool operator==(const Machine&, const Machine&) = default;
 };
 
 /// The built-in example: two PCI adapters, one software adapter, member of a workgroup, and a

@@ -132,7 +132,7 @@ Failure Rehearsal::FailureOf(const IConfigureCommand& command, const err::CGener
   return failure;
 }
 
-void NameCause(simulated::Machine machine, QueuePlan& plan) {
+void NameCause(const simulated::Machine& given, QueuePlan& plan) {
   using check::Code;
   const PlannedCommand* const failing = plan.Failing();
   const bool isOfFile = failing != nullptr && failing->course.willFail->isOfFile;
@@ -147,6 +147,7 @@ void NameCause(simulated::Machine machine, QueuePlan& plan) {
   } else {
     codes = {Code::kSilentMachine, Code::kMachineIpv6};
   }
+  simulated::Machine machine = given;
   for (const check::Finding& finding : check::CheckText("", plan.text, &machine).findings) {
     const bool isCause =
         codes.contains(finding.code) || (IsError(finding) && lines.contains(finding.place.line));

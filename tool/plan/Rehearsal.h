@@ -55,6 +55,6 @@ class Rehearsal {
 
 /// Stores the finding of `check` that explains the plan's failure, if there is one. The machine is
 /// in its state before the run.
-void NameCause(simulated::Machine machine, QueuePlan& plan);
+void NameCause(const simulated::Machine& given, QueuePlan& plan);
 
 }  // namespace tool

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <unordered_map>
 #include <utility>
 
 #include "base/FindIn.h"
@@ -12,7 +11,7 @@
 #include "tool/agent/Conversation.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Text.h"
-#include "tool/machine/MachineDocument.h"
+#include "tool/machine/MachineDifference.h"
 #include "tool/plan/PlanOutput.h"
 #include "tool/plan/PlanText.h"
 #include "tool/plan/Settings.h"
@@ -22,14 +21,16 @@ namespace {
 
 using simulated::Machine;
 
-/// Everything that decides what a start does.
-std::string StateOf(const Machine& machine, const QueuePlan& plan) {
-  std::string state = PrintedMachine(machine) + PrintedJson(plan, /*verbose=*/false);
-  // A fault that strikes once makes two starts differ.
-  for (const simulated::Fault& fault : machine.faults) {
-    if (fault.nth) state += " " + std::to_string(std::min(fault.matched, *fault.nth));
+/// What decides what a start does: the machine without what only tells of earlier ones.
+Machine StateOf(Machine machine) {
+  machine.journal.clear();
+  machine.assumed.clear();
+  for (simulated::Fault& fault : machine.faults) {
+    fault.struck.clear();
+    // A fault that strikes once makes two starts differ.
+    fault.matched = fault.nth ? std::min(fault.matched, *fault.nth) : 0;
   }
-  return state;
+  return machine;
 }
 
 /// Runs the message; when it hands a restore file over, the one that the library posts as well.
@@ -166,17 +167,18 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
   chain.after = machine;
   chain.after.assumesUnknown = true;
   std::string file = path;
-  std::unordered_map<std::string, std::size_t> seen;
+  std::vector<std::pair<std::string, Machine>> starts;
   for (;;) {
-    QueuePlan plan = MakePlan(chain.after, file, shownPath, Comparing::kInTurn);
-    const auto [state, isNew] = seen.emplace(StateOf(chain.after, plan), chain.steps.size());
-    if (!isNew) {
+    std::pair<std::string, Machine> start(file, StateOf(chain.after));
+    const auto same = std::find(starts.begin(), starts.end(), start);
+    if (same != starts.end()) {
       chain.ending = ChainEnding::kLoops;
-      chain.loopsTo = state->second;
+      chain.loopsTo = static_cast<std::size_t>(same - starts.begin());
       break;
     }
+    starts.push_back(std::move(start));
     ChainStep& step = chain.steps.emplace_back();
-    step.plan = std::move(plan);
+    step.plan = MakePlan(chain.after, file, shownPath, Comparing::kInTurn);
     step.delivery = RunOnce(&file, chain.after);
     step.delivery.restarts = chain.restarts;
     if (step.delivery.Result() != "Reboot") {
