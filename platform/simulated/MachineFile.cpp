@@ -662,6 +662,19 @@ constexpr auto kFields<Machine> =
 
 }  // namespace
 
+const char* ExpectedInstead(std::string_view field, const std::string& text) {
+  const Meaning* const meaning = MeaningOf(field);
+  return meaning == nullptr || meaning->holds(text) ? nullptr : meaning->description;
+}
+
+std::vector<DirectoryDomain> ParseDirectory(const std::string& text, const std::string& fileName,
+                                            const Encoder& encode) {
+  const nlohmann::json document = ParseDocument(text, fileName, encode);
+  Directory directory;
+  Codec<Directory>::Read(Cursor(document, fileName), directory);
+  return std::move(directory.domains);
+}
+
 Machine ParseMachine(const std::string& text, const std::string& fileName, const Encoder& encode) {
   nlohmann::json document = ParseDocument(text, fileName, encode);
   const Cursor root(document, fileName);

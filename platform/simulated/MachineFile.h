@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/simulated/Json.h"
 #include "platform/simulated/Machine.h"
@@ -27,6 +28,14 @@ using Encoder = std::function<std::optional<std::string>(std::string_view text)>
 /// `MachineFileError`.
 Machine ParseMachine(const std::string& text, const std::string& fileName,
                      const Encoder& encode = nullptr);
+
+/// The same for a document that is a machine file's `directory`.
+std::vector<DirectoryDomain> ParseDirectory(const std::string& text, const std::string& fileName,
+                                            const Encoder& encode = nullptr);
+
+/// What a field of machine files ("mac_address", of a list each item) should hold when it cannot
+/// hold this text: "a MAC address such as ..."; null when it can.
+const char* ExpectedInstead(std::string_view field, const std::string& text);
 
 /// The machine file that `ParseMachine` reads back as this machine, secrets included; its journal
 /// is not part of it. Bytes that are no UTF-8 are replaced. With `hideSecrets` passwords of

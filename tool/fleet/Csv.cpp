@@ -31,6 +31,13 @@ std::string_view TakeUpTo(std::string_view& text, std::string_view ends) {
   return taken;
 }
 
+/// Takes one off the front of `text`; false when there is none.
+bool TakeLineEnd(std::string_view& text) {
+  const bool isThere = text.starts_with('\r') || text.starts_with('\n');
+  if (isThere) text.remove_prefix(text.starts_with("\r\n") ? 2 : 1);
+  return isThere;
+}
+
 }  // namespace
 
 CsvReader::CsvReader(std::string_view text) : rest_(text) {
@@ -42,10 +49,12 @@ CsvReader::CsvReader(std::string_view text) : rest_(text) {
 }
 
 std::optional<CsvRecord> CsvReader::Next() {
-  rest_.remove_prefix(std::min(rest_.find_first_not_of(kLineEnds), rest_.size()));
-  if (rest_.empty()) return std::nullopt;
   const std::string ends = std::string(kLineEnds) + separator_;
-  CsvRecord record;
+  CsvRecord record{number_, {}, {}};
+  do {
+    if (rest_.empty()) return std::nullopt;
+    ++record.number;
+  } while (TakeLineEnd(rest_));
   for (;;) {
     std::string& field = record.fields.emplace_back();
     const std::string place = "field " + std::to_string(record.fields.size());
@@ -60,9 +69,12 @@ std::optional<CsvRecord> CsvReader::Next() {
     } else if (!TakeUpTo(rest_, ends).empty() && record.fault.empty()) {
       record.fault = place + ": text after the closing quote";
     }
-    if (!rest_.starts_with(separator_)) return record;
+    if (!rest_.starts_with(separator_)) break;
     rest_.remove_prefix(1);
   }
+  TakeLineEnd(rest_);
+  number_ = record.number;
+  return record;
 }
 
 }  // namespace tool::fleet

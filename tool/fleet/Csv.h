@@ -11,6 +11,8 @@
 namespace tool::fleet {
 
 struct CsvRecord {
+  /// As spreadsheets count: the first line is row 1, and an empty line is a row.
+  std::size_t number = 0;
   std::vector<std::string> fields;
   /// What is wrong with it, for example "field 3: a quote is never closed"; empty for nothing.
   std::string fault;
@@ -28,6 +30,7 @@ class CsvReader {
 
  private:
   std::string_view rest_;
+  std::size_t number_ = 0;
   char separator_ = ',';
 };
 

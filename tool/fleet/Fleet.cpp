@@ -28,7 +28,6 @@ using fleet::Computer;
 using fleet::FleetReport;
 using fleet::InventoryRow;
 using fleet::Outcome;
-using simulated::Json;
 using simulated::Machine;
 
 /// Where the agent's file is.
@@ -41,10 +40,10 @@ constexpr std::size_t kProgressInterval = 50;
 
 constexpr char kFooter[] =
     R"(The inventory is a CSV with a header. The column "file" names the configuration file,
-"machine" a machine file. Instead of "machine" these columns describe the computer, over
-the machine of --machine: computer_name, workgroup, domain, and of its first adapter
-mac_address, pci_location (bus/device/function), ip_address, subnet_mask, gateway. Other
-columns are shown with their row. Paths are relative to the inventory.
+"machine" its machine file (default: that of --machine). These columns say what differs:
+computer_name, workgroup, domain, and of the first adapter mac_address, pci_location
+(bus/device/function), ip_address, subnet_mask, gateway. Other columns are shown with
+their row. Paths are relative to the inventory.
 
 --shard 2/8 takes the second of eight parts; "fleet --merge A.json B.json" joins the
 --json reports of the parts.
@@ -66,74 +65,55 @@ class InventoryRun {
   InventoryRun(const FleetOptions& options, FleetReport& report, const Streams& streams)
       : folder_(PathOf(options.files.front()).parent_path()), report_(report) {
     base_ = LoadMachine(options.machineFile, streams, options.files);
-    baseDocument_ = ParsedJson(PrintedMachine(base_));
-    if (!options.directory) return;
-    std::istringstream noInput;
-    const std::string text = ReadInput(*options.directory, noInput);
-    domains_ =
-        ReadMachine(R"({"schema": 1, "directory": )" + text + "}", *options.directory).domains;
+    if (options.directory) {
+      domains_ = ReadDirectory(ReadInput(*options.directory, streams.in), *options.directory);
+    }
   }
 
   void Add(const InventoryRow& row) {
     Computer computer;
     computer.row = row.number;
     computer.file = row.file;
-    computer.others = row.others;
-    if (!row.fault.empty()) {
-      report_.Blame(computer, Outcome::kBadRow, {row.fault, ""});
-    } else {
-      Rehearse(row, computer);
+    if (!row.others.empty()) computer.columns = PrintedJson(row.others, /*indented=*/false);
+    // What it comes to when the next step fails.
+    Outcome stage = Outcome::kBadRow;
+    try {
+      if (!row.fault.empty()) throw ToolError(row.fault);
+      stage = Outcome::kNoFile;
+      const std::string text = Read("file", row.file);
+      stage = Outcome::kNoMachine;
+      Machine machine = MachineOf(row);
+      stage = Outcome::kFails;
+      machine.PutFile(kPlace, text);
+      const RestartChain chain = FollowRestarts(machine, kPlace, row.file, kMostRestarts);
+      Tell(chain, computer);
+      Identify(chain.after, row.machine.empty(), computer);
+    } catch (const ToolError& error) {
+      report_.Blame(computer, stage, {error.Fault(), ""});
     }
     report_.computers.push_back(std::move(computer));
   }
 
  private:
   /// Throws ToolError.
-  std::string Read(const std::string& name) const {
-    std::istringstream noInput;
-    return ReadInput(NameOf(folder_ / PathOf(name)), noInput);
-  }
-
-  void Rehearse(const InventoryRow& row, Computer& computer) {
-    std::string text;
+  std::string Read(const char* what, const std::string& name) const {
     try {
-      text = Read(row.file);
+      std::istringstream noInput;
+      return ReadInput(NameOf(folder_ / PathOf(name)), noInput);
     } catch (const ToolError& error) {
-      report_.Blame(computer, Outcome::kNoFile, {"the file " + error.Fault(), ""});
-      return;
-    }
-    Machine machine;
-    try {
-      machine = MachineOf(row);
-    } catch (const ToolError& error) {
-      const bool isRow = row.machine.empty();
-      report_.Blame(computer, isRow ? Outcome::kBadRow : Outcome::kNoMachine, {error.Fault(), ""});
-      return;
-    }
-    machine.PutFile(kPlace, text);
-    try {
-      const RestartChain chain = FollowRestarts(machine, kPlace, row.file, kMostRestarts);
-      Tell(chain, computer);
-      Identify(chain.after, row.machine.empty(), computer);
-    } catch (const ToolError& error) {
-      report_.Blame(computer, Outcome::kFails, {error.Fault(), ""});
+      throw ToolError(std::string("the ") + what + " " + error.Fault());
     }
   }
 
   /// Throws ToolError.
   Machine MachineOf(const InventoryRow& row) const {
-    Machine machine;
-    if (!row.machine.empty()) {
-      machine = ReadMachine(Read(row.machine), row.machine);
-    } else if (row.facts.empty()) {
-      machine = base_;
-    } else {
-      Json document = baseDocument_;
-      for (const auto& [place, value] : row.facts) document[Json::json_pointer(place)] = value;
-      machine = ReadMachine(PrintedJson(document, /*indented=*/false),
-                            "row " + std::to_string(row.number));
+    Machine machine = base_;
+    if (!row.machine.empty()) machine = ReadMachine(Read("machine file", row.machine), row.machine);
+    if (domains_) {
+      machine.domains = *domains_;
+      machine.directoryIsNone = domains_->empty();
     }
-    if (!domains_.empty()) machine.domains = domains_;
+    for (const auto& [set, bytes] : row.facts) set(machine, bytes);
     return machine;
   }
 
@@ -181,21 +161,13 @@ class InventoryRun {
         computer.ipAddresses.insert(computer.ipAddresses.end(), adapter.ipAddresses.begin(),
                                     adapter.ipAddresses.end());
       }
-      const sys::PciLocation place =
-          sys::ParseLocationInformation(adapter.locationInformation.value_or(""));
-      if (place != sys::PciLocation{}) {
-        computer.pciLocations.push_back(std::to_string(place.bus) + "/" +
-                                        std::to_string(place.device) + "/" +
-                                        std::to_string(place.function));
-      }
     }
   }
 
   std::filesystem::path folder_;
   FleetReport& report_;
   Machine base_;
-  Json baseDocument_;
-  std::vector<simulated::DirectoryDomain> domains_;
+  std::optional<std::vector<simulated::DirectoryDomain>> domains_;
 };
 
 struct Shard {
@@ -279,9 +251,11 @@ int Fleet(const FleetOptions& options, const Streams& streams) {
   }
   const fleet::RollOut rollOut{options.atOnce.value_or(1), options.restartMinutes.value_or(3)};
   if (page) page->Commit(ReportPage(report, rollOut));
-  streams.out << (options.json
-                      ? ReportJson(report, rollOut)
-                      : ReportText(report, rollOut, Style(streams.color && !options.noColor)));
+  if (options.json) {
+    PrintJson(report, rollOut, streams.out);
+  } else {
+    streams.out << ReportText(report, rollOut, Style(streams.color && !options.noColor));
+  }
   return report.AllSettled() ? kDone : kFailed;
 }
 

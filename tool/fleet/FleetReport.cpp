@@ -3,8 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <iterator>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <queue>
+#include <span>
+#include <utility>
 
 #include "base/Numbers.h"
 #include "base/Pieces.h"
@@ -49,29 +53,34 @@ struct Summary {
   std::uint64_t minutes = 0;
 };
 
-/// Values that more than one computer has, in the order of the values.
-void AddDuplicates(const char* what, std::vector<std::pair<std::string_view, std::size_t>> claims,
-                   std::vector<Duplicate>* duplicates) {
-  std::sort(claims.begin(), claims.end());
+/// What more than one computer has of that which `valuesOf` finds, in the order of the values.
+template <class ValuesOf>
+void AddDuplicates(const char* what, const FleetReport& report, ValuesOf valuesOf,
+                   std::vector<Duplicate>& duplicates) {
+  std::vector<std::pair<std::string_view, const Computer*>> claims;
+  claims.reserve(report.computers.size());
+  for (const Computer& computer : report.computers) {
+    for (const std::string& value : valuesOf(computer)) claims.emplace_back(value, &computer);
+  }
+  // The computers stay in their order.
+  std::stable_sort(claims.begin(), claims.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  claims.erase(std::unique(claims.begin(), claims.end()), claims.end());
   for (auto first = claims.begin(); first != claims.end();) {
     const auto last = std::find_if(first, claims.end(),
                                    [&](const auto& claim) { return claim.first != first->first; });
-    Duplicate duplicate{what, first->first, {}};
-    for (; first != last; ++first) {
-      if (duplicate.rows.empty() || duplicate.rows.back() != first->second) {
-        duplicate.rows.push_back(first->second);
-      }
+    if (last - first > 1) {
+      Duplicate& duplicate = duplicates.emplace_back(Duplicate{what, first->first, {}});
+      std::transform(first, last, std::back_inserter(duplicate.rows),
+                     [](const auto& claim) { return claim.second->row; });
     }
-    if (duplicate.rows.size() > 1) duplicates->push_back(std::move(duplicate));
+    first = last;
   }
 }
 
 Summary Summarize(const FleetReport& report, const RollOut& rollOut) {
   Summary summary;
   for (const Cause& cause : report.causes) summary.causes.push_back({&cause});
-  std::vector<std::pair<std::string_view, std::size_t>> names;
-  std::vector<std::pair<std::string_view, std::size_t>> macs;
-  std::vector<std::pair<std::string_view, std::size_t>> addresses;
   // When each of the computers that are worked on at once is done; the next one takes its place.
   std::priority_queue<std::uint64_t, std::vector<std::uint64_t>, std::greater<>> done;
   std::uint64_t end = 0;
@@ -82,11 +91,6 @@ Summary Summarize(const FleetReport& report, const RollOut& rollOut) {
     if (computer.outcome != Outcome::kSettled) {
       CountedCause& cause = summary.causes[computer.cause];
       if (++cause.count <= kRowsOfACause) cause.rows.push_back(computer.row);
-    }
-    if (!computer.computerName.empty()) names.emplace_back(computer.computerName, computer.row);
-    for (const std::string& mac : computer.macAddresses) macs.emplace_back(mac, computer.row);
-    for (const std::string& address : computer.ipAddresses) {
-      addresses.emplace_back(address, computer.row);
     }
     std::uint64_t time = computer.pauseMs;
     time += std::uint64_t{computer.restarts} * rollOut.restartMinutes * kMinute;
@@ -101,9 +105,20 @@ Summary Summarize(const FleetReport& report, const RollOut& rollOut) {
   std::sort(summary.causes.begin(), summary.causes.end(), [](const auto& left, const auto& right) {
     return left.count != right.count ? left.count > right.count : left.rows < right.rows;
   });
-  AddDuplicates("computer name", std::move(names), &summary.duplicates);
-  AddDuplicates("MAC address", std::move(macs), &summary.duplicates);
-  AddDuplicates("IP address", std::move(addresses), &summary.duplicates);
+  AddDuplicates(
+      "computer name", report,
+      [](const Computer& computer) {
+        const std::string& name = computer.computerName;
+        return std::span(&name, name.empty() ? 0 : 1);
+      },
+      summary.duplicates);
+  AddDuplicates(
+      "MAC address", report,
+      [](const Computer& computer) { return std::span(computer.macAddresses); },
+      summary.duplicates);
+  AddDuplicates(
+      "IP address", report,
+      [](const Computer& computer) { return std::span(computer.ipAddresses); }, summary.duplicates);
   return summary;
 }
 
@@ -133,37 +148,54 @@ std::string RollOutText(const Summary& summary, const RollOut& rollOut) {
          std::to_string(rollOut.restartMinutes) + " min for a restart";
 }
 
-std::string OthersText(const Computer& computer) {
+Json ColumnsOf(const Computer& computer) {
+  return computer.columns.empty() ? Json::object() : ParsedJson(computer.columns);
+}
+
+std::string ColumnsText(const Computer& computer) {
   std::string text;
-  for (const auto& [column, cell] : computer.others) {
-    if (!cell.empty()) text += (text.empty() ? "" : ", ") + column + " " + cell;
+  const Json columns = ColumnsOf(computer);
+  for (const auto& [column, cell] : columns.items()) {
+    if (cell != "") text += (text.empty() ? "" : ", ") + column + " " + cell.get<std::string>();
   }
   return Printable(text);
 }
 
-Json ToJson(const Computer& computer, const FleetReport& report) {
-  const bool settled = computer.outcome == Outcome::kSettled;
-  Json json{{"row", computer.row},
-            {"file", computer.file},
-            {"outcome", TextOf(computer.outcome)},
-            {"restarts", computer.restarts},
-            {"pause_ms", computer.pauseMs},
-            {"cause", settled ? Json() : Json(report.causes[computer.cause].text)},
-            {"computer_name", computer.computerName},
-            {"mac_addresses", computer.macAddresses},
-            {"ip_addresses", computer.ipAddresses},
-            {"pci_locations", computer.pciLocations},
-            {"columns", Json::object()}};
-  for (const auto& [column, cell] : computer.others) json["columns"][column] = cell;
-  return json;
+/// A list of the text and the page; its last column says which rows.
+struct List {
+  const char* heading;
+  std::vector<const char*> columns;
+  /// Between the first two columns of the text.
+  const char* joint;
+  std::vector<std::vector<std::string>> rows;
+};
+
+std::array<List, 2> ListsOf(const Summary& summary) {
+  List causes{"Causes", {"Computers", "Cause", "Where"}, " x ", {}};
+  for (const CountedCause& cause : summary.causes) {
+    causes.rows.push_back(
+        {std::to_string(cause.count), CauseText(*cause.cause), RowsText(cause.rows, cause.count)});
+  }
+  List duplicates{"Duplicates", {"What", "Value", "Where"}, " ", {}};
+  for (const Duplicate& duplicate : summary.duplicates) {
+    duplicates.rows.push_back({duplicate.what, Printable(duplicate.value),
+                               RowsText(duplicate.rows, duplicate.rows.size())});
+  }
+  return {causes, duplicates};
 }
 
-/// What `element` makes of each item, side by side.
-template <class Items, class Element>
-std::string Joined(const Items& items, Element element) {
-  std::string text;
-  for (const auto& item : items) text += element(item);
-  return text;
+Json ToJson(const Computer& computer, const FleetReport& report) {
+  const bool settled = computer.outcome == Outcome::kSettled;
+  return {{"row", computer.row},
+          {"file", computer.file},
+          {"outcome", TextOf(computer.outcome)},
+          {"restarts", computer.restarts},
+          {"pause_ms", computer.pauseMs},
+          {"cause", settled ? Json() : Json(report.causes[computer.cause].text)},
+          {"computer_name", computer.computerName},
+          {"mac_addresses", computer.macAddresses},
+          {"ip_addresses", computer.ipAddresses},
+          {"columns", ColumnsOf(computer)}};
 }
 
 }  // namespace
@@ -199,31 +231,26 @@ std::string ReportText(const FleetReport& report, const RollOut& rollOut, const 
     for (std::size_t i = 0; i < std::min(count, kMostLines); ++i) text += "  " + line(i) + "\n";
     if (count > kMostLines) text += "  and " + std::to_string(count - kMostLines) + " more\n";
   };
-  list("Causes", summary.causes.size(), [&](std::size_t i) {
-    const CountedCause& cause = summary.causes[i];
-    return std::to_string(cause.count) + " x " + CauseText(*cause.cause) + ": " +
-           RowsText(cause.rows, cause.count);
-  });
-  list("Duplicates", summary.duplicates.size(), [&](std::size_t i) {
-    const Duplicate& duplicate = summary.duplicates[i];
-    return std::string(duplicate.what) + " " + Printable(duplicate.value) + ": " +
-           RowsText(duplicate.rows, duplicate.rows.size());
-  });
+  for (const List& each : ListsOf(summary)) {
+    list(each.heading, each.rows.size(), [&](std::size_t i) {
+      return each.rows[i][0] + each.joint + each.rows[i][1] + ": " + each.rows[i][2];
+    });
+  }
   std::vector<const Computer*> open;
   for (const Computer& computer : report.computers) {
     if (computer.outcome != Outcome::kSettled) open.push_back(&computer);
   }
   list("Not settled", open.size(), [&](std::size_t i) {
     const Computer& computer = *open[i];
-    const std::string others = OthersText(computer);
+    const std::string columns = ColumnsText(computer);
     return "row " + std::to_string(computer.row) + "  " + Printable(computer.file) + "  " +
            style.Bad(TextOf(computer.outcome)) + ": " + CauseText(report.causes[computer.cause]) +
-           (others.empty() ? "" : "  (" + others + ")");
+           (columns.empty() ? "" : "  (" + columns + ")");
   });
   return text + "\n" + style.Heading("Roll-out") + "\n  " + RollOutText(summary, rollOut) + "\n";
 }
 
-std::string ReportJson(const FleetReport& report, const RollOut& rollOut) {
+void PrintJson(const FleetReport& report, const RollOut& rollOut, std::ostream& out) {
   const Summary summary = Summarize(report, rollOut);
   Json json{{"schema", 1}, {"rows", report.computers.size()}};
   for (std::size_t i = 0; i < kOutcomes.size(); ++i) {
@@ -248,51 +275,40 @@ std::string ReportJson(const FleetReport& report, const RollOut& rollOut) {
   // A document of all computers at once would need many times their memory.
   std::string text = PrintedJson(json);
   text.resize(text.size() - 3);
-  text += ",\n  \"computers\": [";
+  out << text << ",\n  \"computers\": [";
+  const char* separator = "\n    ";
   for (const Computer& computer : report.computers) {
-    text += &computer == report.computers.data() ? "\n    " : ",\n    ";
-    text += PrintedJson(ToJson(computer, report), /*indented=*/false);
+    text = PrintedJson(ToJson(computer, report), /*indented=*/false);
     text.pop_back();
+    out << std::exchange(separator, ",\n    ") << text;
   }
-  return text + "\n  ]\n}\n";
+  out << "\n  ]\n}\n";
 }
 
 std::string ReportPage(const FleetReport& report, const RollOut& rollOut) {
   const Summary summary = Summarize(report, rollOut);
-  std::vector<std::vector<std::string>> outcomes;
+  std::vector<std::vector<std::string>> rows;
   for (std::size_t i = 0; i < kOutcomes.size(); ++i) {
-    outcomes.push_back({kOutcomes[i], std::to_string(summary.outcomes[i])});
+    rows.push_back({kOutcomes[i], std::to_string(summary.outcomes[i])});
   }
-  std::vector<std::vector<std::string>> causes;
-  for (const CountedCause& cause : summary.causes) {
-    causes.push_back({std::to_string(cause.count), Escaped(CauseText(*cause.cause)),
-                      RowsText(cause.rows, cause.count)});
+  std::string body = Table({"Outcome", "Computers"}, rows);
+  for (List& list : ListsOf(summary)) {
+    if (list.rows.empty()) continue;
+    for (std::vector<std::string>& row : list.rows) row[1] = Escaped(row[1]);
+    body += Element("h2", "", list.heading) + Table(list.columns, list.rows);
   }
-  std::vector<std::vector<std::string>> duplicates;
-  for (const Duplicate& duplicate : summary.duplicates) {
-    duplicates.push_back(
-        {duplicate.what, Shown(duplicate.value), RowsText(duplicate.rows, duplicate.rows.size())});
-  }
-  std::vector<std::vector<std::string>> computers;
+  rows.clear();
   for (const Computer& computer : report.computers) {
     const bool settled = computer.outcome == Outcome::kSettled;
-    computers.push_back({std::to_string(computer.row), Shown(computer.file),
-                         Shown(computer.computerName),
-                         Element("span", settled ? "good" : "bad", TextOf(computer.outcome)),
-                         std::to_string(computer.restarts),
-                         settled ? "" : Escaped(CauseText(report.causes[computer.cause])),
-                         Escaped(OthersText(computer))});
+    rows.push_back({std::to_string(computer.row), Shown(computer.file),
+                    Shown(computer.computerName),
+                    Element("span", settled ? "good" : "bad", TextOf(computer.outcome)),
+                    std::to_string(computer.restarts),
+                    settled ? "" : Escaped(CauseText(report.causes[computer.cause])),
+                    Escaped(ColumnsText(computer))});
   }
-  std::string body = Table({"Outcome", "Computers"}, outcomes);
-  if (!causes.empty()) {
-    body += Element("h2", "", "Causes") + Table({"Computers", "Cause", "Where"}, causes);
-  }
-  if (!duplicates.empty()) {
-    body += Element("h2", "", "Duplicates") + Table({"What", "Value", "Where"}, duplicates);
-  }
-  body +=
-      Element("h2", "", "Computers") +
-      Table({"Row", "File", "Name", "Outcome", "Restarts", "Cause", "Other columns"}, computers);
+  body += Element("h2", "", "Computers") +
+          Table({"Row", "File", "Name", "Outcome", "Restarts", "Cause", "Other columns"}, rows);
   return Page("Fleet of " + base::Counted(report.computers.size(), "computer"),
               Paragraph("soft", RollOutText(summary, rollOut)), body);
 }
@@ -316,9 +332,8 @@ void Merge(const std::string& name, const std::string& json, FleetReport* report
       computer.computerName = row.at("computer_name");
       row.at("mac_addresses").get_to(computer.macAddresses);
       row.at("ip_addresses").get_to(computer.ipAddresses);
-      row.at("pci_locations").get_to(computer.pciLocations);
-      for (const auto& [column, cell] : row.at("columns").items())
-        computer.others.emplace_back(column, cell);
+      const Json& columns = row.at("columns");
+      if (!columns.empty()) computer.columns = PrintedJson(columns, /*indented=*/false);
       const auto outcome =
           std::find(kOutcomes.begin(), kOutcomes.end(), row.at("outcome").get<std::string>());
       if (outcome == kOutcomes.end())

@@ -3,10 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <deque>
+#include <iosfwd>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 #include "tool/io/Text.h"
@@ -44,13 +43,14 @@ struct Computer {
   std::string computerName;
   std::vector<std::string> macAddresses;
   std::vector<std::string> ipAddresses;
-  std::vector<std::string> pciLocations;
-  /// Columns of the inventory that mean nothing here.
-  std::vector<std::pair<std::string, std::string>> others;
+  /// Columns of the inventory that mean nothing here, as a JSON object, which is the smallest;
+  /// empty for none.
+  std::string columns;
 };
 
 struct FleetReport {
-  std::vector<Computer> computers;
+  /// No vector, which holds twice as many while it grows.
+  std::deque<Computer> computers;
   std::vector<Cause> causes;
 
   /// The computer did not settle, for this cause.
@@ -66,7 +66,7 @@ struct RollOut {
 };
 
 std::string ReportText(const FleetReport& report, const RollOut& rollOut, const Style& style);
-std::string ReportJson(const FleetReport& report, const RollOut& rollOut);
+void PrintJson(const FleetReport& report, const RollOut& rollOut, std::ostream& out);
 /// A page that needs no network.
 std::string ReportPage(const FleetReport& report, const RollOut& rollOut);
 

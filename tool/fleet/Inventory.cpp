@@ -3,59 +3,93 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <utility>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
+#include "platform/simulated/MachineFile.h"
+#include "tool/io/CodePage.h"
 #include "tool/io/ToolError.h"
 
 namespace tool::fleet {
 namespace {
 
 using simulated::Json;
+using simulated::Machine;
 
-Json Text(const std::string& cell) { return cell; }
-Json List(const std::string& cell) { return Json::array({cell}); }
-Json Off(const std::string&) { return false; }
-Json Workgroup(const std::string& cell) { return {{"workgroup", cell}}; }
-/// The flat name is mostly the first label.
-Json Domain(const std::string& cell) {
+simulated::Adapter& FirstAdapter(Machine& machine) {
+  if (machine.adapters.empty()) machine.adapters.emplace_back();
+  return machine.adapters.front();
+}
+
+void SetDomain(Machine& machine, const std::string& cell) {
+  // The flat name is mostly the first label.
   std::string flat = cell.substr(0, cell.find('.'));
   base::ToUpper(flat);
-  return {{"domain", {{"dns_name", cell}, {"flat_name", flat}}}};
-}
-Json Location(const std::string& cell) {
-  const std::vector<std::string> numbers = base::Split(cell, "/");
-  if (numbers.size() != 3) return cell;
-  return "PCI bus " + numbers[0] + ", device " + numbers[1] + ", function " + numbers[2];
+  machine.membership = simulated::DomainMembership{cell, flat};
 }
 
-/// What a column says, and where that goes in a machine file. An adapter is the machine's first.
-constexpr struct {
-  std::string_view column;
-  const char* place;
-  Json (*value)(const std::string& cell);
-} kColumns[] = {
-    {"computer_name", "/computer_name", Text},
-    {"workgroup", "/membership", Workgroup},
-    {"domain", "/membership", Domain},
-    {"mac_address", "/adapters/0/mac_address", Text},
-    {"pci_location", "/adapters/0/location_information", Location},
-    {"ip_address", "/adapters/0/ip_addresses", List},
-    {"ip_address", "/adapters/0/dhcp_enabled", Off},
-    {"subnet_mask", "/adapters/0/subnet_masks", List},
-    {"gateway", "/adapters/0/gateways", List},
+void SetLocation(Machine& machine, const std::string& cell) {
+  const std::vector<std::string> numbers = base::Split(cell, "/");
+  FirstAdapter(machine).locationInformation =
+      "PCI bus " + numbers[0] + ", device " + numbers[1] + ", function " + numbers[2];
+}
+
+void SetAddress(Machine& machine, const std::string& cell) {
+  FirstAdapter(machine).ipAddresses = {cell};
+  FirstAdapter(machine).dhcpEnabled = false;
+}
+
+/// A column that says something of the machine. What it means is that of a machine file's field,
+/// except where that is empty.
+struct Column {
+  std::string_view name;
+  std::string_view field;
+  void (*set)(Machine& machine, const std::string& cell);
 };
+constexpr Column kColumns[] = {
+    {"computer_name", "computer_name",
+     [](Machine& machine, const std::string& cell) { machine.computerName = cell; }},
+    {"workgroup", "membership",
+     [](Machine& machine, const std::string& cell) {
+       machine.membership = simulated::WorkgroupMembership{cell};
+     }},
+    {"domain", "membership", SetDomain},
+    {"mac_address", "mac_address",
+     [](Machine& machine, const std::string& cell) { FirstAdapter(machine).macAddress = cell; }},
+    {"pci_location", "", SetLocation},
+    {"ip_address", "ip_addresses", SetAddress},
+    {"subnet_mask", "subnet_masks",
+     [](Machine& machine, const std::string& cell) { FirstAdapter(machine).subnetMasks = {cell}; }},
+    {"gateway", "gateways",
+     [](Machine& machine, const std::string& cell) { FirstAdapter(machine).gateways = {cell}; }},
+};
+
+/// Why the cell cannot stand in the column; empty when it can.
+std::string FaultOf(const Column& column, const std::string& cell) {
+  const char* expected = simulated::ExpectedInstead(column.field, cell);
+  if (column.name == "pci_location") {
+    const std::vector<std::string> numbers = base::Split(cell, "/");
+    const bool areNumbers = std::all_of(numbers.begin(), numbers.end(), [](const auto& number) {
+      return base::ParseWhole<std::uint16_t>(number).has_value();
+    });
+    if (numbers.size() != 3 || !areNumbers) expected = "bus/device/function such as 0/25/0";
+  }
+  return expected != nullptr ? std::string("expected ") + expected : "";
+}
 
 }  // namespace
 
 Inventory::Inventory(const std::string& name, std::string_view text) : reader_(text) {
   const std::optional<CsvRecord> header = reader_.Next();
   if (!header) throw ToolError(name, "is empty", "begin with a row of column names");
-  if (!header->fault.empty()) throw ToolError(name, "row 1, " + header->fault, "mend the header");
+  const std::string row = "row " + std::to_string(header->number) + ", ";
+  if (!header->fault.empty()) throw ToolError(name, row + header->fault, "mend the header");
   for (const std::string& field : header->fields) {
     const std::string column(base::Trimmed(field));
-    if (std::find(header_.begin(), header_.end(), column) != header_.end()) {
+    if (!column.empty() && std::find(header_.begin(), header_.end(), column) != header_.end()) {
       throw ToolError(name, "has the column \"" + column + "\" twice", "remove one of them");
     }
     header_.push_back(column);
@@ -67,34 +101,40 @@ Inventory::Inventory(const std::string& name, std::string_view text) : reader_(t
 }
 
 std::optional<InventoryRow> Inventory::Next() {
-  std::optional<CsvRecord> record = reader_.Next();
+  const std::optional<CsvRecord> record = reader_.Next();
   if (!record) return std::nullopt;
-  InventoryRow row;
-  row.number = ++number_;
-  row.fault = record->fault;
+  InventoryRow row{record->number, record->fault, {}, {}, {}, Json::object()};
   if (row.fault.empty() && record->fields.size() != header_.size()) {
     row.fault = base::Counted(record->fields.size(), "field") + " where the header has " +
                 std::to_string(header_.size());
   }
+  const auto blame = [&](const std::string& column, const std::string& fault) {
+    if (row.fault.empty() && !fault.empty()) row.fault = "column " + column + ": " + fault;
+  };
+  bool hasMembership = false;
   const std::size_t fields = std::min(record->fields.size(), header_.size());
   for (std::size_t i = 0; i < fields; ++i) {
     const std::string cell(base::Trimmed(record->fields[i]));
-    const std::string& column = header_[i];
-    if (column == "file") {
+    const std::string& name = header_[i];
+    const Column* const column =
+        base::FindIn(kColumns, [&](const Column& known) { return known.name == name; });
+    if (name == "file") {
       row.file = cell;
-    } else if (column == "machine") {
+      if (cell.empty()) blame(name, "is empty");
+    } else if (name == "machine") {
       row.machine = cell;
-    } else {
-      bool isFact = false;
-      for (const auto& [name, place, value] : kColumns) {
-        if (name != column) continue;
-        isFact = true;
-        if (!cell.empty()) row.facts.emplace_back(place, value(cell));
+    } else if (column == nullptr) {
+      if (!name.empty()) row.others[name] = cell;
+    } else if (!cell.empty()) {
+      const std::optional<std::string> bytes = FromUtf8(cell);
+      if (!bytes) blame(name, "cannot be written in the machine's code page");
+      blame(name, FaultOf(*column, bytes.value_or("")));
+      if (column->field == "membership" && std::exchange(hasMembership, true)) {
+        blame(name, "the row has a workgroup and a domain");
       }
-      if (!isFact) row.others.emplace_back(column, cell);
+      row.facts.emplace_back(column->set, bytes.value_or(""));
     }
   }
-  if (row.fault.empty() && row.file.empty()) row.fault = "column file: is empty";
   return row;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/simulated/Json.h"
+#include "platform/simulated/Machine.h"
 #include "tool/fleet/Csv.h"
 
 namespace tool::fleet {
@@ -22,10 +23,10 @@ struct InventoryRow {
   std::string file;
   /// A machine file; empty for the base machine.
   std::string machine;
-  /// What the row says of the base machine: places in a machine file, and their values.
-  std::vector<std::pair<const char*, simulated::Json>> facts;
-  /// Columns that mean nothing here, in their order.
-  std::vector<std::pair<std::string, std::string>> others;
+  /// What the row says of its machine: bytes of the machine's code page, and what puts them there.
+  std::vector<std::pair<void (*)(simulated::Machine&, const std::string&), std::string>> facts;
+  /// Columns that mean nothing here with their cells, an object.
+  simulated::Json others;
 };
 
 class Inventory {
@@ -40,7 +41,6 @@ class Inventory {
  private:
   CsvReader reader_;
   std::vector<std::string> header_;
-  std::size_t number_ = 1;
 };
 
 }  // namespace tool::fleet

@@ -11,12 +11,26 @@ namespace tool {
 
 using simulated::Machine;
 
-Machine ReadMachine(const std::string& text, const std::string& fileName) {
+namespace {
+
+template <class Parse>
+auto Read(Parse parse, const std::string& text, const std::string& fileName) {
   try {
-    return simulated::ParseMachine(text, fileName, FromUtf8);
+    return parse(text, fileName, FromUtf8);
   } catch (const simulated::MachineFileError& error) {
     throw ToolError(error.what());
   }
+}
+
+}  // namespace
+
+Machine ReadMachine(const std::string& text, const std::string& fileName) {
+  return Read(simulated::ParseMachine, text, fileName);
+}
+
+std::vector<simulated::DirectoryDomain> ReadDirectory(const std::string& text,
+                                                      const std::string& fileName) {
+  return Read(simulated::ParseDirectory, text, fileName);
 }
 
 std::string PrintedMachine(const Machine& machine, bool hideSecrets) {

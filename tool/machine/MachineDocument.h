@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "platform/simulated/Json.h"
 #include "platform/simulated/Machine.h"
@@ -10,6 +11,10 @@ namespace tool {
 
 /// Throws ToolError; a text that the code page cannot hold is refused with its place.
 simulated::Machine ReadMachine(const std::string& text, const std::string& fileName);
+
+/// The same of a document that is a machine file's `directory`.
+std::vector<simulated::DirectoryDomain> ReadDirectory(const std::string& text,
+                                                      const std::string& fileName);
 
 /// The machine file. With `hideSecrets` as it may be shown.
 std::string PrintedMachine(const simulated::Machine& machine, bool hideSecrets = false);
