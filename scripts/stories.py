@@ -16,7 +16,8 @@ lists what differs from the tool's built-in example: objects are merged into it,
 index, null takes a field away, and anything else replaces what was there.
 
 In a document a console block is indented by four blanks, no exit code is shown, and "$ cat NAME" with
-what follows makes that file, unless it is there.
+what follows makes that file, unless it is there. Then the "- run: " lines of its workflows run, once
+for each value of the matrix that they name; one that ends with another exit code than 0 and 1 differs.
 """
 
 import argparse
@@ -32,6 +33,7 @@ import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 BLOCK = re.compile(r"(?:^    \$ .*\n)(?:^    .*\n|^\n(?=    ))*", re.MULTILINE)
+RUN = re.compile(r"^( *- run: )(.*)$", re.MULTILINE)
 
 
 def merged(base, change):
@@ -113,7 +115,17 @@ class Runner:
             now = self.transcript(console.rstrip("\n") + "\n", folder, is_document=True)
             return re.sub(r"^(?=.)", "    ", now, flags=re.MULTILINE)
 
-        return BLOCK.sub(block, text)
+        def step(match):
+            name = re.search(r"\$\{\{ matrix\.(\w+) \}\}", match[2])
+            values = re.search(rf"^ +{name[1]}: \[(.*)\]$", text, re.MULTILINE)[1] if name else ""
+            for value in values.split(", "):
+                line = match[2].replace(name[0], value) if name else match[2]
+                printed, ending = self.run(line, folder)
+                if ending not in ("", "[exit code 1]\n"):
+                    return match[0] + "\n" + printed + ending
+            return match[0]
+
+        return RUN.sub(step, BLOCK.sub(block, text))
 
     def now(self, path):
         text = path.read_bytes().decode("utf-8", "surrogateescape")
