@@ -35,6 +35,7 @@ touch 'my pc.cfg' my-pc.json
 expect 'check' ch
 expect '--help' --h
 expect '--sarif' check --sa
+expect '--fix' check --fi
 expect '--message' simulate file.cfg --mess
 expect 'prep-for-image' simulate --message p
 expect 'my pc.cfg my-pc.json' check my

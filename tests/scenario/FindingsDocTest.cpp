@@ -2,14 +2,17 @@
 // yields it, and the mended example yields nothing.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "base/LetterCase.h"
 #include "tests/support/ToolTest.h"
 #include "tool/check/FindingTable.h"
 
@@ -85,8 +88,9 @@ std::map<std::string, Example> ReadDoc() {
 
 class FindingsDocTest : public support::ToolTest {
  protected:
-  Codes CodesFor(const Example& example, char sign) {
-    std::vector<std::string> arguments{"check", "--json"};
+  /// Checks the faulty or the mended texts of an example.
+  void Check(const Example& example, char sign, const char* option) {
+    std::vector<std::string> arguments{"check", option};
     for (const Block& block : example.blocks) {
       const std::string text = SideOf(block, sign);
       const bool isMachine = text.starts_with('{');
@@ -95,6 +99,10 @@ class FindingsDocTest : public support::ToolTest {
       arguments.push_back(Write(number + (isMachine ? ".json" : ".cfg"), text));
     }
     Run(arguments);
+  }
+
+  Codes CodesFor(const Example& example, char sign) {
+    Check(example, sign, "--json");
     EXPECT_EQ(err_, "");
     Codes codes;
     const auto report = support::Json::parse(out_);
@@ -124,6 +132,40 @@ TEST_F(FindingsDocTest, EveryExampleYieldsItsOwnFindingUntilItIsMended) {
       EXPECT_EQ(CodesFor(example, '+'), Codes{}) << "mended";
     }
   }
+}
+
+TEST_F(FindingsDocTest, TheExamplesThatAreFixedAreNamed) {
+  Codes fixed;
+  for (const auto& [code, example] : ReadDoc()) {
+    Check(example, '-', "--fix");
+    if (!out_.empty()) fixed.insert(code);
+  }
+  std::string doc = support::ReadText(kDoc);
+  const std::size_t begin = doc.find("`--fix` fixes the examples of ");
+  ASSERT_NE(begin, std::string::npos);
+  doc = doc.substr(begin, doc.find('.', begin) - begin);
+  Codes named;
+  for (std::size_t at = doc.find(" C"); at != std::string::npos; at = doc.find(" C", at + 1)) {
+    named.insert(doc.substr(at + 1, 4));
+  }
+  EXPECT_EQ(fixed, named);
+}
+
+TEST_F(FindingsDocTest, EveryRuleLeadsToItsHeading) {
+  // What a renderer of the document makes of a heading.
+  Codes anchors;
+  for (const auto& [code, example] : ReadDoc()) {
+    std::string anchor = std::regex_replace(example.heading.substr(4), std::regex("[^\\w -]"), "");
+    std::replace(anchor.begin(), anchor.end(), ' ', '-');
+    anchors.insert("docs/findings.md#" + base::Folded(anchor));
+  }
+  Run({"check", "--sarif", Write("a.cfg", "[Global]\nScheduleId=7\n")});
+  Codes led;
+  const auto report = support::Json::parse(out_);
+  for (const auto& rule : report["runs"][0]["tool"]["driver"]["rules"]) {
+    led.insert(rule["helpUri"].get<std::string>());
+  }
+  EXPECT_EQ(led, anchors);
 }
 
 }  // namespace

@@ -5,9 +5,12 @@
 #include <nlohmann/json.hpp>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 #include <vector>
 
+#include "base/LetterCase.h"
+#include "base/Pieces.h"
 #include "common/err/GeneralError.h"
 #include "common/logging/NullLogSink.h"
 #include "handlers/internal/ConfigFile.h"
@@ -23,6 +26,7 @@
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/Conversation.h"
 #include "tool/check/DesiredState.h"
+#include "tool/check/Fix.h"
 #include "tool/plan/PlanOutput.h"
 #include "tool/plan/QueuePlan.h"
 
@@ -360,6 +364,91 @@ TEST(Property, TheAnalysisLosesNothingAndKeepsTheOrder) {
     const bool joinFirst = file.FindValue("Networking", "JoinDomainBeforeNameChange").has_value();
     ASSERT_EQ(rules.Broken(builder, joinFirst), "");
     if (!builder.Commands().empty()) ++*analysed;
+  });
+}
+
+// ---- Fixing -------------------------------------------------------------------------------------
+
+/// The line with a fault such as people make.
+std::string Faulty(Generator& any, std::string line) {
+  const std::size_t equals = line.find('=');
+  const std::size_t middle = std::min(equals, line.size()) / 2;
+  switch (any.Below(8)) {
+    case 0:
+      if (middle > 0) std::swap(line[middle], line[middle - 1]);
+      return line;
+    case 1:
+      return line + any.OneOf({" ; k\xF6ln", " # one", ";"});
+    case 2:
+      return equals < line.size() ? line.insert(equals + 1, "\"") + "\"" : line;
+    case 3:
+      return line + "\n" + line;
+    case 4:
+      return line.substr(line.starts_with('[') ? 1 : 0);
+    case 5:
+      return line.substr(0, line.size() - 1);
+    case 6:
+      return equals < line.size() ? line.replace(equals, 1, any.OneOf({" ", ": "})) : line;
+    default:
+      return "  " + base::Folded(line);
+  }
+}
+
+std::string FaultyFile(Generator& any, const std::string& file) {
+  std::string text = any.Percent(10) ? "\xEF\xBB\xBF" : "";
+  const std::string end = any.Percent(50) ? "\r\n" : "\n";
+  for (const std::string& line : base::Split(file, "\n")) {
+    for (const std::string& part : base::Split(any.Percent(15) ? Faulty(any, line) : line, "\n")) {
+      text += part + end;
+    }
+  }
+  return any.Percent(30) ? text.substr(0, text.size() - end.size()) : text;
+}
+
+TEST(Property, AFixLeavesFewerFindingsAndTheRestOfTheFile) {
+  namespace check = tool::check;
+  ForEachCase([](Case& generated, std::uint32_t* fixed) {
+    const std::string text = FaultyFile(generated.any, generated.file);
+    Machine* const machine = generated.any.Percent(50) ? &generated.machine : nullptr;
+    SCOPED_TRACE(text);
+    const check::FileReport before = check::CheckText("pc.cfg", text, machine);
+    std::set<std::string> claimed;
+    const auto draft = check::FixText(before, machine, claimed);
+    if (before.text.empty()) return;
+    const auto codes = [](check::FileReport report) {
+      check::LeaveOutAllowed(report);
+      std::multiset<check::Code> all;
+      for (const check::Finding& finding : report.findings) all.insert(finding.code);
+      return all;
+    };
+    const check::FileReport after = check::CheckText("pc.cfg", draft.text, machine);
+    const auto left = codes(after);
+    const auto had = codes(before);
+    ASSERT_TRUE(std::includes(had.begin(), had.end(), left.begin(), left.end())) << draft.text;
+    ASSERT_EQ(left.size() == had.size(), draft.text == text);
+    ASSERT_EQ(check::FixText(after, machine, claimed).text, after.text) << "the second time";
+    const std::string diff = check::UnifiedDiff(before, draft);
+    ASSERT_EQ(diff.empty(), draft.text == text);
+    ASSERT_EQ(diff.find("ENCIPHERED"), std::string::npos) << diff;
+    const auto count = [&draft](const std::string& file, char c) {
+      return std::count(file.begin(), file.end(), c);
+    };
+    ASSERT_EQ(count(draft.text, '\xF6'), count(text, '\xF6')) << "comments are kept";
+    const auto returns = count(draft.text, '\r');
+    ASSERT_EQ(returns, count(text, '\r') != 0 ? count(draft.text, '\n') : 0);
+    // Every line that is not new is the one of the file, and they are in order.
+    const std::vector<std::string> lines = base::Split(text, "\n");
+    std::size_t last = 0;
+    std::istringstream stream(draft.text);
+    for (const std::size_t origin : draft.origins) {
+      std::string line;
+      std::getline(stream, line);
+      if (origin == 0) continue;
+      ASSERT_GT(origin, last);
+      ASSERT_EQ(lines.at(origin - 1), line);
+      last = origin;
+    }
+    if (draft.text != text) ++*fixed;
   });
 }
 

@@ -130,6 +130,7 @@ TEST_F(Secrets, NoReportOfTheToolShowsThem) {
       {"check", config},
       {"check", config, "--json"},
       {"check", config, "--sarif"},
+      {"check", config, "--fix"},
       {"roundtrip"},
       {"roundtrip", "--json"},
   };

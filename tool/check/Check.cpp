@@ -139,8 +139,8 @@ void RefuseOddCombinations(const CheckOptions& options) {
     throw ToolError("--write", "cannot change standard input", "name files only");
   }
   if (options.fix && !options.write && (options.json || options.sarif)) {
-    throw ToolError("--fix", "writes a difference where --json and --sarif write theirs",
-                    "add --write, or leave out one of them");
+    throw ToolError("--fix", "needs --write when --json or --sarif is given",
+                    "add it, or leave out the other");
   }
 }
 
