@@ -62,7 +62,10 @@ standard input:3:1: error: fec0::1 of the machine's adapter 7 is taken for the n
 standard input:11:1: error: the routes of "NicEntry2" and of "TCP/IP" both delete the route of the machine to 10.9.0.0: the second time that fails the run [C312]
 $ sh try none '[TCP/IP]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5|[NicEntry2]|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 10.0.0.1 0 5' | grep -v C50
 standard input:6:1: error: the routes of "NicEntry2" and of "TCP/IP" undo each other: one run adds all of them, the next one deletes them; the one to 10.2.0.0 is added twice [C312]
-$ for u in sales IT; do sh try placed "[Networking]|DSOrganizationalUnit=$u"; done  # there already, and a move
+$ for u in sales IT; do for f in '' 'Workgroup=False|DNSDomain=corp.example|'; do sh try placed "[Networking]|${f}DSOrganizationalUnit=$u"; done; done  # there already, and a move
 1 file checked: nothing found
-standard input:2:22: warning: no account is given for the move [C321]
+1 file checked: nothing found
+standard input:2:22: error: no account is given for the move [C512]
+  hint: add DomainUsername and DomainPassword; the directory moves nothing without them
+standard input:4:22: error: no account is given for the move [C512]
   hint: add DomainUsername and DomainPassword; the directory moves nothing without them

@@ -113,6 +113,8 @@ struct Identity {
   bool joinsDomain = false;
   /// To a unit, by no join.
   bool movesAccount = false;
+  /// A machine's directory has told so.
+  bool isMoveKnown = false;
   /// Known of a machine only.
   bool leavesDomain = false;
 };

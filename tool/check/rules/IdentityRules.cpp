@@ -122,7 +122,9 @@ void CheckOrganizationalUnit(const DesiredState& desired, Findings& findings) {
   if (desired.identity.IsWorkgroup()) {
     findings.AtValue(Code::kOuInWorkgroup, *ou, "a workgroup is joined: the unit is ignored");
   } else if (desired.identity.movesAccount && !hasAccount) {
-    findings.AtValue(Code::kMoveWithoutAccount, *ou, "no account is given for the move");
+    const bool fails = desired.identity.isMoveKnown;
+    findings.AtValue(fails ? Code::kJoinNeedsAccount : Code::kMoveWithoutAccount, *ou,
+                     "no account is given for the move", KindOf(Code::kMoveWithoutAccount).hint);
   }
 }
 

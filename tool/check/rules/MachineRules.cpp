@@ -332,17 +332,20 @@ void CompareIdentity(DesiredState& desired, Machine& machine) {
     identity.movesAccount = false;
     return;
   }
-  const std::string unit =
-      sys::BuildDn(current->dnsName, identity.section.Value(Key::kOrganizationalUnit));
-  if (const simulated::Computer* const account = machine.FindOwnAccount()) {
-    const bool isThere = base::SameText(account->dn.substr(account->dn.find(',') + 1), unit);
-    identity.movesAccount = identity.movesAccount && !isThere;
-  }
   identity.leavesDomain = identity.IsWorkgroup();
-  if (!identity.joinsDomain) return;
-  const std::string_view domain = identity.membershipName->FirstLine();
-  identity.joinsDomain =
-      !base::SameText(domain, current->dnsName) && !base::SameText(domain, current->flatName);
+  if (identity.joinsDomain) {
+    const std::string_view domain = identity.membershipName->FirstLine();
+    identity.joinsDomain =
+        !base::SameText(domain, current->dnsName) && !base::SameText(domain, current->flatName);
+  }
+  const std::string_view ou = identity.section.Value(Key::kOrganizationalUnit);
+  identity.movesAccount = !ou.empty() && !identity.IsWorkgroup() && !identity.joinsDomain;
+  const simulated::Computer* const account = machine.FindOwnAccount();
+  if (!identity.movesAccount || account == nullptr) return;
+  // As the command compares them.
+  identity.isMoveKnown = identity.movesAccount =
+      !base::SameText(sys::BuildDn(current->dnsName, sys::DnToOuPath(account->dn)),
+                      sys::BuildDn(current->dnsName, ou));
 }
 
 void CheckOnMachine(const DesiredState& desired, Machine& machine, Findings& findings) {
