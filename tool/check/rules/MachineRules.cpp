@@ -67,7 +67,7 @@ void CheckBothNames(const Pairing& pairing, const DesiredAdapter& adapter,
   pairing.findings.AtValue(Code::kTwoAdapters, *adapter.section->Find(Key::kMacAddress),
                            "this is adapter " + std::to_string(named->Index()) +
                                ", but the location is that of adapter " +
-                               std::to_string(located->Index()) + ", which is taken");
+                               std::to_string(located->Index()) + ", which is configured");
 }
 
 /// The machine may have the adapter all the same: only some are looked for.
