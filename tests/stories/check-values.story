@@ -59,6 +59,11 @@ standard input:8:1: error: "MAC" is not read [C104]
 standard input:9:1: error: section "TCP/IP2" is not read [C101]
   hint: did you mean [NicEntry2]?
 1 file checked: 6 errors
+$ printf '[Networking]\nMAC=1\n[TCP/IP]\nhostname=A\n' | orvanta-config check - | grep -e hint -e error:
+standard input:2:1: error: "MAC" is not read in section "Networking" [C105]
+  hint: move it to [TCP/IP] as MACAddress
+standard input:4:1: error: "hostname" is not read in section "TCP/IP" [C105]
+  hint: move it to [Networking] as ComputerName
 $ printf '[Networking]\nWorkgroup=True\nDNSDomain=corp.example\n' | orvanta-config check - | grep -e hint -e error:
 standard input:2:11: error: Workgroup is True, but "Domain" does not name the workgroup [C225]
   hint: write Workgroup=False to join the domain, or name the workgroup

@@ -71,13 +71,18 @@ constexpr std::pair<std::string_view, Key> kAliases[] = {{"MAC", Key::kMacAddres
                                                          {"SubnetMask", Key::kNetmask},
                                                          {"DefaultGateway", Key::kGateway}};
 
+const base::KnownKey* MeantBy(std::string_view key) {
+  for (const auto& [alias, meant] : kAliases) {
+    if (base::SameText(alias, key)) return &RowOf(meant);
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 std::optional<std::string> NearestKey(SectionKind section, std::string_view key) {
-  for (const auto& [alias, meant] : kAliases) {
-    if (base::SameText(alias, key) && RowOf(meant).section == section) {
-      return std::string(NameOf(meant));
-    }
+  if (const auto* const meant = MeantBy(key); meant != nullptr && meant->section == section) {
+    return std::string(meant->name);
   }
   const std::string_view name = WithoutNumber(key);
   const auto nearest = base::Nearest(name, KeysOf(section));
@@ -91,12 +96,13 @@ std::optional<std::string> NearestKey(SectionKind section, std::string_view key)
 
 namespace {
 
-/// The kind of another section in which the key is known.
+/// The kind of section in which the key is known, or the one that is meant by it.
 std::optional<SectionKind> HomeOf(std::string_view key) {
   for (const base::KnownSection& known : base::kKnownSections) {
     if (MatchKey(known.kind, key)) return known.kind;
   }
-  return std::nullopt;
+  const auto* const meant = MeantBy(key);
+  return meant != nullptr ? std::optional(meant->section) : std::nullopt;
 }
 
 bool HoldsAdapterKeys(const Section& section) {
@@ -128,11 +134,12 @@ void CheckUnknownSection(const Document& document, const Section& section, Findi
 void CheckUnknownKey(const Document& document, const Section& section, const PlacedEntry& entry,
                      Findings& findings) {
   const std::string name = Quoted(document.ShownKey(entry));
-  if (const auto home = HomeOf(entry.key)) {
+  if (const auto home = HomeOf(entry.key); home && *home != section.kind) {
+    const auto* const meant = MeantBy(entry.key);
     const std::string own(NameOf(*home));
-    findings.AtKey(Code::kKeyOfAnotherSection, entry,
-                   name + " is not read in section " + Quoted(section.name),
-                   "move it to [" + own + "]");
+    findings.AtKey(
+        Code::kKeyOfAnotherSection, entry, name + " is not read in section " + Quoted(section.name),
+        "move it to [" + own + "]" + (meant != nullptr ? " as " + std::string(meant->name) : ""));
   } else if (const auto nearest = NearestKey(section.kind, entry.key)) {
     findings.AtKey(Code::kMisspelledKey, entry, name + " is not read",
                    "did you mean " + *nearest + "?");
