@@ -138,14 +138,22 @@ bool IsDomainName(std::string_view name) {
   return true;
 }
 
+/// The text is in UTF-8 and would be read right only as that.
+bool IsUtf8Only(std::string_view text) { return base::IsUtf8(text) && ToUtf8(text) != text; }
+
+void AddBadName(const Value& value, const Item& name) {
+  // What is read as other letters is not repeated.
+  const std::string shown = IsUtf8Only(name.text) ? "this name in UTF-8" : Quoted(name.text);
+  value.findings.At(Code::kBadDomainName, name.span, shown + " is not a domain name");
+}
+
 void CheckDomainName(const Value& value) {
   // "Domain" names a workgroup when "Workgroup" is true.
   const bool isWorkgroup =
       *value.entry.known == Key::kDomain && IsTrue(value.section.Value(Key::kWorkgroup));
   if (!isWorkgroup) {
-    if (!IsDomainName(value.text)) {
-      value.Add(Code::kBadDomainName, "is not a domain name");
-    }
+    const Span span = value.document.ValueSpan(value.entry);
+    if (!IsDomainName(value.text)) AddBadName(value, {value.text, span});
     return;
   }
   if (value.text.size() > kLongestNetBiosName) {
@@ -162,7 +170,7 @@ void CheckSuffixes(const Value& value) {
     if (item.text.find('%') != std::string_view::npos) {
       value.findings.OfItem(Code::kPercentSign, item, "contains \"%\"");
     } else if (!IsDomainName(item.text)) {
-      value.findings.OfItem(Code::kBadDomainName, item, "is not a domain name");
+      AddBadName(value, item);
     }
   }
 }
@@ -365,11 +373,11 @@ constexpr Rule kRules[] = {CheckNothing,
 static_assert(std::size(kRules) == static_cast<std::size_t>(ValueKind::kRoute) + 1);
 
 void CheckEncoding(const Value& value) {
-  // Names of computers and domains must be ASCII anyway, and nobody reads a description.
+  // The name of a computer must be ASCII anyway, and nobody reads a description.
   const ValueKind kind = RowOf(*value.entry.known).value;
-  const bool matters = kind == ValueKind::kText || kind == ValueKind::kOrganizationalUnit;
-  if (!matters || value.entry.known == Key::kDescription) return;
-  if (!base::IsUtf8(value.text) || ToUtf8(value.text) == value.text) return;
+  const bool matters = kind == ValueKind::kText || kind == ValueKind::kOrganizationalUnit ||
+                       kind == ValueKind::kDomainName || kind == ValueKind::kSuffixes;
+  if (!matters || value.entry.known == Key::kDescription || !IsUtf8Only(value.text)) return;
   value.findings.AtValue(Code::kUtf8Text, value.entry,
                          "its letters outside ASCII are in UTF-8 and are read as others");
 }
