@@ -35,12 +35,27 @@ standard input:2:14: error: "-PC" starts with a hyphen [C216]
 standard input:2:14: error: "PC-" ends with a hyphen [C216]
 standard input:2:11: error: without "Workgroup" DNSDomain joins nothing [C226]
 standard input:3:22: error: "ou=Sales" contains "=", but no "OU=" in capitals: it is read as a path [C219]
-$ for k in LDAP://OU=Sales corp.example/Sales 'Sales, Europe' 'OU=Sales\\, Europe' Sales/100%% Dept.A/B Sales/v2.1; do printf "[Networking]\nDSOrganizationalUnit=$k\nDomainUsername=1\nDomainPassword=2\n" | orvanta-config check - | grep -e error: -e warning:; done
+$ for k in LDAP://OU=Sales corp.example/Sales 'Sales, Europe' 'OU=Sales\\, Europe' Sales/100%% Dept.A/B Sales/v2.1 'Sales//Europe' '#Sales' OU=,OU=Sales OU=Sales, Sales/OU=Europe OU=A+B 'ou = A , OU=Floor #2' 'OU="A, B",2.5.4.11=C'; do printf "[Networking]\nDSOrganizationalUnit=$k\nDomainUsername=1\nDomainPassword=2\n" | orvanta-config check - | grep -e error: -e warning:; done
 standard input:2:22: error: "LDAP://OU=Sales" begins with LDAP:, which the library puts before it [C219]
 standard input:2:22: error: "corp.example/Sales" begins with a domain, which is read as a unit [C219]
 standard input:2:22: error: "Sales, Europe" contains ",", which is special in a distinguished name [C219]
 standard input:2:22: warning: "Sales/100%" contains "%" [C232]
+standard input:2:22: error: "#Sales" contains "#", which is special in a distinguished name [C219]
+standard input:2:22: error: "OU=,OU=Sales" is not a distinguished name [C219]
+standard input:2:22: error: "OU=Sales," is not a distinguished name [C219]
+standard input:2:22: error: "Sales/OU=Europe" is not a distinguished name [C219]
+standard input:2:22: error: "OU=A+B" is not a distinguished name [C219]
 [exit code 1]
+$ for k in OU=Sales,DC=other,DC=example OU=A,,DC=corp OU=Sales,dc=corp,dc=example 'OU=Sales, dc=Corp, DC=example' Sales; do printf "[Networking]\nWorkgroup=False\nDNSDomain=corp.example\nDSOrganizationalUnit=$k\nDomainUsername=1\nDomainPassword=2\n" | orvanta-config check - | grep -e error: -e hint; done
+standard input:4:22: error: "OU=Sales,DC=other,DC=example" is not in the domain corp.example [C219]
+  hint: leave out its domain, or write DC=corp,DC=example
+standard input:4:22: error: "OU=A,,DC=corp" is not a distinguished name [C219]
+  hint: write a path with "/" such as Sales/Europe, or OU=Europe,OU=Sales
+standard input:4:22: error: "OU=Sales,dc=corp,dc=example" is not in the domain corp.example [C219]
+  hint: leave out its domain, or write DC=corp,DC=example
+[exit code 1]
+$ printf '[Networking]\nWorkgroup=False\nDomain=CORP\nDSOrganizationalUnit=OU=Sales,DC=corp,DC=example\nDomainUsername=1\nDomainPassword=2\n' | orvanta-config check -  # its DNS name is not known
+1 file checked: nothing found
 $ printf '[TCP/IP]\nSetDNSInfo=True\nDNS-SuffixSearchOrder=a..example b%%.example .c corp\n' | orvanta-config check - | grep -e error: -e warning:
 standard input:3:23: error: "a..example" is not a domain name [C218]
 standard input:3:34: warning: "b%.example" contains "%" [C232]

@@ -7,6 +7,7 @@
 #include "base/Numbers.h"
 #include "base/Pieces.h"
 #include "base/Utf8.h"
+#include "common/sys/Domain.h"
 #include "tool/check/rules/Rules.h"
 #include "tool/io/CodePage.h"
 
@@ -25,6 +26,7 @@ bool IsHexDigit(char c) { return IsDigit(c) || (c >= 'a' && c <= 'f') || (c >= '
 
 /// A value with its place, as a rule gets it.
 struct Value {
+  const Identity& identity;
   const Document& document;
   const Section& section;
   const PlacedEntry& entry;
@@ -166,7 +168,8 @@ void CheckDomainName(const Value& value) {
 }
 
 void CheckSuffixes(const Value& value) {
-  for (const Item& item : value.document.Items(value.entry)) {
+  const std::vector<Item> items = value.document.Items(value.entry);
+  for (const Item& item : items) {
     if (item.text.find('%') != std::string_view::npos) {
       value.findings.OfItem(Code::kPercentSign, item, "contains \"%\"");
     } else if (!IsDomainName(item.text)) {
@@ -184,16 +187,52 @@ bool IsCanonical(const Value& value) {
           std::all_of(ending.begin(), ending.end(), IsLetter) && IsDomainName(first));
 }
 
+/// Each part has a type, a word or numbers with dots, and a name.
+bool IsDistinguishedName(std::string_view text) {
+  for (std::size_t at = 0, begin = 0; at <= text.size(); ++at) {
+    const char c = at < text.size() ? text[at] : ',';
+    if (c == '\\') ++at;
+    if (c != ',' && c != '+') continue;
+    const std::string_view part = text.substr(begin, at - begin);
+    const std::size_t equals = part.find('=');
+    if (equals == std::string_view::npos || !IsDomainName(base::Trimmed(part.substr(0, equals)))) {
+      return false;
+    }
+    const std::string_view name = base::Trimmed(part.substr(equals + 1));
+    if (name.empty() || name[0] == '#') return false;
+    begin = at + 1;
+  }
+  return true;
+}
+
+void CheckDistinguishedName(const Value& value) {
+  if (value.text.find('"') == std::string_view::npos && !IsDistinguishedName(value.text)) {
+    value.Add(Code::kBadOrganizationalUnit, "is not a distinguished name");
+    return;
+  }
+  if (!value.identity.IsDomain()) return;
+  const std::string domain(value.identity.membershipName->FirstLine());
+  std::string root = sys::BuildDn(domain, value.text);
+  root.erase(0, base::Find(root, "DC="));
+  std::erase(root, ' ');
+  // A short name of the domain tells nothing.
+  const std::string own = sys::BuildDn(domain, "");
+  if (domain.find('.') == std::string::npos || base::SameText(root, own)) return;
+  value.Add(Code::kBadOrganizationalUnit, "is not in the domain " + domain,
+            "leave out its domain, or write " + own);
+}
+
 void CheckOrganizationalUnit(const Value& value) {
   constexpr Code kCode = Code::kBadOrganizationalUnit;
   const std::string_view ou = value.text;
-  const std::size_t special = ou.find_first_of(",+\"<>;");
+  std::size_t special = ou.find_first_of(",+\"<>;");
+  if (special == std::string_view::npos) special = ("/" + std::string(ou)).find("/#");
   if (ou.find('%') != std::string_view::npos) value.Add(Code::kPercentSign, "contains \"%\"");
   if (base::StartsWith(ou, "LDAP:")) {
     value.Add(kCode, "begins with LDAP:, which the library puts before it",
               "leave out LDAP:// and the name of a server");
   } else if (ou.find("OU=") != std::string_view::npos) {
-    return;
+    CheckDistinguishedName(value);
   } else if (ou.find('\\') != std::string_view::npos) {
     value.Add(kCode, R"(contains "\", which does not separate units)", "separate them with \"/\"");
     std::string path(ou);
@@ -410,7 +449,8 @@ void CheckValues(const DesiredState& desired, Findings& findings) {
         findings.FixByMoving(comment, entry.line);
       }
       if (entry.FirstLine().empty()) continue;
-      const Value value{desired.document, section, entry, entry.FirstLine(), findings};
+      const Value value{desired.identity,  desired.document, section, entry,
+                        entry.FirstLine(), findings};
       if (IsRecordedOnly(value)) continue;
       const std::size_t size = findings.Size();
       kRules[static_cast<std::size_t>(RowOf(*entry.known).value)](value);
