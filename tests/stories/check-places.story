@@ -48,9 +48,12 @@ $ python3 try '[my nicentry #1]|DHCP=True|[NicEntri2]' '[my NicEntry #1]|DHCP=Tr
 4:13 C210
 $ python3 try '[Global]|RebootAfterConfig=false|[Networking]|ComputerName=A-1|Workgroup=no|Domain=CORP|DSOrganizationalUnit=OU=Sales|DomainUsername=1|DomainPassword=2|JoinDomainBeforeNameChange=TRUE'
 2:19 C301, 5:11 C213
-$ python3 try '[TCP/IP]|DHCP=False ; static|Address=10.0.0.5 # first|  10.0.0.6 ; the second|Netmask=255.0.0.0 ;255.0.0.0' '[Networking]|ComputerName=A ;x|DomainPassword=ab ; c|DSOrganizationalUnit=Floor #2|Workgroup=;no' '[TCP/IP]|SetDNSInfo=True|DNS-SuffixSearchOrder=zürich.example'  # comments behind values
+$ python3 try '[TCP/IP]|DHCP=False ; static|Address=10.0.0.5 # first|  10.0.0.6 ; the second|Netmask=255.0.0.0 ;255.0.0.0' '[Networking]|ComputerName=A ;x|DomainPassword=ab ; c|DSOrganizationalUnit=Floor #2|Workgroup=;no' '[Global]|ScheduleId=7 ; keep|TaskSequence=Build #2 // a;b|[TCP/IP]|Description=a ; b|DHCP=False|Address=10.0.0.5 // the first|Netmask=255.0.0.0' '[TCP/IP]|SetDNSInfo=True|DNS-SuffixSearchOrder=a.example ; b' '[TCP/IP]|SetDNSInfo=True|DNS-SuffixSearchOrder=a.example;b; c ;|d' '[TCP/IP]|SetDNSInfo=True|DNS-SuffixSearchOrder=zürich.example'  # comments behind values
 2:12 C021, 3:18 C021, 4:12 C021
 2:16 C021, 3:1 C228, 3:19 C021, 4:22 C321, 5:11 C021
+2:14 C021, 7:18 C021
+3:35 C024
+
 3:23 C218, 3:23 C015
 $ python3 try '[TCP/IP]|DHCP=False|Address=fe80::1|Netmask=ffff::|Gateway=2001:db8::1/64|Static-Route-Count=1|Route0=::1 255.0.0.0 fe80::2%3 0 5' '[TCP/IP]|DHCP=False|Address=08:00:27:12:34:56|Netmask=255.0.0.0'  # IPv6, and no IPv6
 3:9 C231, 4:9 C231, 5:9 C231, 7:8 C231, 7:22 C231

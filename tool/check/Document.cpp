@@ -28,15 +28,21 @@ bool LooksLikeItem(std::string_view text) {
   return (text[0] >= '0' && text[0] <= '9') || text.find_first_of(".:") != kNowhere;
 }
 
-/// Where a comment seems to begin in a value: at a ";" or "#" behind a blank; npos when at none.
-std::size_t CommentAt(std::string_view value, ValueKind kind) {
-  if (kind == ValueKind::kText || kind == ValueKind::kRecorded) return kNowhere;
-  // A unit may be called "Floor #2".
-  const char* const marks = kind == ValueKind::kOrganizationalUnit ? ";" : ";#";
-  for (std::size_t at = value.find_first_of(marks), next = 0; at != kNowhere; at = next) {
-    next = value.find_first_of(marks, at + 1);
+/// Where a comment seems to begin in a value: at a ";", "#" or "//" behind a blank; npos when at
+/// none.
+std::size_t CommentAt(std::string_view value, Key key) {
+  const ValueKind kind = RowOf(key).value;
+  if (key == Key::kDescription || kind == ValueKind::kRecorded) return kNowhere;
+  // A unit may be called "Floor #2", and so may a task sequence.
+  const bool isFree = kind == ValueKind::kOrganizationalUnit || kind == ValueKind::kText;
+  const auto mark = [&](std::size_t from) {
+    return isFree ? value.find(';', from)
+                  : std::min(value.find_first_of(";#", from), value.find("//", from));
+  };
+  for (std::size_t at = mark(0), next = 0; at != kNowhere; at = next) {
+    next = mark(at + 1);
     if (at > 0 && value[at - 1] != ' ' && value[at - 1] != '\t') continue;
-    if (!base::IsList(kind) || value[at] == '#') return at;
+    if (!base::IsList(kind) || value[at] != ';') return at;
     // In a list ";" also separates items, in one of suffixes also single words.
     const auto words = base::Split(value.substr(at + 1, next - at - 1), base::kListSeparators);
     const bool isItem = kind == ValueKind::kSuffixes && words.size() == 1;
@@ -123,8 +129,7 @@ void Document::AddEntry(std::uint32_t number, Section& section) {
   if (const auto match = MatchKey(section.kind, entry.key)) {
     entry.known = match->key;
     entry.number = match->number;
-    if (const std::size_t comment = CommentAt(entry.FirstLine(), RowOf(match->key).value);
-        comment != kNowhere) {
+    if (const std::size_t comment = CommentAt(entry.FirstLine(), match->key); comment != kNowhere) {
       entry.value = base::Trimmed(entry.value.substr(0, comment));
     }
   }
@@ -169,8 +174,7 @@ Item Document::WholeValue(std::uint32_t line) const {
 
 Item Document::ValueOn(std::uint32_t line, const PlacedEntry& entry) const {
   const Item value = WholeValue(line);
-  const std::size_t comment =
-      entry.known ? CommentAt(value.text, RowOf(*entry.known).value) : kNowhere;
+  const std::size_t comment = entry.known ? CommentAt(value.text, *entry.known) : kNowhere;
   return Part(value.span.offset, value.span.offset + std::min(comment, value.span.length));
 }
 

@@ -176,6 +176,11 @@ void CheckSuffixes(const Value& value) {
       AddBadName(value, item);
     }
   }
+  if (items.size() < 2 || items.back().text.find('.') != std::string_view::npos) return;
+  const Item& before = items[items.size() - 2];
+  const std::string gap(before.text.data(), items.back().span.offset - before.span.offset);
+  if (gap.find(" ;") == std::string::npos || gap.find('\n') != std::string::npos) return;
+  value.findings.OfItem(Code::kWordAfterSuffixes, items.back(), "is read as a suffix");
 }
 
 /// The path begins with a domain, as a directory shows it: "corp.example/Sales".
