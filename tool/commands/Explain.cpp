@@ -124,7 +124,7 @@ class Explanation {
         Tell(story);
       }
     });
-    ReadBlocks(name, in_, [&](std::string_view block) { reader.Read(block); });
+    ReadTextBlocks(name, in_, [&](std::string_view block) { reader.Read(block); });
     reader.End();
     return isKnown;
   }

@@ -66,7 +66,7 @@ class InventoryRun {
       : folder_(PathOf(options.files.front()).parent_path()), report_(report) {
     base_ = LoadMachine(options.machineFile, streams, options.files);
     if (options.directory) {
-      domains_ = ReadDirectory(ReadInput(*options.directory, streams.in), *options.directory);
+      domains_ = ReadDirectory(ReadText(*options.directory, streams.in), *options.directory);
     }
   }
 
@@ -80,7 +80,7 @@ class InventoryRun {
     try {
       if (!row.fault.empty()) throw ToolError(row.fault);
       stage = Outcome::kNoFile;
-      const std::string text = Read("file", row.file);
+      const std::string text = Read(ReadInput, "file", row.file);
       stage = Outcome::kNoMachine;
       Machine machine = MachineOf(row);
       stage = Outcome::kFails;
@@ -96,10 +96,10 @@ class InventoryRun {
 
  private:
   /// Throws ToolError.
-  std::string Read(const char* what, const std::string& name) const {
+  std::string Read(decltype(ReadText)* read, const char* what, const std::string& name) const {
     try {
       std::istringstream noInput;
-      return ReadInput(NameOf(folder_ / PathOf(name)), noInput);
+      return read(NameOf(folder_ / PathOf(name)), noInput);
     } catch (const ToolError& error) {
       throw ToolError(std::string("the ") + what + " " + error.Fault());
     }
@@ -108,7 +108,8 @@ class InventoryRun {
   /// Throws ToolError.
   Machine MachineOf(const InventoryRow& row) const {
     Machine machine = base_;
-    if (!row.machine.empty()) machine = ReadMachine(Read("machine file", row.machine), row.machine);
+    if (!row.machine.empty())
+      machine = ReadMachine(Read(ReadText, "machine file", row.machine), row.machine);
     if (domains_) {
       machine.domains = *domains_;
       machine.directoryIsNone = domains_->empty();
@@ -193,7 +194,7 @@ Shard ReadShard(const std::string& text) {
 FleetReport RehearseAll(const FleetOptions& options, const Streams& streams) {
   const std::string& name = options.files.front();
   const Shard shard = ReadShard(options.shard.value_or("1/1"));
-  std::string text = ReadInput(name, streams.in);
+  std::string text = ReadText(name, streams.in);
   if (!base::IsUtf8(text)) text = ToUtf8(text);
   fleet::Inventory inventory(name, text);
   FleetReport report;
@@ -244,7 +245,7 @@ int Fleet(const FleetOptions& options, const Streams& streams) {
   FleetReport report;
   if (options.merge) {
     for (const std::string& name : options.files) {
-      fleet::Merge(name, ReadInput(name, streams.in), &report);
+      fleet::Merge(name, ReadText(name, streams.in), &report);
     }
   } else {
     report = RehearseAll(options, streams);
