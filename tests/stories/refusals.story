@@ -44,7 +44,7 @@ $ sh try dhcp.cfg SetDNSServerSearchOrder
 Result            Success;
 SetDns:60 - Configuring DNS via DHCP failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg EnableStatic
-SetGateway:52 - Configuring gateways failed;SystemError=0x00000054;Result            Failure;Status-Code       84 (DHCP is on);
+SetGateway:52 - Configuring gateways failed;SystemError=0x00000054;Result            Failure;Status-Code       84 (no IP on the adapter, or DHCP is on);
 SetStatic:68 - Configuring static IP addresses failed;SystemError=0x00000057;Result            Failure;Status-Code       87 (invalid argument);
 $ sh try nic.cfg SetGateways
 Result            Success;

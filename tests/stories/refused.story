@@ -24,7 +24,7 @@ Message  Internal/Configure, Filename=C:\tarvo.cfg
 Changes
   1  adapter 7: addresses 10.0.0.5/255.0.0.0
   2  pause 20 s
-  3  adapter 7: gateways 10.0.0.1  refused: result 84 (DHCP is on)
+  3  adapter 7: gateways 10.0.0.1  refused: result 84 (no IP on the adapter, or DHCP is on)
   4  move C:\tarvo.cfg to C:\Program Files\Orvanta\Agent\tarvo.cfg
 Log, level 0 (--verbose shows all of it)
   0  internal/Configure:544 Configure::HandleMessage(): about to call Analyze() and RunConfig()
@@ -36,7 +36,7 @@ Reply
   Task-Sequence-ID  (empty)
   Result            Failure
   Status-Module     Win32
-  Status-Code       84 (DHCP is on)
+  Status-Code       84 (no IP on the adapter, or DHCP is on)
   status            1
 
 Machine, before -> after

@@ -7,7 +7,6 @@
 #include <ostream>
 #include <utility>
 
-#include "base/LetterCase.h"
 #include "platform/simulated/Simulation.h"
 #include "tool/check/FindingTable.h"
 #include "tool/explain/ErrorNumbers.h"
@@ -43,6 +42,14 @@ Examples:
   orvanta-config explain -2147023570
   orvanta-config explain agent.log)";
 
+/// True for every number and every code of a finding, whether it exists or not.
+bool IsCodeOrNumber(std::string_view what) {
+  const bool isHex = what.starts_with("0x") || what.starts_with("0X");
+  what.remove_prefix(isHex ? 2 : what.find_first_not_of("-Cc") == 1 ? 1 : 0);
+  const char* const digits = isHex ? "0123456789ABCDEFabcdef" : "0123456789";
+  return !what.empty() && what.find_first_not_of(digits) == std::string_view::npos;
+}
+
 /// What is known, in the form that was asked for.
 class Explanation {
  public:
@@ -54,12 +61,11 @@ class Explanation {
 
   /// False when nothing is known.
   bool Add(const std::string& what) {
-    const bool isCode = what.size() == 4 && base::SameText(what.substr(0, 1), "C") &&
-                        what.find_first_not_of("0123456789", 1) == std::string::npos;
+    const bool isFile = !IsCodeOrNumber(what);
     const auto number = explain::ParseNumber(what);
     bool isKnown = false;
-    if (isCode) {
-      isKnown = AddFinding("C" + what.substr(1));
+    if (isFile) {
+      isKnown = AddLog(what);
     } else if (number) {
       for (const Reading& reading : explain::ReadNumber(*number)) {
         isKnown = true;
@@ -67,11 +73,10 @@ class Explanation {
                  reading.remedy});
       }
     } else {
-      isKnown = AddLog(what);
+      isKnown = AddFinding("C" + what.substr(1));
     }
     if (!isKnown && !json_) {
-      out_ << Printable(what)
-           << (isCode || number ? ": unknown\n" : ": no line of the library in it\n");
+      out_ << Printable(what) << (isFile ? ": no line of the library in it\n" : ": unknown\n");
     }
     return isKnown;
   }
@@ -110,7 +115,7 @@ class Explanation {
     const std::size_t body = document.find_first_not_of('\n', document.find('\n', title));
     const std::size_t end = document.find("\n##", title);
     const std::string page(document.substr(body, end - body));
-    AddCode({code, code, kind->title, page, kind->hint});
+    AddCode({code + " (" + TextOf(kind->severity) + ")", code, kind->title, page, kind->hint});
     return true;
   }
 
