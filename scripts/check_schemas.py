@@ -1,10 +1,12 @@
 #!/usr/bin/python3
-"""Holds every example machine, and every JSON document that the stories print, against its schema.
+"""Runs the stories and the console blocks, and holds every JSON document that they print, and every
+example machine, against its schema.
 
 check_schemas.py TOOL...
 
-TOOL is the program, with what comes before its arguments. Prints each fault with the command that
-printed the document; ends with 1 if there is any, and where a schema was held against nothing.
+TOOL is the program, with what comes before its arguments. Prints what stories.py prints, and each
+fault with the command that printed the document; ends with 1 if there is any, and where a schema was
+held against nothing.
 """
 
 import json
@@ -14,7 +16,8 @@ import sys
 import tempfile
 
 import jsonschema
-from stories import ROOT, Runner
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 KINDS = ["machine", "plan", "simulate", "check", "verify", "fleet"]
 # Keeps what a command with --json prints, beside its arguments; the stories run it as the tool.
@@ -28,19 +31,19 @@ exec {tool} "$@"
 """
 
 
-def documents(tool, folder):
+def run_stories(tool, folder):
+    """Their exit code; keeps the documents in `folder`."""
+    keeper = folder / "keeper"
+    keeper.write_text(KEEPER.format(kept=folder, tool=" ".join(tool)))
+    keeper.chmod(0o755)
+    return subprocess.call([ROOT / "scripts/stories.py", keeper])
+
+
+def documents(folder):
     """The kind of each document, where it comes from, and its text."""
     for path in sorted(ROOT.glob("examples/*.machine.json")):
         yield "machine", path.name, path.read_text()
-    kept = folder / "kept"
-    kept.mkdir()
-    keeper = folder / "keeper"
-    keeper.write_text(KEEPER.format(kept=kept, tool=" ".join(tool)))
-    keeper.chmod(0o755)
-    runner = Runner([str(keeper)], folder)
-    for path in sorted(ROOT.glob("tests/stories/*.story")):
-        runner.now(path)
-    for path in sorted(kept.glob("*.json")):
+    for path in sorted(folder.glob("*.json")):
         arguments = path.with_suffix(".arguments").read_text().split("\n")
         kind = "machine" if arguments[0] == "capture" else arguments[0]
         yield kind, " ".join(arguments), path.read_text(errors="replace")
@@ -55,7 +58,8 @@ def main(tool):
         validators[kind] = jsonschema.Draft202012Validator(schema)
     faults = 0
     with tempfile.TemporaryDirectory() as folder:
-        for kind, source, text in documents(tool, pathlib.Path(folder)):
+        code = run_stories(tool, pathlib.Path(folder))
+        for kind, source, text in documents(pathlib.Path(folder)):
             if kind not in KINDS or not text.strip() or "--sarif" in source:
                 continue
             held[kind] += 1
@@ -64,7 +68,7 @@ def main(tool):
                 print(f"{source}: {fault.json_path}: {fault.message[:300]}")
     unheld = [kind for kind in KINDS if not held[kind]]
     print(held, *(f"{kind}: no story prints one" for kind in unheld))
-    return 1 if faults or unheld else 0
+    return 1 if faults or unheld else code
 
 
 if __name__ == "__main__":
