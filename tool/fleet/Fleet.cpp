@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <nlohmann/json.hpp>
 #include <ostream>
 #include <sstream>
 
@@ -15,7 +14,6 @@
 #include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
 #include "tool/io/HostSystem.h"
-#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 #include "tool/machine/MachineDocument.h"
 #include "tool/machine/MachineOptions.h"
@@ -74,7 +72,7 @@ class InventoryRun {
     Computer computer;
     computer.row = row.number;
     computer.file = row.file;
-    if (!row.others.empty()) computer.columns = PrintedJson(row.others, /*indented=*/false);
+    computer.columns = row.columns;
     // What it comes to when the next step fails.
     Outcome stage = Outcome::kBadRow;
     try {

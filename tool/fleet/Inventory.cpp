@@ -9,8 +9,10 @@
 #include "base/LetterCase.h"
 #include "base/Numbers.h"
 #include "base/Pieces.h"
+#include "platform/simulated/Json.h"
 #include "platform/simulated/MachineFile.h"
 #include "tool/io/CodePage.h"
+#include "tool/io/JsonText.h"
 #include "tool/io/ToolError.h"
 
 namespace tool::fleet {
@@ -103,7 +105,7 @@ Inventory::Inventory(const std::string& name, std::string_view text) : reader_(t
 std::optional<InventoryRow> Inventory::Next() {
   const std::optional<CsvRecord> record = reader_.Next();
   if (!record) return std::nullopt;
-  InventoryRow row{record->number, record->fault, {}, {}, {}, Json::object()};
+  InventoryRow row{record->number, record->fault, {}, {}, {}, {}};
   if (row.fault.empty() && record->fields.size() != header_.size()) {
     row.fault = base::Counted(record->fields.size(), "field") + " where the header has " +
                 std::to_string(header_.size());
@@ -111,6 +113,7 @@ std::optional<InventoryRow> Inventory::Next() {
   const auto blame = [&](const std::string& column, const std::string& fault) {
     if (row.fault.empty() && !fault.empty()) row.fault = "column " + column + ": " + fault;
   };
+  Json others = Json::object();
   bool hasMembership = false;
   const std::size_t fields = std::min(record->fields.size(), header_.size());
   for (std::size_t i = 0; i < fields; ++i) {
@@ -124,7 +127,7 @@ std::optional<InventoryRow> Inventory::Next() {
     } else if (name == "machine") {
       row.machine = cell;
     } else if (column == nullptr) {
-      if (!name.empty()) row.others[name] = cell;
+      if (!name.empty()) others[name] = cell;
     } else if (!cell.empty()) {
       const std::optional<std::string> bytes = FromUtf8(cell);
       if (!bytes) blame(name, "cannot be written in the machine's code page");
@@ -135,6 +138,7 @@ std::optional<InventoryRow> Inventory::Next() {
       row.facts.emplace_back(column->set, bytes.value_or(""));
     }
   }
+  if (!others.empty()) row.columns = PrintedJson(others, /*indented=*/false);
   return row;
 }
 

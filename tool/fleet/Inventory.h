@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "platform/simulated/Json.h"
 #include "platform/simulated/Machine.h"
 #include "tool/fleet/Csv.h"
 
@@ -25,8 +24,8 @@ struct InventoryRow {
   std::string machine;
   /// What the row says of its machine: bytes of the machine's code page, and what puts them there.
   std::vector<std::pair<void (*)(simulated::Machine&, const std::string&), std::string>> facts;
-  /// Columns that mean nothing here with their cells, an object.
-  simulated::Json others;
+  /// Columns that mean nothing here, as a JSON object; empty for none.
+  std::string columns;
 };
 
 class Inventory {
