@@ -5,7 +5,6 @@
 #include "common/config/ConfigError.h"
 #include "common/logging/LogLines.h"
 #include "common/sys/Domain.h"
-#include "common/util/FileUtils.h"
 #include "common/util/Finally.h"
 
 namespace {
@@ -19,16 +18,6 @@ constexpr std::int32_t kRunStopped = 3;
 
 /// The lines of the log calls.
 enum Line : int { kConfigErrorLine = 581, kGeneralErrorLine = 607 };
-
-void MoveToAgentFolder(const std::string& path) {
-  const std::string destination = util::ExecutableFolder() + "\\" + util::FileName(path);
-  if (util::FileExists(destination)) {
-    // A file that is there already must not be deleted to make room for itself.
-    if (util::SameFile(path, destination)) return;
-    util::Delete(destination);
-  }
-  util::Move(path, destination);
-}
 
 void WriteStatus(IAgentMessage& message, const char* module, std::int32_t code) {
   message.SetValue("Status-Module", module);
@@ -70,12 +59,12 @@ std::int32_t Configure::HandleMessage(IAgentMessage* message, IAgentHost* host) 
     WriteResult(*message, "Failure");
     LogRecord(logging::kConfigError, kPath, kConfigErrorLine, error);
     WriteStatus(*message, "Win32", StatusCode(error));
-    MoveToAgentFolder(plan.Path());
+    plan.PutAway();
   } catch (const err::CGeneralError& error) {
     LogRecord(logging::kGeneralError, kPath, kGeneralErrorLine, error);
     WriteResult(*message, "Failure");
     WriteStatus(*message, "Win32", StatusCode(error));
-    MoveToAgentFolder(plan.Path());
+    plan.PutAway();
   }
   return kAnswered;
 }
@@ -91,5 +80,5 @@ void Configure::Run(ConfigurePlan& plan, IAgentMessage& message) {
   }
   WriteResult(message, finished ? "Success" : "Failure");
   if (!finished) WriteStatus(message, "Tarvo", kRunStopped);
-  MoveToAgentFolder(plan.Path());
+  plan.PutAway();
 }

@@ -128,3 +128,13 @@ void ConfigurePlan::Analyze(config::analyzer::Analysis* analysis) {
            kRun);
   builder_.Analyze(analysis);
 }
+
+void ConfigurePlan::PutAway() {
+  const std::string destination = util::ExecutableFolder() + "\\" + util::FileName(path_);
+  if (util::FileExists(destination)) {
+    // A file that is there already must not be deleted to make room for itself.
+    if (util::SameFile(path_, destination)) return;
+    util::Delete(destination);
+  }
+  util::Move(path_, destination);
+}

@@ -10,8 +10,9 @@
 #include "handlers/internal/ConfigFile.h"
 #include "handlers/internal/IEventListener.h"
 
-/// Serves one message: `Open`, `Build`, `Analyze`, in this order. Beyond the hand-over of a restore
-/// file and the flag that the preparation of an image leaves, nothing of the machine is changed.
+/// Serves one message: `Open`, `Build`, `Analyze`, `PutAway`, in this order. Beyond the hand-over
+/// of a restore file and the flag that the preparation of an image leaves, nothing of the machine
+/// is changed.
 class ConfigurePlan {
  public:
   enum class Opening : std::uint8_t {
@@ -41,6 +42,9 @@ class ConfigurePlan {
   void Build();
   /// Throws as ConfigBuilder::Analyze.
   void Analyze(config::analyzer::Analysis* analysis = nullptr);
+  /// Moves the file to the agent's folder when the run ends, over one of its name. Throws
+  /// util::CFileIOError.
+  void PutAway();
 
   /// The message's "Filename".
   const std::string& Path() const { return path_; }

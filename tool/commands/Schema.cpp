@@ -15,8 +15,8 @@ namespace {
 using simulated::Json;
 
 constexpr char kSchemaFooter[] =
-    R"(The schemas are of draft 2020-12. A machine file that names its own in "$schema" is checked and
-completed by editors.
+    R"(The schemas use draft 2020-12. Editors check and complete a machine file that names its
+schema in "$schema".
 
 Examples:
   orvanta-config schema machine >machine.schema.json
@@ -30,9 +30,9 @@ Json Parsed(const std::string& name) {
 
 Command SchemaCommand(std::string& name) {
   return {"schema",
-          "write the JSON Schema of machine files or of an output",
+          "write the JSON Schema of machine files or of a command's output",
           kSchemaFooter,
-          {{"NAME", &name, "machine|plan|simulate|check|verify|fleet", "what it describes",
+          {{"NAME", &name, "machine|plan|simulate|check|verify|fleet", "what the schema describes",
             /*isRequired=*/true}}};
 }
 

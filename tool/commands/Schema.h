@@ -1,4 +1,4 @@
-// The command `schema`: the JSON Schemas of machine files and of what the other commands print.
+// The command `schema`: the JSON Schemas of machine files and of the other commands' output.
 #pragma once
 
 #include <string>

@@ -31,16 +31,16 @@ constexpr char kPlace[] = R"(C:\verified.cfg)";
 constexpr char kComputer[] = "computer";
 
 constexpr char kVerifyFooter[] =
-    R"(Every setting that FILE asks for is compared with the machine as it is now, lists in full.
-Adapters are found as in a run. What no machine tells, as a password, is unknown; so is the
-OU where the machine file says nothing of the directory. On Windows the machine is this
-computer, elsewhere --machine names it.
+    R"(Compares every setting of FILE with the machine as it is now, lists in full. Sections get
+their adapters as in a run. A setting that cannot be read, such as a password, is unknown;
+so is the OU if the machine file does not describe the directory. On Windows the machine
+is this computer by default; elsewhere --machine is required.
 
 Exit codes:
-  0  everything holds, or is unknown
-  1  a setting does not hold
-  2  unusable arguments or files, also a file that a run refuses, with one line on
-     standard error
+  0  no setting differs
+  1  a setting differs
+  2  an argument or a file cannot be used, or a run would refuse the file; one line on
+     standard error says why
 
 Examples:
   orvanta-config verify pc.cfg
@@ -114,7 +114,7 @@ std::vector<Verified> VerifyText(const std::string& text, const std::string& nam
   copy.PutFile(kPlace, text);
   const QueuePlan plan = MakePlan(copy, kPlace, name, Comparing::kAsItIs);
   if (!plan.error) return Verification(plan, machine);
-  throw ToolError(name, std::string("a run refuses it: ") + plan.error->record.message,
+  throw ToolError(name, std::string("a run would refuse it: ") + plan.error->record.message,
                   "see orvanta-config check " + name);
 }
 
@@ -156,7 +156,7 @@ Json AsJson(const std::vector<Verified>& all, bool holds) {
 
 Command VerifyCommand(VerifyOptions& options) {
   return {"verify",
-          "tell whether what a configuration file asks for is true of a machine",
+          "check whether a machine has the settings of a configuration file",
           kVerifyFooter,
           {{"FILE", &options.file, "", "a configuration file, or - for standard input",
             /*isRequired=*/true},

@@ -1,4 +1,4 @@
-// The command `verify`: whether what a configuration file asks for is true of a machine now.
+// The command `verify`: whether a machine has the settings of a configuration file.
 #pragma once
 
 #include <string>

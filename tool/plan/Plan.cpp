@@ -26,22 +26,22 @@ constexpr int kHasChanges = 2;
 constexpr char kFooter[] =
     R"(The plan is the library's own queue for FILE, placed as C:\tarvo.cfg, after its
 analysis: what runs now, what waits for the restart, what was dropped, and why. Every
-command is tried on a copy of the machine: one that it refuses shows the answer.
+command is tried on a copy of the machine; one that fails is shown with the answer.
 
 --follow-restarts runs each plan on the simulated machine, restarts it after "Reboot" and
-plans again, at most N times, until a run ends. It says when a restart would find
-everything as an earlier one did, and what of the file is still not true at the end.
+plans again, at most N times. It reports restarts that never end, and the settings of
+FILE that the machine does not have at the end.
 
 --html writes one page that needs no network: the plan, what its run does, the machine
-before and after, and FILE. It is for its owner only to read.
+before and after, and FILE. Only its owner can read it.
 
 Exit codes:
-  0  the plan could be made; with --follow-restarts no run failed, and there is no loop
-  1  the library refuses a value or cannot question the machine; the error is told
-  2  unusable arguments or files, also an empty one and a header without "]", with one
-     line on standard error
-A plan that foretells a failure is a plan: 0. With --detailed-exitcode: 0 nothing to do,
-1 the run fails, 2 there are changes, 3 unusable arguments or files.
+  0  the plan was made; with --follow-restarts, also every run succeeded
+  1  the library refuses a value or cannot read the machine; the plan shows the error
+  2  an argument or a file cannot be used, such as an empty file or a header without
+     "]"; one line on standard error says why
+A plan that shows a failure also ends with 0. With --detailed-exitcode: 0 nothing to do,
+1 the run fails, 2 there are changes, 3 an argument or a file cannot be used.
 
 Examples:
   orvanta-config plan pc.cfg
@@ -64,8 +64,8 @@ Command PlanCommand(PlanOptions& options) {
                                     "run the plan, restart, and plan again, N <= 1000"),
                {"--html", &options.html, "OUT.html", "write a page about the plan and its run"},
                {kDetailedExitCode, &options.detailedExitcode, "",
-                "end with 0 for nothing to do, 2 for changes, 1 for a failure"},
-               {"--verbose", &options.verbose, "", "tell every event and every adapter too"}});
+                "exit code 0 for nothing to do, 2 for changes, 1 for a failure"},
+               {"--verbose", &options.verbose, "", "also show every event and every adapter"}});
   return command;
 }
 

@@ -1,4 +1,4 @@
-// The command `plan`: the queue as the analysis leaves it, without running it.
+// The command `plan`: the queue of a configuration file after its analysis, rehearsed.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 
 namespace tool {
 
-/// The option with which the exit code tells whether there is something to do, and the code of
-/// unusable arguments then: the usual one means changes.
+/// With this option the exit code shows whether there is something to do. Unusable arguments then
+/// have a code of their own, since the usual one means changes.
 inline constexpr char kDetailedExitCode[] = "--detailed-exitcode";
 inline constexpr int kUnusableInDetail = 3;
 

@@ -1,4 +1,4 @@
-// The forms in which a plan leaves the program: a text, a page, a document.
+// A plan as a text, a page and a document.
 #pragma once
 
 #include <string>
@@ -15,8 +15,8 @@ namespace tool {
 /// pauses. With `verbose` also every adapter and every event.
 std::string PlanReport(const QueuePlan& plan, const Style& style, bool verbose);
 
-/// The plan of every start with the reply of its run, how it ends, and what of the file is not true
-/// then.
+/// The plan of every start with the reply of its run, how the chain ends, and the settings of the
+/// file that the machine does not have then.
 std::string ChainReport(const RestartChain& chain, const Style& style, bool verbose);
 
 struct PlanPageInput {

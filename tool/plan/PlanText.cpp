@@ -61,7 +61,7 @@ std::string NotFound(const QueuePlan& plan, const PlannedBinding& binding) {
     refused.push_back("adapter " + std::to_string(adapter.index) + " is " + adapter.refused);
   }
   return "no adapter " + base::Join(tried, " or ") +
-         (refused.empty() ? "" : " that can be had: " + base::Join(refused, ", "));
+         (refused.empty() ? "" : " available: " + base::Join(refused, ", "));
 }
 
 std::string HowFound(const QueuePlan& plan, const PlannedCommand& command) {
@@ -161,6 +161,11 @@ std::string CauseText(const QueuePlan& plan) {
   return plan.causeCode.empty() ? "" : " [" + plan.causeCode + "]";
 }
 
+Line FailureLine(const QueuePlan& plan, const Failure& failure) {
+  return {Tone::kBad, "will fail: " + failure.answer + " (" + Printable(failure.meaning) + ")" +
+                          CauseText(plan)};
+}
+
 Line LossLine(const QueuePlan& plan) { return {Tone::kBad, "lost by it: " + LostText(plan)}; }
 
 ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn turn) {
@@ -188,12 +193,11 @@ ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn tu
     for (const std::string& text : BindingTexts(plan, command)) notes.push_back({{}, text});
   }
   if (!course.unknown.empty()) {
-    notes.push_back({Tone::kNotice, "unknown: the machine file does not tell \"" + course.unknown +
-                                        "\"; it is taken to succeed"});
+    notes.push_back({Tone::kNotice, "unknown: the machine file does not say \"" + course.unknown +
+                                        "\"; it is assumed to succeed"});
   }
   if (course.willFail) {
-    notes.push_back({Tone::kBad, "will fail: " + course.willFail->answer + " (" +
-                                     Printable(course.willFail->meaning) + ")" + CauseText(plan)});
+    notes.push_back(FailureLine(plan, *course.willFail));
     notes.push_back(LossLine(plan));
   }
   for (const PlannedCommand& inner : command.commands) {
@@ -262,6 +266,10 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
   }
   ShownBlock& first = blocks.front();
   if (first.commands.empty()) first.lines.insert(first.lines.begin(), {{}, "nothing"});
+  if (plan.staysBehind) {
+    blocks.push_back({{Tone::kBad, "At the end the file cannot be put away, and the run fails"}});
+    blocks.back().lines = {FailureLine(plan, *plan.staysBehind)};
+  }
   if (!plan.dropped.empty()) blocks.push_back({{{}, "Dropped"}});
   for (const PlannedCommand& command : plan.dropped) {
     blocks.back().commands.push_back(Shown(plan, command, Turn::kNotNeeded));
@@ -273,7 +281,7 @@ std::string SummaryText(const QueuePlan& plan) {
   constexpr const char* kOutcomes[] = {"nothing to do", "succeeds", "succeeds with its restarts"};
   const std::uint64_t tenths = (plan.pauseMs + 3000) / 6000;
   const std::string minutes = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
-  std::string outcome = "fails: there is no plan";
+  std::string outcome = plan.error ? "fails: there is no plan" : "fails at its end";
   std::set<std::string> unknown;
   for (std::size_t i = plan.commands.size(); i > 0; --i) {
     const PlannedCommand& command = plan.commands[i - 1];
@@ -285,7 +293,7 @@ std::string SummaryText(const QueuePlan& plan) {
     outcome = kOutcomes[static_cast<std::size_t>(plan.outcome)];
   }
   for (const std::string& name : unknown) {
-    outcome += ", if \"" + name + "\" allows it, which the machine file does not tell";
+    outcome += ", if \"" + name + "\" allows it, which the machine file does not say";
   }
   return base::Counted(plan.changes, "change") + ", " + base::Counted(plan.restarts, "restart") +
          ", " + (plan.pauseMs == 0 ? "no" : minutes + " minutes of") + " pauses; " + outcome;
@@ -410,7 +418,7 @@ std::vector<Unanswered> CameToNothing(const QueuePlan& plan) {
     asks.push_back({Words(event), {event.line}, event.cameToNothing});
   }
   for (const auto& [section, keys, lines] : plan.unused) {
-    asks.push_back({SectionText(section) + " " + keys, lines, "no event comes of it"});
+    asks.push_back({SectionText(section) + " " + keys, lines, "not used by the library"});
   }
   return asks;
 }

@@ -1,4 +1,4 @@
-// A plan in words, the same on a terminal and on a page. Every text is safe to print.
+// A plan in words, for terminals and pages alike. Every text is safe to print.
 #pragma once
 
 #include <cstddef>
@@ -15,14 +15,14 @@ namespace tool {
 inline constexpr char kRestoreNotice[] =
     "A restore file is pending: it takes the place of this one and is planned.";
 
-/// How a text is meant: a terminal has a colour for it, a page a class.
+/// What a text means: a colour on a terminal, a class on a page.
 enum class Tone : std::uint8_t { kPlain, kDim, kGood, kNotice, kBad };
 struct Line {
   Tone tone = Tone::kPlain;
   std::string text;
 };
 
-/// What becomes of a command.
+/// What happens to a command.
 enum class Turn : std::uint8_t { kRuns, kFails, kWaits, kNever, kNotNeeded };
 
 struct ShownCommand {
@@ -82,7 +82,7 @@ std::string ComparisonText(const PlannedCommand& command);
 /// over and why; the first few of many.
 std::vector<std::string> BindingTexts(const QueuePlan& plan, const PlannedCommand& command);
 
-/// What became of the adapter: "free", "taken by [TCP/IP]", "not on the PCI bus".
+/// How the adapter is used: "free", "taken by [TCP/IP]", "not on the PCI bus".
 std::string AdapterFate(const QueuePlan& plan, const PlannedAdapter& adapter);
 
 /// Per event the command that took it, as "3 SetStatic" or "dropped ChangeCompName"; empty for
@@ -100,7 +100,7 @@ PauseForecast ForecastPauses(const QueuePlan& plan);
 /// restart"; empty for no pause.
 std::string PauseText(const QueuePlan& plan);
 
-/// Something that the file asks for and no command comes of.
+/// Something in the file that leads to no command.
 struct Unanswered {
   std::string what;
   std::set<std::size_t> lines;
@@ -109,7 +109,7 @@ struct Unanswered {
 /// Nothing when there is no plan.
 std::vector<Unanswered> CameToNothing(const QueuePlan& plan);
 
-/// How a reply's "Result" is meant, and how the end of a chain is.
+/// The tone of a reply's "Result", and of the end of a chain.
 Tone ToneOf(const std::string& result);
 Tone ToneOf(const RestartChain& chain);
 

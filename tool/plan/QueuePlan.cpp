@@ -273,10 +273,6 @@ void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysi
     }
   }
   for (const auto& command : analysis.dropped) plan.dropped.push_back(describe(*command));
-  plan.outcome = !rehearsal.GoesOn() ? PlanOutcome::kFailure
-                 : plan.restarts > 0 ? PlanOutcome::kRestart
-                 : plan.changes > 0  ? PlanOutcome::kSuccess
-                                     : PlanOutcome::kNothing;
 }
 
 /// Plans one "Configure" message. Returns the path of the file to be planned instead when a restore
@@ -307,6 +303,7 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
     configure.Analyze(&analysis);
     Rehearsal rehearsal(machine, comparing, plan);
     DescribeQueue(configure.Builder(), analysis, recorder, rehearsal, plan);
+    rehearsal.Conclude(configure);
     if (analysis.adapters != nullptr) {
       DescribeAdapters(machine, *analysis.adapters, plan);
     }

@@ -141,6 +141,8 @@ struct QueuePlan {
   /// All adapters in the machine's order; empty when no section needs one.
   std::vector<PlannedAdapter> adapters;
   std::optional<PlanError> error;
+  /// Why the file cannot be put away at the end, which fails a run without any other failure.
+  std::optional<Failure> staysBehind;
 
   PlanOutcome outcome = PlanOutcome::kFailure;
   /// Calls that change the machine, its restarts, and the intended pauses.

@@ -102,7 +102,8 @@ Course Rehearsal::Do(const IConfigureCommand& command, const std::function<bool(
     mayChange = step();
   } catch (const err::CGeneralError& error) {
     if (!executes_) throw;
-    if (goesOn_) course.willFail = FailureOf(command, error, machine_.journal.size() > start);
+    const bool isOfAdapter = dynamic_cast<const config::command::NicCommand*>(&command) != nullptr;
+    if (goesOn_) course.willFail = FailureOf(error, start, isOfAdapter);
     goesOn_ = false;
   }
   for (std::size_t i = start; course.reached && i < machine_.journal.size(); ++i) {
@@ -117,19 +118,32 @@ Course Rehearsal::Do(const IConfigureCommand& command, const std::function<bool(
   return course;
 }
 
-Failure Rehearsal::FailureOf(const IConfigureCommand& command, const err::CGeneralError& error,
-                             bool changed) const {
+Failure Rehearsal::FailureOf(const err::CGeneralError& error, std::size_t start,
+                             bool isOfAdapter) const {
   Failure failure{"the library refuses", error.message};
   failure.isOfFile = std::none_of(machine_.faults.begin(), machine_.faults.end(),
                                   [](const auto& fault) { return !fault.struck.empty(); });
-  const std::string call = changed ? machine_.journal.back().call : "";
+  const std::string call = machine_.journal.size() > start ? machine_.journal.back().call : "";
   if (error.SystemError != 0) failure.answer = AnswerText(call, error.SystemError);
   if (call == "process.run") return failure;  // an exit code is the program's own
-  const bool isOfAdapter = dynamic_cast<const config::command::NicCommand*>(&command) != nullptr;
   if (const auto* reading = explain::FindAnswer(error.SystemError, isOfAdapter)) {
     failure.meaning = reading->meaning;
   }
   return failure;
+}
+
+void Rehearsal::Conclude(ConfigurePlan& run) {
+  const std::size_t start = machine_.journal.size();
+  try {
+    if (goesOn_) run.PutAway();
+  } catch (const err::CGeneralError& error) {
+    goesOn_ = false;
+    plan_.staysBehind = FailureOf(error, start, /*isOfAdapter=*/false);
+  }
+  plan_.outcome = !goesOn_             ? PlanOutcome::kFailure
+                  : plan_.restarts > 0 ? PlanOutcome::kRestart
+                  : plan_.changes > 0  ? PlanOutcome::kSuccess
+                                       : PlanOutcome::kNothing;
 }
 
 void NameCause(const simulated::Machine& given, QueuePlan& plan) {

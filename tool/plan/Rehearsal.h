@@ -1,10 +1,12 @@
 // The rehearsal of a queue: its commands are executed on a copy of the machine, in order.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 
 #include "common/config/command/ConfigureNic.h"
 #include "common/err/GeneralError.h"
+#include "handlers/internal/ConfigurePlan.h"
 #include "platform/simulated/Machine.h"
 #include "tool/plan/QueuePlan.h"
 
@@ -36,16 +38,15 @@ class Rehearsal {
   /// A section reaches its adapter, or fails without one.
   Course Bind(const config::command::ConfigureNic& nic);
   Course Restart();
-
-  /// Nothing has failed so far.
-  bool GoesOn() const { return goesOn_; }
+  /// Ends the run: puts the file away, and stores the outcome.
+  void Conclude(ConfigurePlan& run);
 
  private:
   /// `step` returns whether it may have changed something.
   Course Do(const config::command::IConfigureCommand& command, const std::function<bool()>& step);
   Course Fail(const char* answer, const char* meaning);
-  Failure FailureOf(const config::command::IConfigureCommand& command,
-                    const err::CGeneralError& error, bool changed) const;
+  /// `start` is the end of the journal before the step.
+  Failure FailureOf(const err::CGeneralError& error, std::size_t start, bool isOfAdapter) const;
 
   simulated::Machine& machine_;
   QueuePlan& plan_;

@@ -107,7 +107,7 @@ class UnmetSettings {
                                 "",
                                 {},
                                 {},
-                                "nothing came of it; orvanta-config check tells why"});
+                                "not used by the library; see orvanta-config check"});
     }
   }
 
@@ -151,7 +151,7 @@ class UnmetSettings {
     }
     return chain_.ending == ChainEnding::kLoops
                ? "every start does it again, to no effect"
-               : "the run did it, and something behind it or the machine undid it";
+               : "the run did it, and something after it or the machine undid it";
   }
 
   RestartChain& chain_;
@@ -209,7 +209,7 @@ std::string EndingText(const RestartChain& chain) {
       return "settled after " + restarts +
              (chain.notTrue.empty() ? "" : ", but not all of the file is true");
     case ChainEnding::kLimit:
-      return "a restart is due after " + restarts + "; a larger --follow-restarts tells more";
+      return "a restart is due after " + restarts + "; a larger --follow-restarts shows more";
     case ChainEnding::kLoops:
       return "would loop: after " + restarts + " machine and queue are as they were at start " +
              std::to_string(chain.loopsTo + 1);

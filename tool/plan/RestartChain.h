@@ -1,5 +1,4 @@
-// A configuration file through the restarts that it asks for: planned, run, restarted, planned
-// anew.
+// A configuration file through its restarts: planned, run, restarted, and planned again.
 #pragma once
 
 #include <cstddef>
@@ -24,16 +23,16 @@ struct ChainStep {
 enum class ChainEnding : std::uint8_t {
   kSettled,  ///< a run came to its end
   kFailed,   ///< a run failed or was not answered
-  kLoops,    ///< a start found machine and queue as an earlier one had found them
-  kLimit,    ///< a restart is due that was not to be followed any more
+  kLoops,    ///< a start found the same machine and queue as an earlier one
+  kLimit,    ///< another restart is due, but no more were to be followed
 };
 
-/// Something that the file asks for and that the machine is not in the end.
+/// A setting of the file that the machine does not have at the end.
 struct NotTrue {
   std::string section;
   /// "line 8".
   std::string lines;
-  /// "SetGateway", or "DNS_SERVER" for an event that no command came of.
+  /// "SetGateway", or "DNS_SERVER" for an event without a command.
   std::string what;
   std::string description;
   std::optional<std::string> current;
@@ -45,7 +44,7 @@ struct RestartChain {
   /// At least one.
   std::vector<ChainStep> steps;
   ChainEnding ending = ChainEnding::kSettled;
-  /// The step that a further start would repeat; of a chain that loops only.
+  /// The step that the next start would repeat; only for a chain that loops.
   std::size_t loopsTo = 0;
   std::uint32_t restarts = 0;
   simulated::Machine after;
@@ -62,7 +61,7 @@ struct RestartChain {
 RestartChain FollowRestarts(const simulated::Machine& machine, const std::string& path,
                             const std::string& shownPath, std::uint32_t most);
 
-/// How it ended, in words: "settled after 1 restart".
+/// The ending in words: "settled after 1 restart".
 std::string EndingText(const RestartChain& chain);
 
 }  // namespace tool

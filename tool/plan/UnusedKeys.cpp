@@ -32,7 +32,7 @@ bool AsksByItself(const PlacedEntry& entry, SectionKind section) {
   }
 }
 
-/// The domain's other name was asked for.
+/// The section gives the domain's other name.
 bool IsRuledByDnsDomain(const Section& section, const PlacedEntry& entry) {
   return entry.known == Key::kDomain && section.Find(Key::kDnsDomain) != nullptr;
 }

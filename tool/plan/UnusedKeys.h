@@ -1,4 +1,4 @@
-// What a configuration file says and the library makes nothing of.
+// Keys of a configuration file that the library does not use.
 #pragma once
 
 #include <vector>
@@ -8,9 +8,9 @@
 
 namespace tool {
 
-/// The keys that none of the events came of, in the order of the file: of sections that nobody
-/// reads, misspelt or repeated ones, and those that another key of the section rules out. Keys that
-/// only steer others are not among them.
+/// The keys that led to none of the events, in the order of the file: keys of unknown sections,
+/// misspelled or repeated ones, and those that another key overrides. Keys that only control others
+/// are not listed.
 std::vector<UnusedKeys> FindUnusedKeys(const check::Document& document,
                                        const std::vector<PlannedEvent>& events);
 
