@@ -91,7 +91,8 @@ void LeaveOut(const CheckOptions& options, std::vector<FileReport>& reports) {
   std::multiset<std::string> known;
   std::istringstream none;
   if (options.baseline) {
-    known = check::ReadBaseline(*options.baseline, ReadText(*options.baseline, none));
+    known =
+        check::ReadBaseline(*options.baseline, ReadInput(*options.baseline, none, ReadTextBlocks));
   }
   for (FileReport& report : reports) {
     check::LeaveOutAllowed(report);

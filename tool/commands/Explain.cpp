@@ -171,11 +171,9 @@ class Explanation {
       const std::uint32_t answer = failure->Answer();
       std::string text = why != nullptr ? why->meaning : "";
       if (answer != 0 && (why == nullptr || why->kind == explain::NumberKind::kRecord)) {
-        const bool isResult = answer >= 0x80000000U;
-        text.append(text.empty() ? "" : "; ") +=
-            "the machine answered " +
-            (isResult ? simulated::HResultText(static_cast<std::int32_t>(answer))
-                      : std::to_string(answer));
+        text += text.empty() ? "the machine answered " : "; the machine answered ";
+        text += answer >= 0x80000000U ? simulated::HResultText(static_cast<std::int32_t>(answer))
+                                      : std::to_string(answer);
       }
       if (why != nullptr) text += std::string(" (") + why->name + ")";
       if (!text.empty()) rows.push_back({"why", text});

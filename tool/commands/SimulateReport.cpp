@@ -83,7 +83,8 @@ std::string LogLines(const Delivery& delivery, const Style& style, bool verbose)
 
 /// Why the message failed, as its log tells it; null when that is unknown.
 const explain::Reading* Why(const Delivery& delivery) {
-  const explain::Reading* why = nullptr;
+  // A run that stopped for a restart logs no failure.
+  const explain::Reading* why = explain::FindReading(explain::NumberKind::kReply, 3);
   explain::LogReader reader([&](const explain::LogStory& story) {
     if (story.failure) why = story.failure->Why();
   });
@@ -94,13 +95,9 @@ const explain::Reading* Why(const Delivery& delivery) {
 
 std::string Reply(const Delivery& delivery, const Style& style) {
   std::vector<Row> rows;
-  const explain::Reading* why = Why(delivery);
+  const explain::Reading* const why = Why(delivery);
   for (const MessageValue& value : delivery.reply) {
     std::string text = Printable(ShownText(value));
-    // A run that stopped for a restart logs no failure.
-    if (why == nullptr && value.key == "Status-Module" && text == "Tarvo") {
-      why = explain::FindReading(explain::NumberKind::kReply, 3);
-    }
     if (why != nullptr && value.key == "Status-Code") text.append(" (").append(why->meaning) += ')';
     const bool result = value.key == "Result";
     rows.push_back({Printable(value.key), !result                ? text

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
-#include <string>
 
 #include "base/FindIn.h"
 #include "base/Numbers.h"
@@ -57,11 +56,11 @@ std::vector<Reading> ReadNumber(std::uint32_t number) {
 }
 
 const Reading* FindReading(NumberKind kind, std::uint32_t number, std::string_view source) {
-  const std::string ending(source.substr(source.find_last_of("\\/") + 1));
+  source.remove_prefix(source.find_last_of("\\/") + 1);
   return base::FindIn(kReadings, [&](const Reading& reading) {
     const std::string_view name = reading.name;
     return Reads(reading, kind, number) &&
-           (name.ends_with(ending) || name.find(" of ") == std::string_view::npos);
+           (name.ends_with(source) || name.find(" of ") == std::string_view::npos);
   });
 }
 

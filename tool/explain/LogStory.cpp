@@ -110,14 +110,13 @@ const Format* Recognize(std::string_view line, std::size_t anchor, Values& value
 }  // namespace
 
 std::uint32_t LoggedFailure::Answer() const {
-  constexpr std::int32_t kNotOpened = 3;
   const std::int32_t code = value.value_or(1);
   const std::uint32_t answer = systemError.value_or(0);
   const bool isOfWmi = source == "Wmi" || source.ends_with("OsVersion");
   if (isOfWmi && code < 0) return static_cast<std::uint32_t>(code);
-  // Otherwise these two tell the last error of Windows, which may be any older one.
-  const bool isResult = answer >= 0x80000000U;
-  return (isOfWmi && !isResult) || (source.ends_with("Registry") && code > kNotOpened) ? 0 : answer;
+  // These, and the registry but for keys (3), tell the last error of Windows, which may be older.
+  const bool isOld = isOfWmi ? answer < 0x80000000U : source.ends_with("Registry") && code > 3;
+  return isOld ? 0 : answer;
 }
 
 const Reading* LoggedFailure::Why() const {

@@ -64,7 +64,8 @@ class InventoryRun {
       : folder_(PathOf(options.files.front()).parent_path()), report_(report) {
     base_ = LoadMachine(options.machineFile, streams, options.files);
     if (options.directory) {
-      domains_ = ReadDirectory(ReadText(*options.directory, streams.in), *options.directory);
+      domains_ = ReadDirectory(ReadInput(*options.directory, streams.in, ReadTextBlocks),
+                               *options.directory);
     }
   }
 
@@ -78,7 +79,7 @@ class InventoryRun {
     try {
       if (!row.fault.empty()) throw ToolError(row.fault);
       stage = Outcome::kNoFile;
-      const std::string text = Read(ReadInput, "file", row.file);
+      const std::string text = Read(ReadBlocks, "file", row.file);
       stage = Outcome::kNoMachine;
       Machine machine = MachineOf(row);
       stage = Outcome::kFails;
@@ -94,10 +95,10 @@ class InventoryRun {
 
  private:
   /// Throws ToolError.
-  std::string Read(decltype(ReadText)* read, const char* what, const std::string& name) const {
+  std::string Read(decltype(ReadBlocks)* read, const char* what, const std::string& name) const {
     try {
       std::istringstream noInput;
-      return read(NameOf(folder_ / PathOf(name)), noInput);
+      return ReadInput(NameOf(folder_ / PathOf(name)), noInput, read);
     } catch (const ToolError& error) {
       throw ToolError(std::string("the ") + what + " " + error.Fault());
     }
@@ -107,7 +108,7 @@ class InventoryRun {
   Machine MachineOf(const InventoryRow& row) const {
     Machine machine = base_;
     if (!row.machine.empty())
-      machine = ReadMachine(Read(ReadText, "machine file", row.machine), row.machine);
+      machine = ReadMachine(Read(ReadTextBlocks, "machine file", row.machine), row.machine);
     if (domains_) {
       machine.domains = *domains_;
       machine.directoryIsNone = domains_->empty();
@@ -192,7 +193,7 @@ Shard ReadShard(const std::string& text) {
 FleetReport RehearseAll(const FleetOptions& options, const Streams& streams) {
   const std::string& name = options.files.front();
   const Shard shard = ReadShard(options.shard.value_or("1/1"));
-  std::string text = ReadText(name, streams.in);
+  std::string text = ReadInput(name, streams.in, ReadTextBlocks);
   if (!base::IsUtf8(text)) text = ToUtf8(text);
   fleet::Inventory inventory(name, text);
   FleetReport report;
@@ -243,7 +244,7 @@ int Fleet(const FleetOptions& options, const Streams& streams) {
   FleetReport report;
   if (options.merge) {
     for (const std::string& name : options.files) {
-      fleet::Merge(name, ReadText(name, streams.in), &report);
+      fleet::Merge(name, ReadInput(name, streams.in, ReadTextBlocks), &report);
     }
   } else {
     report = RehearseAll(options, streams);

@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <fstream>
 #include <istream>
-#include <optional>
+#include <utility>
 
 #include "tool/io/HostSystem.h"
 #include "tool/io/ToolError.h"
@@ -29,55 +29,12 @@ void ReadAll(std::istream& in, const std::string& name,
   if (in.bad()) throw ToolError(name, "cannot be read to the end", "check the file and its disk");
 }
 
-std::string Whole(decltype(ReadBlocks)* read, const std::string& name, std::istream& in) {
-  std::string text;
-  read(name, in, [&](std::string_view block) {
-    text.append(block);
-    if (text.size() > kLargestInput) {
-      throw ToolError(name == "-" ? "standard input" : name, "is larger than 1 GiB",
-                      "name a configuration or machine file");
-    }
-  });
-  return text;
+void AppendUtf8(std::string& text, std::uint32_t code) {
+  const unsigned following = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+  const unsigned lead = following > 0 ? 0xFF00U >> (following + 1) : 0;
+  text += static_cast<char>(lead | code >> (6 * following));
+  for (unsigned i = following; i-- > 0;) text += static_cast<char>(0x80 | (code >> (6 * i) & 0x3F));
 }
-
-/// Reads UTF-16 block by block, in which pairs may span two blocks.
-class Utf16 {
- public:
-  explicit Utf16(bool isBigEndian) : high_(isBigEndian ? 0 : 1) {}
-
-  /// Whole units, as in each block of a file but the last. The text is of use until the next call.
-  std::string_view ToUtf8(std::string_view bytes) {
-    text_.clear();
-    for (; bytes.size() > 1; bytes.remove_prefix(2)) {
-      std::uint32_t code = Byte(bytes[high_]) << 8U | Byte(bytes[1 - high_]);
-      if (code >= 0xDC00 && code < 0xE000 && first_ != 0) {
-        code += 0x10000 - 0xDC00 + ((first_ - 0xD800) << 10U);
-      }
-      const bool isFirst = code >= 0xD800 && code < 0xDC00;
-      first_ = isFirst ? code : 0;
-      if (!isFirst) Append(code);
-    }
-    return text_;
-  }
-
- private:
-  static std::uint32_t Byte(char c) { return static_cast<unsigned char>(c); }
-
-  void Append(std::uint32_t code) {
-    const unsigned following = code < 0x80 ? 0 : code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
-    const unsigned lead = following > 0 ? 0xFF00U >> (following + 1) : 0;
-    text_ += static_cast<char>(lead | code >> (6 * following));
-    for (unsigned i = following; i-- > 0;)
-      text_ += static_cast<char>(0x80 | (code >> (6 * i) & 0x3F));
-  }
-
-  /// Where the high byte of a unit stands.
-  std::size_t high_;
-  /// The first half of a pair.
-  std::uint32_t first_ = 0;
-  std::string text_;
-};
 
 /// Writes a file beside `target` and puts it in its place; without content, only tries to make it.
 /// Leaves nothing else behind.
@@ -126,26 +83,42 @@ void ReadBlocks(const std::string& name, std::istream& in,
   ReadAll(file, name, take);
 }
 
-std::string ReadInput(const std::string& name, std::istream& in) {
-  return Whole(ReadBlocks, name, in);
-}
-
 void ReadTextBlocks(const std::string& name, std::istream& in,
                     const std::function<void(std::string_view)>& take) {
-  std::optional<Utf16> wide;
-  bool isFirst = true;
+  bool isWide = false;
+  bool isStart = true;
+  std::size_t high = 0;     // where the high byte of a unit of UTF-16 stands
+  std::uint32_t first = 0;  // half a pair, whose other half may stand in the next block
   ReadBlocks(name, in, [&](std::string_view block) {
-    if (isFirst && (block.starts_with("\xFF\xFE") || block.starts_with("\xFE\xFF"))) {
-      wide.emplace(/*isBigEndian=*/block.starts_with('\xFE'));
-      block.remove_prefix(2);
+    if (std::exchange(isStart, false)) {
+      isWide = block.starts_with("\xFF\xFE") || block.starts_with("\xFE\xFF");
+      high = block.starts_with('\xFF') ? 1 : 0;
     }
-    isFirst = false;
-    take(wide ? wide->ToUtf8(block) : block);
+    if (!isWide) return take(block);
+    std::string text;
+    // Each block but the last holds whole units.
+    for (; block.size() > 1; block.remove_prefix(2)) {
+      std::uint32_t code = static_cast<unsigned char>(block[1 - high]);
+      code |= static_cast<std::uint32_t>(static_cast<unsigned char>(block[high])) << 8U;
+      const bool isSecond = first != 0 && (code & 0xFC00) == 0xDC00;
+      if (isSecond) code += 0x10000 - 0xDC00 + ((first - 0xD800) << 10U);
+      first = (code & 0xFFFFFC00) == 0xD800 ? code : 0;
+      if (first == 0) AppendUtf8(text, code);
+    }
+    take(text);
   });
 }
 
-std::string ReadText(const std::string& name, std::istream& in) {
-  return Whole(ReadTextBlocks, name, in);
+std::string ReadInput(const std::string& name, std::istream& in, decltype(ReadBlocks)* read) {
+  std::string text;
+  read(name, in, [&](std::string_view block) {
+    text.append(block);
+    if (text.size() > kLargestInput) {
+      throw ToolError(name == "-" ? "standard input" : name, "is larger than 1 GiB",
+                      "name a configuration or machine file");
+    }
+  });
+  return text;
 }
 
 PrivateFile::PrivateFile(const std::string& name) : name_(name), target_(PathOf(name)) {

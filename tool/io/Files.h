@@ -15,14 +15,14 @@ namespace tool {
 void ReadBlocks(const std::string& name, std::istream& in,
                 const std::function<void(std::string_view)>& take);
 
-/// The same in one piece.
-std::string ReadInput(const std::string& name, std::istream& in);
-
-/// The same of texts for the tool itself, such as logs and machine files: UTF-16 behind a byte
+/// The same of a text for the tool itself, such as a log or a machine file: UTF-16 behind a byte
 /// order mark becomes UTF-8.
 void ReadTextBlocks(const std::string& name, std::istream& in,
                     const std::function<void(std::string_view)>& take);
-std::string ReadText(const std::string& name, std::istream& in);
+
+/// The bytes or the text in one piece.
+std::string ReadInput(const std::string& name, std::istream& in,
+                      decltype(ReadBlocks)* read = ReadBlocks);
 
 /// The system's reason for refusing a file.
 std::string Reason(std::error_code error);

@@ -57,7 +57,7 @@ simulated::Machine LoadMachine(const std::optional<std::string>& name, const Str
       throw ToolError("--machine -", "standard input holds the configuration file already",
                       "name a file for one of them");
     }
-    return ReadMachine(ReadText(*name, streams.in), MachineName(name));
+    return ReadMachine(ReadInput(*name, streams.in, ReadTextBlocks), MachineName(name));
   }
   if (!RunsWindows()) {
     throw ToolError("--machine live", "only Windows tells what this computer is",
