@@ -39,8 +39,7 @@ std::optional<std::string_view> Nearest(std::string_view name,
   std::optional<std::string_view> nearest;
   // A name that shares hardly a letter is no help.
   std::size_t limit = most.value_or(2 + name.size() / 5);
-  for (const std::string_view one : known,
-                                        std::optional<std::size_t> most) {
+  for (const std::string_view one : known) {
     // The lengths alone may tell that it is too far.
     if (one.size() > name.size() + limit || name.size() > one.size() + limit) continue;
     const std::size_t distance = Distance(Folded(one), folded);
