@@ -47,7 +47,7 @@ Machine  m.json: ZÜRICH, workgroup Zürich, 1 adapter
   4  ConfigureNic    adapter 7, Zürich  [NicEntry Zü] line 11
        SetDnsSuffix  DNS Suffixes=zürich,\x9D  line 13
                      zürich -> zürich,\x9D
-  [Networking] Zürich, line 8: no event comes of it
+  [Networking] Zürich, line 8: not used by the library
   adapter 7, Zürich  taken by [NicEntry Zü], PCI location 0/3/0, MAC address 08:00:27:12:34:56
   DOMAIN zürich.example from [Networking] DNSDomain, line 4            3 JoinDomain
   DOMAIN_OU Zürich from [Networking] DSOrganizationalUnit, line 5      3 JoinDomain

@@ -27,14 +27,14 @@ sed -n '/^Reply/,/^$/s/^  //p' out | tr -s ' \n' ' ,' | sed 's/Schedule-ID (empt
 $ sh try '[Global]|ScheduleId=1|TaskSequence=2'  --> Schedule-ID 1,Task-Sequence-ID 2,Result Success,status 1, exit code 0, put away
 $ sh try '[Networking]|ComputerName=A'  --> no IDs,Result Reboot,status 1, exit code 0,
 $ sh try '[Networking]|Workgroup=True|Domain=W' --machine member.json  --> no IDs,Result Reboot,status 1, exit code 0,
-$ sh try '[Networking]|ComputerName=A|[global]|rebootafterconfig=FALSE'  --> no IDs,Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1, put away
+$ sh try '[Networking]|ComputerName=A|[global]|rebootafterconfig=FALSE'  --> no IDs,Result Failure,Status-Module Tarvo,Status-Code 3 (the file forbids the restart that it needs),status 1, exit code 1, put away
 $ sh try '[Networking]|ComputerName=template|[Global]|RebootAfterConfig=False'  --> no IDs,Result Success,status 1, exit code 0, put away
-$ sh try ''  --> Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
+$ sh try ''  --> Result Failure,Status-Module Tarvo,Status-Code 3 (the file is empty, unreadable or broken),status 1, exit code 1,
 $ sh try '[TCP/IP]|DHCP=False|Netmask=255.0.0.0'
   0  internal/Configure:581 Configure::HandleMessage(): caught win32 error
        SetStatic:62 - Static IP addresses/masks list empty
        Value=2, SystemError=0x00000000
-no IDs,Result Failure,Status-Module Win32,Status-Code 0,status 1, exit code 1, put away
+no IDs,Result Failure,Status-Module Win32,Status-Code 0 (no address or mask is given),status 1, exit code 1, put away
 $ sh try '[TCP/IP]|DHCP=False|Address=nowhere'
   0  internal/Configure:607 Configure::HandleMessage(): caught general (win32) error
        common\ipc\IpAddress:58 - IPAddress::Connect Name Resolution Error
@@ -44,14 +44,14 @@ $ sh try '[Global]|Config=Restore|[Broken' --machine restore.json; grep 'move' o
 status 1, exit code 0,
   2  move C:\restore.cfg to C:\tarvo.cfg
 $ sh try '[Broken' --machine flag.json; grep registry: out  # what this message took, the next one finds
-Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file is empty, unreadable or broken),status 1, exit code 1,
   1  registry: delete HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled
   2  registry: set HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled to 1
 $ sed 's/"data": 1/"data": 0/' flag.json >off.json; sh try '[Broken' --machine off.json; grep -c registry: out  # nor is more put back
-Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file is empty, unreadable or broken),status 1, exit code 1,
 1
 $ sh try '[Broken' --machine no.json; grep 'registry: set' out
-Result Failure,Status-Module Tarvo,Status-Code 3 (the file was not loaded, or forbids the restart that it needs),status 1, exit code 1,
+Result Failure,Status-Module Tarvo,Status-Code 3 (the file is empty, unreadable or broken),status 1, exit code 1,
   2  registry: set HKEY_LOCAL_MACHINE\Software\Orvanta\Client Service\NetworkDisabled to 1  refused: error 5 (access denied)
 $ sh try '[Global]|Config=Restore'  # without a restore file the file itself counts  --> no IDs,Result Success,status 1, exit code 0, put away
 $ x=$(head -c 1048576 /dev/zero | tr '\0' 7); for k in 'Networking]|ComputerName' 'TCP/IP]|PCIBus' 'TCP/IP]|MACAddress' 'TCP/IP]|Static-Route-Count' 'Global]|ScheduleId'; do echo "[$k=$x" | tr '|' '\n' | orvanta-config simulate - | grep -o 'Result.*'; done | tr -s ' \n' ' '

@@ -38,18 +38,20 @@ Internal/Configure of C:\tarvo.cfg: failed
 
 Internal/Configure of C:\tarvo.cfg: failed
   at      internal/Configure:124 - the file cannot be loaded
-  why     the file was not loaded, or forbids the restart that it needs (Status-Code 3 of Tarvo)
-  remedy  run "check" on the file; with RebootAfterConfig=False no setting may need a restart
+  why     the file is empty, unreadable or broken (code 3 of Configure)
+  remedy  run "check"
 
 Internal/PrepForImage: failed
   at      common\sys\OsVersion:129 - Error thrown from WMI initialization code.
-  why     settings do not fit together, or WMI or the directory did not answer (Value=1)
-  remedy  read the record's text; "check" finds settings that do not fit together
+  why     WMI does not answer (Value=1 of OsVersion)
+  remedy  start the service Winmgmt
 
 Internal/Configure: failed
-  at  common\sys\OsVersion:129 - Error thrown from WMI initialization code.
+  at      common\sys\OsVersion:129 - Error thrown from WMI initialization code.
+  why     WMI does not answer (Value=1 of OsVersion)
+  remedy  start the service Winmgmt
 $ grep -A3 'cannot load' agent.log | orvanta-config explain - --json | tr -s '\n ' ' '
-{ "schema": 1, "codes": [], "messages": [ { "type": "", "name": "", "file": null, "outcome": "failed", "failed_at": { "source": "internal/Configure", "line": 124, "text": "the file cannot be loaded", "value": 3, "system_error": null, "meaning": "the file was not loaded, or forbids the restart that it needs", "remedy": "run \"check\" on the file; with RebootAfterConfig=False no setting may need a restart" } }, { "type": "Internal", "name": "PrepForImage", "file": null, "outcome": "no failure", "failed_at": null } ] } 
+{ "schema": 1, "codes": [], "messages": [ { "type": "", "name": "", "file": null, "outcome": "failed", "failed_at": { "source": "internal/Configure", "line": 124, "text": "the file cannot be loaded", "value": 3, "system_error": null, "meaning": "the file is empty, unreadable or broken", "remedy": "run \"check\"" } }, { "type": "Internal", "name": "PrepForImage", "file": null, "outcome": "no failure logged", "failed_at": null } ] } 
 $ sed -n '/about to execute.*SetGateway/,/SetGateway:52/p' agent.log | orvanta-config explain -
 a message that began before the log: failed
   failed  SetGateway (Gateways=10.9.9.9)

@@ -2,7 +2,7 @@ Codes and numbers are explained in every form that reports and logs show them in
 
 -- console --
 $ orvanta-config explain c102
-C102: a section is not read
+C102 (note): a section is not read
 ```diff
  [Global]
  ScheduleId=7
@@ -12,12 +12,20 @@ C102: a section is not read
 Remedy: remove it, unless another program reads it
 $ orvanta-config explain 3
 3, the library's reply: Status-Code 3 of Tarvo
-the file was not loaded, or forbids the restart that it needs
-Remedy: run "check" on the file; with RebootAfterConfig=False no setting may need a restart
+the file forbids the restart that it needs
+Remedy: leave RebootAfterConfig=False out, or what needs the restart
 
-3, the library's error record: Value=3
+3, the library's reply: Status-Code 3 of Tarvo
+the file was not loaded
+Remedy: run "check" on the file
+
+3, the library's log: code 3 of Configure
+the file is empty, unreadable or broken
+Remedy: run "check"
+
+3, the library's log: Value=3 of Registry
 a registry key cannot be opened
-Remedy: read the record's SystemError
+Remedy: run the agent as LocalSystem or as an administrator
 
 3, an error of Windows: ERROR_PATH_NOT_FOUND
 no such folder
@@ -25,7 +33,7 @@ Remedy: make the folder
 $ for w in -2147023570 0x80041003 4294967295; do orvanta-config explain $w | head -n 1; done
 -2147023570, an error of Windows: ERROR_LOGON_FAILURE
 0x80041003, a COM result: WBEM_E_ACCESS_DENIED
-4294967295: unknown
+4294967295, the library's log: -1 of SetStaticRoute
 $ orvanta-config explain 1722 4711 C999
 1722, an error of Windows: RPC_S_SERVER_UNAVAILABLE
 the service does not answer
@@ -34,4 +42,4 @@ Remedy: start the service Winmgmt (WMI) or reach the domain controller; look at 
 C999: unknown
 [exit code 1]
 $ orvanta-config explain C102 5 --json | grep -v meaning | tr -s '\n ' ' '
-{ "schema": 1, "codes": [ { "code": "C102", "name": "a section is not read", "remedy": "remove it, unless another program reads it" }, { "code": "5", "name": "Value=5", "remedy": "read the record's SystemError: for a route it is the tool's exit code" }, { "code": "5", "name": "ERROR_ACCESS_DENIED", "remedy": "run the agent as LocalSystem or as an administrator; for a join or a move, let the account join computers and write to the OU" } ], "messages": [] } 
+{ "schema": 1, "codes": [ { "code": "C102", "name": "a section is not read", "remedy": "remove it, unless another program reads it" }, { "code": "5", "name": "Value=5 of Registry", "remedy": "look who may do so" }, { "code": "5", "name": "Value=5 of SetStaticRoute", "remedy": "run its command by hand; the answer is its exit code, or why Windows cannot run it" }, { "code": "5", "name": "ERROR_ACCESS_DENIED", "remedy": "run the agent as LocalSystem or as an administrator; for a join or a move, let the account join computers and write to the OU" } ], "messages": [] } 

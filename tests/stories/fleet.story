@@ -63,8 +63,8 @@ Roll-out
 $ orvanta-config fleet inventory.csv --json --at-once 4 --restart-minutes 10 >whole.json  --> [exit code 1]
 $ grep -e minutes -e '"row":[34]' whole.json
   "minutes": 11,
-    {"row":3,"file":"address.cfg","outcome":"settled","restarts":0,"pause_ms":20000,"cause":null,"computer_name":"PC-2","mac_addresses":["08:00:27:00:00:02"],"ip_addresses":["10.0.0.5"],"pci_locations":["0/3/0","4/0/0"],"columns":{"Asset":"18"}},
-    {"row":4,"file":"address.cfg","outcome":"settled","restarts":0,"pause_ms":20000,"cause":null,"computer_name":"PC-3","mac_addresses":["08:00:27:00:00:02"],"ip_addresses":["10.0.0.5"],"pci_locations":["0/3/0","4/0/0"],"columns":{"Asset":"19, spare \"new\""}},
+    {"row":3,"file":"address.cfg","outcome":"settled","restarts":0,"pause_ms":20000,"cause":null,"computer_name":"PC-2","mac_addresses":["08:00:27:00:00:02"],"ip_addresses":["10.0.0.5"],"columns":{"Asset":"18"}},
+    {"row":4,"file":"address.cfg","outcome":"settled","restarts":0,"pause_ms":20000,"cause":null,"computer_name":"PC-3","mac_addresses":["08:00:27:00:00:02"],"ip_addresses":["10.0.0.5"],"columns":{"Asset":"19, spare \"new\""}},
 $ for i in 1 2 3; do orvanta-config fleet inventory.csv --shard $i/3 --json >$i.json; done  --> [exit code 1]
 $ orvanta-config fleet --merge 1.json 2.json 3.json --at-once 4 --restart-minutes 10 --json >merged.json  --> [exit code 1]
 $ sh same whole.json merged.json  --> same schema same rows same outcomes same causes same duplicates same restarts same pause_ms same minutes same computers

@@ -11,7 +11,7 @@ orvanta-config capture --machine m >captured 2>&1 || sed 's/^orvanta-config: m:*
 $ sh try '='  --> 1:1: malformed JSON: syntax error while parsing value - unexpected end of input; expected '[', '{', or a literal; correct it there
 $ sh try '={\n  "schema": 1,\n  "hosts": [,]}'  --> 3:13: malformed JSON: syntax error while parsing value - unexpected ','; expected '[', '{', or a literal; correct it there
 $ sh try '={"decrypt": {"a": "s3cret\\q"}}'  --> 1:27: malformed JSON: syntax error while parsing value - invalid string: forbidden character after backslash; correct it there
-$ sh try '=\0377\0376{'  --> 1:1: not UTF-8; save it as UTF-8
+$ sh try '=\0377\0376{'  --> 1:4: malformed JSON: syntax error while parsing value - unexpected end of input; expected '[', '{', or a literal; correct it there
 $ sh try '={"schema": 1e999}'  --> 1:16: malformed JSON: number overflow parsing '1e999'; correct it there
 $ sh try '={"schema": 1} x'  --> 1:15: malformed JSON: syntax error while parsing value - invalid literal; correct it there
 $ sh try '=[]'  --> $: expected an object, found a list

@@ -39,7 +39,7 @@ $ sh try '[TCP/IP]|Static-Route-Count=2|Route1=10.1.0.0 255.255.0.0 10.0.0.1 x 1
   2  SetStaticRoute  - 10.2.0.0/255.255.0.0 via 10.0.0.1 metric 1  [TCP/IP] lines 3-4
                      + 10.3.0.0/255.255.0.0 via 10.0.0.1 metric 1
 $ sh try '[TCP/IP]|DHCP=True' --machine six.json | tail -n 1
-  adapter 8, Intel(R) 82574L Gigabit Network Connection has the IPv6 gateway fe80::1, which the library cannot read [C517]
+  fe80::1 of the machine's adapter 8 is taken for the name of a host, which fails the run [C517]
 $ python3 told '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=ENCIPHERED-USER|DomainPassword=ENCIPHERED-PASSWORD|ComputerName=B' --machine unknown.json
 restart 2 0 exit code 2
 3 JoinDomain None directory True

@@ -49,7 +49,7 @@ $ sh try '[Global]|RebootAfterConfig=False|[Networking]|ComputerName=B|Workgroup
   -- restart, which RebootAfterConfig=False forbids: the run fails here -- [C302]
   lost by it: the file is put away, the restart never comes, the join never happens
 Never done: the run fails and the file is put away
-                     the next free one, no adapter with MAC address 02004C4F4F50 that can be had: adapter 12 is not on the PCI bus
+                     the next free one, no adapter with MAC address 02004C4F4F50 available: adapter 12 is not on the PCI bus
 $ sh try '[Networking]|ComputerName=template|[TCP/IP]|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server1=0.0.0.0'
 Runs now
   1  ConfigureNic    adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [TCP/IP] line 3

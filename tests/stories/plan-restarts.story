@@ -24,11 +24,11 @@ reply Success exit code 0
   settled after 0 restarts
 $ sh try 0 '[Networking]|ComputerName=B' plain
 reply Reboot exit code 0
-  a restart is due after 0 restarts; a larger --follow-restarts tells more
+  a restart is due after 0 restarts; a larger --follow-restarts shows more
   [Networking] line 2  ChangeCompName  Name=B {User=}: is TEMPLATE, wanted B: it waits for a restart
 $ sh try 1 '[Networking]|Workgroup=No|Domain=corp.example|DSOrganizationalUnit=|ComputerName=B' plain
 reply Reboot reply Reboot exit code 0
-  a restart is due after 1 restart; a larger --follow-restarts tells more
+  a restart is due after 1 restart; a larger --follow-restarts shows more
 $ printf '[Networking]\nComputerName=B\n' | orvanta-config plan - --machine stubborn.json --follow-restarts 9 --json | sed -n '/"restarts"/,/"steps"/p;/"not_true"/,$p' | tr -s '\n ' ' '
  "restarts": 1, "ending": "loops", "loops_to": 0, "steps": [ "not_true": [ { "section": "Networking", "lines": "line 2", "what": "ChangeCompName", "description": "Name=B {User=}", "current": "TEMPLATE", "wanted": "B", "reason": "every start does it again, to no effect" } ] } 
 $ sh try 9 '[Networking]|ComputerName=B' plain '{"call": "wmi.method", "method": "Rename", "result": 0, "nth": 1}'
@@ -46,7 +46,7 @@ reply Failure exit code 1
 $ sh try 3 '[TCP/IP]|SetDNSInfo=True|DNS-SuffixSearchOrder=a|[NicEntry2]|SetDNSInfo=True|DNS-SuffixSearchOrder=b|DNS-Server-Count=1|DNS-Server1=0.0.0.0|[Networking]|DSOrganizationalUnit=Sales' plain
 reply Success exit code 0
   settled after 0 restarts, but not all of the file is true
-  [TCP/IP] line 3  SetDnsSuffix  DNS Suffixes=a: is b, wanted a: the run did it, and something behind it or the machine undid it
+  [TCP/IP] line 3  SetDnsSuffix  DNS Suffixes=a: is b, wanted a: the run did it, and something after it or the machine undid it
   [Networking] line 10  MoveOu  OU=Sales: is no domain, wanted Sales: the computer belongs to no domain
   [NicEntry2] line 8  DNS_SERVER  0.0.0.0: 0.0.0.0 is no server
 $ sh try 3 '[NicEntry1]|[NicEntry2]|[NicEntry3]' plain
@@ -56,9 +56,9 @@ reply Failure exit code 1
 $ sh try 3 '[TCP/IP]|Address=10.0.0.5,| 10.0.0.6|Netmask=255.0.0.0|SetDNSInfo=True|[Interface1]|DHCP=True|[Networking]|DomainPassword=AB|AB=|DNSDomain=x' plain
 reply Success exit code 0
   settled after 0 restarts, but not all of the file is true
-  [TCP/IP] lines 2, 4  Address, Netmask: nothing came of it; orvanta-config check tells why
-  [Interface1] line 7  DHCP: nothing came of it; orvanta-config check tells why
-  [Networking] line 11  DNSDomain: nothing came of it; orvanta-config check tells why
+  [TCP/IP] lines 2, 4  Address, Netmask: not used by the library; see orvanta-config check
+  [Interface1] line 7  DHCP: not used by the library; see orvanta-config check
+  [Networking] line 11  DNSDomain: not used by the library; see orvanta-config check
 $ sh try 3 '[TCP/IP]|DHCP=False|Address=10.0.0.5|Netmask=255.0.0.0' two
 reply Success exit code 0
   settled after 0 restarts, but not all of the file is true

@@ -62,7 +62,7 @@ Log
 Reply
   Result         Failure
   Status-Module  Tarvo
-  Status-Code    3 (the file was not loaded, or forbids the restart that it needs)
+  Status-Code    3 (the file is empty, unreadable or broken)
   status         1
 
   no difference

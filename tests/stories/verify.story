@@ -77,7 +77,7 @@ $ printf '[TCP/IP]\nDHCP=True\n' | orvanta-config verify - --machine other.machi
 
 Nothing differs.
 $ printf '[TCP/IP]\nDHCP=False\n[NicEntry2]\nStatic-Route-Count=1\nRoute1=nowhere 255.0.0.0 10.0.0.1 0 1\n' >refused.cfg; orvanta-config verify refused.cfg --machine other.machine.json
-orvanta-config: refused.cfg: a run refuses it: IPAddress::Connect Name Resolution Error; see orvanta-config check refused.cfg
+orvanta-config: refused.cfg: a run would refuse it: IPAddress::Connect Name Resolution Error; see orvanta-config check refused.cfg
 [exit code 2]
 $ orvanta-config verify pc.cfg
 orvanta-config: verify: --machine is missing; name the machine file to compare with
