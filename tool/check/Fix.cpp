@@ -13,8 +13,11 @@
 namespace tool::check {
 namespace {
 
-/// So many bytes are checked at most to fix a file: some seconds.
-constexpr std::size_t kMostBytes = std::size_t{32} << 20U;
+/// No real file is larger, see `kLargeFile`.
+constexpr std::size_t kLargestFixed = std::size_t{64} << 10U;
+/// So many bytes are checked at most to fix a file, where a finding costs as much as some lines.
+constexpr std::size_t kMostBytes = std::size_t{4} << 20U;
+constexpr std::size_t kCostOfFinding = 100;
 constexpr std::size_t kContext = 3;
 
 /// With their line feeds.
@@ -64,12 +67,12 @@ class Fixer {
   };
 
   State StateOf(Draft draft) {
-    checked_ += draft.text.size();
     FileReport report = CheckText(report_.file, draft.text, machine_,
                                   /*most=*/std::numeric_limits<std::size_t>::max());
     LeaveOutAllowed(report);
     std::multiset<std::string> findings;
     for (const Finding& finding : report.findings) findings.insert(BaselineKey(report, finding));
+    checked_ += draft.text.size() + kCostOfFinding * findings.size();
     return {std::move(draft), std::move(report), std::move(findings)};
   }
 
@@ -101,7 +104,7 @@ class Fixer {
     return next;
   }
 
-  bool GaveUp() const { return checked_ > kMostBytes; }
+  bool GaveUp() const { return checked_ > kMostBytes || report_.text.size() > kLargestFixed; }
 
  private:
   bool MayFix(const Finding& finding) const {
@@ -167,7 +170,8 @@ std::vector<Row> RowsOf(std::string_view before, const Draft& after) {
 void KeepSoundEdits(FileReport& report, simulated::Machine* machine,
                     const std::set<std::string>& claimed) {
   Fixer fixer(report, machine, claimed);
-  const Fixer::State now = fixer.StateOf(DraftOf(report.text));
+  Fixer::State now;
+  if (!fixer.GaveUp()) now = fixer.StateOf(DraftOf(report.text));
   for (Finding& finding : report.findings) {
     if (!fixer.Fixed(now, finding, /*followUps=*/0)) finding.edit.reset();
   }
@@ -176,7 +180,8 @@ void KeepSoundEdits(FileReport& report, simulated::Machine* machine,
 Draft FixText(const FileReport& report, simulated::Machine* machine,
               std::set<std::string>& claimed) {
   Fixer fixer(report, machine, claimed);
-  Fixer::State now = fixer.StateOf(DraftOf(report.text));
+  Fixer::State now;
+  if (!fixer.GaveUp()) now = fixer.StateOf(DraftOf(report.text));
   while (auto next = fixer.Fixed(now)) now = std::move(*next);
   if (fixer.GaveUp()) return DraftOf(report.text);
   for (const Claim& claim : now.report.claims) claimed.insert(claim.identity);
