@@ -1,11 +1,11 @@
 #include "tool/commands/Simulate.h"
 
-#include <algorithm>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <ostream>
 #include <utility>
 
+#include "base/FindIn.h"
 #include "base/Pieces.h"
 #include "tool/agent/Conversation.h"
 #include "tool/check/FileCheck.h"
@@ -48,8 +48,7 @@ Examples:
   orvanta-config simulate --message update-info --set Auto-Update-Count=3)";
 
 const char* MessageNameOf(const std::string& option) {
-  return std::find_if(std::begin(kMessages), std::end(kMessages),
-                      [&](const auto& message) { return option == message.option; })
+  return base::FindIn(kMessages, [&](const auto& message) { return option == message.option; })
       ->name;
 }
 

@@ -52,12 +52,8 @@ std::string ListText(const std::vector<std::string>& items) {
   return items.empty() ? "-" : base::Join(items, ", ");
 }
 
-std::string FirstFew(std::vector<std::string> items, std::size_t most) {
-  const std::size_t count = items.size();
-  if (count > most) {
-    items.resize(most);
-    items.push_back("and " + std::to_string(count - most) + " more");
-  }
+std::string FirstFew(std::vector<std::string> items, std::size_t more) {
+  if (more > 0) items.push_back("and " + std::to_string(more) + " more");
   return base::Join(items, ", ");
 }
 

@@ -26,8 +26,8 @@ std::string Rows(const std::vector<Row>& rows, const std::string& indent);
 /// The items side by side, separated by commas; "-" for none.
 std::string ListText(const std::vector<std::string>& items);
 
-/// The first `most` items in that form; ", and 3 more" counts the rest.
-std::string FirstFew(std::vector<std::string> items, std::size_t most);
+/// The items in that form, followed by ", and 3 more" when `more` is not 0.
+std::string FirstFew(std::vector<std::string> items, std::size_t more);
 
 /// Wraps texts in terminal colours, or leaves them alone.
 class Style {

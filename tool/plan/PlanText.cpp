@@ -81,13 +81,18 @@ std::string HowFound(const QueuePlan& plan, const PlannedCommand& command) {
 std::string PassedOver(const QueuePlan& plan, const PlannedBinding& binding) {
   if (binding.by == By::kPci || binding.by == By::kMac) return {};
   Texts reasons;
+  std::size_t more = 0;
   for (std::size_t i = 0; i < binding.adapter.value_or(plan.adapters.size()); ++i) {
     const PlannedAdapter& adapter = plan.adapters[i];
     if (adapter.IsFree()) continue;
+    if (reasons.size() == kMostPassedOver) {
+      ++more;
+      continue;
+    }
     reasons.push_back("adapter " + std::to_string(adapter.index) + " is " +
                       AdapterFate(plan, adapter));
   }
-  return reasons.empty() ? "" : "passed over: " + FirstFew(std::move(reasons), kMostPassedOver);
+  return reasons.empty() ? "" : "passed over: " + FirstFew(std::move(reasons), more);
 }
 
 /// The event and where it comes from, without the line.

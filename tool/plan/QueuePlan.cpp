@@ -6,6 +6,7 @@
 #include <utility>
 #include <variant>
 
+#include "base/FindIn.h"
 #include "base/LetterCase.h"
 #include "common/config/ConfigError.h"
 #include "common/config/analyzer/Analysis.h"
@@ -137,16 +138,17 @@ PlanError CaughtByTheLibrary() {
 
 [[noreturn]] void ThrowUnloaded(const Document& document, bool isEmpty,
                                 const std::string& shownPath) {
-  for (std::uint32_t line = 0; line < document.Lines().size(); ++line) {
-    if (document.Lines()[line].kind != Document::Line::Kind::kOpenHeader) continue;
+  const auto* header = base::FindIn(document.Lines(), [](const Document::Line& line) {
+    return line.kind == Document::Line::Kind::kOpenHeader;
+  });
+  if (header != nullptr) {
+    const auto line = static_cast<std::uint32_t>(header - document.Lines().data());
     const check::Place place = document.PlaceOf(document.ItemOf(line).span);
     throw ToolError(
         shownPath + ":" + std::to_string(place.line) + ":" + std::to_string(place.column),
         "section header without \"]\"", "close it, as in [Networking]");
   }
-  if (isEmpty) {
-    throw ToolError(shownPath, "is empty", "name a configuration file that says something");
-  }
+  if (isEmpty) throw ToolError(shownPath, "is empty", "name a configuration file with settings");
   throw ToolError(shownPath, "cannot be read on the simulated machine",
                   "look at the faults in the machine file");
 }
@@ -174,12 +176,8 @@ PlannedCommand Describe(IConfigureCommand& command, const Comparison& comparison
 }
 
 PlannedBinding DescribeBinding(const ConfigureNic& nic) {
-  PlannedBinding binding;
-  if (nic.Index() != ConfigureNic::kUnset) binding.index = nic.Index();
-  binding.by = nic.HowBound();
-  binding.pciLocation = LocationText(nic.Location());
-  binding.macAddress = ToUtf8(nic.MacAddress());
-  return binding;
+  return {nic.Index() != ConfigureNic::kUnset ? std::optional(nic.Index()) : std::nullopt,
+          std::nullopt, nic.HowBound(), LocationText(nic.Location()), ToUtf8(nic.MacAddress())};
 }
 
 /// The commands of an adapter, each compared after the ones before it were executed in the

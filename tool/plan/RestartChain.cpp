@@ -1,7 +1,6 @@
 #include "tool/plan/RestartChain.h"
 
 #include <algorithm>
-#include <iterator>
 #include <map>
 #include <utility>
 
@@ -37,14 +36,14 @@ Machine StateOf(Machine machine) {
 Delivery RunOnce(std::string* path, Machine& machine) {
   Conversation conversation = Converse({"Internal", "Configure", {{"Filename", *path}}},
                                        {.deliverPosted = true, .restarts = 0}, machine);
-  Delivery& last = conversation.deliveries.back();
-  *path = last.request.values.front().second;
-  for (auto earlier = std::next(conversation.deliveries.rbegin());
-       earlier != conversation.deliveries.rend(); ++earlier) {
-    last.changes.insert(last.changes.begin(), earlier->changes.begin(), earlier->changes.end());
+  std::vector<simulated::Change> changes;
+  for (const Delivery& delivery : conversation.deliveries) {
+    changes.insert(changes.end(), delivery.changes.begin(), delivery.changes.end());
   }
-  // cppcheck-suppress returnStdMoveLocal; the conversation holds it
-  return std::move(last);
+  Delivery last = std::move(conversation.deliveries.back());
+  *path = last.request.values.front().second;
+  last.changes = std::move(changes);
+  return last;
 }
 
 std::string ReplyValue(const Delivery& delivery, const char* key) {
@@ -66,7 +65,8 @@ class UnmetSettings {
  public:
   explicit UnmetSettings(RestartChain& chain) : chain_(chain) {
     for (const auto& [plan, delivery] : chain.steps) {
-      for (std::size_t i = 0; i < plan.RunsNow(); ++i) Learn(plan, plan.commands[i]);
+      const std::size_t runsNow = plan.RunsNow();
+      for (std::size_t i = 0; i < runsNow; ++i) Learn(plan, plan.commands[i]);
       for (const PlannedCommand& command : plan.dropped) Learn(plan, command);
       for (const PlannedEvent& event : plan.events) {
         if (event.kind != "DOMAIN" || event.cameToNothing.empty()) continue;

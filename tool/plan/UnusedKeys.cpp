@@ -52,17 +52,22 @@ std::vector<UnusedKeys> FindUnusedKeys(const Document& document,
   for (const Section& section : document.Sections()) {
     if (section.kind == SectionKind::kAgentSettings) continue;
     std::vector<std::string> keys;
+    std::size_t more = 0;
     std::set<std::size_t> lines;
     for (const PlacedEntry& entry : section.entries) {
       if (entry.isComment || entry.key.empty() || base::Trimmed(entry.value).empty()) continue;
       if (entry.isFound && !AsksByItself(entry, section.kind)) continue;
       const std::size_t line = document.PlaceOf(document.KeySpan(entry)).line;
       if (isHeard(entry, line) || IsRuledByDnsDomain(section, entry)) continue;
-      keys.push_back(ToUtf8(document.ShownKey(entry)));
+      if (keys.size() < kMostKeys) {
+        keys.push_back(ToUtf8(document.ShownKey(entry)));
+      } else {
+        ++more;
+      }
       lines.insert(line);
     }
     if (!keys.empty())
-      found.push_back({ToUtf8(section.name), Printable(FirstFew(keys, kMostKeys)), lines});
+      found.push_back({ToUtf8(section.name), Printable(FirstFew(keys, more)), lines});
   }
   return found;
 }
