@@ -52,11 +52,12 @@ class Container final : public ComObject<platform::IDirectoryContainer> {
 
  private:
   HResult Move(const std::string& dn) {
+    const std::string target = WithoutScheme(path_);
     if (simulation_.machine.AssumesDirectory()) {
       simulation_.machine.assumed = "directory";
+      simulation_.machine.assumedContainer = target;
       return platform::kOk;
     }
-    const std::string target = WithoutScheme(path_);
     DirectoryDomain* domain = FindDomainOf(simulation_.machine, target);
     Computer* computer = domain == nullptr ? nullptr : FindComputer(*domain, dn);
     const auto container = domain == nullptr ? std::nullopt : FindContainer(*domain, target);
@@ -128,9 +129,9 @@ class DirectoryPort final : public Port<platform::IDirectory> {
     if (account == nullptr && !machine.AssumesDirectory()) {
       return simulation_.Answer(kNoSuchAccount);
     }
-    std::string dn = account != nullptr ? account->dn : "CN=" + machine.computerName;
-    if (account == nullptr)
-      dn += "," + DomainDn({std::get<DomainMembership>(machine.membership).dnsName});
+    const std::string dn = account != nullptr
+                               ? account->dn
+                               : "CN=" + machine.computerName + "," + machine.assumedContainer;
     const auto needed = static_cast<std::uint32_t>(dn.size() + 1);
     const std::uint32_t room = std::exchange(*length, needed);
     if (buffer == nullptr) return true;

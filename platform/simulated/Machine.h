@@ -185,6 +185,8 @@ struct Machine {
   bool assumesUnknown = false;
   /// What the call in progress took for granted; "unknown" of its journal entry tells it.
   std::string assumed;
+  /// The container of the computer's account in a domain whose directory is unknown.
+  std::string assumedContainer = std::string("OU=") + kUnknownText;
   /// The SIDs that window stations and desktops let in, as numbers, by the object's handle. An
   /// object that is absent lets everyone in. Machine files do not hold them.
   std::map<std::uint64_t, std::vector<std::uint64_t>> userObjects;

@@ -130,7 +130,7 @@ constexpr auto kFields = nullptr;
 template <class Struct>
 constexpr std::size_t kLeftOutMembers = 0;
 template <>
-constexpr std::size_t kLeftOutMembers<Machine> = 7;
+constexpr std::size_t kLeftOutMembers<Machine> = 8;
 template <>
 constexpr std::size_t kLeftOutMembers<Fault> = 2;
 

@@ -130,6 +130,8 @@ std::uint32_t JoinDomain(Machine& machine, const std::string& name, const Proper
   if (!isRefused && machine.AssumesDirectory()) {
     machine.assumed = "directory";
     machine.membership = DomainMembership{name, name.substr(0, name.find('.')), true};
+    const std::string ou = TextOf(arguments, "AccountOU");
+    if (!ou.empty()) machine.assumedContainer = ou;
     return 0;
   }
   DirectoryDomain* domain = FindDomain(machine, name);

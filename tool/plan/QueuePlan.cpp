@@ -344,7 +344,7 @@ const PlannedCommand* QueuePlan::Failing() const {
 QueuePlan MakePlan(const simulated::Machine& given, const std::string& path,
                    const std::string& shownPath, Comparing comparing) {
   simulated::Machine machine = given;
-  machine.assumesUnknown = comparing == Comparing::kInTurn;
+  machine.assumesUnknown = machine.assumesUnknown || comparing == Comparing::kInTurn;
   simulated::SimulatedPlatform platform(machine);
   const platform::ScopedPlatform scope(platform);
   QueuePlan plan;
