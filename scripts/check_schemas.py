@@ -20,6 +20,35 @@ import jsonschema
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
 KINDS = ["machine", "plan", "simulate", "check", "verify", "fleet"]
+# What a value means, which the reader and the schema alike refuse; all else of the text is right.
+ADAPTERS = {
+    "mac_address": ["08-00-27-12-34-56", "080027123456", "08:00:27:12:34", "08:00:27:12:34:5G"],
+    "location_information": ["0/3/0", "(0,3,0)"],
+    "ip_addresses": [["10.0.0.5/24"], ["10.0.0.300"], ["10.0.0.010"], [" 10.0.0.5"], ["10.0.0"],
+                     ["10.0.0.5."], ["fe80::1/64"]],
+    "subnet_masks": [["/24"], ["256"], ["255.0.0"]],
+    "gateways": [["gw"]],
+    "dns_servers": [["10.0.0.1", "dns.example"]],
+}
+DOMAINS = {
+    "ous": [["Sales/Europe"], ["OU=Sales"], ["=,DC=corp"], ["LDAP://OU=Sales,DC=corp,DC=example"]],
+    "accounts": [[{"user": "CORP\\joiner"}], [{"user": "joiner@corp.example"}]],
+    "computers": [[{"dn": "PC1.corp.example"}]],
+}
+REFUSED = [
+    *({"adapters": [{name: value}]} for name, values in ADAPTERS.items() for value in values),
+    *({"directory": {"domains": [{name: value}]}} for name, values in DOMAINS.items() for value in values),
+    *({"persistent_routes": [{name: "10.1.0.0/16"}]} for name in ["destination", "mask", "next_hop"]),
+    {"hosts": [{"address": "10.0.0.1/8"}]}, {"faults": [{"nth": 0}]}, {"faults": [{"error": 0}]},
+]
+ACCEPTED = [
+    {"adapters": [{"mac_address": mac}]} for mac in [None, "", "08:00:27:12:34:56", "0a:0B:27:12:34:56:78:9a"]
+] + [
+    {"adapters": [{"ip_addresses": ["fe80::1%4", "::ffff:10.0.0.1", "255.249.199.0"], "subnet_masks": ["64", "255.0.0.0", "128"]}]},
+    {"adapters": [{"location_information": ""}, {"index": 8, "setting_id": "8", "pnp_device_id": "8", "location_information": "Port_#0001"}]},
+    {"directory": {"domains": [{"ous": ["ou=Sales,dc=corp,dc=example", "DC=corp"]}]}},
+    {"faults": [{"nth": 1}, {"nth": None}]},
+]
 # Keeps what a command with --json prints, beside its arguments; the stories run it as the tool.
 KEEPER = """#!/bin/sh
 kept={kept}/$$
@@ -57,6 +86,13 @@ def main(tool):
         jsonschema.Draft202012Validator.check_schema(schema)
         validators[kind] = jsonschema.Draft202012Validator(schema)
     faults = 0
+    for body, isRight in [(body, False) for body in REFUSED] + [(body, True) for body in ACCEPTED]:
+        text = json.dumps({"schema": 1, **body})
+        read = subprocess.run([*tool, "capture", "--machine", "-"], input=text.encode(), capture_output=True)
+        allowed = validators["machine"].is_valid(json.loads(text))
+        if (read.returncode == 0, allowed) != (isRight, isRight):
+            faults += 1
+            print(f"{text}: reader {read.returncode}, schema {allowed}")
     with tempfile.TemporaryDirectory() as folder:
         code = run_stories(tool, pathlib.Path(folder))
         for kind, source, text in documents(pathlib.Path(folder)):

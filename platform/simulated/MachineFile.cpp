@@ -34,10 +34,11 @@ constexpr int kSchema = 1;
 template <class Value>
 struct Codec;
 
-/// What the texts of a field mean beyond being texts.
+/// What the texts of a field mean beyond being texts: the same for the reader and for the schema.
 struct Meaning {
   std::string_view field;
   bool (*holds)(const std::string& text);
+  const char* pattern;
   const char* description;
 };
 
@@ -56,37 +57,44 @@ bool IsMac(const std::string& text) {
     const bool isRight = i % 3 == 2 ? text[i] == ':' : IsHexDigit(text[i]);
     if (!isRight) return false;
   }
-  return text.empty() || text.size() % 3 == 2;
+  return text.empty() || (text.size() % 3 == 2 && text.size() >= sizeof "08:00:27:12:34:56" - 1);
 }
 /// Other buses have other texts; only three numbers alone are certain to be meant as the PCI's.
 bool IsLocation(const std::string& text) {
   return text.empty() || text.find_first_not_of("0123456789/,:()") != std::string::npos;
 }
 bool IsDn(const std::string& text) {
-  const std::size_t equals = text.find('=');
-  return equals != std::string::npos && text.find(',') > equals &&
+  const std::size_t other = text.find_first_of("=/");
+  return other != std::string::npos && other > 0 && text[other] == '=' &&
          base::Find(text, "DC=", 0) != std::string::npos;
 }
 bool IsUser(const std::string& text) { return text.find_first_of("\\@") == std::string::npos; }
 
+#define IPV4 "((25[0-5]|2[0-4][0-9]|1[0-9]{2}|[1-9]?[0-9])(\\.(?=[0-9])|$)){4}"
+constexpr char kIpv4Pattern[] = "^" IPV4 "$";
+constexpr char kAddressPattern[] = "^" IPV4 "$|^(?=.*:)[0-9A-Fa-f:.%]+$";
+constexpr char kMaskPattern[] = "^" IPV4 "$|^0*(25[0-5]|2[0-4][0-9]|1[0-9]{2}|[1-9]?[0-9])$";
+#undef IPV4
+constexpr char kDnPattern[] = "^(?=.*[Dd][Cc]=)[^=/]+=";
 constexpr char kIpv4[] = "an IPv4 address such as 10.0.0.1";
 constexpr char kAddress[] = "an address alone, such as 10.0.0.5; masks stand in subnet_masks";
 constexpr char kDn[] = "a distinguished name such as OU=Sales,DC=corp,DC=example";
 constexpr Meaning kMeanings[] = {
-    {"mac_address", IsMac, "a MAC address such as 08:00:27:12:34:56"},
-    {"location_information", IsLocation,
+    {"mac_address", IsMac, "^([0-9A-Fa-f]{2}(:[0-9A-Fa-f]{2}){5,})?$",
+     "a MAC address such as 08:00:27:12:34:56"},
+    {"location_information", IsLocation, "^$|[^0-9/,:()]",
      "a location such as PCI bus %1, device %2, function %3;(0,3,0)"},
-    {"ip_addresses", IsAddress, kAddress},
-    {"subnet_masks", IsMask, "a mask such as 255.255.255.0"},
-    {"gateways", IsAddress, kAddress},
-    {"dns_servers", IsAddress, kAddress},
-    {"destination", IsIpv4, kIpv4},
-    {"mask", IsIpv4, kIpv4},
-    {"next_hop", IsIpv4, kIpv4},
-    {"address", IsIpv4, kIpv4},
-    {"user", IsUser, "a user without a domain; dns_name and flat_name tell it"},
-    {"ous", IsDn, kDn},
-    {"dn", IsDn, kDn}};
+    {"ip_addresses", IsAddress, kAddressPattern, kAddress},
+    {"subnet_masks", IsMask, kMaskPattern, "a mask such as 255.255.255.0"},
+    {"gateways", IsAddress, kAddressPattern, kAddress},
+    {"dns_servers", IsAddress, kAddressPattern, kAddress},
+    {"destination", IsIpv4, kIpv4Pattern, kIpv4},
+    {"mask", IsIpv4, kIpv4Pattern, kIpv4},
+    {"next_hop", IsIpv4, kIpv4Pattern, kIpv4},
+    {"address", IsIpv4, kIpv4Pattern, kIpv4},
+    {"user", IsUser, R"(^[^\\@]*$)", "a user without a domain; dns_name and flat_name tell it"},
+    {"ous", IsDn, kDnPattern, kDn},
+    {"dn", IsDn, kDnPattern, kDn}};
 
 /// A member of a struct, its name in the file, and the codec of its value.
 template <class Struct, class Member, class MemberCodec>
@@ -337,7 +345,12 @@ struct Codec<Struct> {
     ForEachField(
         [&]<class Member, class MemberCodec>(const Field<Struct, Member, MemberCodec>& field) {
           Json& property = properties[std::string(field.name)] = MemberCodec::Schema();
-          if (field.meaning != nullptr) property["description"] = field.meaning->description;
+          if (field.meaning != nullptr) {
+            property["description"] = field.meaning->description;
+            // Beside other types it counts for texts only.
+            Json& text = property.contains("items") ? property["items"] : property;
+            text["pattern"] = field.meaning->pattern;
+          }
           Json value = MemberCodec::Write(Struct().*field.member, /*hideSecrets=*/false);
           if (!value.is_discarded()) property["default"] = std::move(value);
         });
@@ -722,6 +735,8 @@ Json MachineSchema() {
   properties["$schema"] = Codec<std::string>::Schema();
   schema["required"] = Json::array({"schema"});
   for (const char* unknown : {"decrypt", "directory"}) properties[unknown].erase("default");
+  Json& fault = properties["faults"]["items"]["properties"];
+  for (const char* positive : {"error", "nth"}) fault[positive]["anyOf"][0]["minimum"] = 1;
   return schema;
 }
 

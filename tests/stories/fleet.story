@@ -29,7 +29,7 @@ many.cfg,,PC-4,,,,,
 absent.cfg,,PC-5,,,,,
 rename.cfg,broken.json,,,,,,
 rename.cfg,loops.json,,,,,,
-rename.cfg,,PC-7,07:00,,,,
+rename.cfg,,PC-7,07:00:00:00:00:00,,,,
 rename.cfg,,PC-8
 "rename.cfg,,,,,,,
 -- same --

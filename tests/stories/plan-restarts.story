@@ -2,7 +2,7 @@ A plan that follows restarts tells how it ends, and of every wish that is not fu
 
 -- plain.json --
 {"schema": 1, "adapters": [{"dhcp_enabled": true, "location_information": "PCI bus 1, device 0, function 0"},
-   {"index": 8, "mac_address": "01"}],
+   {"index": 8, "mac_address": "08:00:27:00:00:01"}],
  "directory": {"domains": [{"dns_name": "corp.example", "flat_name": "CORP", "accounts": [{"user": "", "password": ""}]}]},
  "faults": []}
 -- stubborn.json --

@@ -33,7 +33,7 @@ constexpr const char* kFull = R"json({
   "agent_folder": "D:\\a",
   "adapters": [
     {"index": 4294967295, "setting_id": "{1}", "ip_enabled": false, "pnp_device_id": "ROOT",
-     "location_information": null, "mac_address": "0a:1B", "adapter_type": null, "manufacturer": "n",
+     "location_information": null, "mac_address": "0a:1B:00:00:00:00", "adapter_type": null, "manufacturer": "n",
      "caption": "\u0000\u0001\u007F\"\\\n/😀", "dhcp_enabled": false, "ip_addresses": ["1.0.0.1"], "subnet_masks": ["255.0.0.0"],
      "gateways": ["1.0.0.2"], "dns_servers": ["4.0.0.0", "fe80::5%1"], "dns_suffixes": ["6"], "dns_domain": "7",
      "dns_host_name": "8", "static_dns": true},
