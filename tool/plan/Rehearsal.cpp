@@ -21,6 +21,9 @@ using config::command::ConfigureNic;
 using config::command::IConfigureCommand;
 using simulated::Adapter;
 
+/// What a domain answers to a user or password that it does not know.
+constexpr std::uint32_t kWrongAccount = 1326;
+
 bool IsRefused(const simulated::Change& change) {
   const simulated::Value& result = change["result"];
   const bool isDone = result.IsNull() || result == simulated::Value(0) ||
@@ -161,8 +164,13 @@ void NameCause(const simulated::Machine& given, QueuePlan& plan) {
   } else {
     codes = {Code::kSilentMachine, Code::kMachineIpv6};
   }
+  // A wrong account is refused before the organizational unit is looked for.
+  const bool isOfAccount =
+      failing != nullptr &&
+      failing->course.willFail->meaning == explain::FindAnswer(kWrongAccount, false)->meaning;
   simulated::Machine machine = given;
   for (const check::Finding& finding : check::CheckText("", plan.text, &machine).findings) {
+    if (isOfAccount && finding.code == Code::kNoSuchOu) continue;
     const bool isCause =
         codes.contains(finding.code) || (IsError(finding) && lines.contains(finding.place.line));
     const std::string code = check::KindOf(finding.code).id;
