@@ -36,7 +36,9 @@ Waits for the restart, and is planned anew then
                      passed over: adapter 7 is taken by [TCP/IP], adapter 8 is taken by [NicEntry1], adapter 12 is not on the PCI bus
                      will fail: no adapter is left (the machine has none for the section) [C501]
                      lost by it: the file is put away, the restart never comes, 1 adapter is not fully configured
-       SetDhcp       line 22
+       SetDhcp       never done  line 22
+Never done: the run fails and the file is put away
+  7  Reboot
 Pauses
   40 s after the restart
 $ sh try '[TCP/IP]|DHCP=False|Netmask=255.0.0.0,255.0.0.0|[NicEntry1]|DHCP=False|Address=10.0.0.5,10.0.0.6|Netmask=255.0.0.0' | grep -A1 SetStatic

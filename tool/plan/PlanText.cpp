@@ -206,8 +206,11 @@ ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn tu
     notes.push_back(LossLine(plan));
   }
   for (const PlannedCommand& inner : command.commands) {
-    shown.commands.push_back(Shown(plan, inner, turn));
-    shown.commands.back().section.clear();
+    ShownCommand& added = shown.commands.emplace_back(Shown(plan, inner, turn));
+    added.section.clear();
+    if (shown.turn != Turn::kNever && added.turn == Turn::kNever) {
+      added.notes.push_back({Tone::kBad, "never done"});
+    }
   }
   return shown;
 }
@@ -239,9 +242,7 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
     const PlannedCommand& command = plan.commands[i];
     const Course& course = command.course;
     const bool isRestart = command.Is("Reboot");
-    // What is never done needs no restart.
-    if (isRestart && !course.reached) continue;
-    if (const std::string reason = RestartReason(command); !reason.empty()) {
+    if (const std::string reason = RestartReason(command); course.reached && !reason.empty()) {
       reasons.push_back(reason);
     }
     if (isRestart && course.willFail) {
@@ -251,10 +252,11 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
           LossLine(plan)};
       continue;
     }
-    const std::string restart = isRestart ? "restart " + std::to_string(++restarts) + ", for " +
-                                                base::Join(std::exchange(reasons, {}), " and ")
-                                          : "";
-    if (isRestart && turn == Turn::kRuns) {
+    const bool takesPlace = isRestart && course.reached;
+    const std::string restart = takesPlace ? "restart " + std::to_string(++restarts) + ", for " +
+                                                 base::Join(std::exchange(reasons, {}), " and ")
+                                           : "";
+    if (takesPlace && turn == Turn::kRuns) {
       blocks.back().lines.push_back({Tone::kNotice, "-- " + restart + ": the run stops here --"});
       turn = Turn::kWaits;
       if (i + 1 == plan.commands.size()) continue;
@@ -267,7 +269,7 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
     }
     ShownCommand& shown = blocks.back().commands.emplace_back(Shown(plan, command, turn));
     shown.number = std::to_string(i + 1);
-    if (isRestart) shown.notes.push_back({Tone::kNotice, restart});
+    if (takesPlace) shown.notes.push_back({Tone::kNotice, restart});
   }
   ShownBlock& first = blocks.front();
   if (first.commands.empty()) first.lines.insert(first.lines.begin(), {{}, "nothing"});
