@@ -272,7 +272,13 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
     if (takesPlace) shown.notes.push_back({Tone::kNotice, restart});
   }
   ShownBlock& first = blocks.front();
-  if (first.commands.empty()) first.lines.insert(first.lines.begin(), {{}, "nothing"});
+  if (plan.agentSettings > 0) {
+    first.lines.insert(
+        first.lines.begin(),
+        {{}, base::Counted(plan.agentSettings, "line") + " of [ConfigSettings] for the agent"});
+  } else if (first.commands.empty()) {
+    first.lines.insert(first.lines.begin(), {{}, "nothing"});
+  }
   if (plan.staysBehind) {
     blocks.push_back({{Tone::kBad, "At the end the file cannot be put away, and the run fails"}});
     blocks.back().lines = {FailureLine(plan, *plan.staysBehind)};

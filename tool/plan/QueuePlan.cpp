@@ -288,15 +288,21 @@ std::optional<std::string> PlanMessage(simulated::Machine& machine, const std::s
   plan.text = file != nullptr ? file->text : "";
   const Document document(plan.text);
   try {
+    const std::size_t start = machine.journal.size();
     const ConfigurePlan::Opening opening = configure.Open(message);
     if (!host.Posted().empty()) {
       return host.Posted().back().values.front().text;
     }
+    // The value that says that networking is disabled is taken away, also before an error.
+    plan.changes += static_cast<std::size_t>(std::count_if(
+        machine.journal.begin() + static_cast<std::ptrdiff_t>(start), machine.journal.end(),
+        [](const auto& change) { return !IsRefused(change); }));
     if (opening != ConfigurePlan::Opening::kLoaded) {
       ThrowUnloaded(document, file != nullptr && plan.text.empty(), shownPath);
     }
     plan.restartForbidden = configure.Global().noReboot;
     configure.Build();
+    for (const SentMessage& sent : host.Sent()) plan.agentSettings += sent.values.size();
     Analysis analysis;
     configure.Analyze(&analysis);
     Rehearsal rehearsal(machine, comparing, plan);

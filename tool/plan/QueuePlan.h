@@ -144,6 +144,9 @@ struct QueuePlan {
   /// Why the file cannot be put away at the end, which fails a run without any other failure.
   std::optional<Failure> staysBehind;
 
+  /// Entries that the agent gets for its own settings; they change nothing on the machine.
+  std::size_t agentSettings = 0;
+
   PlanOutcome outcome = PlanOutcome::kFailure;
   /// Calls that change the machine, its restarts, and the intended pauses.
   std::size_t changes = 0;

@@ -24,13 +24,6 @@ using simulated::Adapter;
 /// What a domain answers to a user or password that it does not know.
 constexpr std::uint32_t kWrongAccount = 1326;
 
-bool IsRefused(const simulated::Change& change) {
-  const simulated::Value& result = change["result"];
-  const bool isDone = result.IsNull() || result == simulated::Value(0) ||
-                      (change.call == "wmi.method" && result == simulated::Value(1));
-  return !isDone || !change["hresult"].IsNull() || !change["error"].IsNull();
-}
-
 /// The answer to the last call: "result 1326", "error 5", "0x80041002".
 std::string AnswerText(const std::string& call, std::uint32_t number) {
   if (number >= 0x80000000U) return simulated::HResultText(static_cast<platform::HResult>(number));
@@ -52,6 +45,13 @@ bool IsSame(const Adapter& left, const Adapter& right) {
 }
 
 }  // namespace
+
+bool IsRefused(const simulated::Change& change) {
+  const simulated::Value& result = change["result"];
+  const bool isDone = result.IsNull() || result == simulated::Value(0) ||
+                      (change.call == "wmi.method" && result == simulated::Value(1));
+  return !isDone || !change["hresult"].IsNull() || !change["error"].IsNull();
+}
 
 Rehearsal::~Rehearsal() { sys::Domain::Instance().ForgetCredentials(); }
 
@@ -143,10 +143,10 @@ void Rehearsal::Conclude(ConfigurePlan& run) {
     goesOn_ = false;
     plan_.staysBehind = FailureOf(error, start, /*isOfAdapter=*/false);
   }
-  plan_.outcome = !goesOn_             ? PlanOutcome::kFailure
-                  : plan_.restarts > 0 ? PlanOutcome::kRestart
-                  : plan_.changes > 0  ? PlanOutcome::kSuccess
-                                       : PlanOutcome::kNothing;
+  plan_.outcome = !goesOn_                                  ? PlanOutcome::kFailure
+                  : plan_.restarts > 0                      ? PlanOutcome::kRestart
+                  : plan_.changes + plan_.agentSettings > 0 ? PlanOutcome::kSuccess
+                                                            : PlanOutcome::kNothing;
 }
 
 void NameCause(const simulated::Machine& given, QueuePlan& plan) {

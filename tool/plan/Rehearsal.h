@@ -12,6 +12,9 @@
 
 namespace tool {
 
+/// The machine did not do what it was asked.
+bool IsRefused(const simulated::Change& change);
+
 /// Each step returns the course of its command and adds to the plan's changes, restarts and pauses.
 /// When commands are compared as the machine is, it executes and counts nothing.
 class Rehearsal {
