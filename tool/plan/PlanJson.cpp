@@ -37,7 +37,7 @@ Json ToJson(const QueuePlan& plan, const PlannedCommand& command, bool dropped, 
     if (verbose) json["mac_address"] = OrNull(binding->macAddress);
   }
   if (!dropped) {
-    const auto& [reached, willFail, unknown] = command.course;
+    const auto& [reached, willFail, unknown, notes] = command.course;
     json["needed"] = command.needed;
     json["reached"] = reached;
     json["will_fail"] = Json();

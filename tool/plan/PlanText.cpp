@@ -197,6 +197,7 @@ ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn tu
   if (command.binding) {
     for (const std::string& text : BindingTexts(plan, command)) notes.push_back({{}, text});
   }
+  for (const std::string& text : course.notes) notes.push_back({Tone::kNotice, Printable(text)});
   if (!course.unknown.empty()) {
     notes.push_back({Tone::kNotice, "unknown: the machine file does not say \"" + course.unknown +
                                         "\"; it is assumed to succeed"});

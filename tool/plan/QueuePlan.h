@@ -73,6 +73,8 @@ struct Course {
   /// What the command depends on and the machine file leaves unknown, such as "directory"; the
   /// command is then assumed to succeed. Empty for nothing.
   std::string unknown = {};
+  /// What else its run comes upon.
+  std::vector<std::string> notes = {};
 };
 
 struct PlannedCommand {

@@ -12,6 +12,7 @@
 #include "platform/simulated/Simulation.h"
 #include "tool/check/FileCheck.h"
 #include "tool/explain/ErrorNumbers.h"
+#include "tool/machine/ChangeText.h"
 
 namespace tool {
 namespace {
@@ -112,6 +113,12 @@ Course Rehearsal::Do(const IConfigureCommand& command, const std::function<bool(
   for (std::size_t i = start; course.reached && i < machine_.journal.size(); ++i) {
     const simulated::Change& change = machine_.journal[i];
     if (!change["unknown"].IsNull()) course.unknown = change["unknown"].Text();
+    // Other refusals fail the command or are tried again.
+    if (change.call.starts_with("service.")) {
+      const auto& [words, refusal, note] = Describe(change);
+      if (!refusal.empty())
+        course.notes.push_back("refused, and ignored: " + words + ": " + refusal);
+    }
     if (change.call == "sleep") {
       plan_.pauseMs += static_cast<std::uint64_t>(std::get<std::int64_t>(change["milliseconds"]));
     } else if (mayChange && !IsRefused(change)) {
