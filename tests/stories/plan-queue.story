@@ -67,6 +67,7 @@ $ sh try '[Networking]|Workgroup=True|Domain=W' | grep '^  '
 $ sh try '[Networking]|Workgroup=True|Domain=W' --machine member.json | grep '^  '
   1  JoinWorkgroup  Workgroup=W {User=}  [Networking] line 3
                     none -> W
+                    leaves corp.example, joins W
   -- restart 1, for leaving the domain: the run stops here --
 $ sh try '[Networking]|DSOrganizationalUnit=Sales' --machine member.json | grep '^  '
   nothing

@@ -12,6 +12,7 @@
 #include "platform/simulated/Simulation.h"
 #include "tool/check/FileCheck.h"
 #include "tool/explain/ErrorNumbers.h"
+#include "tool/io/CodePage.h"
 #include "tool/machine/ChangeText.h"
 
 namespace tool {
@@ -101,6 +102,7 @@ Course Rehearsal::Do(const IConfigureCommand& command, const std::function<bool(
   Course course{.reached = goesOn_};
   for (simulated::Fault& fault : machine_.faults) fault.struck.clear();
   const std::size_t start = machine_.journal.size();
+  const simulated::Membership before = machine_.membership;
   bool mayChange = true;
   try {
     mayChange = step();
@@ -109,6 +111,13 @@ Course Rehearsal::Do(const IConfigureCommand& command, const std::function<bool(
     const bool isOfAdapter = dynamic_cast<const config::command::NicCommand*>(&command) != nullptr;
     if (goesOn_) course.willFail = FailureOf(error, start, isOfAdapter);
     goesOn_ = false;
+  }
+  const auto* const left = std::get_if<simulated::DomainMembership>(&before);
+  const auto* const joined = std::get_if<simulated::WorkgroupMembership>(&machine_.membership);
+  if (course.reached && left != nullptr && joined != nullptr) {
+    course.notes.push_back(ToUtf8("leaves " +
+                                  (left->dnsName.empty() ? left->flatName : left->dnsName) +
+                                  ", joins " + joined->name));
   }
   for (std::size_t i = start; course.reached && i < machine_.journal.size(); ++i) {
     const simulated::Change& change = machine_.journal[i];
