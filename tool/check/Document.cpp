@@ -301,7 +301,7 @@ std::optional<Item> Document::LinesOf(Span span) const {
   const std::size_t end = last < lineStarts_.size() ? lineStarts_[last] : text_.size();
   const std::string_view text = std::string_view(text_).substr(begin, end - begin);
   for (std::size_t line = first; line <= last; ++line) {
-    if (hiddenFrom_[line - 1] != kNowhere) return std::nullopt;
+    if (HiddenFrom(line) != kNowhere) return std::nullopt;
   }
   for (std::size_t at = text.find('\r'); at != kNowhere; at = text.find('\r', at + 1)) {
     if (text.substr(at, 2) != "\r\n") return std::nullopt;

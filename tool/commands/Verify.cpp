@@ -11,6 +11,7 @@
 
 #include "base/FindIn.h"
 #include "base/Numbers.h"
+#include "tool/check/FileCheck.h"
 #include "tool/io/CodePage.h"
 #include "tool/io/Files.h"
 #include "tool/io/HostSystem.h"
@@ -33,7 +34,8 @@ constexpr char kComputer[] = "computer";
 constexpr char kVerifyFooter[] =
     R"(Compares every setting of FILE with the machine as it is now, lists in full. Sections get
 their adapters as in a run. A setting that cannot be read, such as a password, is unknown;
-so is the OU if the machine file does not describe the directory. On Windows the machine
+so are the OU if the machine file does not describe the directory, and what stands for a
+host name. On Windows the machine
 is this computer by default; elsewhere --machine is required.
 
 Exit codes:
@@ -102,20 +104,29 @@ std::vector<Verified> Verification(const QueuePlan& plan, Machine& machine) {
   return all;
 }
 
+/// Leaves out IPv6, which no file speaks of and the library cannot read.
+void DropIpv6(Machine& machine) {
+  for (simulated::Adapter& adapter : machine.adapters) {
+    for (auto* texts : {&adapter.gateways, &adapter.dnsServers}) {
+      std::erase_if(*texts, [](const std::string& text) { return text.find(':') != text.npos; });
+    }
+  }
+}
+
 std::vector<Verified> VerifyText(const std::string& text, const std::string& name,
-                                 Machine& machine) {
+                                 const std::string& hint, Machine& machine) {
+  DropIpv6(machine);
   // Neither what waits for its turn on the machine nor what fails there changes what FILE asks for.
   Machine copy = machine;
   copy.files.clear();
   copy.registry.clear();
   copy.faults.clear();
   copy.decrypt.emplace();  // so that an account is asked for, whatever it is
-  copy.assumesUnknown = true;
+  copy.assumesUnknown = copy.hostsUnknown = true;
   copy.PutFile(kPlace, text);
   const QueuePlan plan = MakePlan(copy, kPlace, name, Comparing::kAsItIs);
   if (!plan.error) return Verification(plan, machine);
-  throw ToolError(name, std::string("a run would refuse it: ") + plan.error->record.message,
-                  "see orvanta-config check " + name);
+  throw ToolError(name, std::string("a run would refuse it: ") + plan.error->record.message, hint);
 }
 
 std::string Report(const std::vector<Verified>& all, const Style& style) {
@@ -132,10 +143,12 @@ std::string Report(const std::vector<Verified>& all, const Style& style) {
             style.Dim("  line " + std::to_string(each.line)) + "\n";
   }
   const auto differ = std::count_if(all.begin(), all.end(), std::mem_fn(&Verified::Differs));
-  return text + "\n" +
-         (differ > 0 ? style.Bad(std::to_string(differ) + " of " +
-                                 base::Counted(all.size(), "setting") + " differ.")
-                     : style.Good("Nothing differs.")) +
+  return text + (text.empty() ? "" : "\n") +
+         (differ > 0
+              ? style.Bad(std::to_string(differ) + " of " + base::Counted(all.size(), "setting") +
+                          (differ == 1 ? " differs." : " differ."))
+          : all.empty() ? style.Notice("Nothing is asked for.")
+                        : style.Good("Nothing differs.")) +
          "\n";
 }
 
@@ -175,17 +188,19 @@ int Verify(const VerifyOptions& options, const Streams& streams) {
   const std::string name = options.file == "-" ? "standard input" : options.file;
   const std::string text = ReadInput(options.file, streams.in);
   Machine machine = LoadMachine(machineName, streams, {options.file});
-  const std::vector<Verified> all = VerifyText(text, name, machine);
+  const std::string hint = "see orvanta-config check " + options.file +
+                           (machineName != "live" ? " --machine " + *machineName : "");
+  const std::vector<Verified> all = VerifyText(text, name, hint, machine);
   const bool holds = std::none_of(all.begin(), all.end(), std::mem_fn(&Verified::Differs));
   if (options.machine.json) {
     streams.out << PrintedJson(AsJson(all, holds));
   } else {
     const Style style(streams.color && !options.machine.noColor);
-    streams.out << Rows({{"File", Printable(name)},
-                         {"Machine", MachineText(MachineName(machineName), machine)}},
-                        "")
-                << '\n'
-                << Report(all, style);
+    std::vector<Row> rows{{"File", Printable(name)},
+                          {"Machine", MachineText(MachineName(machineName), machine)}};
+    const std::string remark = check::Remark(options.file, text);
+    if (!remark.empty()) rows.insert(rows.begin() + 1, {"Check", remark});
+    streams.out << Rows(rows, "") << '\n' << Report(all, style);
   }
   return holds ? kDone : kFailed;
 }

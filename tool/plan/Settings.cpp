@@ -51,6 +51,7 @@ std::vector<Setting> CompareSettings(const QueuePlan& plan, simulated::Machine& 
       if (isMember && !machine.KnowsDirectory()) setting.found.reset();
       setting.holds = setting.holds && isMember;
     }
+    if (command.course.unknown == "hosts") setting.found.reset();
   };
   for (const auto* commands : {&plan.commands, &plan.dropped}) {
     for (const PlannedCommand& command : *commands) {
