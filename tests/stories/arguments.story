@@ -48,7 +48,7 @@ $ sh try plan a.cfg --html --json  --> --html: needs a value, OUT.html; see orva
 $ sh try plan a.cfg --html=a --html b  --> --html: can be given only once; see orvanta-config plan --help
 $ sh try completion  --> completion: SHELL is missing; name bash, zsh, fish or powershell
 $ sh try plan b.cfg  --> b.cfg:3:2: section header without "]"; close it, as in [Networking]
-$ sh try plan /dev/null  --> /dev/null: is empty; name a configuration file that says something
+$ sh try plan /dev/null  --> /dev/null: is empty; name a configuration file with settings
 $ printf '[Global]\nConfig=Restore\n' >c.cfg; sh try plan c.cfg --machine restore.json; rm c.cfg  --> the restore file on the machine:2:1: section header without "]"; close it, as in [Networking]
 $ sh try plan a.cfg --machine deaf.json  --> a.cfg: cannot be read on the simulated machine; look at the faults in the machine file
 $ sh try plan a.cfg --html -  --> --html -: cannot go to standard output; name a file

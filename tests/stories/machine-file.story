@@ -42,7 +42,7 @@ $ sh try '"registry": [{"type": "REG_BINARY"}]'  --> $.registry[0].type: unknown
 $ sh try '"registry": [{"key": "Software"}]'  --> $.registry[0]: key names no root; begin it with HKEY_LOCAL_MACHINE\
 $ sh try '"hosts": [{"address": "fd00::2"}]'  --> $.hosts[0].address: expected an IPv4 address such as 10.0.0.1
 $ sh try '"hosts": [{"address": "10.0.0.010"}]'  --> $.hosts[0].address: expected an IPv4 address such as 10.0.0.1
-$ sh try '"adapters": [{"mac_address": "08:00:27:12:34"}, {"index": 8, "mac_address": "08-00-27"}]'  --> $.adapters[1].mac_address: expected a MAC address such as 08:00:27:12:34:56
+$ sh try '"adapters": [{"mac_address": "08:00:27:12:34"}, {"index": 8, "mac_address": "08-00-27"}]'  --> $.adapters[0].mac_address: expected a MAC address such as 08:00:27:12:34:56
 $ sh try '"adapters": [{"ip_addresses": ["fe80::1", "10.0.0.5/24"]}]'  --> $.adapters[0].ip_addresses[1]: expected an address alone, such as 10.0.0.5; masks stand in subnet_masks
 $ sh try '"adapters": [{"subnet_masks": ["64", "/24"]}]'  --> $.adapters[0].subnet_masks[1]: expected a mask such as 255.255.255.0
 $ sh try '"adapters": [{"location_information": "0/3/0"}]'  --> $.adapters[0].location_information: expected a location such as PCI bus %1, device %2, function %3;(0,3,0)

@@ -8,6 +8,14 @@ A plan foretells where its run will fail, why, and what is lost by it; what the 
 {"persistent_routes": [{}, {"destination": "10.2.0.0"}]}
 -- refusing.json --
 {"faults": [{"call": "process.run", "contains": "ADD", "result": 87}]}
+-- no-program.json --
+{"faults": [{"call": "process.run", "contains": "10.3.0.0", "error": 2}]}
+-- wrong.json --
+{"decrypt": {"U": "joiner", "BAD": "wrong"}}
+-- locked-down.json --
+{"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP"}},
+ "registry": [{"key": "HKEY_LOCAL_MACHINE\\Software\\Orvanta\\Client Service", "name": "NetworkDisabled", "type": "REG_DWORD", "data": 1}],
+ "faults": [{"call": "service.start_type", "error": 5, "nth": 1}]}
 -- six.json --
 {"adapters": {"8": {"gateways": ["10.20.0.1", "fe80::1"]}}}
 -- try --
@@ -72,3 +80,27 @@ orvanta-config: none.cfg: cannot be read: No such file or directory; name a file
 [exit code 3]
 $ sh try '[Networking]|Workgroup=False|DNSDomain=corp.example' --html page.html >out; grep -o '<p class="bad">will fail[^<]*' page.html
 <p class="bad">will fail: result 1326 (wrong user or password) [C512]
+$ sh try '[TCP/IP]|Static-Route-Count=2|Route1=10.1.0.0 255.255.0.0 10.0.0.1 x 1|Route2=10.3.0.0 255.255.0.0 10.0.0.1 x 1' --machine no-program.json | grep -e will -e lost
+                     will fail: exit code 2 (Failed to add static route)
+                     lost by it: the file is put away, the routes stay
+$ sh try '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales/Asia|DomainUsername=U|DomainPassword=BAD' --machine wrong.json | grep will
+                 will fail: result 1326 (wrong user or password) [C506]
+$ sh try '[TCP/IP]|DHCP=True|[NicEntry1]|[NicEntry2]|DHCP=True|[Networking]|ComputerName=B' | sed -n '/fully/,$p'
+                     lost by it: the file is put away, the name stays, the restart never comes, 1 adapter is not fully configured
+       SetDhcp       never done  line 5
+Never done: the run fails and the file is put away
+  4  ChangeCompName  Name=B {User=}  [Networking] line 7
+                     TEMPLATE -> B
+  5  Reboot
+$ sh try '[ConfigSettings]|Server=a|; note' --detailed-exitcode
+Summary  0 changes, 0 restarts, no pauses; succeeds
+
+Runs now
+  2 lines of [ConfigSettings] for the agent
+$ python3 told '[ConfigSettings]|Server=a'
+success 0 0 exit code 2
+$ sh try '[Global]|ScheduleId=1' --machine locked-down.json | grep ^S
+Summary  7 changes, 0 restarts, 0.1 minutes of pauses; succeeds
+$ sh try '[Global]|ScheduleId=1' --machine locked-down.json | grep -o 'refused.*'  --> refused, and ignored: service Dhcp: automatic: result 5 (access denied)
+$ sh try '[Global]|ScheduleId=1' --machine locked-down.json | grep leaves
+  1  EnableNetworking  leaves corp.example, joins WrkGrp  registry value NetworkDisabled

@@ -39,6 +39,18 @@ DHCP=True
 {"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP", "has_sid": true}},
  "directory": {"domains": [{"dns_name": "corp.example", "flat_name": "CORP", "ous": ["OU=Sales,DC=corp,DC=example"],
    "computers": [{"name": "TEMPLATE", "dn": "CN=TEMPLATE,OU=Sales,DC=corp,DC=example"}]}]}}
+-- faulty.cfg --
+[TCP/IP]
+DHCP=False
+Address=10.0.0.300
+Netmask=255.0.0.0
+Gateway=gw.example
+-- six.machine.json --
+{"adapters": {"7": {"dhcp_enabled": false, "ip_addresses": ["fe80::1", "10.0.0.5"],
+   "subnet_masks": ["64", "255.0.0.0"], "gateways": ["fe80::9", "10.0.0.1"], "dns_servers": ["fe80::2"]}}}
+-- empty.cfg --
+[Interface1]
+DHCP=True
 -- console --
 $ orvanta-config verify pc.cfg --machine pc.machine.json
 File     pc.cfg
@@ -69,7 +81,7 @@ $ printf '[Networking]\nDSOrganizationalUnit=Sales/Europe\n' | orvanta-config ve
 computer
   OU                 differs  OU=Europe,OU=Sales,DC=corp,DC=example, found OU=Sales,DC=corp,DC=example  line 2
 
-1 of 1 setting differ.
+1 of 1 setting differs.
 $ printf '[Networking]\nComputerName=PC-1\nWorkgroup=True\nDomain=OFFICE\n' | orvanta-config verify - --machine other.machine.json --json | tr -s '\n ' ' '
 { "schema": 1, "holds": false, "settings": [ { "subject": "computer", "setting": "name", "wanted": "PC-1", "found": "TEMPLATE (PC-1 after the restart)", "holds": false, "line": 2 }, { "subject": "computer", "setting": "workgroup", "wanted": "OFFICE", "found": "WORKGROUP", "holds": false, "line": 4 } ] } 
 $ printf '[TCP/IP]\nDHCP=True\n' | orvanta-config verify - --machine other.machine.json | tail -n 3
@@ -77,8 +89,17 @@ $ printf '[TCP/IP]\nDHCP=True\n' | orvanta-config verify - --machine other.machi
 
 Nothing differs.
 $ printf '[TCP/IP]\nDHCP=False\n[NicEntry2]\nStatic-Route-Count=1\nRoute1=nowhere 255.0.0.0 10.0.0.1 0 1\n' >refused.cfg; orvanta-config verify refused.cfg --machine other.machine.json
-orvanta-config: refused.cfg: a run would refuse it: IPAddress::Connect Name Resolution Error; see orvanta-config check refused.cfg
+orvanta-config: refused.cfg: a run would refuse it: IPAddress::Connect Name Resolution Error; see orvanta-config check refused.cfg --machine other.machine.json
 [exit code 2]
 $ orvanta-config verify pc.cfg
 orvanta-config: verify: --machine is missing; name the machine file to compare with
 [exit code 2]
+$ orvanta-config verify faulty.cfg --machine six.machine.json
+orvanta-config: faulty.cfg: a run would refuse it: IPAddress::Connect Name Resolution Error; see orvanta-config check faulty.cfg --machine six.machine.json
+[exit code 2]
+$ orvanta-config verify empty.cfg --machine six.machine.json
+File     empty.cfg
+Check    1 error on line 1: section "Interface1" holds an adapter's settings, but is not read; see orvanta-config check empty.cfg
+Machine  six.machine.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
+
+Nothing is asked for.
