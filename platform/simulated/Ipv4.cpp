@@ -23,6 +23,14 @@ std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text) {
   return bytes;
 }
 
+std::string WithUnknown(std::string text) {
+  constexpr std::string_view kAddress = "240.85.78.75";
+  for (std::size_t at = 0; (at = text.find(kAddress)) != std::string::npos;) {
+    text.replace(at, kAddress.size(), kUnknownText);
+  }
+  return text;
+}
+
 bool IsHostAddress(const std::string& text) { return ParseIpv4(text) && text != kNoAddressText; }
 
 }  // namespace simulated

@@ -10,6 +10,11 @@
 
 namespace simulated {
 
+/// What stands for an unknown address where only four bytes can; no computer has it.
+inline constexpr std::array<std::uint8_t, 4> kUnknownAddress{240, 85, 78, 75};
+/// `text` with the word for the unknown in its place.
+std::string WithUnknown(std::string text);
+
 /// The four bytes of an address of four decimal numbers without leading zeros; nothing for any
 /// other text.
 std::optional<std::array<std::uint8_t, 4>> ParseIpv4(std::string_view text);

@@ -17,9 +17,10 @@
 
 namespace simulated {
 
-/// What an unknown text is deciphered to where the unknown is assumed.
+/// What an unknown text is deciphered to, and the address of a name of which it is unknown whether
+/// it resolves, where the unknown is assumed.
 inline constexpr char kUnknownText[] = "(unknown)";
-/// What an unreadable address becomes on its way to the machine, an unresolved name too.
+/// What an unreadable address becomes on its way to the machine.
 inline constexpr char kNoAddressText[] = "255.255.255.255";
 
 /// A text property that may hold the null value.

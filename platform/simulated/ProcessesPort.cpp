@@ -26,7 +26,8 @@ using platform::StandardStream;
 constexpr std::uint32_t kWaitFailed = 0xFFFFFFFF;
 
 /// Runs a command line and answers the exit code; nothing when there is no such program.
-std::optional<std::uint32_t> Run(std::vector<PersistentRoute>& routes, const std::string& command) {
+std::optional<std::uint32_t> Run(Machine& machine, const std::string& command) {
+  std::vector<PersistentRoute>& routes = machine.persistentRoutes;
   const std::vector<std::string> words = base::Split(command, " \t\r\n\v\f");
   const auto is = [&](std::size_t at, std::string_view text) {
     return at < words.size() && base::SameText(words[at], text);
@@ -43,9 +44,12 @@ std::optional<std::uint32_t> Run(std::vector<PersistentRoute>& routes, const std
   }
   // Metrics are unsigned on the command line; the table keeps their bits.
   const auto metric = base::ParseWhole<std::uint32_t>(words[8]);
-  if (!metric || !IsHostAddress(words[3]) || !ParseIpv4(words[5]) || !IsHostAddress(words[6])) {
+  const bool isUnknown = machine.AssumesHosts() && words[6] == kUnknownText;
+  if (!metric || !IsHostAddress(words[3]) || !ParseIpv4(words[5]) ||
+      (!isUnknown && !IsHostAddress(words[6]))) {
     return 1;
   }
+  if (isUnknown) machine.assumed = "hosts";
   routes.push_back({words[3], words[5], words[6], static_cast<std::int32_t>(*metric)});
   return 0;
 }
@@ -71,14 +75,14 @@ class ProcessesPort final : public Port<platform::IProcesses> {
 
   bool Spawn(const char* application, char* commandLine, const char*, const char*,
              const platform::StartupInfo&, platform::ProcessInformation* information) override {
-    const std::string command = commandLine != nullptr   ? commandLine
-                                : application != nullptr ? application
-                                                         : "";
+    const std::string command = WithUnknown(commandLine != nullptr   ? commandLine
+                                            : application != nullptr ? application
+                                                                     : "");
     const Fault* fault = simulation_.Strike({"process.run", command});
     std::optional<std::uint32_t> exitCode;
     platform::Win32Error error = kFileNotFound;
     if (fault == nullptr) {
-      exitCode = Run(simulation_.machine.persistentRoutes, command);
+      exitCode = Run(simulation_.machine, command);
     } else if (OnlyChoosesResult(*fault)) {
       exitCode = static_cast<std::uint32_t>(*fault->result);
     } else {

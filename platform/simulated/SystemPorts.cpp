@@ -170,14 +170,18 @@ class ResolverPort final : public Port<platform::IResolver> {
       *address = Bits(*bytes);
       return true;
     }
-    return simulation_.Answer(kHostNotFound);
+    const bool isIpv6 = name.find(':') != std::string::npos;
+    if (isIpv6 || !simulation_.machine.AssumesHosts()) return simulation_.Answer(kHostNotFound);
+    *address = Bits(kUnknownAddress);
+    return true;
   }
 
   platform::Win32Error LastError() override { return simulation_.lastError; }
 
   std::uint32_t ParseDotted(const std::string& text) override {
     if (simulation_.Refuse({"host.parse", text})) return platform::kNoAddress;
-    return ParseClassic(text).value_or(platform::kNoAddress);
+    return text == kUnknownText ? Bits(kUnknownAddress)
+                                : ParseClassic(text).value_or(platform::kNoAddress);
   }
 };
 

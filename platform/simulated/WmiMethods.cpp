@@ -51,14 +51,15 @@ bool IsInSubnet(const std::string& text, const std::string& address, const std::
 
 /// An address that a name would have, were it known which names resolve.
 bool IsAssumed(Machine& machine, const std::string& address) {
-  if (!machine.AssumesHosts() || address != kNoAddressText) return false;
+  if (!machine.AssumesHosts() || address != kUnknownText) return false;
   machine.assumed = "hosts";
   return true;
 }
 
-bool IsReachable(const Adapter& adapter, const std::string& gateway) {
+bool IsReachable(Machine& machine, const Adapter& adapter, const std::string& gateway) {
   const std::size_t count = std::min(adapter.ipAddresses.size(), adapter.subnetMasks.size());
   for (std::size_t i = 0; i < count; ++i) {
+    if (IsAssumed(machine, adapter.ipAddresses[i])) return true;
     if (IsInSubnet(gateway, adapter.ipAddresses[i], adapter.subnetMasks[i])) return true;
   }
   return false;
@@ -98,14 +99,15 @@ std::uint32_t SetGateways(Machine& machine, Adapter* adapter, const Properties& 
   if (adapter->dhcpEnabled) return kDhcpInUse;
   for (const std::string& gateway : gateways) {
     if (IsAssumed(machine, gateway)) continue;
-    if (!IsHostAddress(gateway) || !IsReachable(*adapter, gateway)) return kInvalidGateway;
+    if (!IsHostAddress(gateway) || !IsReachable(machine, *adapter, gateway)) return kInvalidGateway;
   }
   adapter->gateways = gateways;
   return 0;
 }
 
-std::uint32_t SetDnsServers(Machine&, Adapter* adapter, const Properties& arguments) {
+std::uint32_t SetDnsServers(Machine& machine, Adapter* adapter, const Properties& arguments) {
   adapter->dnsServers = ListOf(arguments, "DNSServerSearchOrder");
+  for (const std::string& server : adapter->dnsServers) IsAssumed(machine, server);
   adapter->staticDns = !adapter->dnsServers.empty();
   return 0;
 }

@@ -7,6 +7,7 @@
 #include "base/Pieces.h"
 #include "platform/IWmi.h"
 #include "platform/simulated/Codes.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "platform/simulated/Simulation.h"
 #include "platform/simulated/WmiClasses.h"
@@ -56,7 +57,10 @@ class Object final : public ComObject<IWmiObject> {
     const auto same = [&](const auto& entry) { return base::SameText(entry.first, property); };
     if (std::erase_if(content_.properties, same) == 0 && !IsParameter(property))
       return kWmiNotFound;
-    content_.properties.emplace_back(property, value);
+    Variant& put = content_.properties.emplace_back(property, value).second;
+    if (auto* const texts = std::get_if<platform::TextArray>(&put)) {
+      for (std::string& text : texts->items) text = WithUnknown(text);
+    }
     return platform::kOk;
   }
 

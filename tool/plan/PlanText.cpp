@@ -166,6 +166,13 @@ std::string CauseText(const QueuePlan& plan) {
   return plan.causeCode.empty() ? "" : " [" + plan.causeCode + "]";
 }
 
+/// What is taken for granted where the machine file leaves `name` out.
+const char* Assumption(const std::string& name) {
+  return name == "directory" ? "the directory allows it"
+         : name == "decrypt" ? "the deciphered account is right"
+                             : "the host names resolve";
+}
+
 Line FailureLine(const QueuePlan& plan, const Failure& failure) {
   return {Tone::kBad, "will fail: " + failure.answer + " (" + Printable(failure.meaning) + ")" +
                           CauseText(plan)};
@@ -199,8 +206,8 @@ ShownCommand Shown(const QueuePlan& plan, const PlannedCommand& command, Turn tu
   }
   for (const std::string& text : course.notes) notes.push_back({Tone::kNotice, Printable(text)});
   if (!course.unknown.empty()) {
-    notes.push_back({Tone::kNotice, "unknown: the machine file does not say \"" + course.unknown +
-                                        "\"; it is assumed to succeed"});
+    notes.push_back({Tone::kNotice, std::string("unknown on this machine whether ") +
+                                        Assumption(course.unknown) + "; it is assumed to succeed"});
   }
   if (course.willFail) {
     notes.push_back(FailureLine(plan, *course.willFail));
@@ -299,15 +306,17 @@ std::string SummaryText(const QueuePlan& plan) {
   std::set<std::string> unknown;
   for (std::size_t i = plan.commands.size(); i > 0; --i) {
     const PlannedCommand& command = plan.commands[i - 1];
-    if (!command.course.unknown.empty()) unknown.insert(command.course.unknown);
+    unknown.insert(command.course.unknown);
+    for (const PlannedCommand& inner : command.commands) unknown.insert(inner.course.unknown);
     if (!command.course.reached || !IsLost(command)) continue;
     outcome = "fails at " + std::to_string(i) + " " + command.ShortName();
   }
   if (plan.outcome != PlanOutcome::kFailure) {
     outcome = kOutcomes[static_cast<std::size_t>(plan.outcome)];
   }
+  unknown.erase("");
   for (const std::string& name : unknown) {
-    outcome += ", if \"" + name + "\" allows it, which the machine file does not say";
+    outcome += std::string(", if ") + Assumption(name) + " (unknown on this machine)";
   }
   return base::Counted(plan.changes, "change") + ", " + base::Counted(plan.restarts, "restart") +
          ", " + (plan.pauseMs == 0 ? "no" : minutes + " minutes of") + " pauses; " + outcome;

@@ -22,6 +22,7 @@
 #include "common/util/FileUtils.h"
 #include "handlers/internal/ConfigurePlan.h"
 #include "platform/ScopedPlatform.h"
+#include "platform/simulated/Ipv4.h"
 #include "platform/simulated/SimulatedPlatform.h"
 #include "tool/agent/AgentHost.h"
 #include "tool/agent/AgentMessage.h"
@@ -164,15 +165,26 @@ std::string LocationText(const sys::PciLocation& location) {
 PlannedCommand Describe(IConfigureCommand& command, const Comparison& comparison,
                         const Recorder& recorder) {
   PlannedCommand planned;
+  const auto text = [&](const std::string& bytes) {
+    const std::string shown = simulated::WithUnknown(bytes);
+    if (shown != bytes) planned.course.unknown = "hosts";
+    return ToUtf8(shown);
+  };
   planned.className = util::ClassName(typeid(command)).substr(sizeof "class");
-  planned.description = ToUtf8(command.Describe());
+  planned.description = text(command.Describe());
   planned.needed = comparison.needed;
-  if (comparison.current) planned.current = ToUtf8(*comparison.current);
-  if (comparison.wanted) planned.wanted = ToUtf8(*comparison.wanted);
+  if (comparison.current) planned.current = text(*comparison.current);
+  if (comparison.wanted) planned.wanted = text(*comparison.wanted);
   planned.pauseMs = command.PauseMs();
   const auto events = recorder.takers.find(&command);
   if (events != recorder.takers.end()) planned.events = events->second;
   return planned;
+}
+
+/// What the command's own texts depend on stays unknown.
+void SetCourse(PlannedCommand& planned, Course course) {
+  if (course.unknown.empty()) course.unknown = planned.course.unknown;
+  planned.course = std::move(course);
 }
 
 PlannedBinding DescribeBinding(const ConfigureNic& nic) {
@@ -192,7 +204,7 @@ void DescribeNic(ConfigureNic& nic, const Recorder& recorder, Rehearsal& rehears
     const Course course = planned.LacksAdapter() ? Course{.reached = false}
                                                  : rehearsal.Execute(nic, *command, &comparison);
     PlannedCommand& inner = planned.commands.emplace_back(Describe(*command, comparison, recorder));
-    inner.course = course;
+    SetCourse(inner, course);
     if (course.reached) planned.pauseMs += inner.pauseMs;
   }
 }
@@ -267,7 +279,8 @@ void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysi
     if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
       DescribeNic(*nic, recorder, rehearsal, planned);
     } else {
-      planned.course = planned.Is("Reboot") ? rehearsal.Restart() : rehearsal.Execute(*command);
+      SetCourse(planned,
+                planned.Is("Reboot") ? rehearsal.Restart() : rehearsal.Execute(*command));
     }
   }
   for (const auto& command : analysis.dropped) plan.dropped.push_back(describe(*command));
