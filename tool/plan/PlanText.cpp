@@ -133,7 +133,7 @@ std::string LostText(const QueuePlan& plan) {
       {"JoinWorkgroup", ", the workgroup is never joined"},
       {"ChangeCompName", ", the name stays"},
       {"MoveOu", ", the computer stays in its OU"},
-      {"SetStaticRoute", ", the routes stay"},
+      {"SetStaticRoute", ", the routes are not all as wanted"},
       {"EnableNetworking", ", networking stays off"},
       {"Reboot", ", the restart never comes"}};
   std::string text = "the file is put away";

@@ -142,7 +142,10 @@ Failure Rehearsal::FailureOf(const err::CGeneralError& error, std::size_t start,
   Failure failure{"the library refuses", error.message};
   failure.isOfFile = std::none_of(machine_.faults.begin(), machine_.faults.end(),
                                   [](const auto& fault) { return !fault.struck.empty(); });
-  const std::string call = machine_.journal.size() > start ? machine_.journal.back().call : "";
+  // A program that could not be run has an error of the system, and no exit code.
+  const bool hasResult =
+      machine_.journal.size() > start && machine_.journal.back()["error"].IsNull();
+  const std::string call = hasResult ? machine_.journal.back().call : "";
   if (error.SystemError != 0) failure.answer = AnswerText(call, error.SystemError);
   if (call == "process.run") return failure;  // an exit code is the program's own
   if (const auto* reading = explain::FindAnswer(error.SystemError, isOfAdapter)) {
