@@ -81,8 +81,8 @@ orvanta-config: none.cfg: cannot be read: No such file or directory; name a file
 $ sh try '[Networking]|Workgroup=False|DNSDomain=corp.example' --html page.html >out; grep -o '<p class="bad">will fail[^<]*' page.html
 <p class="bad">will fail: result 1326 (wrong user or password) [C512]
 $ sh try '[TCP/IP]|Static-Route-Count=2|Route1=10.1.0.0 255.255.0.0 10.0.0.1 x 1|Route2=10.3.0.0 255.255.0.0 10.0.0.1 x 1' --machine no-program.json | grep -e will -e lost
-                     will fail: exit code 2 (Failed to add static route)
-                     lost by it: the file is put away, the routes stay
+                     will fail: error 2 (no such file or OU)
+                     lost by it: the file is put away, the routes are not all as wanted
 $ sh try '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales/Asia|DomainUsername=U|DomainPassword=BAD' --machine wrong.json | grep will
                  will fail: result 1326 (wrong user or password) [C506]
 $ sh try '[TCP/IP]|DHCP=True|[NicEntry1]|[NicEntry2]|DHCP=True|[Networking]|ComputerName=B' | sed -n '/fully/,$p'

@@ -89,8 +89,17 @@ $ printf '[TCP/IP]\nDHCP=True\n' | orvanta-config verify - --machine other.machi
 
 Nothing differs.
 $ printf '[TCP/IP]\nDHCP=False\n[NicEntry2]\nStatic-Route-Count=1\nRoute1=nowhere 255.0.0.0 10.0.0.1 0 1\n' >refused.cfg; orvanta-config verify refused.cfg --machine other.machine.json
-orvanta-config: refused.cfg: a run would refuse it: IPAddress::Connect Name Resolution Error; see orvanta-config check refused.cfg --machine other.machine.json
-[exit code 2]
+File     refused.cfg
+Check    2 errors, the first on line 2: the addressing is static, but Address is not given; see orvanta-config check refused.cfg
+Machine  other.machine.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
+
+adapter 7, Intel(R) PRO/1000 MT Desktop Adapter
+  addresses          differs  none, found dhcp  line 2
+computer
+  persistent routes  unknown  (unknown)/255.0.0.0 via 10.0.0.1 metric 1  line 5
+
+1 of 2 settings differs.
+[exit code 1]
 $ orvanta-config verify pc.cfg
 orvanta-config: verify: --machine is missing; name the machine file to compare with
 [exit code 2]

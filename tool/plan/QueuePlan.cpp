@@ -279,8 +279,7 @@ void DescribeQueue(const config::ConfigBuilder& builder, const Analysis& analysi
     if (auto* nic = dynamic_cast<ConfigureNic*>(command.get())) {
       DescribeNic(*nic, recorder, rehearsal, planned);
     } else {
-      SetCourse(planned,
-                planned.Is("Reboot") ? rehearsal.Restart() : rehearsal.Execute(*command));
+      SetCourse(planned, planned.Is("Reboot") ? rehearsal.Restart() : rehearsal.Execute(*command));
     }
   }
   for (const auto& command : analysis.dropped) plan.dropped.push_back(describe(*command));
