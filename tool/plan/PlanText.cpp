@@ -299,7 +299,8 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
 }
 
 std::string SummaryText(const QueuePlan& plan) {
-  constexpr const char* kOutcomes[] = {"nothing to do", "succeeds", "succeeds with its restarts"};
+  constexpr const char* kOutcomeTexts[] = {"nothing to do", "succeeds",
+                                           "succeeds with its restarts"};
   const std::uint64_t tenths = (plan.pauseMs + 3000) / 6000;
   const std::string minutes = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
   std::string outcome = plan.error ? "fails: there is no plan" : "fails at its end";
@@ -312,7 +313,7 @@ std::string SummaryText(const QueuePlan& plan) {
     outcome = "fails at " + std::to_string(i) + " " + command.ShortName();
   }
   if (plan.outcome != PlanOutcome::kFailure) {
-    outcome = kOutcomes[static_cast<std::size_t>(plan.outcome)];
+    outcome = kOutcomeTexts[static_cast<std::size_t>(plan.outcome)];
   }
   unknown.erase("");
   for (const std::string& name : unknown) {
