@@ -430,7 +430,7 @@ TEST(Property, AFixLeavesFewerFindingsAndTheRestOfTheFile) {
     const std::string diff = check::UnifiedDiff(before, draft);
     ASSERT_EQ(diff.empty(), draft.text == text);
     ASSERT_EQ(diff.find("ENCIPHERED"), std::string::npos) << diff;
-    const auto count = [&draft](const std::string& file, char c) {
+    const auto count = [](const std::string& file, char c) {
       return std::count(file.begin(), file.end(), c);
     };
     ASSERT_EQ(count(draft.text, '\xF6'), count(text, '\xF6')) << "comments are kept";
