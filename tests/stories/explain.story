@@ -43,3 +43,37 @@ C999: unknown
 [exit code 1]
 $ orvanta-config explain C102 5 --json | grep -v meaning | tr -s '\n ' ' '
 { "schema": 1, "codes": [ { "code": "C102", "name": "a section is not read", "remedy": "remove it, unless another program reads it" }, { "code": "5", "name": "Value=5 of Registry", "remedy": "look who may do so" }, { "code": "5", "name": "Value=5 of SetStaticRoute", "remedy": "run its command by hand; the answer is its exit code, or why Windows cannot run it" }, { "code": "5", "name": "ERROR_ACCESS_DENIED", "remedy": "run the agent as LocalSystem or as an administrator; for a join or a move, let the account join computers and write to the OU" } ], "messages": [] } 
+$ orvanta-config explain 67 -1  # all readings, the library's own first
+67, a network adapter's answer: error in an instance
+the adapter cannot be read
+Remedy: repair WMI
+
+67, an error of Windows: ERROR_BAD_NET_NAME
+no such share on the domain controller
+Remedy: check the DNS servers, and whether the controller shares SYSVOL
+
+-1, the library's log: -1 of SetStaticRoute
+the route tool was not started
+Remedy: try again
+$ for number in 65 69 73 80 82 92 93 94 95 96 98; do orvanta-config explain $number; done | grep "adapter's answer"
+65, a network adapter's answer: unknown failure
+69, a network adapter's answer: more than 5 gateways
+73, a network adapter's answer: invalid domain name
+80, a network adapter's answer: unable to configure TCP/IP service
+82, a network adapter's answer: unable to renew DHCP lease
+92, a network adapter's answer: out of memory
+93, a network adapter's answer: already exists
+94, a network adapter's answer: path, file or object not found
+95, a network adapter's answer: unable to notify service
+96, a network adapter's answer: unable to notify DNS service
+98, a network adapter's answer: not all DHCP leases renewed
+$ orvanta-config explain 1722 4711 C999 C30 99999999999 0x123456789
+1722, an error of Windows: RPC_S_SERVER_UNAVAILABLE
+the service does not answer
+Remedy: start the service Winmgmt (WMI) or reach the domain controller; look at the firewall
+4711: unknown
+C999: unknown
+C30: unknown
+99999999999: unknown
+0x123456789: unknown
+[exit code 1]

@@ -35,6 +35,15 @@ rename.cfg,,PC-8
 -- same --
 # same A B: what two reports say alike, and what not
 python3 -c 'import json, sys; a, b = (json.load(open(name)) for name in sys.argv[1:]); print(*[("same " if a[k] == b[k] else "other ") + k for k in a])' "$@"
+-- join.cfg --
+[Networking]
+Workgroup=False
+DNSDomain=corp.example
+DomainUsername=ENCIPHERED-USER
+DomainPassword=ENCIPHERED-PASSWORD
+DSOrganizationalUnit=Sales
+-- corp --
+{"domains": [{"dns_name": "corp.example", "flat_name": "CORP", "accounts": [{"user": "joiner", "password": "p"}]}]}
 -- console --
 $ orvanta-config fleet inventory.csv | sed '/^Not/,/^$/d'
 10 computers
@@ -79,3 +88,36 @@ $ orvanta-config fleet inventory.csv --html fleet.html >text.txt; grep -c '<tr><
 25
 <title>Fleet of 10 computers</title>
 1
+$ printf '\357\273\277file;mac_address;pci_location;ip_address;machine;workgroup;domain\r\n\r\nrename.cfg;7;;;;;\r\nrename.cfg;;0/3;;;;\r\nrename.cfg;;;10.0.0.0/8;;;\r\n"rename.cfg"x;;;;;;\r\nrename.cfg;;;;absent.json;;\r\nrename.cfg;;;;;A;b.example\r\n;;;;;;\r\nrename.cfg;;;10.0.0.7;broken.json;;\r\n' | orvanta-config fleet - | sed -n '/^Not/,/^$/p'
+Not settled
+  row 3  rename.cfg  bad_row: column mac_address: expected a MAC address such as 08:00:27:12:34:56
+  row 4  rename.cfg  bad_row: column pci_location: expected bus/device/function such as 0/25/0
+  row 5  rename.cfg  bad_row: column ip_address: expected an address alone, such as 10.0.0.5; masks stand in subnet_masks
+  row 6  rename.cfg  bad_row: field 1: text after the closing quote
+  row 7  rename.cfg  no_machine: the machine file cannot be read: No such file or directory
+  row 8  rename.cfg  bad_row: column domain: the row has a workgroup and a domain
+  row 9    bad_row: column file: is empty
+  row 10  rename.cfg  no_machine: broken.json: $.adapters[0].index: expected a whole number from 0 to 4294967295, found a text
+
+$ printf 'file,machine,ip_address\nrename.cfg,loops.json,10.0.0.7\nrename.cfg,,10.0.0.7\n' | orvanta-config fleet - | sed -n '/^Dupl/,/^$/p'
+Duplicates
+  IP address 10.0.0.7: rows 2, 3
+
+$ printf 'file\njoin.cfg\n' | orvanta-config fleet - | sed -n 2p
+  settled  1
+$ printf 'file\njoin.cfg\n' | orvanta-config fleet - --directory corp | sed -n '/^Causes/,/^$/p'
+Causes
+  1 x failed after 0 restarts: Domain:375 -  - JoinDomainAndOu error, system error 1326 [C506]: row 2
+
+$ for directory in '{"domains": [{"ous": ["Sales"]}]}' '[1,' '}, "faults": [{"call": "*"}], "hosts": {'; do echo "$directory" >d.json; printf 'file\njoin.cfg\n' | orvanta-config fleet - --directory d.json; done
+orvanta-config: d.json: $.domains[0].ous[0]: expected a distinguished name such as OU=Sales,DC=corp,DC=example
+orvanta-config: d.json:2:1: malformed JSON: syntax error while parsing value - unexpected end of input; expected '[', '{', or a literal; correct it there
+orvanta-config: d.json:1:1: malformed JSON: syntax error while parsing value - unexpected '}'; expected '[', '{', or a literal; correct it there
+[exit code 2]
+$ orvanta-config fleet --merge 1.json 1.json | sed -n '/^Dupl/,/^$/p'
+Duplicates
+  computer name PC-1: rows 2, 2
+  computer name PC-4: rows 5, 5
+  computer name TEMPLATE: rows 8, 8
+  MAC address 08:00:27:00:00:01: rows 2, 2
+

@@ -57,3 +57,4 @@ $ sh try '"faults": [{"error": 0}]'  --> $.faults[0].error: 0 is no error; write
 $ sh try '"faults": [{"hresult": "80041002"}]'  --> $.faults[0].hresult: no result code; write a text such as "0x80041002"
 $ sh try '"faults": [{"hresult": "0x123456789"}]'  --> $.faults[0].hresult: no result code; write a text such as "0x80041002"
 $ sh try '"faults": [{"nth": 0}]'  --> $.faults[0].nth: calls are counted from 1; write 1 or more
+$ sh try '"directory": {"domains": [{"dns_name": "a.b", "flat_name": "A", "ous": ["LDAP://OU=Sales,DC=corp,DC=example"]}]}'  --> $.directory.domains[0].ous[0]: expected a distinguished name such as OU=Sales,DC=corp,DC=example

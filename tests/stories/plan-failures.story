@@ -32,6 +32,10 @@ for number, command in enumerate(plan["commands"], 1):
     for each in [command, *command.get("commands", [])]:
         if each["will_fail"] or "unknown" in each or not each["reached"]:
             print(number, each["class"].split(":")[-1], each["will_fail"], each.get("unknown"), each["reached"])
+-- member.json --
+{"membership": {"workgroup": null, "domain": {"dns_name": "corp.example", "flat_name": "CORP", "has_sid": true}}, "directory": null}
+-- kept.json --
+{"faults": [{"call": "file.move", "error": 5}]}
 -- console --
 $ sh try '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|ComputerName=B|[TCP/IP]|DHCP=True' | grep -e ^S -e will -e lost -e ^N
 Summary  1 change, 1 restart, no pauses; fails at 3 JoinDomain
@@ -104,3 +108,73 @@ Summary  7 changes, 0 restarts, 0.1 minutes of pauses; succeeds
 $ sh try '[Global]|ScheduleId=1' --machine locked-down.json | grep -o 'refused.*'  --> refused, and ignored: service Dhcp: automatic: result 5 (access denied)
 $ sh try '[Global]|ScheduleId=1' --machine locked-down.json | grep leaves
   1  EnableNetworking  leaves corp.example, joins WrkGrp  registry value NetworkDisabled
+$ sh try '[Networking]|Workgroup=False|DNSDomain=corp.example|DSOrganizationalUnit=Sales|DomainUsername=U|DomainPassword=P|ComputerName=B' --machine unknown.json --follow-restarts 3 | tail -2
+End
+  settled after 2 restarts
+$ sh try '[Networking]|DSOrganizationalUnit=Sales' --machine member.json --follow-restarts 1
+Summary  1 change, 0 restarts, no pauses; settled after 0 restarts
+
+Runs now
+  1  MoveOu  OU=Sales  [Networking] line 2
+             OU=(unknown),DC=corp,DC=example -> OU=Sales,DC=corp,DC=example
+             unknown on this machine whether the directory allows it; it is assumed to succeed
+Run
+  reply Success
+
+End
+  settled after 0 restarts
+$ echo '{"schema": 1, "hosts": null, "adapters": [{}]}' >hosts
+$ sh try '[TCP/IP]|DHCP=False|Address=10.0.0.300|Netmask=255.0.0.0' --machine hosts | grep -e Summary -e will
+Summary  0 changes, 0 restarts, no pauses; fails at 1 ConfigureNic
+                   will fail: result 66 (invalid address or mask) [C201]
+$ sh try '[TCP/IP]|DHCP=False|Address=10.0.0.5|Netmask=255.0.0.0|Gateway=2001:db8::1' --machine hosts | grep -e Summary -e will
+Summary  1 change, 0 restarts, 0.3 minutes of pauses; fails at 1 ConfigureNic
+                   will fail: result 71 (gateway outside the adapter's subnets) [C231]
+$ sh try '[TCP/IP]|DHCP=False|Address=10.0.0.5|Netmask=255.0.0.0|Gateway=fe80::1' --machine hosts | grep -e Summary -e taken
+Summary  0 changes, 0 restarts, no pauses; fails: there is no plan
+$ sh try '[TCP/IP]|DHCP=False|Address=pc.example|Netmask=255.0.0.0|Gateway=10.0.0.1, gw.example|SetDNSInfo=True|DNS-Server-Count=1|DNS-Server0=dns.example|Static-Route-Count=1|Route0=10.2.0.0 255.255.0.0 gw.example 0 5' --machine hosts --follow-restarts 1
+Summary  4 changes, 0 restarts, 0.3 minutes of pauses; settled after 0 restarts
+
+Runs now
+  1  ConfigureNic    adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [TCP/IP] line 1
+                     the next free one, no PCI location or MAC address given
+       SetStatic     IP and Subnet Masks: {ip=(unknown),mask=255.0.0.0}  lines 2-4
+                     dhcp -> (unknown)/255.0.0.0
+                     unknown on this machine whether the host names resolve; it is assumed to succeed
+       Sleep         Duration=20000 milliseconds
+       SetGateway    Gateways=10.0.0.1,(unknown)  line 5
+                     none -> 10.0.0.1,(unknown)
+                     unknown on this machine whether the host names resolve; it is assumed to succeed
+       SetDns        DNS Servers=(unknown)  line 8
+                     none -> (unknown)
+                     unknown on this machine whether the host names resolve; it is assumed to succeed
+  2  SetStaticRoute  + 10.2.0.0/255.255.0.0 via (unknown) metric 5  [TCP/IP] line 10
+                     unknown on this machine whether the host names resolve; it is assumed to succeed
+Pauses
+  20 s now for 1 static adapter
+Run
+  reply Success
+
+End
+  settled after 0 restarts
+$ sh try '[TCP/IP]|DHCP=True' --machine kept.json
+Summary  0 changes, 0 restarts, no pauses; fails at its end
+
+Runs now
+  1  ConfigureNic  adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [TCP/IP] line 1
+                   the next free one, no PCI location or MAC address given
+       SetDhcp     not needed: dhcp already  line 2
+At the end the file cannot be put away, and the run fails
+  will fail: error 5 (access denied)
+$ sh try '[TCP/IP]|DHCP=True' --machine kept.json --follow-restarts 1 | sed -n '/^Run/,$p'
+Runs now
+  1  ConfigureNic  adapter 7, Intel(R) PRO/1000 MT Desktop Adapter  [TCP/IP] line 1
+                   the next free one, no PCI location or MAC address given
+       SetDhcp     not needed: dhcp already  line 2
+At the end the file cannot be put away, and the run fails
+  will fail: error 5 (access denied)
+Run
+  reply Failure
+
+End
+  failed after 0 restarts: common\util\FileUtils:51 - File Move Failed, system error 5

@@ -7,6 +7,7 @@ Config=Restore
 {"schema": 1, "files": [{"path": "C:\\restore.cfg", "text": "[Networking]\nComputerName=B\n"}]}
 -- console --
 $ orvanta-config plan pc.cfg --machine m.json --follow-restarts 3 --save-machine after.json | grep -e pending -e '->' -e not -e reply -e settled
+Summary  1 change, 1 restart, no pauses; settled after 1 restart
 A restore file is pending: it takes the place of this one and is planned.
                      TEMPLATE -> B
   reply Reboot

@@ -51,6 +51,11 @@ Gateway=gw.example
 -- empty.cfg --
 [Interface1]
 DHCP=True
+-- name.cfg --
+[Networking]
+ComputerName=PC-1
+Workgroup=True
+Domain=OFFICE
 -- console --
 $ orvanta-config verify pc.cfg --machine pc.machine.json
 File     pc.cfg
@@ -112,3 +117,9 @@ Check    1 error on line 1: section "Interface1" holds an adapter's settings, bu
 Machine  six.machine.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
 
 Nothing is asked for.
+$ orvanta-config verify pc.cfg --machine other.machine.json | grep -e domain -e OU
+Machine  other.machine.json: TEMPLATE, workgroup WORKGROUP, 3 adapters
+  domain             differs  CORP, found none  line 4
+  OU                 differs  Sales/Europe, found no domain  line 5
+$ orvanta-config verify name.cfg --machine pc.machine.json | grep workgroup
+  workgroup          differs  OFFICE, found domain corp.example  line 4
