@@ -125,9 +125,15 @@ void Fix(const CheckOptions& options, const std::vector<FileReport>& reports, Ma
   for (const auto& [report, text] : fixed) PrivateFile(report->file);
   for (const auto& [report, text] : fixed) {
     const std::filesystem::path path = PathOf(report->file);
-    const auto access = std::filesystem::status(path).permissions();
+    std::error_code error;
+    const auto access = std::filesystem::status(path, error).permissions();
     PrivateFile(report->file).Commit(text);
-    std::filesystem::permissions(path, access);
+    if (!error) std::filesystem::permissions(path, access, error);
+    if (error) {
+      throw ToolError(report->file,
+                      "is fixed, but only its owner can read it now: " + Reason(error),
+                      "give others access again");
+    }
   }
 }
 

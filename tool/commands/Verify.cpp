@@ -90,6 +90,7 @@ std::vector<Verified> Verification(const QueuePlan& plan, Machine& machine) {
       *all.back().found += ToUtf8(" (" + *machine.pendingComputerName + " after the restart)");
     }
   }
+  const bool isMember = std::holds_alternative<simulated::DomainMembership>(machine.membership);
   for (const PlannedEvent& event : plan.events) {
     const bool isNew = std::none_of(all.begin(), all.end(),
                                     [&](const Verified& each) { return each.line == event.line; });
@@ -97,6 +98,9 @@ std::vector<Verified> Verification(const QueuePlan& plan, Machine& machine) {
       all.push_back({kComputer, "domain", event.value, event.value, true, event.line});
     } else if (isNew && (event.kind == "DOMAIN_USER" || event.kind == "DOMAIN_PASSWORD")) {
       all.push_back({kComputer, event.key, event.value, std::nullopt, false, event.line});
+    } else if (isNew && event.kind == "DOMAIN_OU") {  // of a join; a move has its command
+      all.push_back({kComputer, "OU", event.value, std::nullopt, false, event.line});
+      if (!isMember) all.back().found = "no domain";
     }
   }
   std::stable_sort(all.begin(), all.end(),

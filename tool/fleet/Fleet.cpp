@@ -119,12 +119,7 @@ class InventoryRun {
 
   void Tell(const RestartChain& chain, Computer& computer) {
     computer.restarts = chain.restarts;
-    for (const ChainStep& step : chain.steps) {
-      for (const simulated::Change& change : step.delivery.changes) {
-        const auto* const pause = std::get_if<std::int64_t>(&change["milliseconds"]);
-        if (pause != nullptr) computer.pauseMs += static_cast<std::uint64_t>(*pause);
-      }
-    }
+    computer.pauseMs = chain.pauseMs;
     const std::string& code = chain.steps.back().plan.causeCode;
     if (chain.ending == ChainEnding::kLoops) {
       report_.Blame(computer, Outcome::kLoops, {EndingText(chain), code});

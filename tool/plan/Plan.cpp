@@ -103,7 +103,7 @@ int Plan(const PlanOptions& options, const Streams& streams) {
     std::vector<Row> rows{{"File", Printable(name + ", placed as " + kPlace)}};
     if (!remark.empty()) rows.push_back({"Check", remark});
     rows.push_back({"Machine", MachineText(machineName, machine)});
-    rows.push_back({"Summary", SummaryText(plan)});
+    rows.push_back({"Summary", chain ? SummaryText(*chain) : SummaryText(plan)});
     streams.out << Rows(rows, "") << '\n'
                 << (chain ? ChainReport(*chain, style, options.verbose)
                           : PlanReport(plan, style, options.verbose));

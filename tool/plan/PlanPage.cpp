@@ -263,7 +263,7 @@ std::string PlanPage(const PlanPageInput& input) {
       Paragraph("soft", "Machine: " + Escaped(MachineText(input.machineName, input.before)));
   if (!input.checkRemark.empty()) header += Paragraph("bad", "Check: " + Shown(input.checkRemark));
   header += Paragraph(std::string("ending ") + ClassOf(ToneOf(input.chain)),
-                      Shown(EndingText(input.chain))) +
+                      Escaped(SummaryText(input.chain))) +
             Element("nav", "", links) + "\n";
   return Page("Plan of " + Shown(input.fileName), header, body);
 }

@@ -109,6 +109,14 @@ std::string DurationText(std::uint64_t milliseconds) {
                                   : std::to_string(milliseconds) + " ms";
 }
 
+/// Of a plan or a chain: "3 changes, 1 restart, 0.5 minutes of pauses; ".
+std::string Sums(const auto& run) {
+  const std::uint64_t tenths = (run.pauseMs + 3000) / 6000;
+  const std::string minutes = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+  return base::Counted(run.changes, "change") + ", " + base::Counted(run.restarts, "restart") +
+         ", " + (run.pauseMs == 0 ? "no" : minutes + " minutes of") + " pauses; ";
+}
+
 /// What the restart is for.
 std::string RestartReason(const PlannedCommand& command) {
   if (command.Is("ChangeCompName")) return "the new name";
@@ -301,8 +309,6 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan) {
 std::string SummaryText(const QueuePlan& plan) {
   constexpr const char* kOutcomeTexts[] = {"nothing to do", "succeeds",
                                            "succeeds with its restarts"};
-  const std::uint64_t tenths = (plan.pauseMs + 3000) / 6000;
-  const std::string minutes = std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
   std::string outcome = plan.error ? "fails: there is no plan" : "fails at its end";
   std::set<std::string> unknown;
   for (std::size_t i = plan.commands.size(); i > 0; --i) {
@@ -319,8 +325,11 @@ std::string SummaryText(const QueuePlan& plan) {
   for (const std::string& name : unknown) {
     outcome += std::string(", if ") + Assumption(name) + " (unknown on this machine)";
   }
-  return base::Counted(plan.changes, "change") + ", " + base::Counted(plan.restarts, "restart") +
-         ", " + (plan.pauseMs == 0 ? "no" : minutes + " minutes of") + " pauses; " + outcome;
+  return Sums(plan) + outcome;
+}
+
+std::string SummaryText(const RestartChain& chain) {
+  return Sums(chain) + Printable(EndingText(chain));
 }
 
 std::string SectionText(const std::string& section) {

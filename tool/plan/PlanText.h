@@ -53,6 +53,8 @@ std::vector<ShownBlock> BlocksOf(const QueuePlan& plan);
 
 /// "3 changes, 1 restart, 0.5 minutes of pauses; fails at 3 JoinDomain".
 std::string SummaryText(const QueuePlan& plan);
+/// The same of all starts, as far as they were followed.
+std::string SummaryText(const RestartChain& chain);
 
 /// "[TCP/IP]"; "before the first section" for an empty name.
 std::string SectionText(const std::string& section);

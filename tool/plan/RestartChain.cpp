@@ -13,6 +13,7 @@
 #include "tool/machine/MachineDifference.h"
 #include "tool/plan/PlanOutput.h"
 #include "tool/plan/PlanText.h"
+#include "tool/plan/Rehearsal.h"
 #include "tool/plan/Settings.h"
 
 namespace tool {
@@ -30,6 +31,17 @@ Machine StateOf(Machine machine) {
     fault.matched = fault.nth ? std::min(fault.matched, *fault.nth) : 0;
   }
   return machine;
+}
+
+/// Adds what a run did; the file that it moves away is no setting.
+void Count(const Delivery& delivery, RestartChain& chain) {
+  for (const simulated::Change& change : delivery.changes) {
+    if (change.call == "sleep") {
+      chain.pauseMs += static_cast<std::uint64_t>(std::get<std::int64_t>(change["milliseconds"]));
+    } else if (!change.call.starts_with("file.") && !IsRefused(change)) {
+      ++chain.changes;
+    }
+  }
 }
 
 /// Runs the message; when it hands a restore file over, the one that the library posts as well.
@@ -181,6 +193,7 @@ RestartChain FollowRestarts(const Machine& machine, const std::string& path,
     step.plan = MakePlan(chain.after, file, shownPath, Comparing::kInTurn);
     step.delivery = RunOnce(&file, chain.after);
     step.delivery.restarts = chain.restarts;
+    Count(step.delivery, chain);
     if (step.delivery.Result() != "Reboot") {
       chain.ending =
           step.delivery.Result() == "Success" ? ChainEnding::kSettled : ChainEnding::kFailed;

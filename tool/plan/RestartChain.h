@@ -47,6 +47,9 @@ struct RestartChain {
   /// The step that the next start would repeat; only for a chain that loops.
   std::size_t loopsTo = 0;
   std::uint32_t restarts = 0;
+  /// Of all starts: calls that changed the machine's settings, and the intended pauses.
+  std::size_t changes = 0;
+  std::uint64_t pauseMs = 0;
   simulated::Machine after;
   std::vector<NotTrue> notTrue;
 

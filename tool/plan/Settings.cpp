@@ -38,6 +38,7 @@ std::optional<std::string> FoundOn(const Adapter& adapter, const PlannedCommand&
 }  // namespace
 
 std::vector<Setting> CompareSettings(const QueuePlan& plan, simulated::Machine& machine) {
+  const bool isMember = std::holds_alternative<simulated::DomainMembership>(machine.membership);
   std::vector<Setting> settings;
   const auto add = [&](const PlannedCommand& command, const Adapter* adapter) {
     if (!command.wanted) return;
@@ -46,8 +47,9 @@ std::vector<Setting> CompareSettings(const QueuePlan& plan, simulated::Machine& 
     if (const auto all = adapter != nullptr ? FoundOn(*adapter, command) : std::nullopt) {
       setting.found = ToUtf8(*all);
       setting.holds = Sorted(*setting.found) == Sorted(*command.wanted);
+    } else if (command.Is("JoinWorkgroup") && isMember) {
+      setting.found = ToUtf8(MembershipText(machine.membership));
     } else if (command.Is("MoveOu")) {
-      const bool isMember = std::holds_alternative<simulated::DomainMembership>(machine.membership);
       if (isMember && !machine.KnowsDirectory()) setting.found.reset();
       setting.holds = setting.holds && isMember;
     }
