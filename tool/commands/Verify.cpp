@@ -34,9 +34,9 @@ constexpr char kComputer[] = "computer";
 constexpr char kVerifyFooter[] =
     R"(Compares every setting of FILE with the machine as it is now, lists in full. Sections get
 their adapters as in a run. A setting that cannot be read, such as a password, is unknown;
-so are the OU if the machine file does not describe the directory, and what stands for a
-host name. On Windows the machine
-is this computer by default; elsewhere --machine is required.
+so are the OU if the machine file does not describe the directory, and the address of a
+host that it does not list. On Windows the machine is this computer by default; elsewhere
+--machine is required.
 
 Exit codes:
   0  no setting differs

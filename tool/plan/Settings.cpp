@@ -41,7 +41,7 @@ std::vector<Setting> CompareSettings(const QueuePlan& plan, simulated::Machine& 
   const bool isMember = std::holds_alternative<simulated::DomainMembership>(machine.membership);
   std::vector<Setting> settings;
   const auto add = [&](const PlannedCommand& command, const Adapter* adapter) {
-    if (!command.wanted) return;
+    if (!command.wanted || command.events.empty()) return;
     Setting& setting =
         settings.emplace_back(Setting{&command, adapter, command.current, !command.needed});
     if (const auto all = adapter != nullptr ? FoundOn(*adapter, command) : std::nullopt) {
